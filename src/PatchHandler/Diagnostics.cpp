@@ -21,6 +21,12 @@ Sink &currentSink()
     return instance;
 }
 
+QString &lastLineOfThread()
+{
+    thread_local QString instance;
+    return instance;
+}
+
 void writeLine(std::FILE *stream, const QString &line)
 {
     const QByteArray bytes = line.toUtf8() + '\n';
@@ -32,12 +38,18 @@ void writeLine(std::FILE *stream, const QString &line)
 
 void printLine(const QString &line)
 {
+    lastLineOfThread() = line;
     const std::scoped_lock lock(mutex());
     if (currentSink()) {
         currentSink()(line);
     } else {
         writeLine(stdout, line);
     }
+}
+
+QString lastLine()
+{
+    return lastLineOfThread();
 }
 
 Sink setSink(Sink sink)

@@ -12,6 +12,9 @@ using Sink = std::function<void(const QString &line)>;
 /// Gives `line` (without line feed) to the current sink. Callable from any thread; lines never interleave.
 void printLine(const QString &line);
 
+/// The line that this thread printed last, for telling the user why a reader refused.
+[[nodiscard]] QString lastLine();
+
 /// Replaces the sink and returns the previous one. An empty sink means standard output, which is the default.
 /// The sink is called under a lock: it must not print itself.
 Sink setSink(Sink sink);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "VelgorPatch.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <optional>
+
+/// The library file's text: every patch's descriptive fields and the default patch, as compact JSON.
+/// Ids are exact over all 64 bits, dates come back to the last bit, and keys stand in a fixed order.
+/// Preset data is never part of it.
+namespace LibraryJson {
+
+struct Content {
+    QList<VelgorPatch> patches;
+    std::optional<quint64> defaultPatch;
+};
+
+[[nodiscard]] QByteArray encode(const Content &library);
+/// One patch as the object that stands in the library file.
+[[nodiscard]] QByteArray encodePatch(const VelgorPatch &patch);
+
+/// Nothing when the text is not JSON, has no list of patches, or any patch lacks a key or has one of another type.
+/// A default patch that is missing or no id is left out silently; keys that are not known are skipped.
+[[nodiscard]] std::optional<Content> decode(const QByteArray &text);
+
+} // namespace LibraryJson

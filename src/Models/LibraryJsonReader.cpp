@@ -1,0 +1,215 @@
+#include "LibraryJsonReader.h"
+
+#include "Utf8Text.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr unsigned allFields = (1U << patchJsonFieldCount) - 1;
+
+} // namespace
+
+const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields()
+{
+    static const std::array<PatchJsonField, patchJsonFieldCount> fields {{
+        {.key = "id"},
+        {.key = "name", .text = &VelgorPatch::name},
+        {.key = "hasUserIR", .flag = &VelgorPatch::hasUserIR},
+        {.key = "comment", .text = &VelgorPatch::comment},
+        {.key = "version", .text = &VelgorPatch::version},
+        {.key = "date"},
+        {.key = "guitar", .flag = &VelgorPatch::guitar},
+        {.key = "bass", .flag = &VelgorPatch::bass},
+        {.key = "clean", .flag = &VelgorPatch::clean},
+        {.key = "crunch", .flag = &VelgorPatch::crunch},
+        {.key = "drive", .flag = &VelgorPatch::drive},
+        {.key = "higain", .flag = &VelgorPatch::higain},
+        {.key = "rythm", .flag = &VelgorPatch::rythm},
+        {.key = "solo", .flag = &VelgorPatch::solo},
+        {.key = "empty", .flag = &VelgorPatch::empty},
+    }};
+    return fields;
+}
+
+std::optional<LibraryJson::Content> LibraryJsonReader::result() const
+{
+    return m_place == Place::End && m_hasPatches ? std::optional(m_content) : std::nullopt;
+}
+
+bool LibraryJsonReader::isSkippable() const
+{
+    return m_skippedDepth > 0 || (m_place == Place::Library && m_libraryKey != "patches")
+        || (m_place == Place::Patch && !m_field);
+}
+
+bool LibraryJsonReader::isField(const char *key) const
+{
+    return m_skippedDepth == 0 && m_place == Place::Patch && m_field && std::strcmp(m_field->key, key) == 0;
+}
+
+bool LibraryJsonReader::markSeen()
+{
+    m_seenFields |= 1U << static_cast<unsigned>(m_field - patchJsonFields().data());
+    return true;
+}
+
+bool LibraryJsonReader::takeDate(double seconds)
+{
+    m_patch.date = {seconds};
+    return markSeen();
+}
+
+bool LibraryJsonReader::null()
+{
+    return isSkippable();
+}
+
+bool LibraryJsonReader::boolean(bool value)
+{
+    if (isSkippable()) {
+        return true;
+    }
+    if (m_place != Place::Patch || !m_field->flag) {
+        return false;
+    }
+    m_patch.*(m_field->flag) = value;
+    return markSeen();
+}
+
+bool LibraryJsonReader::number_integer(number_integer_t value)
+{
+    return isField("date") ? takeDate(static_cast<double>(value)) : isSkippable();
+}
+
+bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
+{
+    if (m_skippedDepth == 0 && m_place == Place::Library && m_libraryKey == "defaultPatch") {
+        m_content.defaultPatch = value;
+        return true;
+    }
+    if (isField("id")) {
+        m_patchId = value;
+        return markSeen();
+    }
+    return isField("date") ? takeDate(static_cast<double>(value)) : isSkippable();
+}
+
+bool LibraryJsonReader::number_float(number_float_t value, const string_t &text)
+{
+    Q_UNUSED(text)
+    return isField("date") ? takeDate(value) : isSkippable();
+}
+
+bool LibraryJsonReader::string(string_t &value)
+{
+    if (isSkippable()) {
+        return true;
+    }
+    const auto decoded = Utf8Text::decode(QByteArrayView(value.data(), static_cast<qsizetype>(value.size())));
+    if (m_place != Place::Patch || !m_field->text || !decoded) {
+        return false;
+    }
+    m_patch.*(m_field->text) = *decoded;
+    return markSeen();
+}
+
+bool LibraryJsonReader::binary(binary_t &value)
+{
+    Q_UNUSED(value)
+    return false;
+}
+
+bool LibraryJsonReader::startContainer()
+{
+    if (!isSkippable()) {
+        return false;
+    }
+    ++m_skippedDepth;
+    return true;
+}
+
+bool LibraryJsonReader::start_object(std::size_t count)
+{
+    Q_UNUSED(count)
+    if (m_place == Place::Start) {
+        m_place = Place::Library;
+        return true;
+    }
+    if (m_place == Place::Patches) {
+        m_place = Place::Patch;
+        m_patch = VelgorPatch(quint64(0));
+        m_seenFields = 0;
+        return true;
+    }
+    return startContainer();
+}
+
+bool LibraryJsonReader::key(string_t &name)
+{
+    if (m_skippedDepth > 0) {
+        return true;
+    }
+    if (m_place == Place::Library) {
+        m_libraryKey = name;
+        if (name == "defaultPatch") {
+            m_content.defaultPatch.reset();
+        }
+        return true;
+    }
+    const auto &fields = patchJsonFields();
+    const auto found
+        = std::find_if(fields.begin(), fields.end(), [&name](const PatchJsonField &field) { return name == field.key; });
+    m_field = found == fields.end() ? nullptr : &*found;
+    return true;
+}
+
+bool LibraryJsonReader::end_object()
+{
+    if (m_skippedDepth > 0) {
+        --m_skippedDepth;
+        return true;
+    }
+    if (m_place == Place::Patch) {
+        if (m_seenFields != allFields) {
+            return false;
+        }
+        m_content.patches.append(m_patch.withId(m_patchId));
+        m_place = Place::Patches;
+        return true;
+    }
+    m_place = Place::End;
+    return true;
+}
+
+bool LibraryJsonReader::start_array(std::size_t count)
+{
+    Q_UNUSED(count)
+    if (m_skippedDepth == 0 && m_place == Place::Library && m_libraryKey == "patches") {
+        m_place = Place::Patches;
+        m_content.patches.clear();
+        return true;
+    }
+    return startContainer();
+}
+
+bool LibraryJsonReader::end_array()
+{
+    if (m_skippedDepth > 0) {
+        --m_skippedDepth;
+        return true;
+    }
+    m_place = Place::Library;
+    m_hasPatches = true;
+    return true;
+}
+
+bool LibraryJsonReader::parse_error(
+    std::size_t position, const std::string &token, const nlohmann::json::exception &error)
+{
+    Q_UNUSED(position)
+    Q_UNUSED(token)
+    Q_UNUSED(error)
+    return false;
+}

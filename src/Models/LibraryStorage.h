@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QList>
+#include <QtGlobal>
+
+class VelgorLibrary;
+
+/// What a library asks of the place where it is kept. User-interface thread only.
+class LibraryStorage {
+public:
+    LibraryStorage() = default;
+    virtual ~LibraryStorage() = default;
+    Q_DISABLE_COPY_MOVE(LibraryStorage)
+
+    /// Removes the stored files of these patches; a patch without files is no error.
+    virtual void remove(const QList<quint64> &patchIDs) = 0;
+    /// Saves before it returns.
+    virtual void save(const VelgorLibrary &library) = 0;
+    /// Asks for a save after a quiet moment. The library must outlive the wait.
+    virtual void delayedSave(const VelgorLibrary &library) = 0;
+};

@@ -1,0 +1,74 @@
+#include "TransferablePatch.h"
+
+#include "Utf8Text.h"
+#include "VelgorContentPatch.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+std::optional<QString> textOf(const nlohmann::json &object, const char *key)
+{
+    const auto found = object.find(key);
+    if (found == object.end() || !found->is_string()) {
+        return std::nullopt;
+    }
+    const auto &text = found->get_ref<const std::string &>();
+    return Utf8Text::decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+} // namespace
+
+TransferablePatch TransferablePatch::ofSlot(const VelgorContentPatch &slot)
+{
+    return {.cid = slot.id, .id = slot.patch.id(), .name = slot.patch.name, .origin = fromContent};
+}
+
+TransferablePatch TransferablePatch::ofLibraryPatch(const VelgorPatch &patch)
+{
+    return {.cid = std::nullopt, .id = patch.id(), .name = patch.name, .origin = fromLibrary};
+}
+
+QString TransferablePatch::typeIdentifier()
+{
+    return QStringLiteral("org.velgorlibrary.velgorpatch");
+}
+
+QByteArray TransferablePatch::encode() const
+{
+    nlohmann::ordered_json object;
+    if (cid) {
+        object["cid"] = cid->toString(QUuid::WithoutBraces).toUpper().toStdString();
+    }
+    object["id"] = id;
+    object["name"] = name.toStdString();
+    object["origin"] = origin;
+    return QByteArray::fromStdString(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+}
+
+std::optional<TransferablePatch> TransferablePatch::decode(const QByteArray &json)
+{
+    const nlohmann::json object = nlohmann::json::parse(json.begin(), json.end(), nullptr, false);
+    if (!object.is_object()) {
+        return std::nullopt;
+    }
+    TransferablePatch payload;
+    if (const auto cid = object.find("cid"); cid != object.end() && !cid->is_null()) {
+        const QUuid uuid = QUuid::fromString(textOf(object, "cid").value_or(QString()));
+        if (uuid.isNull()) {
+            return std::nullopt;
+        }
+        payload.cid = uuid;
+    }
+    const auto id = object.find("id");
+    const auto origin = object.find("origin");
+    const auto name = textOf(object, "name");
+    if (id == object.end() || !id->is_number_unsigned() || origin == object.end() || !origin->is_number_integer()
+        || !name) {
+        return std::nullopt;
+    }
+    payload.id = id->get<quint64>();
+    payload.name = *name;
+    payload.origin = origin->get<qint64>();
+    return payload;
+}

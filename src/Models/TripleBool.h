@@ -1,0 +1,4 @@
+#pragma once
+
+/// The three steps of the library's sort cycle.
+enum class TripleBool { tripleFalse, tripleNeutral, tripleTrue };

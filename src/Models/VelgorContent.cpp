@@ -1,0 +1,242 @@
+#include "VelgorContent.h"
+
+#include "Diagnostics.h"
+#include "ObservableProperty.h"
+#include "PatchFileHandler.h"
+#include "PatchName.h"
+
+#include <algorithm>
+
+VelgorContent::VelgorContent(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void VelgorContent::setLimit(int limit)
+{
+    setObservable(this, m_limit, limit, &VelgorContent::limitChanged);
+}
+
+void VelgorContent::setOpenError(bool openError)
+{
+    setObservable(this, m_openError, openError, &VelgorContent::openErrorChanged);
+}
+
+void VelgorContent::setSaveError(bool saveError)
+{
+    setObservable(this, m_saveError, saveError, &VelgorContent::saveErrorChanged);
+}
+
+void VelgorContent::setSelectDefault(bool selectDefault)
+{
+    setObservable(this, m_selectDefault, selectDefault, &VelgorContent::selectDefaultChanged);
+}
+
+void VelgorContent::setMixVersions(bool mixVersions)
+{
+    setObservable(this, m_mixVersions, mixVersions, &VelgorContent::mixVersionsChanged);
+}
+
+void VelgorContent::setInverseTailBit(bool inverseTailBit)
+{
+    setObservable(this, m_inverseTailBit, inverseTailBit, &VelgorContent::inverseTailBitChanged);
+}
+
+void VelgorContent::setSelections(const QSet<QUuid> &selections)
+{
+    setObservable(this, m_selections, selections, &VelgorContent::selectionsChanged);
+}
+
+void VelgorContent::setVersions(const QMap<QString, int> &versions)
+{
+    setObservable(this, m_versions, versions, &VelgorContent::versionsChanged);
+}
+
+void VelgorContent::openPresetFile(PatchFileHandler &files)
+{
+    const std::optional<SPresetFile> presets = files.open(*this);
+    if (presets) {
+        populate(*presets);
+        setOpenError(false);
+    } else if (!files.wasCancelled()) {
+        setOpenError(true);
+    }
+}
+
+void VelgorContent::populate(const SPresetFile &presets)
+{
+    const int count = presets.headerDesc.nbpatches;
+    if (count == 0) {
+        Diagnostics::printLine(QStringLiteral("Cannot populate VelgorContent with no value"));
+        return;
+    }
+    if (presets.patches.size() < count || presets.userIRs.size() < count) {
+        Diagnostics::fatalStop("preset file with fewer records than it counts");
+    }
+    Q_EMIT aboutToBeReset();
+    m_slots.clear();
+    setLimit(count);
+    fill(std::nullopt);
+    QMap<QString, int> versions;
+    for (int i = 0; i < count; ++i) {
+        place(VelgorPatch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc), i, versions);
+    }
+    Q_EMIT wasReset();
+    setVersions(versions);
+}
+
+void VelgorContent::createNew(const VelgorPatch &fillwith)
+{
+    Q_EMIT aboutToBeReset();
+    m_slots.clear();
+    setLimit(newListSize);
+    fill(fillwith);
+    Q_EMIT wasReset();
+}
+
+void VelgorContent::adjust(const std::optional<VelgorPatch> &fillwith)
+{
+    const qsizetype before = m_slots.size();
+    const qsizetype after = std::max(m_limit, 0);
+    if (after > before) {
+        Q_EMIT rowsAboutToBeInserted(before, after - 1);
+        fill(fillwith);
+        Q_EMIT rowsInserted(before, after - 1);
+    } else if (after < before) {
+        Q_EMIT rowsAboutToBeRemoved(after, before - 1);
+        m_slots.remove(after, before - after);
+        Q_EMIT rowsRemoved(after, before - 1);
+    }
+    renum();
+}
+
+void VelgorContent::fill(const std::optional<VelgorPatch> &fillwith)
+{
+    m_slots.reserve(m_limit);
+    while (m_slots.size() < m_limit) {
+        VelgorContentPatch slot(fillwith ? *fillwith : VelgorPatch(QStringLiteral("-empty-"), false));
+        const BankNumber place = BankNumber::ofSlot(m_slots.size());
+        slot.bank = place.bank;
+        slot.number = place.number;
+        m_slots.append(slot);
+    }
+}
+
+void VelgorContent::setPatch(const VelgorPatch &patch, qsizetype location)
+{
+    if (location < 0) {
+        Diagnostics::fatalStop("slot location below 0");
+    }
+    if (location >= m_slots.size()) {
+        return;
+    }
+    QMap<QString, int> versions = m_versions;
+    place(patch, location, versions);
+    Q_EMIT rowsChanged(location, location);
+    setVersions(versions);
+}
+
+void VelgorContent::place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions)
+{
+    VelgorPatch &held = m_slots[location].patch;
+    versions[held.version] = std::max(0, versions.value(held.version, 0) - 1);
+    ++versions[patch.version];
+    held = patch;
+}
+
+void VelgorContent::replace(const QUuid &id, const VelgorPatch &with)
+{
+    const auto found = std::find_if(
+        m_slots.begin(), m_slots.end(), [&id](const VelgorContentPatch &slot) { return slot.id == id; });
+    if (found == m_slots.end()) {
+        return;
+    }
+    *found = VelgorContentPatch(with);
+    const qsizetype row = found - m_slots.begin();
+    Q_EMIT rowsChanged(row, row);
+    renum();
+}
+
+void VelgorContent::move(qsizetype from, qsizetype offset)
+{
+    if (from < 0 || from >= m_slots.size() || offset < 0 || offset > m_slots.size()) {
+        Diagnostics::fatalStop("slot out of range");
+    }
+    if (offset == from || offset == from + 1) {
+        return;
+    }
+    Q_EMIT rowAboutToBeMoved(from, offset);
+    m_slots.move(from, offset > from ? offset - 1 : offset);
+    Q_EMIT rowMoved(from, offset);
+    renum();
+}
+
+void VelgorContent::propagateChangedPatch(const VelgorPatch &velgorPatch)
+{
+    VelgorPatch patch = velgorPatch;
+    if (patch.patchData) {
+        patch.patchData->name = patch.name;
+    }
+    for (qsizetype row = 0; row < m_slots.size(); ++row) {
+        if (m_slots.at(row).patch.id() == patch.id()) {
+            m_slots[row].patch = patch;
+            Q_EMIT rowsChanged(row, row);
+        }
+    }
+}
+
+void VelgorContent::renum()
+{
+    if (m_slots.isEmpty()) {
+        Diagnostics::fatalStop("an empty list has no slots to number");
+    }
+    qsizetype first = m_slots.size();
+    qsizetype last = -1;
+    for (qsizetype row = 0; row < m_slots.size(); ++row) {
+        const BankNumber place = BankNumber::ofSlot(row);
+        if (m_slots.at(row).bank != place.bank || m_slots.at(row).number != place.number) {
+            m_slots[row].bank = place.bank;
+            m_slots[row].number = place.number;
+            first = std::min(first, row);
+            last = row;
+        }
+    }
+    if (last >= 0) {
+        Q_EMIT rowsChanged(first, last);
+    }
+}
+
+void VelgorContent::checkVersions()
+{
+    QMap<QString, int> versions = m_versions;
+    versions.removeIf([](QMap<QString, int>::iterator entry) { return entry.value() == 0; });
+    setVersions(versions);
+    setMixVersions(versions.size() > 1);
+}
+
+void VelgorContent::recountVersions()
+{
+    QMap<QString, int> versions;
+    for (const VelgorContentPatch &slot : std::as_const(m_slots)) {
+        ++versions[slot.patch.version];
+    }
+    setVersions(versions);
+}
+
+std::pair<QList<SPatch>, QList<SUserIR>> VelgorContent::getPatchesAndUserIRs() const
+{
+    if (m_slots.isEmpty()) {
+        Diagnostics::fatalStop("an empty list has no records");
+    }
+    std::pair<QList<SPatch>, QList<SUserIR>> records;
+    for (const VelgorContentPatch &slot : m_slots) {
+        if (slot.patch.patchData) {
+            records.first.append(*slot.patch.patchData);
+            records.first.last().name = PatchName::fitted(slot.patch.name);
+        }
+        if (slot.patch.userIRData) {
+            records.second.append(*slot.patch.userIRData);
+        }
+    }
+    return records;
+}

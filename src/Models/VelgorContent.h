@@ -1,0 +1,109 @@
+#pragma once
+
+#include "SPresetFile.h"
+#include "VelgorContentPatch.h"
+
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QSet>
+
+#include <optional>
+#include <utility>
+
+class PatchFileHandler;
+
+/// The preset list being composed: slots in the unit's order, each holding a patch.
+/// User-interface thread only. Every change is announced, as in VelgorLibrary.
+class VelgorContent : public QObject {
+    Q_OBJECT
+
+public:
+    /// Slots of a new list: all that the unit has.
+    static constexpr int newListSize = 99;
+
+    explicit VelgorContent(QObject *parent = nullptr);
+
+    /// Number of slots that adjust() makes the list have.
+    [[nodiscard]] int limit() const { return m_limit; }
+    void setLimit(int limit);
+    [[nodiscard]] const QList<VelgorContentPatch> &velgorContentPatchList() const { return m_slots; }
+    /// How many slots hold a patch of each firmware version; entries of 0 stay until checkVersions().
+    [[nodiscard]] const QMap<QString, int> &versions() const { return m_versions; }
+    [[nodiscard]] bool openError() const { return m_openError; }
+    [[nodiscard]] bool saveError() const { return m_saveError; }
+    [[nodiscard]] bool selectDefault() const { return m_selectDefault; }
+    [[nodiscard]] bool mixVersions() const { return m_mixVersions; }
+    [[nodiscard]] bool inverseTailBit() const { return m_inverseTailBit; }
+    [[nodiscard]] const QSet<QUuid> &selections() const { return m_selections; }
+
+    void setOpenError(bool openError);
+    void setSaveError(bool saveError);
+    void setSelectDefault(bool selectDefault);
+    void setMixVersions(bool mixVersions);
+    void setInverseTailBit(bool inverseTailBit);
+    void setSelections(const QSet<QUuid> &selections);
+
+    /// Asks for a file and fills the list from it. A file that cannot be read sets openError; cancelling does not.
+    void openPresetFile(PatchFileHandler &files);
+    /// One slot a patch of the file. Prints a line and changes nothing for a file without patches.
+    void populate(const SPresetFile &presets);
+    /// A new list of 99 slots, all holding `fillwith`. The version table is left alone.
+    void createNew(const VelgorPatch &fillwith);
+    /// Adds slots with `fillwith`, or with placeholders, or drops the last ones, until there are `limit` of them.
+    void adjust(const std::optional<VelgorPatch> &fillwith);
+    /// Puts a patch into the slot at `location` and keeps the version table. Beyond the list nothing happens; a
+    /// location below 0 stops the program.
+    void setPatch(const VelgorPatch &patch, qsizetype location);
+    /// Puts a new slot with this patch in the place of the slot `id`; the version table is left alone.
+    void replace(const QUuid &id, const VelgorPatch &with);
+    /// Moves one slot; `offset` counts in the list as it is before the move.
+    void move(qsizetype from, qsizetype offset);
+    /// Every slot with this patch's id takes the patch as it is now, its name in the preset record too.
+    void propagateChangedPatch(const VelgorPatch &velgorPatch);
+    /// Gives every slot its bank and number again. The list must not be empty.
+    void renum();
+    /// Drops version entries of 0 and sets mixVersions when more than one is left.
+    void checkVersions();
+    /// Counts the version table anew from the slots.
+    void recountVersions();
+    /// The records to export, in slot order, each under the name that the user sees, cut to its field. Slots
+    /// without preset records give none. The list must not be empty.
+    [[nodiscard]] std::pair<QList<SPatch>, QList<SUserIR>> getPatchesAndUserIRs() const;
+
+Q_SIGNALS:
+    void rowsAboutToBeInserted(qsizetype first, qsizetype last);
+    void rowsInserted(qsizetype first, qsizetype last);
+    void rowsAboutToBeRemoved(qsizetype first, qsizetype last);
+    void rowsRemoved(qsizetype first, qsizetype last);
+    void rowAboutToBeMoved(qsizetype from, qsizetype offset);
+    void rowMoved(qsizetype from, qsizetype offset);
+    void rowsChanged(qsizetype first, qsizetype last);
+    /// The whole list was exchanged.
+    void aboutToBeReset();
+    void wasReset();
+
+    void limitChanged();
+    void versionsChanged();
+    void openErrorChanged();
+    void saveErrorChanged();
+    void selectDefaultChanged();
+    void mixVersionsChanged();
+    void inverseTailBitChanged();
+    void selectionsChanged();
+
+private:
+    void fill(const std::optional<VelgorPatch> &fillwith);
+    void place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions);
+    void setVersions(const QMap<QString, int> &versions);
+
+    int m_limit = 0;
+    QList<VelgorContentPatch> m_slots;
+    QMap<QString, int> m_versions;
+    bool m_openError = false;
+    bool m_saveError = false;
+    bool m_selectDefault = false;
+    bool m_mixVersions = false;
+    bool m_inverseTailBit = false;
+    QSet<QUuid> m_selections;
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "VelgorPatch.h"
+
+#include <QUuid>
+
+/// A place in the unit's list: three numbers a bank, both counted from 1.
+struct BankNumber {
+    static constexpr qsizetype numbersPerBank = 3;
+
+    QUuid id = QUuid::createUuid();
+    int bank = 0;
+    int number = 0;
+
+    /// The place of a slot, counted from 0.
+    [[nodiscard]] static BankNumber ofSlot(qsizetype slot);
+};
+
+/// One slot of the list being composed.
+struct VelgorContentPatch {
+    explicit VelgorContentPatch(const VelgorPatch &slotPatch);
+
+    QUuid id = QUuid::createUuid(); ///< identity of the slot, not of the patch
+    int bank = 0; ///< 0 until the list is renumbered
+    int number = 0;
+    VelgorPatch patch;
+};

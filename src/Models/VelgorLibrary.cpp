@@ -1,0 +1,300 @@
+#include "VelgorLibrary.h"
+
+#include "Diagnostics.h"
+#include "ObservableProperty.h"
+#include "RandomId.h"
+#include "Utf8Text.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+VelgorLibrary::VelgorLibrary(QObject *parent)
+    : QObject(parent)
+{
+    manageDummy();
+    saveOrder();
+}
+
+VelgorLibrary::VelgorLibrary(
+    const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent)
+    : QObject(parent)
+    , m_patches(patches)
+    , m_defaultPatch(defaultPatch)
+{
+    countEmpty();
+}
+
+void VelgorLibrary::setSelection(std::optional<quint64> selection)
+{
+    setObservable(this, m_selection, selection, &VelgorLibrary::selectionChanged);
+}
+
+void VelgorLibrary::setIsMultiSel(bool isMultiSel)
+{
+    setObservable(this, m_isMultiSel, isMultiSel, &VelgorLibrary::isMultiSelChanged);
+}
+
+void VelgorLibrary::setMultiSelections(const MultiSelections &multiSelections)
+{
+    setObservable(this, m_multiSelections, multiSelections, &VelgorLibrary::multiSelectionsChanged);
+}
+
+void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
+{
+    setObservable(this, m_deleteConfirm, deleteConfirm, &VelgorLibrary::deleteConfirmChanged);
+}
+
+qsizetype VelgorLibrary::count() const
+{
+    return m_patches.size() == 1 && m_patches.first().empty ? 0 : m_patches.size();
+}
+
+std::optional<VelgorLibrary::Found> VelgorLibrary::getPatchFromId(std::optional<quint64> id) const
+{
+    const qsizetype index = id ? m_index.positionOf(*id, m_patches) : -1;
+    if (index < 0) {
+        return std::nullopt;
+    }
+    return Found {index, &m_patches.at(index)};
+}
+
+void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::optional<quint64> synonymId)
+{
+    if (presets.patches.isEmpty() || presets.patches.size() != presets.userIRs.size()) {
+        Diagnostics::printLine(QStringLiteral("Nothing to put into library"));
+        return;
+    }
+    for (qsizetype i = 0; i < presets.patches.size(); ++i) {
+        const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
+        append(patch, false, replace, atEnd, synonymId);
+    }
+}
+
+void VelgorLibrary::append(const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location,
+    std::optional<quint64> synonymId)
+{
+    std::optional<Found> found = getPatchFromId(synonymId ? *synonymId : patch.id());
+    if (!found && synonymId) {
+        // The patch would go in under its own id, which must not stand in the list twice.
+        found = getPatchFromId(patch.id());
+    }
+    if (!found) {
+        const bool isInside = location != atEnd && location <= count();
+        insertAt(isInside ? location : count(), {patch});
+    } else if (duplicate && !found->patch->empty) {
+        appendDuplicate(patch, found->patch->name);
+    } else if (replace && !found->patch->empty) {
+        replacePresetData(found->index, patch);
+    }
+    manageDummy();
+    saveOrder();
+}
+
+void VelgorLibrary::appendNew(const QList<VelgorPatch> &patches)
+{
+    QList<VelgorPatch> fresh;
+    QSet<quint64> ids;
+    for (const VelgorPatch &patch : patches) {
+        if (!getPatchFromId(patch.id()) && !ids.contains(patch.id())) {
+            ids.insert(patch.id());
+            fresh.append(patch);
+        }
+    }
+    if (!fresh.isEmpty()) {
+        insertAt(count(), fresh);
+    }
+    manageDummy();
+    saveOrder();
+}
+
+bool VelgorLibrary::update(const VelgorPatch &patch)
+{
+    const auto found = getPatchFromId(patch.id());
+    if (!found) {
+        return false;
+    }
+    if (*found->patch == patch) {
+        return true;
+    }
+    m_index.renamed(found->patch->name, patch.name);
+    m_patches[found->index] = patch;
+    countEmpty();
+    Q_EMIT rowsChanged(found->index, found->index);
+    return true;
+}
+
+void VelgorLibrary::move(qsizetype from, qsizetype offset)
+{
+    if (from < 0 || from >= m_patches.size() || offset < 0 || offset > m_patches.size()) {
+        Diagnostics::fatalStop("library row out of range");
+    }
+    if (offset == from || offset == from + 1) {
+        return;
+    }
+    materializeOrder();
+    Q_EMIT rowAboutToBeMoved(from, offset);
+    m_patches.move(from, offset > from ? offset - 1 : offset);
+    m_index.invalidate();
+    Q_EMIT rowMoved(from, offset);
+}
+
+void VelgorLibrary::duplicateSelection(std::optional<quint64> id, LibraryStorage &storage)
+{
+    const auto found = getPatchFromId(id);
+    if (!found) {
+        return;
+    }
+    const VelgorPatch patch = *found->patch;
+    append(patch, true, false);
+    storage.delayedSave(*this);
+}
+
+void VelgorLibrary::deletePatch(quint64 id, LibraryStorage &storage)
+{
+    deletePatches({id}, storage);
+}
+
+void VelgorLibrary::deletePatches(const QList<quint64> &ids, LibraryStorage &storage)
+{
+    materializeOrder();
+    QList<qsizetype> rows;
+    MultiSelections ticks = m_multiSelections;
+    for (const quint64 id : ids) {
+        if (const auto found = getPatchFromId(id)) {
+            rows.append(found->index);
+        }
+        ticks.multiSelections[id] = false;
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    removeRows(rows);
+    if (m_defaultPatch && ids.contains(*m_defaultPatch)) {
+        m_defaultPatch.reset();
+        Q_EMIT defaultPatchChanged();
+    }
+    storage.remove(ids);
+    storage.save(*this);
+    setMultiSelections(ticks);
+    manageDummy();
+    saveOrder();
+}
+
+void VelgorLibrary::setDefaultPatch(std::optional<quint64> id, LibraryStorage &storage)
+{
+    const auto found = getPatchFromId(id);
+    if (!found || found->patch->empty) {
+        return;
+    }
+    setObservable(this, m_defaultPatch, id, &VelgorLibrary::defaultPatchChanged);
+    storage.delayedSave(*this);
+}
+
+void VelgorLibrary::insertAt(qsizetype position, const QList<VelgorPatch> &patches)
+{
+    if (position < 0) {
+        Diagnostics::fatalStop("library position below 0");
+    }
+    const bool isAtEnd = position == m_patches.size();
+    Q_EMIT rowsAboutToBeInserted(position, position + patches.size() - 1);
+    if (isAtEnd) {
+        for (const VelgorPatch &patch : patches) {
+            m_index.appended(patch, m_patches.size());
+            m_patches.append(patch);
+        }
+    } else {
+        m_patches = m_patches.first(position) + patches + m_patches.sliced(position);
+        m_index.invalidate();
+    }
+    m_emptyCount += std::count_if(patches.begin(), patches.end(), [](const VelgorPatch &patch) { return patch.empty; });
+    Q_EMIT rowsInserted(position, position + patches.size() - 1);
+}
+
+void VelgorLibrary::removeRows(const QList<qsizetype> &ascendingRows)
+{
+    if (ascendingRows.isEmpty()) {
+        return;
+    }
+    const qsizetype first = ascendingRows.first();
+    const qsizetype last = ascendingRows.last();
+    const bool isOneBlock = last - first + 1 == ascendingRows.size();
+    if (isOneBlock) {
+        Q_EMIT rowsAboutToBeRemoved(first, last);
+    } else {
+        Q_EMIT aboutToBeReset();
+    }
+    QList<VelgorPatch> kept;
+    kept.reserve(m_patches.size() - ascendingRows.size());
+    auto removed = ascendingRows.begin();
+    for (qsizetype row = 0; row < m_patches.size(); ++row) {
+        if (removed != ascendingRows.end() && *removed == row) {
+            ++removed;
+        } else {
+            kept.append(m_patches.at(row));
+        }
+    }
+    m_patches = kept;
+    m_index.invalidate();
+    countEmpty();
+    if (isOneBlock) {
+        Q_EMIT rowsRemoved(first, last);
+    } else {
+        Q_EMIT wasReset();
+    }
+}
+
+void VelgorLibrary::replacePresetData(qsizetype row, const VelgorPatch &patch)
+{
+    VelgorPatch &stored = m_patches[row];
+    stored.patchData = patch.patchData;
+    stored.userIRData = patch.userIRData;
+    stored.headerData = patch.headerData;
+    Q_EMIT rowsChanged(row, row);
+}
+
+void VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &foundName)
+{
+    VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
+    // Names of nine bytes that differ in the last one hash alike.
+    while (getPatchFromId(copy.id())) {
+        copy = copy.withId(randomId());
+    }
+    insertAt(m_patches.size(), {copy});
+}
+
+QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
+{
+    constexpr qsizetype longestBase = 15;
+    for (int x = 1;; ++x) {
+        const QString digits = QString::number(x);
+        const QString base = Utf8Text::firstCharacters(fromname, std::max<qsizetype>(longestBase - digits.size(), 0));
+        const QString candidate = base + u'-' + digits;
+        if (!m_index.containsName(candidate, m_patches)) {
+            return candidate;
+        }
+    }
+}
+
+void VelgorLibrary::manageDummy()
+{
+    if (m_patches.isEmpty()) {
+        VelgorPatch dummy(QStringLiteral("Empty library"), false);
+        dummy.empty = true;
+        insertAt(0, {dummy});
+        setIsMultiSel(false);
+    } else if (m_patches.size() > 1 && m_emptyCount > 0) {
+        QList<qsizetype> rows;
+        for (qsizetype row = 0; row < m_patches.size(); ++row) {
+            if (m_patches.at(row).empty) {
+                rows.append(row);
+            }
+        }
+        removeRows(rows);
+    }
+}
+
+void VelgorLibrary::countEmpty()
+{
+    m_emptyCount
+        = std::count_if(m_patches.begin(), m_patches.end(), [](const VelgorPatch &patch) { return patch.empty; });
+}

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "LibraryStorage.h"
+#include "MultiSelections.h"
+#include "PatchIndex.h"
+#include "SPresetFile.h"
+#include "TripleBool.h"
+#include "VelgorPatch.h"
+
+#include <QList>
+#include <QObject>
+
+#include <optional>
+
+/// The user's collection of patches: an ordered list with unique ids, a selection, ticks and a default patch.
+///
+/// When it would be empty it holds one placeholder patch ("Empty library", `empty` set), which count() and every
+/// decision on emptiness leave out. Every change is announced; structural ones in pairs of a signal before and a
+/// signal after, made for an item model to translate one to one. User-interface thread only.
+class VelgorLibrary : public QObject {
+    Q_OBJECT
+
+public:
+    /// Where a patch was found, and the patch. The pointer is good until the next change of the library.
+    struct Found {
+        qsizetype index;
+        const VelgorPatch *patch;
+    };
+
+    static constexpr qsizetype atEnd = -1;
+
+    /// A library with nothing but the placeholder.
+    explicit VelgorLibrary(QObject *parent = nullptr);
+    /// A library as it was stored, without placeholder even if the list is empty.
+    VelgorLibrary(const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent = nullptr);
+
+    [[nodiscard]] const QList<VelgorPatch> &patches() const { return m_patches; }
+    /// The ids in the order that sort() can go back to.
+    [[nodiscard]] const QList<quint64> &order();
+    [[nodiscard]] std::optional<quint64> selection() const { return m_selection; }
+    [[nodiscard]] bool isMultiSel() const { return m_isMultiSel; }
+    [[nodiscard]] const MultiSelections &multiSelections() const { return m_multiSelections; }
+    [[nodiscard]] bool deleteConfirm() const { return m_deleteConfirm; }
+    [[nodiscard]] TripleBool inverseSort() const { return m_inverseSort; }
+    [[nodiscard]] std::optional<quint64> defaultPatch() const { return m_defaultPatch; }
+
+    void setSelection(std::optional<quint64> selection);
+    void setIsMultiSel(bool isMultiSel);
+    void setMultiSelections(const MultiSelections &multiSelections);
+    void setDeleteConfirm(bool deleteConfirm);
+
+    /// Number of patches; a placeholder on its own counts as none.
+    [[nodiscard]] qsizetype count() const;
+    /// The first patch with this id; nothing for an absent or unknown id.
+    [[nodiscard]] std::optional<Found> getPatchFromId(std::optional<quint64> id) const;
+
+    /// Appends every patch of a file, each as append() below does, at the end. Prints a line when there are none.
+    void append(const SPresetFile &presets, bool replace, std::optional<quint64> synonymId = std::nullopt);
+    /// Inserts `patch` at `location` unless the library holds a patch with the id `synonymId`, or else its own id.
+    /// If it does: with `duplicate`, a copy under a new name goes to the end; otherwise, with `replace`, the stored
+    /// patch takes over the preset records; otherwise nothing changes.
+    void append(const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location = atEnd,
+        std::optional<quint64> synonymId = std::nullopt);
+    /// Appends several patches that are not known yet at the end, announced as one insertion.
+    void appendNew(const QList<VelgorPatch> &patches);
+    /// Puts an edited patch in the place of the one with its id. False when there is none.
+    bool update(const VelgorPatch &patch);
+    /// Moves one patch; `offset` counts in the list as it is before the move, as a drop between rows does.
+    void move(qsizetype from, qsizetype offset);
+
+    void duplicateSelection(std::optional<quint64> id, LibraryStorage &storage);
+    /// Removes the patch with this id and its files, and saves at once.
+    void deletePatch(quint64 id, LibraryStorage &storage);
+    /// The same for many, with one removal and one save for all of them.
+    void deletePatches(const QList<quint64> &ids, LibraryStorage &storage);
+    /// Makes a real patch the default; an absent or unknown id and the placeholder change nothing.
+    void setDefaultPatch(std::optional<quint64> id, LibraryStorage &storage);
+
+    /// Remembers the present order, unless the library is empty.
+    void saveOrder();
+    /// Sorts by name upwards, goes back to the remembered order, sorts by name downwards: one step a call.
+    void sort();
+    /// Every patch, ticked when its preset content and impulse response equal those of `id` whatever the names.
+    /// Empty for an unknown id and for the placeholder.
+    [[nodiscard]] MultiSelections findSimilarPatches(quint64 id) const;
+    /// The ticked patches that exist, in library order.
+    [[nodiscard]] QList<VelgorPatch> getMultiSelection() const;
+
+Q_SIGNALS:
+    void rowsAboutToBeInserted(qsizetype first, qsizetype last);
+    void rowsInserted(qsizetype first, qsizetype last);
+    void rowsAboutToBeRemoved(qsizetype first, qsizetype last);
+    void rowsRemoved(qsizetype first, qsizetype last);
+    void rowAboutToBeMoved(qsizetype from, qsizetype offset);
+    void rowMoved(qsizetype from, qsizetype offset);
+    void rowsChanged(qsizetype first, qsizetype last);
+    /// The same patches in another order: formerRows holds, for each row, the row that its patch had before.
+    void aboutToBeReordered();
+    void reordered(const QList<qsizetype> &formerRows);
+    /// Rows went in several places at once.
+    void aboutToBeReset();
+    void wasReset();
+
+    void selectionChanged();
+    void isMultiSelChanged();
+    void multiSelectionsChanged();
+    void deleteConfirmChanged();
+    void inverseSortChanged();
+    void defaultPatchChanged();
+
+private:
+    void insertAt(qsizetype position, const QList<VelgorPatch> &patches);
+    void removeRows(const QList<qsizetype> &ascendingRows);
+    void replacePresetData(qsizetype row, const VelgorPatch &patch);
+    void appendDuplicate(const VelgorPatch &patch, const QString &foundName);
+    [[nodiscard]] QString findNewNameForDuplicate(const QString &fromname);
+    void manageDummy();
+    void countEmpty();
+
+    void materializeOrder();
+    [[nodiscard]] QList<qsizetype> rowsByName(bool ascending) const;
+    [[nodiscard]] QList<qsizetype> rowsByRememberedOrder();
+    void reorder(const QList<qsizetype> &formerRows);
+
+    QList<VelgorPatch> m_patches;
+    mutable PatchIndex m_index;
+    qsizetype m_emptyCount = 0;
+    /// The remembered order is written out only when it is about to differ from the list or is asked for.
+    QList<quint64> m_order;
+    bool m_orderIsList = false;
+    std::optional<quint64> m_selection;
+    bool m_isMultiSel = false;
+    MultiSelections m_multiSelections;
+    bool m_deleteConfirm = false;
+    TripleBool m_inverseSort = TripleBool::tripleFalse;
+    std::optional<quint64> m_defaultPatch;
+};

@@ -1,0 +1,88 @@
+#include "VelgorPatch.h"
+
+#include "RandomId.h"
+#include "Utf8Text.h"
+
+#include <tuple>
+
+namespace {
+
+auto shownFields(const VelgorPatch &patch)
+{
+    return std::tie(patch.hasUserIR, patch.name, patch.comment, patch.version, patch.guitar, patch.bass, patch.clean,
+        patch.crunch, patch.drive, patch.higain, patch.rythm, patch.solo, patch.date);
+}
+
+} // namespace
+
+VelgorPatch::VelgorPatch(const QString &shownName, bool userIR)
+    : name(shownName)
+    , hasUserIR(userIR)
+    , version(QStringLiteral("!NONE"))
+    , date(ReferenceDate::now())
+    , m_id(randomId())
+{
+}
+
+VelgorPatch::VelgorPatch(const SPatch &patch, const SUserIR &userIR, const SHeaderDesc &header)
+    : name(patch.name)
+    , hasUserIR(userIR.size != 0)
+    , version(Utf8Text::decode(header.pm0).value_or(QStringLiteral("xxxxx")))
+    , date(ReferenceDate::now())
+    , patchData(patch)
+    , userIRData(userIR)
+    , headerData(header)
+    , m_id(staticSimpleHash(patch, userIR))
+{
+}
+
+VelgorPatch::VelgorPatch(quint64 id)
+    : m_id(id)
+{
+}
+
+VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newName)
+{
+    if (!from.patchData || !from.userIRData) {
+        return from.withId(randomId());
+    }
+    VelgorPatch copy = from.withId(staticSimpleHash(from.patchData, from.userIRData, newName));
+    copy.name = newName;
+    copy.patchData->name = newName;
+    return copy;
+}
+
+VelgorPatch VelgorPatch::withId(quint64 id) const
+{
+    VelgorPatch copy = *this;
+    copy.m_id = id;
+    return copy;
+}
+
+quint64 VelgorPatch::staticSimpleHash(const std::optional<SPatch> &patch, const std::optional<SUserIR> &userIR,
+    const std::optional<QString> &overrideName)
+{
+    if (!patch) {
+        return randomId();
+    }
+    return patch->simpleHash(overrideName) ^ (userIR ? userIR->simpleHash() : 0);
+}
+
+quint64 VelgorPatch::staticSimpleHash(
+    const std::optional<VelgorPatch> &patch, const std::optional<QString> &overrideName)
+{
+    return patch ? staticSimpleHash(patch->patchData, patch->userIRData, overrideName) : randomId();
+}
+
+std::optional<quint64> VelgorPatch::soundHash() const
+{
+    if (!patchData) {
+        return std::nullopt;
+    }
+    return staticSimpleHash(patchData, userIRData, QString());
+}
+
+bool VelgorPatch::operator==(const VelgorPatch &other) const
+{
+    return shownFields(*this) == shownFields(other);
+}
