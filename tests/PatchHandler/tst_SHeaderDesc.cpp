@@ -20,11 +20,49 @@ private Q_SLOTS:
         QCOMPARE(recorder.lines(), QStringList());
     }
 
-    void thirtyOneBytesAreRefused()
+    void everyFieldStandsAtItsOffset()
     {
+        QByteArray data(32, '\0');
+        for (int i = 0; i < data.size(); ++i) {
+            data[i] = static_cast<char>(0xC0 + i);
+        }
+        const auto header = SHeaderDesc::fromData(data, 0);
+        QVERIFY(header);
+        QCOMPARE(QByteArrayView(header->tsrp), QByteArrayView(data).first(4));
+        QCOMPARE(header->size, 0xC7C6C5C4U);
+        QCOMPARE(QByteArrayView(header->pm0), QByteArrayView(data).sliced(8, 5));
+        QCOMPARE(header->sep, 0xCD);
+        QCOMPARE(header->nbpatches, 0xCFCE);
+        QCOMPARE(QByteArrayView(header->filler), QByteArrayView(data).last(16));
+    }
+
+    void parsesAtAnOffset()
+    {
+        const QByteArray data = QByteArray(5, 'x') + QByteArray(32, 'y') + QByteArray(5, 'z');
+        const auto header = SHeaderDesc::fromData(data, 5);
+        QVERIFY(header);
+        QCOMPARE(*header, *SHeaderDesc::fromData(QByteArray(32, 'y'), 0));
+    }
+
+    void tooFewBytesAreRefused_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<qint64>("offset");
+        QTest::newRow("31 bytes") << 31 << qint64{0};
+        QTest::newRow("no bytes") << 0 << qint64{0};
+        QTest::newRow("31 bytes after the offset") << 40 << qint64{9};
+        QTest::newRow("offset behind the end") << 40 << qint64{41};
+        QTest::newRow("offset before the start") << 40 << qint64{-1};
+        QTest::newRow("largest offset") << 40 << std::numeric_limits<qint64>::max();
+    }
+
+    void tooFewBytesAreRefused()
+    {
+        QFETCH(const int, size);
+        QFETCH(const qint64, offset);
         DiagnosticRecorder recorder;
-        QVERIFY(!SHeaderDesc::fromData(QByteArray(31, 'x'), 0));
-        QCOMPARE(recorder.take(), QStringList {QStringLiteral("Wrong data size in HeaderDesc")});
+        QVERIFY(!SHeaderDesc::fromData(QByteArray(size, 'x'), offset));
+        QCOMPARE(recorder.take(), QStringList{QStringLiteral("Wrong data size in HeaderDesc")});
     }
 
     void anyTagParses()
@@ -32,6 +70,14 @@ private Q_SLOTS:
         const auto header = SHeaderDesc::fromData(QByteArray(32, 'x'), 0);
         QVERIFY(header);
         QCOMPARE(QByteArrayView(header->tsrp), QByteArrayView("xxxx"));
+    }
+
+    void countOfZeroParses()
+    {
+        const auto header = SHeaderDesc::fromData(QByteArray(32, '\0'), 0);
+        QVERIFY(header);
+        QCOMPARE(header->nbpatches, 0);
+        QCOMPARE(header->length, 32);
     }
 };
 
