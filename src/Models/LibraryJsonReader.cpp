@@ -13,7 +13,7 @@ constexpr unsigned allFields = (1U << patchJsonFieldCount) - 1;
 
 const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields()
 {
-    static const std::array<PatchJsonField, patchJsonFieldCount> fields {{
+    static const std::array<PatchJsonField, patchJsonFieldCount> fields{{
         {.key = "id"},
         {.key = "name", .text = &VelgorPatch::name},
         {.key = "hasUserIR", .flag = &VelgorPatch::hasUserIR},
@@ -159,8 +159,8 @@ bool LibraryJsonReader::key(string_t &name)
         return true;
     }
     const auto &fields = patchJsonFields();
-    const auto found
-        = std::find_if(fields.begin(), fields.end(), [&name](const PatchJsonField &field) { return name == field.key; });
+    const auto found =
+        std::find_if(fields.begin(), fields.end(), [&name](const PatchJsonField &field) { return name == field.key; });
     m_field = found == fields.end() ? nullptr : &*found;
     return true;
 }

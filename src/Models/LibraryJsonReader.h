@@ -55,7 +55,7 @@ private:
     bool m_hasPatches = false;
     LibraryJson::Content m_content;
 
-    VelgorPatch m_patch {quint64(0)};
+    VelgorPatch m_patch{quint64(0)};
     quint64 m_patchId = 0;
     unsigned m_seenFields = 0; ///< one bit a field
 };

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::array askedFlags {&VelgorPatch::hasUserIR, &VelgorPatch::guitar, &VelgorPatch::bass, &VelgorPatch::clean,
+constexpr std::array askedFlags{&VelgorPatch::hasUserIR, &VelgorPatch::guitar, &VelgorPatch::bass, &VelgorPatch::clean,
     &VelgorPatch::crunch, &VelgorPatch::drive, &VelgorPatch::higain, &VelgorPatch::rythm, &VelgorPatch::solo};
 
 QStringList commentWords(const QString &comment)

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QtGlobal>
 #include <QObject>
+#include <QtGlobal>
 
 /// Compares, assigns, announces: a setter that changes nothing announces nothing.
-template<typename Object, typename Value>
+template <typename Object, typename Value>
 void setObservable(Object *object, Value &member, const Value &value, void (Object::*changed)())
 {
     if (!(member == value)) {

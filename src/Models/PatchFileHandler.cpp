@@ -121,7 +121,7 @@ bool PatchFileHandler::save(const VelgorPatch &patch)
     }
     const QString proposed = lastPathComponent(patch.name + QStringLiteral(".prst"));
     const std::optional<QString> path = m_dialogs->askSaveFile(tr("Save patch"), proposed);
-    return path ? exportTo(QList {patch}, *path) : cancel();
+    return path ? exportTo(QList{patch}, *path) : cancel();
 }
 
 bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
@@ -130,7 +130,8 @@ bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
     if (!patch.patchData || !patch.userIRData || !patch.headerData) {
         return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(patch.name));
     }
-    return write(exportHeader(*patch.headerData, 1), {namedRecord(*patch.patchData, patch.patchData->name)}, {*patch.userIRData}, filename);
+    return write(exportHeader(*patch.headerData, 1), {namedRecord(*patch.patchData, patch.patchData->name)},
+        {*patch.userIRData}, filename);
 }
 
 bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QString &filename)
@@ -166,8 +167,8 @@ bool PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString
     return write(exportHeader(*patches.first().headerData, patches.size()), records, userIRs, filename);
 }
 
-bool PatchFileHandler::write(const SHeaderDesc &header, const QList<SPatch> &patches, const QList<SUserIR> &userIRs,
-    const QString &filename)
+bool PatchFileHandler::write(
+    const SHeaderDesc &header, const QList<SPatch> &patches, const QList<SUserIR> &userIRs, const QString &filename)
 {
     qint64 size = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * patches.size();
     for (const SPatch &patch : patches) {

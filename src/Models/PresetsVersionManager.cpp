@@ -30,7 +30,7 @@ std::optional<VersionColor> PresetsVersionManager::getColor(int versionid)
     }
     constexpr double brightness = 2.5;
     const double x = versionid;
-    return VersionColor {.red = (std::sin(x) + 1.0) / brightness,
+    return VersionColor{.red = (std::sin(x) + 1.0) / brightness,
         .green = (std::cos(x + 1.5) + 1.0) / brightness,
         .blue = (std::sin(x + 1.0) + 1.0) / brightness};
 }

@@ -146,8 +146,8 @@ void VelgorContent::place(const VelgorPatch &patch, qsizetype location, QMap<QSt
 
 void VelgorContent::replace(const QUuid &id, const VelgorPatch &with)
 {
-    const auto found = std::find_if(
-        m_slots.begin(), m_slots.end(), [&id](const VelgorContentPatch &slot) { return slot.id == id; });
+    const auto found =
+        std::find_if(m_slots.begin(), m_slots.end(), [&id](const VelgorContentPatch &slot) { return slot.id == id; });
     if (found == m_slots.end()) {
         return;
     }

@@ -16,8 +16,7 @@ VelgorLibrary::VelgorLibrary(QObject *parent)
     saveOrder();
 }
 
-VelgorLibrary::VelgorLibrary(
-    const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent)
+VelgorLibrary::VelgorLibrary(const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent)
     : QObject(parent)
     , m_patches(patches)
     , m_defaultPatch(defaultPatch)
@@ -56,7 +55,7 @@ std::optional<VelgorLibrary::Found> VelgorLibrary::getPatchFromId(std::optional<
     if (index < 0) {
         return std::nullopt;
     }
-    return Found {index, &m_patches.at(index)};
+    return Found{index, &m_patches.at(index)};
 }
 
 void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::optional<quint64> synonymId)
@@ -71,8 +70,8 @@ void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::option
     }
 }
 
-void VelgorLibrary::append(const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location,
-    std::optional<quint64> synonymId)
+void VelgorLibrary::append(
+    const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonymId)
 {
     std::optional<Found> found = getPatchFromId(synonymId ? *synonymId : patch.id());
     if (!found && synonymId) {
@@ -295,6 +294,6 @@ void VelgorLibrary::manageDummy()
 
 void VelgorLibrary::countEmpty()
 {
-    m_emptyCount
-        = std::count_if(m_patches.begin(), m_patches.end(), [](const VelgorPatch &patch) { return patch.empty; });
+    m_emptyCount =
+        std::count_if(m_patches.begin(), m_patches.end(), [](const VelgorPatch &patch) { return patch.empty; });
 }

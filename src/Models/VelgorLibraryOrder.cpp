@@ -24,13 +24,12 @@ TripleBool nextStep(TripleBool step)
 }
 
 /// Rows in the stable order of their keys.
-template<typename Key, typename Less>
+template <typename Key, typename Less>
 QList<qsizetype> rowsSortedBy(const QList<Key> &keys, Less less)
 {
     QList<qsizetype> rows(keys.size());
     std::iota(rows.begin(), rows.end(), 0);
-    std::stable_sort(
-        rows.begin(), rows.end(), [&](qsizetype a, qsizetype b) { return less(keys.at(a), keys.at(b)); });
+    std::stable_sort(rows.begin(), rows.end(), [&](qsizetype a, qsizetype b) { return less(keys.at(a), keys.at(b)); });
     return rows;
 }
 

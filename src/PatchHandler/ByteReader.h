@@ -24,7 +24,7 @@ public:
     /// A copy of the next `count` bytes.
     QByteArray readBytes(qint64 count);
 
-    template<std::size_t Size>
+    template <std::size_t Size>
     std::array<char, Size> readArray()
     {
         std::array<char, Size> result;

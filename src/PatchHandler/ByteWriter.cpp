@@ -4,7 +4,7 @@
 
 namespace {
 
-template<typename Integer>
+template <typename Integer>
 QByteArray littleEndian(Integer value)
 {
     QByteArray bytes(static_cast<qsizetype>(sizeof(Integer)), Qt::Uninitialized);

@@ -16,7 +16,7 @@ public:
     void writeUInt32(quint32 value);
     void writeBytes(QByteArrayView bytes) { m_bytes.append(bytes); }
 
-    template<std::size_t Size>
+    template <std::size_t Size>
     void writeArray(const std::array<char, Size> &bytes)
     {
         writeBytes(QByteArrayView(bytes));

@@ -88,7 +88,7 @@ std::optional<QByteArray> PatchWriter::encodePatches(const SPresetFile &presets)
 
 quint16 PatchWriter::calcChecksum(QByteArrayView data)
 {
-    const auto sum = std::accumulate(data.begin(), data.end(), 0U,
-        [](unsigned total, char byte) { return total + static_cast<quint8>(byte); });
+    const auto sum = std::accumulate(
+        data.begin(), data.end(), 0U, [](unsigned total, char byte) { return total + static_cast<quint8>(byte); });
     return static_cast<quint16>(((sum & 0x0FU) << 8U) | ((sum >> 4U) & 0x0FU));
 }

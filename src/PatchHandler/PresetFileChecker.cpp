@@ -25,7 +25,8 @@ PresetFileReport PresetFileChecker::check(const QByteArray &data)
     checker.checkAll();
     report.findings = checker.m_findings;
 
-    const auto assembled = SPresetFile::fromRecords(report.file->headerDesc, report.file->patches, report.file->userIRs);
+    const auto assembled =
+        SPresetFile::fromRecords(report.file->headerDesc, report.file->patches, report.file->userIRs);
     const auto written = assembled ? PatchWriter::encodePatches(*assembled) : std::nullopt;
     report.roundTrip = written && *written == data;
     return report;
@@ -115,8 +116,8 @@ void PresetFileChecker::checkUserIR(qsizetype index, qint64 blockOffset)
         m_firstWithUserIR = index;
     }
     if (userIR.risu != m_file.userIRs.at(*m_firstWithUserIR).risu) {
-        report("user-ir-tag",
-            tr("patch %1: the tag of its user IR differs from the first user IR's").arg(index), blockOffset);
+        report("user-ir-tag", tr("patch %1: the tag of its user IR differs from the first user IR's").arg(index),
+            blockOffset);
     }
     if (userIR.data.size() < SUserIR::numberSize) {
         report("user-ir-size",

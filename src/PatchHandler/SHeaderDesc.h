@@ -10,12 +10,12 @@ struct SHeaderDesc {
     static constexpr qint64 encodedLength = 32;
     static constexpr qint64 uncountedSize = 8; ///< tag and size: the bytes that `size` does not count
 
-    std::array<char, 4> tsrp {}; ///< tag, not checked
+    std::array<char, 4> tsrp{}; ///< tag, not checked
     quint32 size = 0; ///< bytes from offset 8 to the end of the last patch's blocks
-    std::array<char, 5> pm0 {}; ///< firmware version text
+    std::array<char, 5> pm0{}; ///< firmware version text
     quint8 sep = 0;
     quint16 nbpatches = 0;
-    std::array<char, 16> filler {};
+    std::array<char, 16> filler{};
     qint64 length = encodedLength; ///< bytes taken in the file
     quint8 tailBit = 0xFF; ///< copy of the file's tail byte; 0xFF until the tail is known
 

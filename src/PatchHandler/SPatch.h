@@ -11,7 +11,7 @@ struct SPatch {
     static constexpr qint64 sizeFieldEnd = 8; ///< tag and size: the bytes that `size` does not count
     static constexpr quint32 fixedSize = 20; ///< the part of `size` that is not `data`
 
-    std::array<char, 4> mrap {}; ///< tag, not checked
+    std::array<char, 4> mrap{}; ///< tag, not checked
     quint32 size = 0; ///< bytes after this field: 20 and the bytes of `data`
     quint8 sep = 0;
     quint16 pos = 0; ///< position in the file's list, from 0; rewritten on export

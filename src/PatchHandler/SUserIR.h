@@ -11,7 +11,7 @@ struct SUserIR {
     static constexpr qint64 sizeFieldEnd = 8; ///< tag and size: the bytes that `size` does not count
     static constexpr qsizetype numberSize = 4; ///< bytes of the user-IR number at the start of `data`
 
-    std::array<char, 4> risu {'R', 'I', 'S', 'U'}; ///< tag, not checked
+    std::array<char, 4> risu{'R', 'I', 'S', 'U'}; ///< tag, not checked
     quint32 size = 0; ///< bytes of `data`; 0 means that the patch has no user impulse response
     QByteArray data; ///< the number, little-endian, then the impulse response itself
     qint64 length = 0; ///< bytes taken in the file: `size` + 8, or 0 for the placeholder

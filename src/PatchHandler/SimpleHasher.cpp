@@ -14,7 +14,7 @@ void SimpleHasher::combine(QByteArrayView data)
     }
     // Strictly before the last byte: a last byte on its own is left out.
     if (i < data.size() - 1) {
-        std::array<char, wordSize> word {};
+        std::array<char, wordSize> word{};
         std::copy(data.begin() + i, data.end(), word.begin());
         m_hash ^= qFromLittleEndian<quint64>(word.data());
     }

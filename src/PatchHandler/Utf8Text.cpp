@@ -9,7 +9,8 @@ namespace {
 /// Length in UTF-16 units of the character that starts at `index`.
 qsizetype unitsAt(const QString &text, qsizetype index)
 {
-    const bool isPair = text.at(index).isHighSurrogate() && index + 1 < text.size() && text.at(index + 1).isLowSurrogate();
+    const bool isPair =
+        text.at(index).isHighSurrogate() && index + 1 < text.size() && text.at(index + 1).isLowSurrogate();
     return isPair ? 2 : 1;
 }
 
@@ -17,7 +18,8 @@ qsizetype unitsAt(const QString &text, qsizetype index)
 
 std::optional<QString> decode(QByteArrayView bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
+    QStringDecoder decoder(
+        QStringDecoder::Utf8, QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
     QString text = decoder.decode(bytes);
     if (decoder.hasError()) {
         return std::nullopt;
