@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// Everything below a directory, from one scan, found by the patch ids in the paths. Links are not followed.
+/// The owner reports what it moves and adds, so that one scan serves a whole save.
+class DirectoryListing {
+public:
+    enum class Kind { RegularFile, Directory, Other };
+
+    /// Nothing when the directory cannot be read.
+    [[nodiscard]] static std::optional<DirectoryListing> scan(const QString &directory);
+
+    /// Relative paths that hold "." + id + ".".
+    [[nodiscard]] QStringList pathsFor(quint64 id) const { return m_paths.value(id); }
+    /// What stands directly in the directory under this name.
+    [[nodiscard]] std::optional<Kind> kindOf(const QString &name) const;
+    /// The names directly in the directory.
+    [[nodiscard]] QStringList names() const { return m_kinds.keys(); }
+
+    void added(const QString &name);
+    void moved(const QString &from, const QString &to);
+
+private:
+    void insert(const QString &path, Kind kind);
+
+    QHash<quint64, QStringList> m_paths;
+    QHash<QString, Kind> m_kinds;
+};

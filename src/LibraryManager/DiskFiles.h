@@ -1,0 +1,42 @@
+#pragma once
+
+#include "FileAccess.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QString>
+
+/// The one module that opens, writes, moves and removes files. Errors are returned as the system's reason,
+/// translated, without the file's name; an empty text means success.
+class DiskFiles : public FileAccess {
+    Q_DECLARE_TR_FUNCTIONS(DiskFiles)
+
+public:
+    /// Largest file that is read: a preset file's sizes have 32 bits.
+    static constexpr qint64 largestFile = 0xFFFF'FFFFLL;
+
+    enum class Links { Follow, Refuse };
+
+    /// Reads a regular file, or the one a link leads to. Never waits for a pipe or a device.
+    [[nodiscard]] FileReadResult read(const QString &path) override;
+    /// Replaces a file, or the one a link leads to, safely: see replace().
+    [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
+
+    [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);
+    /// Writes a temporary file beside `path`, checks and synchronises it, and renames it over `path`, so that an
+    /// interruption leaves the old file or the new one. Refuses to take the place of anything but a file or link.
+    [[nodiscard]] static QString replace(const QString &path, const QByteArray &bytes);
+    /// Rewrites the file itself, so that its identity, owner and rights stay, and synchronises it. On failure
+    /// `wasTouched` says whether the old bytes are gone.
+    [[nodiscard]] static QString overwriteInPlace(const QString &path, const QByteArray &bytes, bool &wasTouched);
+
+    /// The first step of a replacement: a checked temporary file beside `path`. Its name goes into `temporary`.
+    [[nodiscard]] static QString stage(const QString &path, const QByteArray &bytes, bool isSynced, QString &temporary);
+    /// The last step: the temporary file takes the place of `path`. It is removed on failure.
+    [[nodiscard]] static QString commit(const QString &temporary, const QString &path);
+
+    /// Never replaces another file.
+    [[nodiscard]] static QString move(const QString &from, const QString &to);
+    [[nodiscard]] static QString remove(const QString &path);
+    [[nodiscard]] static QString makeDirectory(const QString &path);
+};

@@ -1,0 +1,120 @@
+#include "LibraryFileNames.h"
+
+#include "Utf8Text.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+
+namespace LibraryFileNames {
+
+namespace {
+
+const QString patchPrefix = QStringLiteral("lib-");
+const QString patchSuffix = QStringLiteral(".prst");
+
+/// Bytes of a file name that every usual file system takes.
+constexpr qsizetype longestFileName = 255;
+
+std::optional<quint64> idFromText(QStringView text)
+{
+    if (text.isEmpty() || (text.size() > 1 && text.first() == u'0')) {
+        return std::nullopt;
+    }
+    for (const QChar digit : text) {
+        if (digit < u'0' || digit > u'9') {
+            return std::nullopt;
+        }
+    }
+    bool isWithin64Bits = false;
+    const quint64 id = text.toULongLong(&isWithin64Bits);
+    return isWithin64Bits ? std::optional(id) : std::nullopt;
+}
+
+} // namespace
+
+QString libraryFile()
+{
+    return QStringLiteral("velgorlibrary.json");
+}
+
+QString libraryCopy()
+{
+    return QStringLiteral("velgorlibrary.copy.json");
+}
+
+QString lockFile()
+{
+    return QStringLiteral(".velgorlibrary.lock");
+}
+
+QString temporaryPrefix()
+{
+    return QStringLiteral(".velgor-writing-");
+}
+
+QString datedCopy(int attempt)
+{
+    const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss"));
+    return QStringLiteral("velgorlibrary-%1-%2.json").arg(time).arg(attempt, 2, 10, QChar(u'0'));
+}
+
+bool isDatedCopy(const QString &name)
+{
+    static const QRegularExpression pattern(QStringLiteral("^velgorlibrary-\\d{8}T\\d{6}-\\d{2,}\\.json$"));
+    return pattern.match(name).hasMatch();
+}
+
+bool isReserved(const QString &name)
+{
+    return name == libraryFile() || name == libraryCopy() || name == lockFile() || name.startsWith(temporaryPrefix())
+        || isDatedCopy(name);
+}
+
+QString patchFile(const QString &patchName, quint64 patchID)
+{
+    QString name = patchName;
+    name.remove(QChar(u'\0'));
+    name.replace(u'/', u'$');
+    const QString end = u'.' + QString::number(patchID) + patchSuffix;
+    return patchPrefix + Utf8Text::longestPrefixWithin(name, longestFileName - patchPrefix.size() - end.size()) + end;
+}
+
+std::optional<quint64> patchFileId(const QString &name)
+{
+    if (!name.startsWith(patchPrefix) || !name.endsWith(patchSuffix)) {
+        return std::nullopt;
+    }
+    const QStringView base = QStringView(name).chopped(patchSuffix.size());
+    const qsizetype dot = base.lastIndexOf(u'.');
+    return dot < patchPrefix.size() ? std::nullopt : idFromText(base.sliced(dot + 1));
+}
+
+QList<quint64> idsIn(const QString &path)
+{
+    QList<quint64> ids;
+    qsizetype from = path.indexOf(u'.');
+    while (from >= 0) {
+        const qsizetype to = path.indexOf(u'.', from + 1);
+        if (to < 0) {
+            break;
+        }
+        const auto id = idFromText(QStringView(path).sliced(from + 1, to - from - 1));
+        if (id && !ids.contains(*id)) {
+            ids.append(*id);
+        }
+        from = to;
+    }
+    return ids;
+}
+
+QString address(const QString &path)
+{
+    return QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+}
+
+bool isListable(const QString &directory)
+{
+    return QUrl::fromLocalFile(directory).path(QUrl::FullyEncoded) == directory;
+}
+
+} // namespace LibraryFileNames

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+/// What the files of a library directory are called.
+namespace LibraryFileNames {
+
+/// The library file, the complete copy that stands beside it while it is rewritten, and the lock.
+[[nodiscard]] QString libraryFile();
+[[nodiscard]] QString libraryCopy();
+[[nodiscard]] QString lockFile();
+/// Every file being written starts with this; no such name holds a patch id.
+[[nodiscard]] QString temporaryPrefix();
+
+/// Where an old library file is kept: a name of its own for each `attempt` within the present second.
+[[nodiscard]] QString datedCopy(int attempt);
+[[nodiscard]] bool isDatedCopy(const QString &name);
+/// True for every file that belongs to the library as a whole and never to one patch.
+[[nodiscard]] bool isReserved(const QString &name);
+
+/// The file of a patch: "lib-", its name with "/" as "$", its id, ".prst". NUL characters are left out, and a name
+/// too long for a file system is shortened, which the id makes harmless.
+[[nodiscard]] QString patchFile(const QString &patchName, quint64 patchID);
+/// The id for which this is the name of a patch file.
+[[nodiscard]] std::optional<quint64> patchFileId(const QString &name);
+/// Every number between two dots of a path, as ids are written: decimal, without leading zeros, within 64 bits.
+[[nodiscard]] QList<quint64> idsIn(const QString &path);
+
+/// A path as it is shown in printed lines: a file address.
+[[nodiscard]] QString address(const QString &path);
+/// False when the path of a directory changes by percent-encoding. Such a directory is not listed.
+[[nodiscard]] bool isListable(const QString &directory);
+
+} // namespace LibraryFileNames

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "LibraryJson.h"
+#include "VelgorLibrary.h"
+
+#include <QCoreApplication>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+class DirectoryListing;
+
+/// What loading a library directory gave.
+struct LibraryLoadResult {
+    std::unique_ptr<VelgorLibrary> library; ///< none for a new, empty or undecodable library
+    bool readError = false; ///< the library file is there and could not be decoded, nor its copy
+    QString problem; ///< why the library file could not be read or decoded; names the file; translated
+    QStringList droppedPatches; ///< names of the patches without readable preset data
+    /// The next save loses something that the library file holds now, so it has to be kept under another name.
+    bool mustKeepOldFile = false;
+    QSet<QString> leftAlone; ///< files that saves shall not touch
+};
+
+/// Reads a library directory: the library file first, then every patch's preset file. Changes nothing on disk.
+class LibraryLoader {
+    Q_DECLARE_TR_FUNCTIONS(LibraryLoader)
+
+public:
+    /// `directory` is a path without a slash at its end.
+    explicit LibraryLoader(const QString &directory);
+    ~LibraryLoader();
+    Q_DISABLE_COPY_MOVE(LibraryLoader)
+
+    [[nodiscard]] LibraryLoadResult load();
+
+private:
+    struct Progress {
+        bool complete = true;
+        qsizetype loaded = 0;
+    };
+    /// A patch and the id under which its file is stored, which differs for the second of two equal ids.
+    struct Entry {
+        VelgorPatch patch;
+        quint64 storedId;
+    };
+
+    [[nodiscard]] std::optional<LibraryJson::Content> readLibraryFile(LibraryLoadResult &result);
+    [[nodiscard]] static QList<Entry> withUniqueIds(const QList<VelgorPatch> &patches);
+    Progress loadPatches(VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result);
+    [[nodiscard]] std::optional<SPresetFile> readPatch(const Entry &entry, QString &fileName);
+    [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
+    [[nodiscard]] QString pathOf(const QString &name) const;
+
+    QString m_directory;
+    std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
+};

@@ -1,0 +1,64 @@
+#include "LibraryManagerPreferences.h"
+
+#include "ObservableProperty.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace {
+
+const QString colorSchemeKey = QStringLiteral("colorScheme");
+const QString libraryDirectoryKey = QStringLiteral("libraryDirectory");
+
+std::unique_ptr<QSettings> userStore()
+{
+    return std::make_unique<QSettings>(QStringLiteral("velgor"), QStringLiteral("velgor-library-manager"));
+}
+
+} // namespace
+
+std::optional<PrefColors> prefColorsFromRawValue(int value)
+{
+    if (value < static_cast<int>(PrefColors::prefsystem) || value > static_cast<int>(PrefColors::preflight)) {
+        return std::nullopt;
+    }
+    return static_cast<PrefColors>(value);
+}
+
+LibraryManagerPreferences::LibraryManagerPreferences(std::unique_ptr<QSettings> store, QObject *parent)
+    : QObject(parent)
+    , m_store(store ? std::move(store) : userStore())
+    , m_colorScheme(prefColorsFromRawValue(m_store->value(colorSchemeKey).toInt()).value_or(PrefColors::prefsystem))
+    , m_libraryDirectory(m_store->value(libraryDirectoryKey).toString())
+{
+    if (m_libraryDirectory.isEmpty()) {
+        m_libraryDirectory = defaultLibraryDirectory();
+    }
+}
+
+QString LibraryManagerPreferences::defaultLibraryDirectory()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+        .absoluteFilePath(QStringLiteral("VelgorLibrary"));
+}
+
+void LibraryManagerPreferences::setColorScheme(PrefColors colorScheme)
+{
+    m_store->setValue(colorSchemeKey, static_cast<int>(colorScheme));
+    setObservable(this, m_colorScheme, colorScheme, &LibraryManagerPreferences::colorSchemeChanged);
+}
+
+void LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirectory)
+{
+    setObservable(this, m_libraryDirectory, libraryDirectory, &LibraryManagerPreferences::libraryDirectoryChanged);
+    if (libraryDirectory == defaultLibraryDirectory()) {
+        m_store->remove(libraryDirectoryKey);
+    } else {
+        saveLibraryDirectory();
+    }
+}
+
+void LibraryManagerPreferences::saveLibraryDirectory()
+{
+    m_store->setValue(libraryDirectoryKey, QDir(m_libraryDirectory).absolutePath());
+}

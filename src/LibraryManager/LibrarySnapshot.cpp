@@ -1,0 +1,8 @@
+#include "LibrarySnapshot.h"
+
+#include "VelgorLibrary.h"
+
+LibraryJson::Content LibrarySnapshot::take(const VelgorLibrary &library)
+{
+    return {library.count() == 0 ? QList<VelgorPatch>() : library.patches(), library.defaultPatch()};
+}

@@ -1,0 +1,204 @@
+#include "LibraryStorageManager.h"
+
+#include "Diagnostics.h"
+#include "DirectoryListing.h"
+#include "DiskFiles.h"
+#include "FileExistence.h"
+#include "LibraryFileNames.h"
+#include "LibraryManagerPreferences.h"
+#include "LibrarySnapshot.h"
+#include "ObservableProperty.h"
+
+#include <QDir>
+
+#include <utility>
+
+LibraryStorageManager::LibraryStorageManager(
+    LibraryManagerPreferences &preferences, std::chrono::milliseconds period, QObject *parent)
+    : LibraryStorageManager(preferences.libraryDirectory(), period, parent)
+{
+    m_preferences = &preferences;
+    createDirectoryLibrary();
+}
+
+LibraryStorageManager::LibraryStorageManager(
+    const QString &directory, std::chrono::milliseconds period, QObject *parent)
+    : QObject(parent)
+    , m_directory(QDir(directory).absolutePath())
+    , m_delay(period)
+{
+    connect(&m_delay, &DelayedSave::due, this, &LibraryStorageManager::startBackgroundSave);
+    connect(&m_delay, &DelayedSave::waitingToSaveChanged, this, &LibraryStorageManager::waitingToSaveChanged);
+    connect(&m_delay, &DelayedSave::waitMoreChanged, this, &LibraryStorageManager::waitMoreChanged);
+}
+
+LibraryStorageManager::~LibraryStorageManager()
+{
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+}
+
+void LibraryStorageManager::setWriteError(bool writeError)
+{
+    setObservable(this, m_writeError, writeError, &LibraryStorageManager::writeErrorChanged);
+}
+
+void LibraryStorageManager::setReadError(bool readError)
+{
+    setObservable(this, m_readError, readError, &LibraryStorageManager::readErrorChanged);
+}
+
+void LibraryStorageManager::createDirectoryLibrary()
+{
+    if (existence(m_directory) != FileExistence::directory) {
+        const QString error = DiskFiles::makeDirectory(m_directory);
+        if (!error.isEmpty()) {
+            Diagnostics::printLine(QStringLiteral("Cannot create library directory"));
+            addWriteError(tr("%1: %2").arg(m_directory, error));
+            return;
+        }
+        testWrite();
+    }
+    if (!m_writeError && m_preferences) {
+        m_preferences->setLibraryDirectory(m_directory);
+    }
+}
+
+void LibraryStorageManager::testWrite()
+{
+    const QString path = m_directory + QStringLiteral(".testfile.txt");
+    bool wasTouched = false;
+    QString error = DiskFiles::overwriteInPlace(path, "Test file that can be removed", wasTouched);
+    if (error.isEmpty()) {
+        error = DiskFiles::remove(path);
+    }
+    if (!error.isEmpty()) {
+        addWriteError(tr("%1: %2").arg(path, error));
+    }
+}
+
+void LibraryStorageManager::openLibraryInFinder() const
+{
+    if (m_showDirectory) {
+        m_showDirectory(QUrl::fromLocalFile(m_directory));
+    }
+}
+
+std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
+{
+    LibraryLoadResult result = LibraryLoader(m_directory).load();
+    m_readProblem = result.problem;
+    m_droppedPatches = result.droppedPatches;
+    m_writeState = {.mustKeepOldFile = result.mustKeepOldFile, .leftAlone = result.leftAlone};
+    if (result.readError) {
+        setReadError(true);
+    }
+    return std::move(result.library);
+}
+
+void LibraryStorageManager::sweepLeftovers() const
+{
+    LibraryWriter::sweepLeftovers(m_directory);
+}
+
+QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
+{
+    const auto listing = LibraryFileNames::isListable(m_directory) ? DirectoryListing::scan(m_directory) : std::nullopt;
+    if (!listing) {
+        addWriteError(tr("%1: the directory cannot be listed").arg(m_directory));
+        return {};
+    }
+    return listing->pathsFor(patchID);
+}
+
+void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
+{
+    finishBackgroundSave();
+    const LibraryWriteResult result = LibraryWriter(m_directory, m_writeState).remove(patchIDs);
+    for (const QString &problem : result.problems) {
+        addWriteError(problem);
+    }
+}
+
+void LibraryStorageManager::save(const VelgorLibrary &library)
+{
+    finishBackgroundSave();
+    takeResult(LibraryWriter(m_directory, m_writeState).save(LibrarySnapshot::take(library)), &library);
+}
+
+void LibraryStorageManager::delayedSave(const VelgorLibrary &library)
+{
+    m_unsaved = &library;
+    setLibraryToSave(&library);
+    m_delay.request();
+}
+
+bool LibraryStorageManager::saveUnsaved()
+{
+    finishBackgroundSave();
+    m_delay.cancel();
+    setLibraryToSave(nullptr);
+    if (m_unsaved) {
+        save(*m_unsaved);
+    }
+    return m_unsaved.isNull();
+}
+
+void LibraryStorageManager::startBackgroundSave()
+{
+    if (!m_libraryToSave) {
+        m_delay.saveFinished();
+        return;
+    }
+    m_libraryBeingSaved = m_libraryToSave;
+    m_unsaved.clear();
+    m_thread = std::thread([this, writer = LibraryWriter(m_directory, m_writeState),
+                               content = LibrarySnapshot::take(*m_libraryToSave)]() mutable {
+        m_backgroundResult = writer.save(content);
+        QMetaObject::invokeMethod(this, &LibraryStorageManager::finishBackgroundSave, Qt::QueuedConnection);
+    });
+}
+
+void LibraryStorageManager::finishBackgroundSave()
+{
+    if (!m_thread.joinable()) {
+        return;
+    }
+    m_thread.join();
+    const LibraryWriteResult result = *std::exchange(m_backgroundResult, std::nullopt);
+    const bool wasChangedMeanwhile = !m_unsaved.isNull();
+    takeResult(result, wasChangedMeanwhile ? nullptr : m_libraryBeingSaved.data());
+    setLibraryToSave(nullptr);
+    m_delay.saveFinished();
+}
+
+void LibraryStorageManager::setLibraryToSave(const VelgorLibrary *library)
+{
+    if (m_libraryToSave != library) {
+        m_libraryToSave = library;
+        Q_EMIT libraryToSaveChanged();
+    }
+}
+
+void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const VelgorLibrary *library)
+{
+    m_writeState = result.state;
+    m_wasLastSaveWritten = result.isLibraryFileWritten && result.arePatchesWritten;
+    if (!result.keptFile.isEmpty()) {
+        m_keptFile = result.keptFile;
+    }
+    if (library) {
+        m_unsaved = m_wasLastSaveWritten ? nullptr : library;
+    }
+    m_writeProblems = result.problems;
+    if (result.hasError()) {
+        setWriteError(true);
+    }
+}
+
+void LibraryStorageManager::addWriteError(const QString &problem)
+{
+    m_writeProblems.append(problem);
+    setWriteError(true);
+}

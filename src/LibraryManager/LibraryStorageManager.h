@@ -1,0 +1,119 @@
+#pragma once
+
+#include "DelayedSave.h"
+#include "LibraryLoader.h"
+#include "LibraryStorage.h"
+#include "LibraryWriter.h"
+#include "VelgorLibrary.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <thread>
+
+class LibraryManagerPreferences;
+
+/// Keeps a patch library in a directory: loads it, saves it at once or in the background, removes patch files.
+///
+/// A background save works on a snapshot taken on the user-interface thread; saves never overlap. All functions
+/// belong to that thread, which must run an event loop for delayed saves. Failures set a flag that stays until
+/// the user has seen it, and the texts that go with it.
+class LibraryStorageManager : public QObject, public LibraryStorage {
+    Q_OBJECT
+
+public:
+    using ShowDirectory = std::function<void(const QUrl &directory)>;
+
+    /// The directory of the preferences, made if it is missing and recorded there if it can be used.
+    /// `preferences` must outlive the manager.
+    explicit LibraryStorageManager(LibraryManagerPreferences &preferences,
+        std::chrono::milliseconds period = DelayedSave::usualPeriod, QObject *parent = nullptr);
+    /// A directory that is neither made nor recorded.
+    explicit LibraryStorageManager(const QString &directory,
+        std::chrono::milliseconds period = DelayedSave::usualPeriod, QObject *parent = nullptr);
+    /// Waits for a save that is being written. What is not on disk yet is for saveUnsaved().
+    ~LibraryStorageManager() override;
+    Q_DISABLE_COPY_MOVE(LibraryStorageManager)
+
+    /// An absolute path without a slash at its end.
+    [[nodiscard]] QString libDirectory() const { return m_directory; }
+    [[nodiscard]] bool waitingToSave() const { return m_delay.waitingToSave(); }
+    [[nodiscard]] bool waitMore() const { return m_delay.waitMore(); }
+    [[nodiscard]] const VelgorLibrary *libraryToSave() const { return m_libraryToSave; }
+    [[nodiscard]] bool writeError() const { return m_writeError; }
+    [[nodiscard]] bool readError() const { return m_readError; }
+    void setWriteError(bool writeError);
+    void setReadError(bool readError);
+    /// What is behind writeError: one text for each failure of the last operation, naming file and reason.
+    [[nodiscard]] QStringList writeProblems() const { return m_writeProblems; }
+    /// Why the last load found a library file but no library; empty otherwise.
+    [[nodiscard]] QString readProblem() const { return m_readProblem; }
+    /// Names of the patches that the last load had to leave out.
+    [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
+    /// Where the last save that had to keep an old library file put it; empty when none had to.
+    [[nodiscard]] QString keptFile() const { return m_keptFile; }
+    /// The last save wrote everything; what failed, if anything, was tidying up.
+    [[nodiscard]] bool wasLastSaveWritten() const { return m_wasLastSaveWritten; }
+
+    /// Makes sure that the directory exists, and records it in the preferences, if there are any.
+    void createDirectoryLibrary();
+    /// Shows the directory in the desktop's file viewer, through the function set here.
+    void setShowDirectory(ShowDirectory showDirectory) { m_showDirectory = std::move(showDirectory); }
+    void openLibraryInFinder() const;
+
+    /// The stored library, complete with preset data; nothing when there is none, it is empty or not readable.
+    [[nodiscard]] std::unique_ptr<VelgorLibrary> decodeLibrary();
+    /// Removes what an interrupted program left behind. Only while this program alone uses the directory.
+    void sweepLeftovers() const;
+    /// Relative paths of the files that carry this patch id.
+    [[nodiscard]] QStringList getPathsForPatchID(quint64 patchID);
+
+    void remove(const QList<quint64> &patchIDs) override;
+    void save(const VelgorLibrary &library) override;
+    void delayedSave(const VelgorLibrary &library) override;
+
+    /// A change was handed to delayedSave() that no finished save holds.
+    [[nodiscard]] bool hasUnsavedChanges() const { return !m_unsaved.isNull(); }
+    /// Ends the waiting and writes what is not on disk yet, before the program ends. False when that failed.
+    bool saveUnsaved();
+
+Q_SIGNALS:
+    void waitingToSaveChanged();
+    void waitMoreChanged();
+    void libraryToSaveChanged();
+    void writeErrorChanged();
+    void readErrorChanged();
+
+private:
+    void testWrite();
+    void startBackgroundSave();
+    void finishBackgroundSave();
+    void setLibraryToSave(const VelgorLibrary *library);
+    void takeResult(const LibraryWriteResult &result, const VelgorLibrary *library);
+    void addWriteError(const QString &problem);
+
+    LibraryManagerPreferences *m_preferences = nullptr;
+    QString m_directory;
+    ShowDirectory m_showDirectory;
+    DelayedSave m_delay;
+    QPointer<const VelgorLibrary> m_libraryToSave;
+    QPointer<const VelgorLibrary> m_unsaved;
+    bool m_writeError = false;
+    bool m_readError = false;
+    QStringList m_writeProblems;
+    QString m_readProblem;
+    QStringList m_droppedPatches;
+    QString m_keptFile;
+    bool m_wasLastSaveWritten = true;
+    LibraryWriteState m_writeState;
+
+    std::thread m_thread;
+    QPointer<const VelgorLibrary> m_libraryBeingSaved;
+    std::optional<LibraryWriteResult> m_backgroundResult; ///< written by the thread, read after joining it
+};
