@@ -65,7 +65,7 @@ private Q_SLOTS:
                 }
             });
         }
-        for (std::thread& thread : threads) {
+        for (std::thread &thread : threads) {
             thread.join();
         }
         QStringList lines = recorder.take();

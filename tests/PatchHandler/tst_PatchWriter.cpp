@@ -7,7 +7,10 @@
 
 namespace {
 
-SPatch lead(int dataSize = 10) { return TestRecords::patch(QStringLiteral("Lead"), 1, dataSize); }
+SPatch lead(int dataSize = 10)
+{
+    return TestRecords::patch(QStringLiteral("Lead"), 1, dataSize);
+}
 
 } // namespace
 

@@ -22,7 +22,7 @@ QByteArray goodBytes()
 }
 
 /// Puts `bytes` at `offset` and makes the checksum right again.
-QByteArray changed(qsizetype offset, const QByteArray& bytes)
+QByteArray changed(qsizetype offset, const QByteArray &bytes)
 {
     QByteArray file = goodBytes().replace(offset, bytes.size(), bytes);
     const quint16 checksum = PatchWriter::calcChecksum(QByteArrayView(file).chopped(2));
@@ -31,10 +31,10 @@ QByteArray changed(qsizetype offset, const QByteArray& bytes)
     return file;
 }
 
-QStringList codes(const PresetFileReport& report)
+QStringList codes(const PresetFileReport &report)
 {
     QStringList result;
-    for (const PresetFileFinding& finding : report.findings) {
+    for (const PresetFileFinding &finding : report.findings) {
         result.append(finding.code);
     }
     return result;
@@ -72,7 +72,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("code");
         QTest::addColumn<qint64>("offset");
         QTest::addColumn<bool>("roundTrip");
-        const auto row = [](const char* name, const QByteArray& data, const char* code, qint64 offset,
+        const auto row = [](const char *name, const QByteArray &data, const char *code, qint64 offset,
                              bool roundTrip = false) {
             QTest::newRow(name) << data << QString::fromLatin1(code) << offset << roundTrip;
         };

@@ -49,7 +49,7 @@ public:
     QByteArray bytes(int count)
     {
         QByteArray result(count, '\0');
-        for (char& byte : result) {
+        for (char &byte : result) {
             byte = static_cast<char>(m_random.bounded(256));
         }
         return result;

@@ -8,7 +8,7 @@
 namespace {
 
 /// A patch block that claims `size` bytes and has `dataBytes` bytes of data.
-QByteArray block(quint32 size, int dataBytes, const QByteArray& name = "Lead")
+QByteArray block(quint32 size, int dataBytes, const QByteArray &name = "Lead")
 {
     QByteArray sizeField(4, '\0');
     qToLittleEndian(size, sizeField.data());

@@ -21,7 +21,10 @@ QList<SPatch> twoPatches()
         TestRecords::patch(QStringLiteral("Solo"), 2, dataSize)};
 }
 
-QByteArray twoPatchBytes(const QList<SUserIR>& userIRs = {}) { return TestRecords::fileBytes(twoPatches(), userIRs); }
+QByteArray twoPatchBytes(const QList<SUserIR> &userIRs = {})
+{
+    return TestRecords::fileBytes(twoPatches(), userIRs);
+}
 
 QByteArray withUInt32(QByteArray bytes, qsizetype offset, quint32 value)
 {
@@ -35,7 +38,7 @@ QByteArray withCount(QByteArray bytes, quint16 count)
     return bytes;
 }
 
-QStringList lines(const char* recordLine, const QString& fileLine)
+QStringList lines(const char *recordLine, const QString &fileLine)
 {
     return {QString::fromLatin1(recordLine), fileLine};
 }

@@ -8,14 +8,14 @@
 namespace {
 
 /// A user-IR block that claims `size` bytes.
-QByteArray block(quint32 size, const QByteArray& data)
+QByteArray block(quint32 size, const QByteArray &data)
 {
     QByteArray sizeField(4, '\0');
     qToLittleEndian(size, sizeField.data());
     return "RISU" + sizeField + data;
 }
 
-SUserIR withData(const QByteArray& data)
+SUserIR withData(const QByteArray &data)
 {
     return *SUserIR::fromData(block(static_cast<quint32>(data.size()), data), 0);
 }

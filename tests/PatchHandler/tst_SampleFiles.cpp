@@ -18,18 +18,27 @@ namespace {
 
 using Json = nlohmann::json;
 
-QByteArray contents(const QString& path)
+QByteArray contents(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QString text(const Json& value) { return QString::fromStdString(value.get<std::string>()); }
+QString text(const Json &value)
+{
+    return QString::fromStdString(value.get<std::string>());
+}
 
 /// A number, or the text of one that is too large for some JSON readers.
-quint64 number(const Json& value) { return value.is_string() ? text(value).toULongLong() : value.get<quint64>(); }
+quint64 number(const Json &value)
+{
+    return value.is_string() ? text(value).toULongLong() : value.get<quint64>();
+}
 
-QByteArray bytesOf(const Json& hex) { return QByteArray::fromHex(text(hex).toLatin1()); }
+QByteArray bytesOf(const Json &hex)
+{
+    return QByteArray::fromHex(text(hex).toLatin1());
+}
 
 QString sha256(QByteArrayView bytes)
 {
@@ -38,17 +47,17 @@ QString sha256(QByteArrayView bytes)
     return QString::fromLatin1(hash.result().toHex());
 }
 
-QStringList stringList(const Json& values)
+QStringList stringList(const Json &values)
 {
     QStringList result;
-    for (const Json& value : values) {
+    for (const Json &value : values) {
         result.append(text(value));
     }
     return result;
 }
 
 /// What the checker has to say about the samples that are not what a clean export would have written.
-QStringList expectedFindings(const QString& sample)
+QStringList expectedFindings(const QString &sample)
 {
     static const QHash<QString, QString> codes{
         {QStringLiteral("checksum_wrong"), QStringLiteral("checksum")},
@@ -73,7 +82,7 @@ struct Sample {
     Json facts;
 };
 
-Sample load(const QString& path)
+Sample load(const QString &path)
 {
     const QByteArray json = contents(path.chopped(5) + QStringLiteral(".json"));
     return {.data = contents(path), .facts = Json::parse(json.begin(), json.end(), nullptr, false)};
@@ -85,15 +94,15 @@ class TestSampleFiles : public QObject {
     Q_OBJECT
 
 private:
-    static void addRows(const std::function<bool(const Json&)>& wanted)
+    static void addRows(const std::function<bool(const Json &)> &wanted)
     {
         QTest::addColumn<QString>("path");
         const QDir directory(QStringLiteral(VELGOR_TEST_DATA "/samples"));
         int count = 0;
-        for (const QString& folder :
+        for (const QString &folder :
             {QStringLiteral("realistic"), QStringLiteral("edge"), QStringLiteral("malformed")}) {
             const QDir samples(directory.filePath(folder));
-            for (const QString& name : samples.entryList({QStringLiteral("*.prst")}, QDir::Files, QDir::Name)) {
+            for (const QString &name : samples.entryList({QStringLiteral("*.prst")}, QDir::Files, QDir::Name)) {
                 const QString path = samples.filePath(name);
                 if (wanted(load(path).facts)) {
                     QTest::newRow(qPrintable(folder + u'/' + name.chopped(5))) << path;
@@ -104,13 +113,13 @@ private:
         QVERIFY(count > 0);
     }
 
-    static bool isReadable(const Json& facts) { return text(facts.at("outcome")) == QStringLiteral("ok"); }
-    static bool isAny(const Json& facts) { return facts.is_object(); }
+    static bool isReadable(const Json &facts) { return text(facts.at("outcome")) == QStringLiteral("ok"); }
+    static bool isAny(const Json &facts) { return facts.is_object(); }
 
 private Q_SLOTS:
     void sampleIsTheOneDescribed_data()
     {
-        addRows([](const Json&) { return true; });
+        addRows([](const Json &) { return true; });
     }
     void sampleIsTheOneDescribed()
     {
@@ -141,7 +150,7 @@ private Q_SLOTS:
         const Sample sample = load(path);
         const auto file = SPresetFile::fromData(sample.data);
         QVERIFY(file);
-        const Json& header = sample.facts.at("header");
+        const Json &header = sample.facts.at("header");
         QCOMPARE(QByteArrayView(file->headerDesc.tsrp), bytesOf(header.at("tsrp")));
         QCOMPARE(file->headerDesc.size, number(header.at("size")));
         QCOMPARE(QByteArrayView(file->headerDesc.pm0), bytesOf(header.at("pm0")));
@@ -177,16 +186,16 @@ private Q_SLOTS:
         const Sample sample = load(path);
         const auto file = SPresetFile::fromData(sample.data);
         QVERIFY(file);
-        const Json& facts = sample.facts.at("patches");
+        const Json &facts = sample.facts.at("patches");
         QCOMPARE(quint64(file->patches.size()), number(sample.facts.at("count")));
         QCOMPARE(std::size_t(file->patches.size()), facts.size());
         QCOMPARE(file->userIRs.size(), file->patches.size());
         QCOMPARE(file->headerPatchDescs.size(), file->patches.size());
         qint64 offset = 32 + 8 * file->patches.size();
         for (qsizetype i = 0; i < file->patches.size(); ++i) {
-            const Json& fact = facts.at(static_cast<std::size_t>(i));
-            const SPatch& patch = file->patches.at(i);
-            const SUserIR& userIR = file->userIRs.at(i);
+            const Json &fact = facts.at(static_cast<std::size_t>(i));
+            const SPatch &patch = file->patches.at(i);
+            const SUserIR &userIR = file->userIRs.at(i);
             QCOMPARE(quint64(i), number(fact.at("index")));
             // As bytes: Qt's conversion from UTF-8 would drop a byte-order mark.
             QCOMPARE(patch.name.toUtf8(), QByteArray::fromStdString(fact.at("name").get<std::string>()));
@@ -231,7 +240,7 @@ private Q_SLOTS:
         const PresetFileReport report = PresetFileChecker::check(sample.data);
         QCOMPARE(report.file.has_value(), isReadable(sample.facts));
         QStringList codes;
-        for (const PresetFileFinding& finding : report.findings) {
+        for (const PresetFileFinding &finding : report.findings) {
             codes.append(finding.code);
             QVERIFY(finding.offset && *finding.offset >= 0 && *finding.offset < sample.data.size());
         }
