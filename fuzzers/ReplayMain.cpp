@@ -5,11 +5,11 @@
 #include <iterator>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace {
 
-bool replay(const std::filesystem::path& path)
+bool replay(const std::filesystem::path &path)
 {
     std::ifstream file(path, std::ios::binary);
     if (!file) {
@@ -27,15 +27,15 @@ bool replay(const std::filesystem::path& path)
 
 } // namespace
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     bool allRead = argc > 1;
-    for (const std::filesystem::path argument : std::vector<const char*>(argv + 1, argv + argc)) {
+    for (const std::filesystem::path argument : std::vector<const char *>(argv + 1, argv + argc)) {
         if (!std::filesystem::is_directory(argument)) {
             allRead = replay(argument) && allRead;
             continue;
         }
-        for (const auto& entry : std::filesystem::directory_iterator(argument)) {
+        for (const auto &entry : std::filesystem::directory_iterator(argument)) {
             allRead = (!entry.is_regular_file() || replay(entry.path())) && allRead;
         }
     }

@@ -7,7 +7,7 @@
 
 namespace {
 
-void require(bool condition, const char* what)
+void require(bool condition, const char *what)
 {
     if (!condition) {
         Diagnostics::fatalStop(what);
@@ -26,7 +26,7 @@ SUserIR renumbered(SUserIR userIR, qsizetype index)
     return userIR;
 }
 
-void requireWritable(const SPresetFile& file)
+void requireWritable(const SPresetFile &file)
 {
     const auto assembled = SPresetFile::fromRecords(file.headerDesc, file.patches, file.userIRs);
     require(assembled.has_value(), "what was read is not assembled");
@@ -35,7 +35,7 @@ void requireWritable(const SPresetFile& file)
 
     SPresetFile expected = *assembled;
     for (qsizetype i = 0; i < expected.patches.size(); ++i) {
-        const SPatch& patch = file.patches.at(i);
+        const SPatch &patch = file.patches.at(i);
         require(patch.name.toUtf8().size() <= PatchName::fieldSize, "a name from a file does not fit its field");
         expected.patches[i].pos = static_cast<quint16>(i);
         expected.userIRs[i] = renumbered(file.userIRs.at(i), i);
@@ -52,12 +52,12 @@ void requireWritable(const SPresetFile& file)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     int lines = 0;
-    const auto previous = Diagnostics::setSink([&lines](const QString&) { ++lines; });
+    const auto previous = Diagnostics::setSink([&lines](const QString &) { ++lines; });
     const PresetFileReport report = PresetFileChecker::check(
-        QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
     require(report.file.has_value() == (lines == 0), "a refusal without a line, or a line without a refusal");
     if (report.file) {
         require(report.roundTrip || !report.findings.isEmpty(), "the round trip fails and the checker finds nothing");
