@@ -8,11 +8,14 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
 #ifndef Q_OS_WIN
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -31,23 +34,31 @@ QString reason(const std::error_code &error)
     return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
 }
 
-/// Opens for reading without ever waiting for what stands there. The system's reason on failure.
+/// Opens a regular file without ever waiting for what may stand in its place. The system's reason on failure.
 QString openForReading(QFile &file, DiskFiles::Links links)
 {
+    const QString linkRefused = DiskFiles::tr("a link in the place of a file");
 #ifdef Q_OS_WIN
     if (links == DiskFiles::Links::Refuse && QFileInfo(file).isSymLink()) {
-        return DiskFiles::tr("not a regular file");
+        return linkRefused;
     }
-    return file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? QString() : file.errorString();
+    const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 #else
     const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | (links == DiskFiles::Links::Refuse ? O_NOFOLLOW : 0);
     const int handle = ::open(QFile::encodeName(file.fileName()).constData(), flags);
     if (handle < 0) {
-        return reason(std::error_code(errno, std::generic_category()));
+        const bool isLink = errno == ELOOP && links == DiskFiles::Links::Refuse;
+        return isLink ? linkRefused : reason(std::error_code(errno, std::generic_category()));
+    }
+    struct stat status { };
+    if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(handle);
+        return S_ISDIR(status.st_mode) ? DiskFiles::tr("a directory in the place of a file")
+                                       : DiskFiles::tr("not a regular file");
     }
     const bool isOpen = file.open(handle, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
-    return isOpen ? QString() : file.errorString();
 #endif
+    return isOpen ? QString() : file.errorString();
 }
 
 /// Writes and checks every byte; a full disk may show only when the file is flushed or measured.
@@ -76,9 +87,6 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     const QString error = openForReading(file, links);
     if (!error.isEmpty()) {
         return {std::nullopt, error};
-    }
-    if (!QFileInfo(path).isFile() || file.isSequential()) {
-        return {std::nullopt, tr("not a regular file")};
     }
     const qint64 size = file.size();
     if (size > largestFile) {

@@ -61,6 +61,7 @@ std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadRe
     const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
     if (file.bytes) {
         if (auto content = LibraryJson::decode(*file.bytes)) {
+            result.isCopySpare = true;
             return content;
         }
     }

@@ -21,6 +21,7 @@ struct LibraryLoadResult {
     QStringList droppedPatches; ///< names of the patches without readable preset data
     /// The next save loses something that the library file holds now, so it has to be kept under another name.
     bool mustKeepOldFile = false;
+    bool isCopySpare = false; ///< the library file itself was good; a copy beside it serves nothing
     QSet<QString> leftAlone; ///< files that saves shall not touch
 };
 

@@ -41,6 +41,9 @@ LibraryStorageManager::~LibraryStorageManager()
 
 void LibraryStorageManager::setWriteError(bool writeError)
 {
+    if (!writeError) {
+        m_writeProblems.clear();
+    }
     setObservable(this, m_writeError, writeError, &LibraryStorageManager::writeErrorChanged);
 }
 
@@ -90,6 +93,7 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
     LibraryLoadResult result = LibraryLoader(m_directory).load();
     m_readProblem = result.problem;
     m_droppedPatches = result.droppedPatches;
+    m_isCopySpare = result.isCopySpare;
     m_writeState = {.mustKeepOldFile = result.mustKeepOldFile, .leftAlone = result.leftAlone};
     if (result.readError) {
         setReadError(true);
@@ -99,7 +103,7 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
 
 void LibraryStorageManager::sweepLeftovers() const
 {
-    LibraryWriter::sweepLeftovers(m_directory);
+    LibraryWriter::sweepLeftovers(m_directory, m_isCopySpare);
 }
 
 QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
@@ -116,6 +120,7 @@ void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
 {
     finishBackgroundSave();
     const LibraryWriteResult result = LibraryWriter(m_directory, m_writeState).remove(patchIDs);
+    m_wereFilesRemoved = result.areFilesRemoved;
     for (const QString &problem : result.problems) {
         addWriteError(problem);
     }
@@ -191,7 +196,9 @@ void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const V
     if (library) {
         m_unsaved = m_wasLastSaveWritten ? nullptr : library;
     }
-    m_writeProblems = result.problems;
+    for (const QString &problem : result.problems) {
+        addWriteError(problem);
+    }
     if (result.hasError()) {
         setWriteError(true);
     }
@@ -199,6 +206,8 @@ void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const V
 
 void LibraryStorageManager::addWriteError(const QString &problem)
 {
-    m_writeProblems.append(problem);
+    if (!m_writeProblems.contains(problem)) {
+        m_writeProblems.append(problem);
+    }
     setWriteError(true);
 }

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] bool readError() const { return m_readError; }
     void setWriteError(bool writeError);
     void setReadError(bool readError);
-    /// What is behind writeError: one text for each failure of the last operation, naming file and reason.
+    /// What is behind writeError since it was last cleared: one text for each failure, naming file and reason.
     [[nodiscard]] QStringList writeProblems() const { return m_writeProblems; }
     /// Why the last load found a library file but no library; empty otherwise.
     [[nodiscard]] QString readProblem() const { return m_readProblem; }
@@ -61,6 +61,9 @@ public:
     /// The last save wrote everything; what failed, if anything, was tidying up.
     [[nodiscard]] bool wasLastSaveWritten() const { return m_wasLastSaveWritten; }
 
+    /// The last removal left none of the files behind that it found.
+    [[nodiscard]] bool wereFilesRemoved() const { return m_wereFilesRemoved; }
+
     /// Makes sure that the directory exists, and records it in the preferences, if there are any.
     void createDirectoryLibrary();
     /// Shows the directory in the desktop's file viewer, through the function set here.
@@ -69,7 +72,8 @@ public:
 
     /// The stored library, complete with preset data; nothing when there is none, it is empty or not readable.
     [[nodiscard]] std::unique_ptr<VelgorLibrary> decodeLibrary();
-    /// Removes what an interrupted program left behind. Only while this program alone uses the directory.
+    /// Removes what an interrupted program left behind. To be called after decodeLibrary(), which finds out what is
+    /// still needed, and only while this program alone uses the directory.
     void sweepLeftovers() const;
     /// Relative paths of the files that carry this patch id.
     [[nodiscard]] QStringList getPathsForPatchID(quint64 patchID);
@@ -111,6 +115,8 @@ private:
     QStringList m_droppedPatches;
     QString m_keptFile;
     bool m_wasLastSaveWritten = true;
+    bool m_wereFilesRemoved = true;
+    bool m_isCopySpare = false;
     LibraryWriteState m_writeState;
 
     std::thread m_thread;

@@ -189,19 +189,21 @@ LibraryWriteResult LibraryWriter::remove(const QList<quint64> &patchIDs)
             if (!error.isEmpty()) {
                 Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
                 addProblem(candidate.name, error);
-                m_result.isTidy = false;
+                m_result.areFilesRemoved = false;
             }
         }
     }
     return m_result;
 }
 
-void LibraryWriter::sweepLeftovers(const QString &directory)
+void LibraryWriter::sweepLeftovers(const QString &directory, bool isCopySpare)
 {
     const QDir folder(directory);
-    const QStringList leftovers =
-        folder.entryList({LibraryFileNames::temporaryPrefix() + u'*'}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString &name : leftovers) {
+    QStringList filters{LibraryFileNames::temporaryPrefix() + u'*'};
+    if (isCopySpare) {
+        filters.append(LibraryFileNames::libraryCopy());
+    }
+    for (const QString &name : folder.entryList(filters, QDir::Files | QDir::Hidden | QDir::NoSymLinks)) {
         std::ignore = DiskFiles::remove(folder.filePath(name));
     }
 }

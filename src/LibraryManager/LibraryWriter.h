@@ -21,14 +21,18 @@ struct LibraryWriteState {
 struct LibraryWriteResult {
     bool isLibraryFileWritten = false;
     bool arePatchesWritten = true;
-    bool isTidy = true; ///< every file could be listed, moved and removed as it should
+    bool areFilesRemoved = true; ///< no file that was found for removal is left
+    bool isTidy = true; ///< the directory could be listed, and every file moved as it should
     qsizetype written = 0; ///< patch files written
     QStringList problems; ///< one for each failure, naming the file and the reason; translated
     QString keptFile; ///< where the old library file was kept, if it was
     LibraryWriteState state;
 
     /// True when something is for the user to know.
-    [[nodiscard]] bool hasError() const { return !isLibraryFileWritten || !arePatchesWritten || !isTidy; }
+    [[nodiscard]] bool hasError() const
+    {
+        return !isLibraryFileWritten || !arePatchesWritten || !areFilesRemoved || !isTidy;
+    }
 };
 
 /// Writes a library to its directory: the library file, then the preset file of every patch that has none, after
@@ -46,8 +50,9 @@ public:
     [[nodiscard]] LibraryWriteResult save(const LibraryJson::Content &library);
     /// Removes the files of these patches; a patch without files is no error.
     [[nodiscard]] LibraryWriteResult remove(const QList<quint64> &patchIDs);
-    /// Removes what an interrupted program left half written. Only for the one program that uses the directory.
-    static void sweepLeftovers(const QString &directory);
+    /// Removes what an interrupted program left half written, and the copy of the library file where that is not
+    /// needed. Only for the one program that uses the directory.
+    static void sweepLeftovers(const QString &directory, bool isCopySpare);
 
 private:
     void encodeLibrary(const LibraryJson::Content &library);
