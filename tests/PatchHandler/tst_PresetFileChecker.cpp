@@ -81,12 +81,16 @@ private Q_SLOTS:
         row("descriptor size", changed(36, "\x7F"), "descriptor-size", 36);
         row("tag unlike the first patch's", changed(secondBlock, "X"), "patch-tag", secondBlock, true);
         row("position", changed(secondBlock + 9, "\x07"), "position", secondBlock + 9);
+        row("position below the place in the list", changed(secondBlock + 9, QByteArray(1, '\0')), "position",
+            secondBlock + 9);
         row("position's high byte", changed(secondBlock + 10, "\x07"), "position", secondBlock + 9);
         row("name goes on after a zero byte", changed(firstBlock + 12 + 8, "x"), "name", firstBlock + 12);
         row("name in the last byte of the field", changed(firstBlock + 12 + 15, "x"), "name", firstBlock + 12);
         row("name is not UTF-8", changed(firstBlock + 12, "\xFF"), "name", firstBlock + 12);
         row("user-IR tag unlike the first one's", changed(secondUserIR, "X"), "user-ir-tag", secondUserIR, true);
         row("user-IR number", changed(secondUserIR + 8, "\x05"), "user-ir-number", secondUserIR + 8);
+        row("user-IR number below the place in the list", changed(secondUserIR + 8, QByteArray(1, '\0')),
+            "user-ir-number", secondUserIR + 8);
         row("user-IR number's high byte", changed(secondUserIR + 11, "\x05"), "user-ir-number", secondUserIR + 8);
         row("checksum", goodBytes().chopped(1) + "\x7F", "checksum", tail + 1);
         row("trailing bytes", goodBytes() + "x", "trailing-bytes", tail + 3);
