@@ -138,7 +138,7 @@ void PresetFileChecker::checkTail(qint64 tailOffset)
     }
     const qint64 end = tailOffset + SPresetFile::tailLength;
     if (m_data.size() > end) {
-        report("trailing-bytes", tr("%n byte(s) after the end", nullptr, static_cast<int>(m_data.size() - end)), end);
+        report("trailing-bytes", tr("bytes after the end of the file: %1").arg(m_data.size() - end), end);
     }
 }
 
