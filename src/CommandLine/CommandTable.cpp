@@ -1,0 +1,109 @@
+#include "CommandTable.h"
+
+#include "CommandHandlers.h"
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+} // namespace
+
+const QList<FlagOption> &CommandTable::flags()
+{
+    static const QList<FlagOption> flags{
+        {text("guitar"), &VelgorPatch::guitar},
+        {text("bass"), &VelgorPatch::bass},
+        {text("clean"), &VelgorPatch::clean},
+        {text("crunch"), &VelgorPatch::crunch},
+        {text("drive"), &VelgorPatch::drive},
+        {text("higain"), &VelgorPatch::higain},
+        {text("rythm"), &VelgorPatch::rythm},
+        {text("solo"), &VelgorPatch::solo},
+    };
+    return flags;
+}
+
+const QList<Command> &CommandTable::commands()
+{
+    static const QList<Command> commands = [] {
+        QList<Command> all = fileCommands() + libraryCommands();
+        for (Command &command : all) {
+            if (command.usesLibrary()) {
+                command.options.append({text("library"), text("DIR"),
+                    tr("the library directory; the one of the preferences if not given"), {}});
+            }
+            command.options.append({text("help"), {}, tr("shows this help"), text("h")});
+        }
+        return all;
+    }();
+    return commands;
+}
+
+QList<Command> CommandTable::fileCommands()
+{
+    const CommandOption json{text("json"), {}, tr("prints one JSON document for scripts"), {}};
+    const CommandOption output{text("output"), text("FILE"), tr("the file to write; it is replaced"), text("o")};
+    return {
+        {text("list"), text("FILE"), 1, 1, {json}, tr("Lists the patches of a preset file."),
+            text("velgor list patches.prst"), &CommandHandlers::listFile},
+        {text("check"), text("FILE..."), 1, Command::anyNumber, {json},
+            tr("Verifies preset files strictly: tags, sizes, offsets, positions, numbers of user impulse responses, "
+               "names, checksum, trailing bytes, firmware versions that differ between the files, and whether reading "
+               "and writing a file again gives the same bytes. Ends with 1 when it finds anything."),
+            text("velgor check patches.prst"), &CommandHandlers::checkFiles},
+        {text("copy"), text("FILE"), 1, 1, {output},
+            tr("Reads a preset file and exports it anew, with fresh positions, numbers, offsets and checksum."),
+            text("velgor copy patches.prst -o fresh.prst"), &CommandHandlers::copyFile},
+    };
+}
+
+QList<Command> CommandTable::libraryCommands()
+{
+    const CommandOption json{text("json"), {}, tr("prints one JSON document for scripts"), {}};
+    const CommandOption output{text("output"), text("FILE"), tr("the file to write; it is replaced"), text("o")};
+
+    QList<CommandOption> filters{json,
+        {text("name"), text("TEXT"), tr("only patches whose name contains this, whatever the case"), {}},
+        {text("comment"), text("TEXT"), tr("only patches whose comment contains each of these words"), {}}};
+    QList<CommandOption> edits{{text("name"), text("TEXT"), tr("the new name"), {}},
+        {text("comment"), text("TEXT"), tr("the new comment"), {}}};
+    for (const FlagOption &flag : flags()) {
+        filters.append({flag.name, {}, tr("only patches marked \"%1\"").arg(flag.name), {}});
+        edits.append(
+            {flag.name, text("on|off"), tr("marks the patch \"%1\", or takes the mark away").arg(flag.name), {}});
+    }
+    filters.append({text("user-ir"), {}, tr("only patches with a user impulse response"), {}});
+    filters.append({text("sort"), text("name|-name"), tr("sorts by name, upwards or downwards"), {}});
+    edits.append({text("default"), {}, tr("makes the patch the one that new lists are filled with"), {}});
+
+    return {
+        {text("library list"), {}, 0, 0, filters, tr("Lists the library. Ends with 1 when a filter matches nothing."),
+            text("velgor library list --guitar --comment \"fat amp\" --sort name"), &CommandHandlers::libraryList},
+        {text("library add"), text("FILE..."), 1, Command::anyNumber, {json},
+            tr("Keeps every patch of the files that the library does not hold yet. Makes the directory if needed."),
+            text("velgor library add patches.prst"), &CommandHandlers::libraryAdd},
+        {text("library set"), text("ID"), 1, 1, edits, tr("Changes what the library says of a patch."),
+            text("velgor library set 8725204569585644227 --guitar on --comment \"fat amp\" --default"),
+            &CommandHandlers::librarySet},
+        {text("library duplicate"), text("ID"), 1, 1, {}, tr("Adds a copy of a patch under a new name."),
+            text("velgor library duplicate 8725204569585644227"), &CommandHandlers::libraryDuplicate},
+        {text("library remove"), text("ID..."), 1, Command::anyNumber, {},
+            tr("Removes patches and their files. With one unknown id, nothing at all is removed."),
+            text("velgor library remove 8725204569585644227"), &CommandHandlers::libraryRemove},
+        {text("library similar"), text("ID"), 1, 1, {json},
+            tr("Lists the patches that hold the same sound under any name, the patch itself among them."),
+            text("velgor library similar 8725204569585644227"), &CommandHandlers::librarySimilar},
+        {text("library export"), text("ID..."), 1, Command::anyNumber, {output},
+            tr("Exports patches, in this order, as one preset file."),
+            text("velgor library export 8725204569585644227 -o lead.prst"), &CommandHandlers::libraryExport},
+        {text("library compose"), {}, 0, 0,
+            {output, {text("slot"), text("BANK.NUMBER=ID"), tr("puts a patch at a place; may be given many times"), {}},
+                {text("from"), text("FILE"), tr("starts from this preset file and keeps its names"), {}}},
+            tr("Composes a new list of 99 slots, filled with the default patch, and exports it."),
+            text("velgor library compose --slot 1.1=8725204569585644227 -o gig.prst"),
+            &CommandHandlers::libraryCompose},
+    };
+}

@@ -1,0 +1,121 @@
+#include "Arguments.h"
+#include "CommandHandlers.h"
+#include "CommandTable.h"
+#include "LibraryJson.h"
+#include "LibrarySession.h"
+#include "LibraryViewFilter.h"
+#include "Output.h"
+#include "TextTable.h"
+
+#include <QCoreApplication>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+/// The context of this file's texts.
+struct LibraryListCommand {
+    Q_DECLARE_TR_FUNCTIONS(LibraryListCommand)
+};
+
+/// The filter that the options ask for; nothing when they ask for none.
+std::optional<LibraryViewFilter> filterOf(const Arguments &arguments)
+{
+    LibraryViewFilter filter;
+    VelgorPatch &asked = filter.filterPatch;
+    asked.name = arguments.value(QStringLiteral("name")).value_or(QString());
+    asked.comment = arguments.value(QStringLiteral("comment")).value_or(QString());
+    asked.hasUserIR = arguments.has(QStringLiteral("user-ir"));
+    for (const FlagOption &option : CommandTable::flags()) {
+        asked.*option.flag = arguments.has(option.name);
+    }
+    return filter == LibraryViewFilter() ? std::nullopt : std::optional(filter);
+}
+
+/// False for an order that is not known.
+bool sortAsAsked(const Arguments &arguments, VelgorLibrary &library)
+{
+    const std::optional<QString> order = arguments.value(QStringLiteral("sort"));
+    if (!order) {
+        return true;
+    }
+    if (*order != QStringLiteral("name") && *order != QStringLiteral("-name")) {
+        return false;
+    }
+    // The cycle of the sort command: upwards, the remembered order, downwards.
+    const int steps = *order == QStringLiteral("name") ? 1 : 3;
+    for (int step = 0; step < steps; ++step) {
+        library.sort();
+    }
+    return true;
+}
+
+QString flagsOf(const VelgorPatch &patch)
+{
+    QStringList words;
+    for (const FlagOption &option : CommandTable::flags()) {
+        if (patch.*option.flag) {
+            words.append(option.name);
+        }
+    }
+    return words.join(u' ');
+}
+
+void printTable(const QList<VelgorPatch> &patches, const VelgorLibrary &library)
+{
+    TextTable table({LibraryListCommand::tr("Id"), LibraryListCommand::tr("Name"), LibraryListCommand::tr("Default"),
+        LibraryListCommand::tr("User IR"), LibraryListCommand::tr("Version"), LibraryListCommand::tr("Imported"),
+        LibraryListCommand::tr("Marks"), LibraryListCommand::tr("Comment")});
+    for (const VelgorPatch &patch : patches) {
+        table.addRow({QString::number(patch.id()), patch.name,
+            library.defaultPatch() == patch.id() ? LibraryListCommand::tr("default") : QString(),
+            patch.hasUserIR ? LibraryListCommand::tr("user IR") : QString(), patch.version,
+            patch.date.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm")), flagsOf(patch), patch.comment});
+    }
+    Output::print(table.text());
+    Output::print(LibraryListCommand::tr("%1 of %2 patches").arg(patches.size()).arg(library.count()) + u'\n');
+}
+
+void printJson(const QList<VelgorPatch> &patches, const VelgorLibrary &library, const QString &directory)
+{
+    nlohmann::ordered_json json;
+    json["directory"] = Output::jsonText(directory);
+    json["defaultPatch"] = nullptr;
+    if (library.defaultPatch()) {
+        json["defaultPatch"] = std::to_string(*library.defaultPatch());
+    }
+    json["total"] = library.count();
+    json["patches"] = nlohmann::ordered_json::array();
+    for (const VelgorPatch &patch : patches) {
+        const QByteArray text = LibraryJson::encodePatch(patch);
+        nlohmann::ordered_json entry = nlohmann::ordered_json::parse(text.begin(), text.end());
+        entry["id"] = std::to_string(patch.id());
+        json["patches"].push_back(entry);
+    }
+    Output::printJson(json);
+}
+
+} // namespace
+
+int CommandHandlers::libraryList(const Arguments &arguments)
+{
+    LibrarySession session(arguments);
+    if (!session.open(LibrarySession::Access::Read)) {
+        return Failed;
+    }
+    VelgorLibrary &library = session.library();
+    if (!sortAsAsked(arguments, library)) {
+        return Output::fail(LibraryListCommand::tr("--sort takes name or -name"));
+    }
+    const std::optional<LibraryViewFilter> filter = filterOf(arguments);
+    QList<VelgorPatch> patches = library.count() == 0 ? QList<VelgorPatch>() : library.patches();
+    if (filter) {
+        patches = filter->filter(patches);
+    }
+    if (arguments.has(QStringLiteral("json"))) {
+        printJson(patches, library, session.storage().libDirectory());
+    } else {
+        printTable(patches, library);
+    }
+    return filter && patches.isEmpty() ? Found : Done;
+}

@@ -1,0 +1,124 @@
+#include "LibrarySession.h"
+
+#include "FileExistence.h"
+#include "LibraryManagerPreferences.h"
+#include "Output.h"
+
+namespace {
+
+QString directoryOf(const Arguments &arguments)
+{
+    return arguments.value(QStringLiteral("library")).value_or(LibraryManagerPreferences().libraryDirectory());
+}
+
+} // namespace
+
+LibrarySession::LibrarySession(const Arguments &arguments)
+    : m_isNamed(arguments.has(QStringLiteral("library")))
+    , m_storage(directoryOf(arguments))
+{
+}
+
+bool LibrarySession::open(Access access)
+{
+    const QString directory = m_storage.libDirectory();
+    const FileExistence found = existence(directory);
+    if (found == FileExistence::file) {
+        Output::fail(tr("%1: not a directory").arg(directory));
+        return false;
+    }
+    if (found == FileExistence::none && access != Access::Create) {
+        if (m_isNamed) {
+            Output::fail(tr("%1: there is no such library directory").arg(directory));
+            return false;
+        }
+        m_library = std::make_unique<VelgorLibrary>();
+        return true;
+    }
+    if (access == Access::Create) {
+        m_storage.createDirectoryLibrary();
+        if (m_storage.writeError()) {
+            std::ignore = report();
+            return false;
+        }
+    }
+    if (access != Access::Read && !lock()) {
+        return false;
+    }
+    m_library = m_storage.decodeLibrary();
+    if (!m_storage.readProblem().isEmpty()) {
+        Output::fail(m_storage.readProblem());
+        return false;
+    }
+    if (access != Access::Read) {
+        m_storage.sweepLeftovers();
+    }
+    if (!m_storage.droppedPatches().isEmpty()) {
+        Output::warn(tr("%1: these patches have no readable file and were left out: %2")
+                         .arg(directory, m_storage.droppedPatches().join(QStringLiteral(", "))));
+    }
+    if (!m_library) {
+        m_library = std::make_unique<VelgorLibrary>();
+    }
+    return true;
+}
+
+bool LibrarySession::lock()
+{
+    m_lock = std::make_unique<LibraryLock>(m_storage.libDirectory());
+    if (m_lock->tryLock()) {
+        return true;
+    }
+    const bool isHeld = m_lock->error() == QLockFile::LockFailedError;
+    Output::fail(isHeld ? tr("%1: the library is in use by another program").arg(m_storage.libDirectory())
+                        : tr("%1: the directory cannot be written").arg(m_storage.libDirectory()));
+    return false;
+}
+
+std::optional<VelgorPatch> LibrarySession::patch(const QString &id) const
+{
+    bool isNumber = false;
+    const quint64 value = id.toULongLong(&isNumber);
+    const auto found = isNumber ? m_library->getPatchFromId(value) : std::nullopt;
+    if (!found || found->patch->empty) {
+        Output::fail(isNumber ? tr("unknown id %1").arg(id) : tr("\"%1\" is no patch id").arg(id));
+        return std::nullopt;
+    }
+    return *found->patch;
+}
+
+std::optional<QList<VelgorPatch>> LibrarySession::patches(const QStringList &ids) const
+{
+    QList<VelgorPatch> result;
+    for (const QString &id : ids) {
+        const std::optional<VelgorPatch> found = patch(id);
+        if (!found) {
+            return std::nullopt;
+        }
+        result.append(*found);
+    }
+    return result;
+}
+
+int LibrarySession::save()
+{
+    m_storage.save(*m_library);
+    return report();
+}
+
+int LibrarySession::report()
+{
+    const bool isSafe = m_storage.wasLastSaveWritten() && m_storage.wereFilesRemoved()
+        && existence(m_storage.libDirectory()) == FileExistence::directory;
+    for (const QString &problem : m_storage.writeProblems()) {
+        if (isSafe) {
+            Output::warn(problem);
+        } else {
+            Output::fail(problem);
+        }
+    }
+    if (!m_storage.keptFile().isEmpty()) {
+        Output::warn(tr("the previous library file was kept as %1").arg(m_storage.keptFile()));
+    }
+    return isSafe ? Done : Failed;
+}
