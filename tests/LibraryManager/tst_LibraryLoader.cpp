@@ -1,0 +1,426 @@
+#include "DiagnosticRecorder.h"
+#include "DirectoryWatch.h"
+#include "TestLibraries.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace TestLibraries;
+
+namespace {
+
+const QString libraryFile = LibraryFileNames::libraryFile();
+const QString libraryCopy = LibraryFileNames::libraryCopy();
+const QString loading = QStringLiteral("Loading library from directory");
+const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+
+LibraryDirectory &stored(LibraryDirectory &directory)
+{
+    if (save(directory, three()).hasError()) {
+        qFatal("cannot store the library");
+    }
+    return directory;
+}
+
+/// A library file's text and a file for each of its patches.
+void writeEntries(const LibraryDirectory &directory, const QList<VelgorPatch> &patches)
+{
+    directory.write(libraryFile, LibraryJson::encode({patches, std::nullopt}));
+    for (const VelgorPatch &patch : patches) {
+        directory.write(LibraryFileNames::patchFile(patch.name, patch.id()), patchBytes(patch));
+    }
+}
+
+} // namespace
+
+class TestLibraryLoader : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<DiagnosticRecorder> m_lines;
+
+private Q_SLOTS:
+    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
+    void cleanup() { m_lines.reset(); }
+
+    void storedLibraryComesBackComplete()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        m_lines->take();
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QCOMPARE(result.library->defaultPatch(), std::optional(quint64(43)));
+        QVERIFY(!result.readError && !result.mustKeepOldFile);
+        QCOMPARE(m_lines->take(), QStringList{loading});
+    }
+
+    void patchNamedWithASlashIsLoadedFromItsFile()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        QVERIFY(directory.has(QStringLiteral("lib-A$B.43.prst")));
+        QVERIFY(loadedNames(directory).contains(QStringLiteral("A/B")));
+    }
+
+    void directoryWithoutLibraryFileIsANewLibrary()
+    {
+        const LibraryDirectory directory;
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!result.library);
+        QVERIFY(!result.readError && !result.mustKeepOldFile);
+        QCOMPARE(result.problem, QString());
+        QCOMPARE(m_lines->take(), (QStringList{loading, QStringLiteral("New library")}));
+        QCOMPARE(directory.files(), QStringList());
+    }
+
+    void garbledLibraryFileIsAReadErrorAndStays()
+    {
+        const LibraryDirectory directory;
+        directory.write(libraryFile, "{\"patches\":[{");
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!result.library);
+        QVERIFY(result.readError && result.mustKeepOldFile);
+        QVERIFY(result.problem.contains(directory.filePath(libraryFile)));
+        QCOMPARE(m_lines->take(), (QStringList{loading, QStringLiteral("Cannot decode library")}));
+        QCOMPARE(directory.read(libraryFile), QByteArray("{\"patches\":[{"));
+    }
+
+    void emptyPatchListGivesNoLibrary()
+    {
+        const LibraryDirectory directory;
+        directory.write(libraryFile, LibraryJson::encode({}));
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!result.library);
+        QVERIFY(!result.readError && !result.mustKeepOldFile);
+        QCOMPARE(m_lines->take(),
+            (QStringList{loading, QStringLiteral("Nothing to load into library"),
+                QStringLiteral("Incomplete library loading: 0 out of 0")}));
+    }
+
+    void missingPatchFileDropsThatPatchOnly()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        QFile::remove(directory.filePath(QStringLiteral("lib-A$B.43.prst")));
+        m_lines->take();
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        QCOMPARE(TestPatches::ids(result.library->patches()), (QList<quint64>{42, 44}));
+        QCOMPARE(result.library->order(), (QList<quint64>{42, 44}));
+        QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("A/B")});
+        QVERIFY(result.mustKeepOldFile && !result.readError);
+        QCOMPARE(m_lines->take(),
+            (QStringList{loading,
+                QStringLiteral("Could not open file://") + directory.filePath(QStringLiteral("lib-A$B.43.prst")),
+                QStringLiteral("Incomplete library loading: 2 out of 3")}));
+    }
+
+    void unreadablePatchFileDropsThePatch()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        directory.write(leadFile, directory.read(leadFile).chopped(10));
+        m_lines->take();
+        const LibraryLoadResult result = load(directory);
+        QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});
+        const QStringList lines = m_lines->take();
+        QCOMPARE(lines.last(), QStringLiteral("Incomplete library loading: 2 out of 3"));
+        QVERIFY(lines.filter(QStringLiteral("Could not open")).isEmpty());
+    }
+
+    void allPatchesMissingGivesNoLibraryButKeepsTheFile()
+    {
+        const LibraryDirectory directory;
+        directory.write(libraryFile, LibraryJson::encode(three()));
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!result.library);
+        QVERIFY(result.mustKeepOldFile && !result.readError);
+        QCOMPARE(result.droppedPatches.size(), 3);
+    }
+
+    void fileUnderAnOldNameIsFoundByItsId_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("old patch name") << QStringLiteral("lib-Old name.42.prst");
+        QTest::newRow("renamed by the user") << QStringLiteral("my.42.backup");
+        QTest::newRow("hidden") << QStringLiteral(".42.prst");
+    }
+    void fileUnderAnOldNameIsFoundByItsId()
+    {
+        QFETCH(const QString, name);
+        LibraryDirectory directory;
+        stored(directory);
+        QVERIFY(QFile::rename(directory.filePath(leadFile), directory.filePath(name)));
+        const auto before = directory.stamps();
+        m_lines->take();
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(!result.mustKeepOldFile);
+        QCOMPARE(m_lines->take(), QStringList{loading});
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void damagedFileGivesWayToAGoodOneOfItsId()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        directory.write(QStringLiteral("lib-Old.42.prst"), directory.read(leadFile));
+        directory.write(leadFile, "damaged");
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+    }
+
+    void whatIsNotThePatchsFileIsNotTaken_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("bytes");
+        const QByteArray good = patchBytes(three().patches.first());
+        QTest::newRow("file of another patch") << QStringLiteral("lib-Amp.42.x.77.prst") << good;
+        QTest::newRow("another id") << QStringLiteral("lib-Lead.421.prst") << good;
+        QTest::newRow("notes") << QStringLiteral("notes.42.txt") << QByteArray("notes");
+        QTest::newRow("a list of patches") << QStringLiteral("list.42.prst")
+                                           << TestRecords::fileBytes({TestRecords::patch(QStringLiteral("a")),
+                                                  TestRecords::patch(QStringLiteral("b"))});
+    }
+    void whatIsNotThePatchsFileIsNotTaken()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, bytes);
+        LibraryDirectory directory;
+        stored(directory);
+        QFile::remove(directory.filePath(leadFile));
+        directory.write(name, bytes);
+        QCOMPARE(load(directory).droppedPatches, QStringList{QStringLiteral("Lead")});
+    }
+
+    void whatIsNoRegularFileIsRefusedAtOnce_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("kind");
+        for (const QString &name : {leadFile, libraryFile}) {
+            for (const char *kind : {"pipe", "directory", "link", "link to a device", "link to nothing"}) {
+                QTest::addRow("%s as %s", qPrintable(name), kind) << name << QString::fromLatin1(kind);
+            }
+        }
+    }
+    void whatIsNoRegularFileIsRefusedAtOnce()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QString, kind);
+        LibraryDirectory directory;
+        stored(directory);
+        const QString path = directory.filePath(name);
+        const QString outside = directory.parentPath() + QStringLiteral("/outside");
+        QVERIFY(QFile::rename(path, outside));
+        if (kind == QStringLiteral("pipe")) {
+            QVERIFY(mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+        } else if (kind == QStringLiteral("directory")) {
+            QVERIFY(QDir().mkdir(path));
+        } else if (kind == QStringLiteral("link to a device")) {
+            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), path));
+        } else {
+            QVERIFY(QFile::link(kind == QStringLiteral("link") ? outside : outside + u'x', path));
+        }
+        QElapsedTimer timer;
+        timer.start();
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(timer.elapsed() < 2000);
+        QVERIFY(result.mustKeepOldFile);
+        if (name == libraryFile) {
+            QVERIFY(!result.library && !result.readError);
+            QVERIFY(result.problem.contains(path));
+            QCOMPARE(m_lines->take().last(), QStringLiteral("New library"));
+        } else {
+            QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});
+        }
+    }
+
+    void secondOfTwoEqualIdsGetsAFreshOneAndItsOwnFile()
+    {
+        const LibraryDirectory directory;
+        const VelgorPatch first = TestLibraries::patch(QStringLiteral("First"), 42, 1);
+        const VelgorPatch second = TestLibraries::patch(QStringLiteral("Second"), 42, 2);
+        const VelgorPatch third = TestLibraries::patch(QStringLiteral("Third"), 42, 3);
+        writeEntries(directory, {first, second, third});
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        const QList<VelgorPatch> patches = result.library->patches();
+        QCOMPARE(TestPatches::names(patches), TestPatches::names({first, second, third}));
+        QCOMPARE(patches.at(0).id(), quint64(42));
+        QVERIFY(patches.at(1).id() != 42 && patches.at(2).id() != 42 && patches.at(1).id() != patches.at(2).id());
+        QCOMPARE(patches.at(0).patchData, first.patchData);
+        QCOMPARE(patches.at(1).patchData, second.patchData);
+        QCOMPARE(patches.at(2).patchData, third.patchData);
+
+        QVERIFY(!save(directory, {patches, std::nullopt}, stateAfter(result)).hasError());
+        QVERIFY(areIdentical(loaded(directory), patches));
+    }
+
+    void equalIdsWithEqualNamesShareTheFile()
+    {
+        const LibraryDirectory directory;
+        const VelgorPatch patch = TestLibraries::patch(QStringLiteral("Same"), 42, 1);
+        writeEntries(directory, {patch, patch});
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        QCOMPARE(result.library->count(), 2);
+        QVERIFY(!save(directory, {result.library->patches(), std::nullopt}, stateAfter(result)).hasError());
+        QVERIFY(areIdentical(loaded(directory), result.library->patches()));
+    }
+
+    void secondOfTwoEqualIdsDoesNotTakeTheFirstOnesSound()
+    {
+        const LibraryDirectory directory;
+        const VelgorPatch first = TestLibraries::patch(QStringLiteral("First"), 42, 1);
+        const VelgorPatch second = TestLibraries::patch(QStringLiteral("Second"), 42, 2);
+        writeEntries(directory, {first, second});
+        QFile::remove(directory.filePath(QStringLiteral("lib-Second.42.prst")));
+        QEXPECT_FAIL("", "the first patch's file is found by the id and taken", Continue);
+        QCOMPARE(load(directory).droppedPatches, QStringList{QStringLiteral("Second")});
+    }
+
+    void completeCopyStandsInForADamagedLibraryFile_data()
+    {
+        QTest::addColumn<int>("left");
+        QTest::newRow("missing") << -1;
+        QTest::newRow("empty") << 0;
+        QTest::newRow("one byte") << 1;
+        QTest::newRow("half") << 300;
+        QTest::newRow("all but one byte") << -2;
+    }
+    void completeCopyStandsInForADamagedLibraryFile()
+    {
+        QFETCH(const int, left);
+        LibraryDirectory directory;
+        stored(directory);
+        const QByteArray text = directory.read(libraryFile);
+        QVERIFY(QFile::rename(directory.filePath(libraryFile), directory.filePath(libraryCopy)));
+        if (left != -1) {
+            directory.write(libraryFile, left < 0 ? text.chopped(1) : text.first(left));
+        }
+        m_lines->take();
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(!result.readError);
+        QCOMPARE(result.mustKeepOldFile, left != -1);
+        const QStringList lines = m_lines->take();
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines.last().contains(directory.filePath(libraryCopy)));
+        QCOMPARE(directory.read(libraryCopy), text);
+    }
+
+    void wholeLibraryFileComesBeforeAnyCopy_data()
+    {
+        QTest::addColumn<QByteArray>("copy");
+        const QByteArray text = LibraryJson::encode(one(QStringLiteral("Newer")));
+        QTest::newRow("cut") << text.first(20);
+        QTest::newRow("whole") << text;
+    }
+    void wholeLibraryFileComesBeforeAnyCopy()
+    {
+        QFETCH(const QByteArray, copy);
+        LibraryDirectory directory;
+        stored(directory);
+        directory.write(libraryCopy, copy);
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+    }
+
+    void damagedLibraryFileAndDamagedCopyAreAReadError()
+    {
+        const LibraryDirectory directory;
+        directory.write(libraryFile, "{");
+        directory.write(libraryCopy, "{");
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!result.library && result.readError && result.mustKeepOldFile);
+        QCOMPARE(directory.files().size(), 2);
+    }
+
+    void copyThatIsALinkIsNotFollowed()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        const QString outside = directory.parentPath() + QStringLiteral("/outside");
+        QVERIFY(QFile::rename(directory.filePath(libraryFile), outside));
+        QVERIFY(QFile::link(outside, directory.filePath(libraryCopy)));
+        QVERIFY(!load(directory).library);
+    }
+
+    void loadingChangesNothing()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        QFile::remove(directory.filePath(leadFile));
+        directory.write(libraryCopy, "{");
+        directory.write(QStringLiteral("notes.43.txt"), "mine");
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "left over");
+        const auto before = directory.stamps();
+        QVERIFY(load(directory).library);
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void directoryIsListedAtMostOnce()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        DirectoryWatch watch(directory.path());
+        QVERIFY(watch.isWatching());
+        QVERIFY(load(directory).library);
+        watch.look();
+        QCOMPARE(watch.scans, 0);
+        QCOMPARE(watch.opened.size(), 4);
+        for (const char *name : {"lib-Lead.42.prst", "lib-Clean.44.prst"}) {
+            const QString file = QString::fromLatin1(name);
+            QVERIFY(QFile::rename(directory.filePath(file), directory.filePath(QStringLiteral("x") + file)));
+        }
+        watch.look();
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+        watch.look();
+        QCOMPARE(watch.scans, 1);
+    }
+
+    void namesThatFileSystemsDoNotTakeAreFoundAgain_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("slash") << QStringLiteral("a/b/../c");
+        QTest::newRow("NUL") << QString(QStringLiteral("a") + QChar(u'\0') + QStringLiteral("b"));
+        QTest::newRow("newline") << QStringLiteral("a\nb\r");
+        QTest::newRow("another id") << QStringLiteral("Amp.77.x");
+        QTest::newRow("its own id") << QStringLiteral("Amp.42.x");
+        QTest::newRow("emoji") << QString::fromUtf8("🎸👩‍🎤");
+        QTest::newRow("composed and decomposed") << QString::fromUtf8("ä\u0061\u0308");
+        QTest::newRow("byte-order mark") << QString(QChar(0xFEFF));
+        QTest::newRow("empty") << QString();
+        QTest::newRow("dots") << QStringLiteral("...");
+        QTest::newRow("too long") << QString(1000, u'x');
+        QTest::newRow("too long, four bytes each") << QString::fromUtf8("🎸").repeated(200);
+        QTest::newRow("pattern") << QStringLiteral("*?[a]\\");
+    }
+    void namesThatFileSystemsDoNotTakeAreFoundAgain()
+    {
+        QFETCH(const QString, name);
+        const LibraryDirectory directory;
+        LibraryJson::Content library = one(QStringLiteral("Plain"));
+        library.patches.append(TestLibraries::patch(QStringLiteral("Neighbour"), 77, 5));
+        QVERIFY(!save(directory, library).hasError());
+        library.patches.first().name = name;
+        const LibraryWriteResult result = save(directory, library);
+        QVERIFY2(!result.hasError(), qPrintable(result.problems.join(u'\n')));
+        QCOMPARE(result.written, 0);
+        QCOMPARE(directory.files().size(), 3);
+        QVERIFY(areIdentical(loaded(directory), library.patches));
+        const auto before = directory.stamps();
+        QCOMPARE(save(directory, library).written, 0);
+        auto after = directory.stamps();
+        after.insert(libraryFile, before.value(libraryFile));
+        QCOMPARE(after, before);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryLoader)
+#include "tst_LibraryLoader.moc"

@@ -1,0 +1,84 @@
+#include "LibraryDirectory.h"
+#include "LibraryFileNames.h"
+#include "LibraryLock.h"
+
+#include <QTest>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+class TestLibraryLock : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    static void directoryBelongsToOne()
+    {
+        const LibraryDirectory directory;
+        LibraryLock first(directory.path());
+        QVERIFY(first.tryLock());
+        LibraryLock second(directory.path());
+        QVERIFY(!second.tryLock());
+        QCOMPARE(second.error(), QLockFile::LockFailedError);
+    }
+
+    static void lockGoesWithItsHolder()
+    {
+        const LibraryDirectory directory;
+        {
+            LibraryLock lock(directory.path());
+            QVERIFY(lock.tryLock());
+            QCOMPARE(directory.files(), QStringList{LibraryFileNames::lockFile()});
+        }
+        QCOMPARE(directory.files(), QStringList());
+    }
+
+    static void directoriesAreLockedApart()
+    {
+        const LibraryDirectory one;
+        const LibraryDirectory other;
+        LibraryLock first(one.path());
+        LibraryLock second(other.path());
+        QVERIFY(first.tryLock());
+        QVERIFY(second.tryLock());
+    }
+
+    static void lockOfACrashedHolderIsTakenOver()
+    {
+        const LibraryDirectory directory;
+        const pid_t child = fork();
+        if (child == 0) {
+            LibraryLock lock(directory.path());
+            _exit(lock.tryLock() ? 0 : 1);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        QCOMPARE(WEXITSTATUS(status), 0);
+        QCOMPARE(directory.files(), QStringList{LibraryFileNames::lockFile()});
+        LibraryLock lock(directory.path());
+        QVERIFY(lock.tryLock());
+    }
+
+    static void oldLockOfALivingHolderStands()
+    {
+        const LibraryDirectory directory;
+        LibraryLock first(directory.path());
+        QVERIFY(first.tryLock());
+        QFile file(directory.filePath(LibraryFileNames::lockFile()));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTimeUtc().addDays(-30), QFileDevice::FileModificationTime));
+        file.close();
+        LibraryLock second(directory.path());
+        QVERIFY(!second.tryLock());
+    }
+
+    static void missingDirectoryIsNotTakenForAnotherHolder()
+    {
+        const LibraryDirectory directory;
+        LibraryLock lock(directory.filePath(QStringLiteral("missing")));
+        QVERIFY(!lock.tryLock());
+        QVERIFY(lock.error() != QLockFile::LockFailedError);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryLock)
+#include "tst_LibraryLock.moc"

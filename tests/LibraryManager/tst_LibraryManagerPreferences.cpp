@@ -1,0 +1,150 @@
+#include "DiagnosticRecorder.h"
+#include "LibraryManagerPreferences.h"
+#include "LibraryStorageManager.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestLibraryManagerPreferences : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_directory;
+    int m_count = 0;
+    QString m_path;
+
+    [[nodiscard]] std::unique_ptr<QSettings> store() const
+    {
+        return std::make_unique<QSettings>(m_path, QSettings::IniFormat);
+    }
+
+private Q_SLOTS:
+    static void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
+    void init() { m_path = m_directory.filePath(QString::number(++m_count) + QStringLiteral(".ini")); }
+
+    void freshUserHasSystemColoursAndTheDefaultDirectory()
+    {
+        const LibraryManagerPreferences preferences(store());
+        QCOMPARE(preferences.colorScheme(), PrefColors::prefsystem);
+        QCOMPARE(preferences.libraryDirectory(),
+            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/VelgorLibrary"));
+        QCOMPARE(preferences.libraryDirectory(), LibraryManagerPreferences::defaultLibraryDirectory());
+    }
+
+    void defaultDirectoryIsNotStoredWhenTheLibraryStoreStarts()
+    {
+        const QString home = qEnvironmentVariable("HOME");
+        const QTemporaryDir otherHome;
+        qputenv("HOME", otherHome.path().toLocal8Bit());
+        LibraryManagerPreferences preferences(store());
+        const LibraryStorageManager manager(preferences);
+        qputenv("HOME", home.toLocal8Bit());
+        QVERIFY(preferences.libraryDirectory().startsWith(otherHome.path()));
+        QVERIFY(QFileInfo(manager.libDirectory()).isDir());
+        QVERIFY(!manager.writeError());
+        QVERIFY(!store()->contains(QStringLiteral("libraryDirectory")));
+    }
+
+    void storedColourSchemeIsRead_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<PrefColors>("expected");
+        QTest::newRow("0 is the system's") << QVariant(0) << PrefColors::prefsystem;
+        QTest::newRow("1 is dark") << QVariant(1) << PrefColors::prefdark;
+        QTest::newRow("2 is light") << QVariant(2) << PrefColors::preflight;
+        QTest::newRow("3 is none") << QVariant(3) << PrefColors::prefsystem;
+        QTest::newRow("7 is none") << QVariant(7) << PrefColors::prefsystem;
+        QTest::newRow("-1 is none") << QVariant(-1) << PrefColors::prefsystem;
+        QTest::newRow("a text is none") << QVariant(QStringLiteral("dark")) << PrefColors::prefsystem;
+        QTest::newRow("a list is none") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")})
+                                        << PrefColors::prefsystem;
+    }
+    void storedColourSchemeIsRead()
+    {
+        QFETCH(const QVariant, stored);
+        store()->setValue(QStringLiteral("colorScheme"), stored);
+        QTEST(LibraryManagerPreferences(store()).colorScheme(), "expected");
+    }
+
+    void rawValuesOutsideTheChoicesGiveNothing()
+    {
+        for (const int value : {0, 1, 2}) {
+            QCOMPARE(static_cast<int>(prefColorsFromRawValue(value).value()), value);
+        }
+        for (const int value : {-1, 3, 7, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+            QVERIFY(!prefColorsFromRawValue(value));
+        }
+    }
+
+    void colourSchemeIsStoredAtOnceAndAnnouncedOnce()
+    {
+        LibraryManagerPreferences preferences(store());
+        const QSignalSpy changes(&preferences, &LibraryManagerPreferences::colorSchemeChanged);
+        preferences.setColorScheme(PrefColors::preflight);
+        preferences.setColorScheme(PrefColors::preflight);
+        QCOMPARE(preferences.colorScheme(), PrefColors::preflight);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(LibraryManagerPreferences(store()).colorScheme(), PrefColors::preflight);
+    }
+
+    void colourSchemeLastsUntilTheNextRun()
+    {
+        {
+            LibraryManagerPreferences preferences(store());
+            preferences.setColorScheme(PrefColors::prefdark);
+        }
+        QCOMPARE(LibraryManagerPreferences(store()).colorScheme(), PrefColors::prefdark);
+        QCOMPARE(store()->value(QStringLiteral("colorScheme")).toInt(), 1);
+    }
+
+    void directoryLastsUntilTheNextRun_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << QStringLiteral("Presets");
+        QTest::newRow("with a space") << QStringLiteral("My Presets");
+        QTest::newRow("with signs that settings files use") << QStringLiteral("a,b;c=d\"%20[x]\\n");
+        QTest::newRow("beyond Latin") << QString::fromUtf8("Größe 音 🎸");
+    }
+    void directoryLastsUntilTheNextRun()
+    {
+        QFETCH(const QString, name);
+        const QString path = m_directory.filePath(name);
+        {
+            LibraryManagerPreferences preferences(store());
+            const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
+            preferences.setLibraryDirectory(path);
+            preferences.setLibraryDirectory(path);
+            QCOMPARE(changes.size(), 1);
+        }
+        QCOMPARE(LibraryManagerPreferences(store()).libraryDirectory(), path);
+        QCOMPARE(store()->value(QStringLiteral("libraryDirectory")).toString(), path);
+    }
+
+    void defaultDirectoryTakesTheKeyAway()
+    {
+        {
+            LibraryManagerPreferences preferences(store());
+            preferences.setLibraryDirectory(m_directory.path());
+            preferences.setLibraryDirectory(LibraryManagerPreferences::defaultLibraryDirectory());
+            QCOMPARE(preferences.libraryDirectory(), LibraryManagerPreferences::defaultLibraryDirectory());
+        }
+        QVERIFY(!store()->contains(QStringLiteral("libraryDirectory")));
+    }
+
+    void twoKeysAreAllThatIsStored()
+    {
+        {
+            LibraryManagerPreferences preferences(store());
+            preferences.setColorScheme(PrefColors::prefdark);
+            preferences.setLibraryDirectory(m_directory.path());
+        }
+        QCOMPARE(store()->allKeys(), (QStringList{QStringLiteral("colorScheme"), QStringLiteral("libraryDirectory")}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryManagerPreferences)
+#include "tst_LibraryManagerPreferences.moc"

@@ -1,0 +1,296 @@
+#include "DiagnosticRecorder.h"
+#include "DirectoryWatch.h"
+#include "FileExistence.h"
+#include "LibraryManagerPreferences.h"
+#include "LibraryStorageManager.h"
+#include "TestLibraries.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace TestLibraries;
+
+namespace {
+
+const QString libraryFile = LibraryFileNames::libraryFile();
+const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+
+std::unique_ptr<VelgorLibrary> threePatches()
+{
+    return std::make_unique<VelgorLibrary>(three().patches, three().defaultPatch);
+}
+
+std::unique_ptr<QSettings> storeOf(const QTemporaryDir &directory)
+{
+    return std::make_unique<QSettings>(directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+}
+
+} // namespace
+
+class TestLibraryStorageManager : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    // The directory
+
+    static void missingDirectoryIsMadeTestedAndRecorded()
+    {
+        const QTemporaryDir parent;
+        const QString path = parent.filePath(QStringLiteral("a/b/Presets"));
+        LibraryManagerPreferences preferences(storeOf(parent));
+        preferences.setLibraryDirectory(path + u'/');
+        const LibraryStorageManager manager(preferences);
+        QVERIFY(!manager.writeError());
+        QCOMPARE(manager.libDirectory(), path);
+        QVERIFY(QFileInfo(path).isDir());
+        QCOMPARE(QDir(parent.filePath(QStringLiteral("a/b"))).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+            QStringList{QStringLiteral("Presets")});
+        QCOMPARE(preferences.libraryDirectory(), path);
+    }
+
+    static void plainFileInThePlaceOfTheDirectoryIsAWriteError()
+    {
+        const QTemporaryDir parent;
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("file"), "mine");
+        const QString path = directory.filePath(QStringLiteral("file"));
+        LibraryManagerPreferences preferences(storeOf(parent));
+        preferences.setLibraryDirectory(path);
+        const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
+        DiagnosticRecorder lines;
+        const LibraryStorageManager manager(preferences);
+        QVERIFY(manager.writeError());
+        QCOMPARE(lines.take(), QStringList{QStringLiteral("Cannot create library directory")});
+        QVERIFY(manager.writeProblems().join(u'\n').contains(path));
+        QCOMPARE(changes.size(), 0);
+        QCOMPARE(directory.read(QStringLiteral("file")), QByteArray("mine"));
+    }
+
+    static void failedWriteTestKeepsThePreferences()
+    {
+        const QTemporaryDir parent;
+        const LibraryDirectory directory;
+        QDir(directory.path()).mkdir(QStringLiteral("new.testfile.txt"));
+        LibraryManagerPreferences preferences(storeOf(parent));
+        preferences.setLibraryDirectory(directory.filePath(QStringLiteral("new")));
+        DiagnosticRecorder lines;
+        const LibraryStorageManager manager(preferences);
+        QVERIFY(manager.writeError());
+        QCOMPARE(lines.take(), QStringList());
+    }
+
+    static void existingDirectoryIsNotWrittenTo()
+    {
+        const QTemporaryDir parent;
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("file"), "mine");
+        const auto before = directory.stamps();
+        LibraryManagerPreferences preferences(storeOf(parent));
+        preferences.setLibraryDirectory(directory.path());
+        const LibraryStorageManager manager(preferences);
+        QVERIFY(!manager.writeError());
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    static void directoryIsShownAsAnAddress()
+    {
+        const LibraryDirectory directory(QStringLiteral("my library"));
+        LibraryStorageManager manager(directory.path());
+        manager.openLibraryInFinder();
+        QUrl shown;
+        manager.setShowDirectory([&shown](const QUrl &address) { shown = address; });
+        manager.openLibraryInFinder();
+        QCOMPARE(shown, QUrl::fromLocalFile(directory.path()));
+    }
+
+    static void existenceTellsDirectoriesFromTheRest()
+    {
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("file"), "x");
+        QVERIFY(QFile::link(directory.path(), directory.filePath(QStringLiteral("link"))));
+        QVERIFY(QFile::link(directory.filePath(QStringLiteral("x")), directory.filePath(QStringLiteral("dangling"))));
+        QCOMPARE(existence(directory.path()), FileExistence::directory);
+        QCOMPARE(existence(directory.filePath(QStringLiteral("file"))), FileExistence::file);
+        QCOMPARE(existence(directory.filePath(QStringLiteral("missing"))), FileExistence::none);
+        QCOMPARE(existence(directory.filePath(QStringLiteral("link"))), FileExistence::directory);
+        QCOMPARE(existence(directory.filePath(QStringLiteral("dangling"))), FileExistence::none);
+        QCOMPARE(existence(QStringLiteral("/dev/null")), FileExistence::file);
+    }
+
+    static void pathsOfAPatchAreFoundByItsId()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("sub/notes.42.txt"), "x");
+        directory.write(leadFile, "x");
+        LibraryStorageManager manager(directory.path());
+        QStringList paths = manager.getPathsForPatchID(42);
+        paths.sort();
+        QCOMPARE(paths, (QStringList{leadFile, QStringLiteral("sub/notes.42.txt")}));
+        QVERIFY(!manager.writeError());
+    }
+
+    static void directoryWithASpaceIsAWriteErrorAtEachSave()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory(QStringLiteral("my library"));
+        LibraryStorageManager manager(directory.path());
+        for (int i = 0; i < 3; ++i) {
+            manager.save(*threePatches());
+            QVERIFY(manager.writeError() && manager.wasLastSaveWritten());
+            manager.setWriteError(false);
+            QCOMPARE(manager.writeProblems(), QStringList());
+        }
+        QCOMPARE(manager.getPathsForPatchID(42), QStringList());
+        QVERIFY(manager.writeError());
+        QVERIFY(areIdentical(manager.decodeLibrary()->patches(), three().patches));
+    }
+
+    // Flags
+
+    static void readErrorStaysUntilItIsCleared()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        directory.write(libraryFile, "{");
+        LibraryStorageManager manager(directory.path());
+        const QSignalSpy changes(&manager, &LibraryStorageManager::readErrorChanged);
+        QVERIFY(!manager.decodeLibrary());
+        QVERIFY(!manager.decodeLibrary());
+        QVERIFY(manager.readError() && !manager.writeError());
+        QCOMPARE(changes.size(), 1);
+        QVERIFY(manager.readProblem().contains(libraryFile));
+        QFile::remove(directory.filePath(libraryFile));
+        QVERIFY(!manager.decodeLibrary());
+        QVERIFY(manager.readError());
+        QCOMPARE(manager.readProblem(), QString());
+        manager.setReadError(false);
+        QVERIFY(!manager.readError());
+    }
+
+    static void writeErrorStaysUntilItIsCleared()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QDir(directory.path()).mkdir(libraryFile);
+        LibraryStorageManager manager(directory.path());
+        const QSignalSpy changes(&manager, &LibraryStorageManager::writeErrorChanged);
+        manager.save(*threePatches());
+        QVERIFY(manager.writeError() && !manager.wasLastSaveWritten());
+        QVERIFY(QDir(directory.path()).rmdir(libraryFile));
+        manager.save(*threePatches());
+        QVERIFY(manager.writeError() && manager.wasLastSaveWritten());
+        QCOMPARE(changes.size(), 1);
+        manager.setWriteError(false);
+        manager.save(*threePatches());
+        QVERIFY(!manager.writeError());
+    }
+
+    static void firstSaveAfterADroppedPatchKeepsTheOldFileAndSaysWhere()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        QFile::remove(directory.filePath(leadFile));
+        const QByteArray old = directory.read(libraryFile);
+        LibraryStorageManager manager(directory.path());
+        const auto library = manager.decodeLibrary();
+        QVERIFY(library);
+        QCOMPARE(manager.droppedPatches(), QStringList{QStringLiteral("Lead")});
+        QCOMPARE(manager.keptFile(), QString());
+        manager.save(*library);
+        QCOMPARE(datedCopies(directory).size(), 1);
+        QCOMPARE(manager.keptFile(), directory.filePath(datedCopies(directory).first()));
+        QCOMPARE(directory.read(datedCopies(directory).first()), old);
+        manager.save(*library);
+        QCOMPARE(datedCopies(directory).size(), 1);
+    }
+
+    static void savingGoesOnAfterADamagedFileWasTakenAway()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        directory.write(libraryFile, "{");
+        LibraryStorageManager manager(directory.path());
+        QVERIFY(!manager.decodeLibrary());
+        QFile::remove(directory.filePath(libraryFile));
+        manager.save(*threePatches());
+        QEXPECT_FAIL("", "a library file that is gone cannot be kept, and no save succeeds any more", Continue);
+        QVERIFY(manager.wasLastSaveWritten());
+    }
+
+    static void leftoversOfACrashAreSwept()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QStringList files = directory.files();
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "half");
+        directory.write(LibraryFileNames::libraryCopy(), "half");
+        LibraryStorageManager manager(directory.path());
+        QVERIFY(manager.decodeLibrary());
+        manager.sweepLeftovers();
+        QCOMPARE(directory.files(), files);
+    }
+
+    static void placeholderNeverReachesTheDisk()
+    {
+        DiagnosticRecorder lines;
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path());
+        manager.save(VelgorLibrary());
+        QVERIFY(!manager.writeError());
+        QCOMPARE(directory.files(), QStringList{libraryFile});
+        QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
+        QVERIFY(lines.take().contains(QStringLiteral("Nothing to save in library")));
+        QVERIFY(!manager.decodeLibrary());
+        QVERIFY(!manager.readError());
+    }
+
+    // Deleting
+
+    static void deletedPatchIsGoneFromTheDiskAtOnce()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path());
+        const auto library = threePatches();
+        manager.save(*library);
+        directory.write(QStringLiteral("notes.42.txt"), "x");
+        library->deletePatch(42, manager);
+        QCOMPARE(directory.files(),
+            (QStringList{QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), libraryFile}));
+        QCOMPARE(loadedNames(directory), TestPatches::names(library->patches()));
+        QVERIFY(!manager.writeError() && manager.wereFilesRemoved());
+    }
+
+    static void deletingManyListsOnceForTheRemovalAndOnceForTheSave()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path());
+        const auto library = threePatches();
+        manager.save(*library);
+        DirectoryWatch watch(directory.path());
+        library->deletePatches({42, 44}, manager);
+        watch.look();
+        QCOMPARE(watch.scans, 2);
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
+        QCOMPARE(directory.files().size(), 2);
+    }
+
+    static void deletingTheLastPatchLeavesAnEmptyLibrary()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path());
+        VelgorLibrary library(one(QStringLiteral("Lead")).patches, 42);
+        manager.save(library);
+        library.deletePatch(42, manager);
+        QCOMPARE(directory.files(), QStringList{libraryFile});
+        QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryStorageManager)
+#include "tst_LibraryStorageManager.moc"

@@ -1,0 +1,170 @@
+#include "DiagnosticRecorder.h"
+#include "LibraryStorageManager.h"
+#include "PatchName.h"
+#include "TestLibraries.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace TestLibraries;
+
+namespace {
+
+constexpr int rounds = 60;
+constexpr int stepsPerRound = 40;
+constexpr int mostPatches = 60;
+
+QString randomName(QRandomGenerator &random)
+{
+    switch (random.bounded(6)) {
+    case 0:
+        return QStringLiteral("Same name");
+    case 1:
+        return TestPatches::randomText(random, 400);
+    case 2:
+        return QStringLiteral("x.%1.y").arg(random.bounded(1000));
+    default:
+        return TestPatches::randomText(random, 16);
+    }
+}
+
+VelgorPatch randomPatch(QRandomGenerator &random)
+{
+    const int seed = static_cast<int>(random.bounded(1 << 30));
+    const SUserIR userIR = random.bounded(3) == 0
+        ? TestRecords::userIR(random.generate(), seed, static_cast<int>(random.bounded(4, 200)))
+        : SUserIR();
+    const QString recordName = TestPatches::randomText(random, 4);
+    VelgorPatch patch = random.bounded(2) == 0
+        ? TestLibraries::patch(recordName, 0, seed, userIR).withId(random.generate64())
+        : TestLibraries::patch(recordName, random.bounded(2000U), seed, userIR);
+    patch.name = randomName(random);
+    patch.comment = TestPatches::randomText(random, 60);
+    patch.date = {random.bounded(1e9) + random.generateDouble()};
+    for (bool VelgorPatch::*flag : {&VelgorPatch::guitar, &VelgorPatch::bass, &VelgorPatch::clean, &VelgorPatch::crunch,
+             &VelgorPatch::drive, &VelgorPatch::higain, &VelgorPatch::rythm, &VelgorPatch::solo}) {
+        patch.*flag = random.bounded(2) == 0;
+    }
+    return patch;
+}
+
+/// The records of a patch as its file gives them back: a copy's name may be longer than the field in its record.
+bool isSameWhenStored(const VelgorPatch &stored, const VelgorPatch &loaded)
+{
+    VelgorPatch expected = stored;
+    expected.patchData->name = PatchName::fitted(stored.patchData->name);
+    return TestPatches::isIdentical(expected, loaded);
+}
+
+std::optional<quint64> anyId(const VelgorLibrary &library, QRandomGenerator &random)
+{
+    if (library.count() == 0) {
+        return std::nullopt;
+    }
+    return library.patches().at(random.bounded(library.count())).id();
+}
+
+void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRandomGenerator &random)
+{
+    const std::optional<quint64> id = anyId(library, random);
+    switch (random.bounded(id ? 9 : 1)) {
+    case 0:
+    case 1:
+        if (library.count() < mostPatches) {
+            library.append(
+                randomPatch(random), false, false, random.bounded(2) == 0 ? -1 : random.bounded(mostPatches));
+        }
+        break;
+    case 2:
+    case 3: {
+        VelgorPatch changed = *library.getPatchFromId(id)->patch;
+        changed.name = randomName(random);
+        changed.comment = TestPatches::randomText(random, 60);
+        changed.solo = !changed.solo;
+        std::ignore = library.update(changed);
+        break;
+    }
+    case 4:
+        library.deletePatch(*id, manager);
+        break;
+    case 5:
+        if (library.count() < mostPatches) {
+            library.duplicateSelection(id, manager);
+        }
+        break;
+    case 6:
+        library.sort();
+        break;
+    case 7:
+        library.move(random.bounded(library.count()), random.bounded(library.count() + 1));
+        break;
+    default:
+        library.setDefaultPatch(id, manager);
+    }
+}
+
+} // namespace
+
+class TestLibraryStorageProperties : public QObject {
+    Q_OBJECT
+
+private:
+    static void checkStored(const LibraryDirectory &directory, const VelgorLibrary &library)
+    {
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!result.readError && !result.mustKeepOldFile);
+        QCOMPARE(result.library != nullptr, library.count() > 0);
+        if (result.library) {
+            const QList<VelgorPatch> &loaded = result.library->patches();
+            QCOMPARE(TestPatches::ids(loaded), TestPatches::ids(library.patches()));
+            const QList<VelgorPatch> &stored = library.patches();
+            QVERIFY(std::equal(stored.begin(), stored.end(), loaded.begin(), loaded.end(), isSameWhenStored));
+            QCOMPARE(result.library->defaultPatch(), library.defaultPatch());
+        }
+        // One file a patch and the library file; no copies, nothing half written.
+        QCOMPARE(directory.files().size(), library.count() + 1);
+    }
+
+private Q_SLOTS:
+    static void anyLibraryComesBackTheSameAndIsWrittenOnce()
+    {
+        const DiagnosticRecorder silence;
+        for (quint32 seed = 1; seed <= rounds; ++seed) {
+            QRandomGenerator random(seed);
+            const LibraryDirectory directory;
+            LibraryStorageManager manager(directory.path());
+            std::unique_ptr<VelgorLibrary> library = std::make_unique<VelgorLibrary>();
+            for (int count = random.bounded(mostPatches); count > 0; --count) {
+                library->append(randomPatch(random), false, false);
+            }
+            for (int step = 0; step < stepsPerRound; ++step) {
+                changeSomething(*library, manager, random);
+                if (random.bounded(8) != 0 && step < stepsPerRound - 1) {
+                    continue;
+                }
+                const QByteArray where = QByteArrayLiteral("seed ") + QByteArray::number(seed);
+                manager.save(*library);
+                QVERIFY2(
+                    !manager.writeError(), (where + ' ' + manager.writeProblems().join(u'\n').toUtf8()).constData());
+                checkStored(directory, *library);
+                auto before = directory.stamps();
+                manager.save(*library);
+                auto after = directory.stamps();
+                before.remove(LibraryFileNames::libraryFile());
+                after.remove(LibraryFileNames::libraryFile());
+                QCOMPARE(after, before);
+                if (QTest::currentTestFailed()) {
+                    qWarning("%s", where.constData());
+                    return;
+                }
+                if (random.bounded(3) == 0 && library->count() > 0) {
+                    library = manager.decodeLibrary();
+                    QVERIFY(library);
+                }
+            }
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryStorageProperties)
+#include "tst_LibraryStorageProperties.moc"

@@ -1,0 +1,389 @@
+#include "DiagnosticRecorder.h"
+#include "DirectoryWatch.h"
+#include "TestLibraries.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace TestLibraries;
+
+namespace {
+
+const QString libraryFile = LibraryFileNames::libraryFile();
+const QString libraryCopy = LibraryFileNames::libraryCopy();
+const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+const LibraryWriteState mustKeep{.mustKeepOldFile = true, .leftAlone = {}};
+const QStringList threeFiles{
+    QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), leadFile, libraryFile};
+
+} // namespace
+
+class TestLibraryWriter : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<DiagnosticRecorder> m_lines;
+
+private Q_SLOTS:
+    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
+    void cleanup() { m_lines.reset(); }
+
+    void firstSaveWritesTheLibraryFileAndEveryPatch()
+    {
+        const LibraryDirectory directory;
+        const LibraryWriteResult result = save(directory, three());
+        QVERIFY(!result.hasError());
+        QCOMPARE(result.written, 3);
+        QCOMPARE(directory.files(), threeFiles);
+        QCOMPARE(directory.read(libraryFile), LibraryJson::encode(three()));
+        QCOMPARE(directory.read(leadFile), patchBytes(three().patches.first()));
+        QCOMPARE(m_lines->take(),
+            (QStringList{QStringLiteral("Saving in progress..."), QStringLiteral("Saving done 3 patches")}));
+    }
+
+    void savingAgainRewritesTheLibraryFileOnly()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const auto before = directory.stamps();
+        m_lines->take();
+        QCOMPARE(save(directory, three()).written, 0);
+        auto after = directory.stamps();
+        QVERIFY(after.value(libraryFile) != before.value(libraryFile));
+        QCOMPARE(after.take(libraryFile).section(u' ', 0, 0), before.value(libraryFile).section(u' ', 0, 0));
+        for (const QString &name : after.keys()) {
+            QCOMPARE(after.value(name), before.value(name));
+        }
+        QCOMPARE(directory.files(), threeFiles);
+        QCOMPARE(m_lines->take().last(), QStringLiteral("Saving done 0 patches"));
+    }
+
+    void savingWithoutChangesListsOnceAndOpensNoPatchFile()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        DirectoryWatch watch(directory.path());
+        QVERIFY(watch.isWatching());
+        QVERIFY(!save(directory, three()).hasError());
+        watch.look();
+        QCOMPARE(watch.scans, 1);
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
+    }
+
+    void renamingAndAddingListsOnce()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        LibraryJson::Content library = three();
+        for (VelgorPatch &patch : library.patches) {
+            patch.name += QStringLiteral(" new");
+        }
+        library.patches.append(TestLibraries::patch(QStringLiteral("Added"), 45, 9));
+        DirectoryWatch watch(directory.path());
+        QVERIFY(!save(directory, library).hasError());
+        watch.look();
+        QCOMPARE(watch.scans, 1);
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
+    }
+
+    void removingManyListsOnce()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        DirectoryWatch watch(directory.path());
+        QVERIFY(!remove(directory, {42, 43, 44}).hasError());
+        watch.look();
+        QCOMPARE(watch.scans, 1);
+        QCOMPARE(watch.opened, QStringList());
+        QCOMPARE(directory.files(), QStringList{libraryFile});
+    }
+
+    void renamedPatchMovesItsFile()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content library = one(QStringLiteral("Old"));
+        QVERIFY(!save(directory, library).hasError());
+        const QString number = directory.stamps().value(QStringLiteral("lib-Old.42.prst")).section(u' ', 0, 0);
+        library.patches.first().name = QStringLiteral("New");
+        const LibraryWriteResult result = save(directory, library);
+        QVERIFY(!result.hasError());
+        QCOMPARE(result.written, 0);
+        QCOMPARE(directory.files(), (QStringList{QStringLiteral("lib-New.42.prst"), libraryFile}));
+        QCOMPARE(directory.stamps().value(QStringLiteral("lib-New.42.prst")).section(u' ', 0, 0), number);
+        QVERIFY(directory.read(libraryFile).contains("\"New\""));
+        // The record inside stays as it was hashed.
+        QCOMPARE(loaded(directory).first().patchData->name, QStringLiteral("Old"));
+    }
+
+    void patchesCanSwapTheirNames()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content library = three();
+        QVERIFY(!save(directory, library).hasError());
+        std::swap(library.patches[0].name, library.patches[2].name);
+        QVERIFY(!save(directory, library).hasError());
+        QVERIFY(areIdentical(loaded(directory), library.patches));
+    }
+
+    void emptyLibraryIsAnEmptyList()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {}).hasError());
+        QCOMPARE(directory.files(), QStringList{libraryFile});
+        QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
+        QCOMPARE(m_lines->take(),
+            (QStringList{QStringLiteral("Saving in progress..."), QStringLiteral("Nothing to save in library"),
+                QStringLiteral("Saving done 0 patches")}));
+    }
+
+    void patchWithoutPresetDataFailsAloneWithALine()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content library = three();
+        library.patches.insert(1, TestPatches::stored(50, QStringLiteral("Without")));
+        const LibraryWriteResult result = save(directory, library);
+        QVERIFY(result.hasError() && !result.arePatchesWritten && result.isLibraryFileWritten);
+        QCOMPARE(result.written, 3);
+        QCOMPARE(directory.files(), threeFiles);
+        QCOMPARE(m_lines->take().last(), QStringLiteral("Error: 3 patches stored out of 4"));
+        QVERIFY(result.problems.join(u'\n').contains(QStringLiteral("Without")));
+    }
+
+    void directoryInThePlaceOfAPatchFileFailsThatPatch()
+    {
+        const LibraryDirectory directory;
+        QDir(directory.path()).mkdir(leadFile);
+        const LibraryWriteResult result = save(directory, three());
+        QVERIFY(!result.arePatchesWritten);
+        QCOMPARE(result.written, 2);
+        QVERIFY(QFileInfo(directory.filePath(leadFile)).isDir());
+        QCOMPARE(m_lines->take().last(), QStringLiteral("Error: 2 patches stored out of 3"));
+        QVERIFY(QDir(directory.path()).rmdir(leadFile));
+        QCOMPARE(save(directory, three(), result.state).written, 1);
+    }
+
+    void pipeInThePlaceOfAPatchFileFailsAtOnce()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(mkfifo(QFile::encodeName(directory.filePath(leadFile)).constData(), 0600) == 0);
+        QElapsedTimer timer;
+        timer.start();
+        const LibraryWriteResult result = save(directory, three());
+        QVERIFY(timer.elapsed() < 2000);
+        QVERIFY(!result.arePatchesWritten);
+        QCOMPARE(result.written, 2);
+    }
+
+    void linkInThePlaceOfAPatchFileGivesWayWithoutBeingFollowed()
+    {
+        const LibraryDirectory directory;
+        const QString outside = directory.parentPath() + QStringLiteral("/outside");
+        QVERIFY(QFile::link(outside, directory.filePath(leadFile)));
+        QCOMPARE(save(directory, three()).written, 3);
+        QVERIFY(!QFileInfo::exists(outside));
+        QVERIFY(!QFileInfo(directory.filePath(leadFile)).isSymLink());
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+    }
+
+    void libraryFileThatIsNoFileIsNotWritten_data()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char *kind : {"directory", "pipe", "link"}) {
+            QTest::newRow(kind) << QString::fromLatin1(kind);
+        }
+    }
+    void libraryFileThatIsNoFileIsNotWritten()
+    {
+        QFETCH(const QString, kind);
+        const LibraryDirectory directory;
+        const QString outside = directory.parentPath() + QStringLiteral("/outside");
+        const QString path = directory.filePath(libraryFile);
+        if (kind == QStringLiteral("directory")) {
+            QVERIFY(QDir().mkdir(path));
+        } else if (kind == QStringLiteral("pipe")) {
+            QVERIFY(mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+        } else {
+            QVERIFY(QFile::link(outside, path));
+        }
+        const LibraryWriteResult result = save(directory, three());
+        QVERIFY(!result.isLibraryFileWritten && result.arePatchesWritten && result.hasError());
+        QCOMPARE(result.written, 3);
+        QVERIFY(m_lines->take().contains(QStringLiteral("cannot encode library")));
+        QVERIFY(!QFileInfo::exists(outside));
+        QVERIFY(!directory.has(libraryCopy));
+    }
+
+    void directoryWithASpaceCannotBeListed()
+    {
+        const LibraryDirectory directory(QStringLiteral("my library"));
+        for (int i = 0; i < 2; ++i) {
+            const LibraryWriteResult result = save(directory, three());
+            QVERIFY(!result.isTidy && result.hasError());
+            QVERIFY(result.isLibraryFileWritten && result.arePatchesWritten);
+            QCOMPARE(result.written, i == 0 ? 3 : 0);
+            QVERIFY(result.problems.join(u'\n').contains(directory.path()));
+        }
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY(remove(directory, {42}).hasError());
+        QVERIFY(directory.has(leadFile));
+    }
+
+    void missingDirectoryFailsEverything()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(QDir(directory.path()).removeRecursively());
+        const LibraryWriteResult result = save(directory, three());
+        QVERIFY(!result.isLibraryFileWritten && !result.arePatchesWritten && !result.isTidy);
+        QCOMPARE(result.written, 0);
+        QVERIFY(!QFileInfo::exists(directory.path()));
+    }
+
+    // Keeping what could not be loaded
+
+    void undecodableLibraryFileIsKeptBeforeItIsOverwritten()
+    {
+        const LibraryDirectory directory;
+        directory.write(libraryFile, "{\"patches\":[garbled");
+        const LibraryWriteResult result = save(directory, three(), stateAfter(load(directory)));
+        QVERIFY(!result.hasError());
+        const QStringList kept = datedCopies(directory);
+        QCOMPARE(kept.size(), 1);
+        QCOMPARE(result.keptFile, directory.filePath(kept.first()));
+        QCOMPARE(directory.read(kept.first()), QByteArray("{\"patches\":[garbled"));
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+        const LibraryWriteResult second = save(directory, three(), result.state);
+        QCOMPARE(second.keptFile, QString());
+        QCOMPARE(datedCopies(directory), kept);
+    }
+
+    void droppedPatchKeepsTheOldLibraryFile()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        QFile::remove(directory.filePath(leadFile));
+        const QByteArray old = directory.read(libraryFile);
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(!save(directory, {result.library->patches(), std::nullopt}, stateAfter(result)).hasError());
+        QCOMPARE(datedCopies(directory).size(), 1);
+        QCOMPARE(directory.read(datedCopies(directory).first()), old);
+    }
+
+    void sameSecondKeepsBoth()
+    {
+        const LibraryDirectory directory;
+        for (const char *text : {"first", "second", "third"}) {
+            directory.write(libraryFile, text);
+            QVERIFY(!save(directory, three(), mustKeep).hasError());
+        }
+        QList<QByteArray> kept;
+        for (const QString &name : datedCopies(directory)) {
+            kept.append(directory.read(name));
+        }
+        QCOMPARE(kept, (QList<QByteArray>{"first", "second", "third"}));
+    }
+
+    void fiveKeptFilesStayAndNoneOfTheUsers()
+    {
+        const LibraryDirectory directory;
+        const QString users = QStringLiteral("velgorlibrary-backup.json");
+        directory.write(users, "mine");
+        QStringList old;
+        for (int i = 0; i < 7; ++i) {
+            old.append(QStringLiteral("velgorlibrary-2020010%1T000000-00.json").arg(i + 1));
+            directory.write(old.last(), "old");
+        }
+        directory.write(libraryFile, "garbled");
+        QVERIFY(!save(directory, three(), mustKeep).hasError());
+        const QStringList kept = datedCopies(directory);
+        QCOMPARE(kept.size(), LibraryWriter::keptFileLimit);
+        QCOMPARE(kept.first(4), old.last(4));
+        QCOMPARE(directory.read(kept.last()), QByteArray("garbled"));
+        QCOMPARE(directory.read(users), QByteArray("mine"));
+    }
+
+    void keptFileThatCannotBeWrittenStopsTheOverwriting()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(QDir(directory.path()).mkdir(libraryFile));
+        const LibraryWriteResult result = save(directory, three(), mustKeep);
+        QVERIFY(!result.isLibraryFileWritten && result.state.mustKeepOldFile);
+        QCOMPARE(result.written, 3);
+    }
+
+    void nothingToKeepIsNoObstacle()
+    {
+        // The user took the damaged file away after it could not be loaded.
+        const LibraryDirectory directory;
+        const LibraryWriteResult result = save(directory, three(), mustKeep);
+        QEXPECT_FAIL("", "a library file that is gone cannot be kept, and no save succeeds any more", Continue);
+        QVERIFY(!result.hasError());
+    }
+
+    // Interruptions
+
+    void saveAfterAnInterruptionLeavesNothingBehind_data()
+    {
+        QTest::addColumn<int>("libraryBytes");
+        QTest::addColumn<int>("copyBytes");
+        QTest::newRow("copy half written over") << -1 << 10;
+        QTest::newRow("copy complete") << -1 << -1;
+        QTest::newRow("library file cut") << 50 << -1;
+        QTest::newRow("library file empty") << 0 << -1;
+    }
+    void saveAfterAnInterruptionLeavesNothingBehind()
+    {
+        QFETCH(const int, libraryBytes);
+        QFETCH(const int, copyBytes);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QByteArray text = directory.read(libraryFile);
+        directory.write(libraryFile, libraryBytes < 0 ? text : text.first(libraryBytes));
+        directory.write(libraryCopy, copyBytes < 0 ? text : text.first(copyBytes));
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(!save(directory, three(), stateAfter(result)).hasError());
+        QCOMPARE(directory.read(libraryFile), text);
+        QCOMPARE(datedCopies(directory).size(), libraryBytes < 0 ? 0 : 1);
+        QStringList files = directory.files();
+        files.removeIf([](const QString &name) { return LibraryFileNames::isDatedCopy(name); });
+        QCOMPARE(files, threeFiles);
+    }
+
+    void leftoversAreSweptAndNothingElse()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        QDir(directory.path()).mkdir(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"));
+        directory.write(LibraryFileNames::libraryCopy(), "{}");
+        directory.write(QStringLiteral("sub/") + LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "x");
+        const auto before = directory.stamps();
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("2"), {});
+        LibraryWriter::sweepLeftovers(directory.path(), false);
+        QCOMPARE(directory.stamps(), before);
+        QVERIFY(QFileInfo(directory.filePath(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"))).isDir());
+    }
+
+    void spareCopyIsSweptAndANeededOneStays()
+    {
+        const LibraryDirectory directory;
+        directory.write(libraryCopy, LibraryJson::encode(three()));
+        QVERIFY(!load(directory).isCopySpare);
+        LibraryWriter::sweepLeftovers(directory.path(), load(directory).isCopySpare);
+        QVERIFY(directory.has(libraryCopy));
+        directory.write(libraryFile, LibraryJson::encode(three()));
+        QVERIFY(load(directory).isCopySpare);
+        LibraryWriter::sweepLeftovers(directory.path(), load(directory).isCopySpare);
+        QCOMPARE(directory.files(), QStringList{libraryFile});
+    }
+
+    void sweepingAMissingDirectoryDoesNothing()
+    {
+        LibraryWriter::sweepLeftovers(QStringLiteral("/no/such/directory"), true);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryWriter)
+#include "tst_LibraryWriter.moc"

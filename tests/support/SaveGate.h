@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Diagnostics.h"
+
+#include <QStringList>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+/// Holds every save that runs on another thread right after it began, and collects the diagnostic lines.
+class SaveGate {
+public:
+    /// A save is held until open(), but no longer than `longest`.
+    explicit SaveGate(std::chrono::milliseconds longest)
+        : m_longest(longest)
+        , m_owner(std::this_thread::get_id())
+        , m_previous(Diagnostics::setSink([this](const QString &line) { take(line); }))
+    {
+    }
+    ~SaveGate() { Diagnostics::setSink(std::move(m_previous)); }
+    Q_DISABLE_COPY_MOVE(SaveGate)
+
+    [[nodiscard]] bool isHolding() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_isHolding;
+    }
+
+    void open()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isOpen = true;
+        m_opened.notify_all();
+    }
+
+    [[nodiscard]] QStringList lines() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_lines;
+    }
+
+private:
+    void take(const QString &line)
+    {
+        std::unique_lock lock(m_mutex);
+        m_lines.append(line);
+        if (std::this_thread::get_id() != m_owner && line == QStringLiteral("Saving in progress...")) {
+            m_isHolding = true;
+            m_opened.wait_for(lock, m_longest, [this] { return m_isOpen; });
+            m_isHolding = false;
+        }
+    }
+
+    std::chrono::milliseconds m_longest;
+    std::thread::id m_owner;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_opened;
+    QStringList m_lines;
+    bool m_isOpen = false;
+    bool m_isHolding = false;
+    Diagnostics::Sink m_previous;
+};

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "LibraryDirectory.h"
+#include "LibraryFileNames.h"
+#include "LibraryJson.h"
+#include "LibraryLoader.h"
+#include "LibraryWriter.h"
+#include "TestPatches.h"
+
+#include <algorithm>
+
+/// Stored libraries for tests.
+namespace TestLibraries {
+
+/// A patch with the records that a file of this patch alone holds, so that it is the same after it was stored.
+inline VelgorPatch patch(const QString &name, quint64 id, int seed = 1, const SUserIR &userIR = {})
+{
+    const auto file = SPresetFile::fromData(TestRecords::fileBytes({TestRecords::patch(name, seed)}, {userIR}));
+    VelgorPatch patch(file->patches.first(), file->userIRs.first(), file->headerDesc);
+    patch.date = {700'000'000.25 + seed};
+    return patch.withId(id);
+}
+
+/// Three patches with ids of their own; the default is the second.
+inline LibraryJson::Content three()
+{
+    return {{patch(QStringLiteral("Lead"), 42), patch(QStringLiteral("A/B"), 43, 2, TestRecords::userIR(7)),
+                patch(QStringLiteral("Clean"), 44, 3)},
+        43};
+}
+
+inline LibraryJson::Content one(const QString &name)
+{
+    return {{patch(name, 42)}, std::nullopt};
+}
+
+/// The bytes of a patch's own file.
+inline QByteArray patchBytes(const VelgorPatch &patch)
+{
+    return TestRecords::fileBytes({*patch.patchData}, {*patch.userIRData});
+}
+
+inline LibraryWriteResult save(
+    const LibraryDirectory &directory, const LibraryJson::Content &content, const LibraryWriteState &state = {})
+{
+    return LibraryWriter(directory.path(), state).save(content);
+}
+
+inline LibraryWriteResult remove(const LibraryDirectory &directory, const QList<quint64> &ids)
+{
+    return LibraryWriter(directory.path(), {}).remove(ids);
+}
+
+inline LibraryLoadResult load(const LibraryDirectory &directory)
+{
+    return LibraryLoader(directory.path()).load();
+}
+
+/// The patches that loading gives.
+inline QList<VelgorPatch> loaded(const LibraryDirectory &directory)
+{
+    const LibraryLoadResult result = load(directory);
+    return result.library ? result.library->patches() : QList<VelgorPatch>();
+}
+
+inline QStringList loadedNames(const LibraryDirectory &directory)
+{
+    return TestPatches::names(loaded(directory));
+}
+
+inline bool areIdentical(const QList<VelgorPatch> &a, const QList<VelgorPatch> &b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), TestPatches::isIdentical);
+}
+
+/// The files kept under a dated name.
+inline QStringList datedCopies(const LibraryDirectory &directory)
+{
+    QStringList names = directory.files();
+    names.removeIf([](const QString &name) { return !LibraryFileNames::isDatedCopy(name); });
+    return names;
+}
+
+/// What the loader remembers for the save that follows it.
+inline LibraryWriteState stateAfter(const LibraryLoadResult &result)
+{
+    return {.mustKeepOldFile = result.mustKeepOldFile, .leftAlone = result.leftAlone};
+}
+
+} // namespace TestLibraries
