@@ -25,7 +25,7 @@ FileReadResult BatchFiles::read(const QString &path)
 QString BatchFiles::write(const QString &path, const QByteArray &bytes)
 {
     Staged file{.temporary = {}, .path = path};
-    const QString error = DiskFiles::stage(path, bytes, !DiskSync::canSyncFileSystem(), file.temporary);
+    QString error = DiskFiles::stage(path, bytes, !DiskSync::canSyncFileSystem(), file.temporary);
     if (error.isEmpty()) {
         m_staged.append(file);
     }

@@ -9,8 +9,8 @@ namespace LibraryFileNames {
 
 namespace {
 
-const QString patchPrefix = QStringLiteral("lib-");
-const QString patchSuffix = QStringLiteral(".prst");
+constexpr QLatin1String patchPrefix("lib-");
+constexpr QLatin1String patchSuffix(".prst");
 
 /// Bytes of a file name that every usual file system takes.
 constexpr qsizetype longestFileName = 255;

@@ -45,7 +45,7 @@ private:
     /// A patch and the id under which its file is stored, which differs for the second of two equal ids.
     struct Entry {
         VelgorPatch patch;
-        quint64 storedId;
+        quint64 storedId = 0;
     };
 
     [[nodiscard]] std::optional<LibraryJson::Content> readLibraryFile(LibraryLoadResult &result);

@@ -7,8 +7,8 @@
 
 namespace {
 
-const QString colorSchemeKey = QStringLiteral("colorScheme");
-const QString libraryDirectoryKey = QStringLiteral("libraryDirectory");
+constexpr QLatin1String colorSchemeKey("colorScheme");
+constexpr QLatin1String libraryDirectoryKey("libraryDirectory");
 
 std::unique_ptr<QSettings> userStore()
 {

@@ -15,15 +15,21 @@
 
 LibraryStorageManager::LibraryStorageManager(
     LibraryManagerPreferences &preferences, std::chrono::milliseconds period, QObject *parent)
-    : LibraryStorageManager(preferences.libraryDirectory(), period, parent)
+    : LibraryStorageManager(&preferences, preferences.libraryDirectory(), period, parent)
 {
-    m_preferences = &preferences;
     createDirectoryLibrary();
 }
 
 LibraryStorageManager::LibraryStorageManager(
     const QString &directory, std::chrono::milliseconds period, QObject *parent)
+    : LibraryStorageManager(nullptr, directory, period, parent)
+{
+}
+
+LibraryStorageManager::LibraryStorageManager(
+    LibraryManagerPreferences *preferences, const QString &directory, std::chrono::milliseconds period, QObject *parent)
     : QObject(parent)
+    , m_preferences(preferences)
     , m_directory(QDir(directory).absolutePath())
     , m_delay(period)
 {

@@ -95,6 +95,9 @@ Q_SIGNALS:
     void readErrorChanged();
 
 private:
+    LibraryStorageManager(LibraryManagerPreferences *preferences, const QString &directory,
+        std::chrono::milliseconds period, QObject *parent);
+
     void testWrite();
     void startBackgroundSave();
     void finishBackgroundSave();
@@ -102,7 +105,7 @@ private:
     void takeResult(const LibraryWriteResult &result, const VelgorLibrary *library);
     void addWriteError(const QString &problem);
 
-    LibraryManagerPreferences *m_preferences = nullptr;
+    LibraryManagerPreferences *m_preferences;
     QString m_directory;
     ShowDirectory m_showDirectory;
     DelayedSave m_delay;

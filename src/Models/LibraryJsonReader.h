@@ -9,7 +9,7 @@
 /// One field of a patch in the library file: its key and the member that holds it. Exactly one member is set,
 /// except for the id and the date, which have none and are known by their keys.
 struct PatchJsonField {
-    const char *key;
+    const char *key = nullptr;
     QString VelgorPatch::*text = nullptr;
     bool VelgorPatch::*flag = nullptr;
 };

@@ -267,7 +267,7 @@ QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
     for (int x = 1;; ++x) {
         const QString digits = QString::number(x);
         const QString base = Utf8Text::firstCharacters(fromname, std::max<qsizetype>(longestBase - digits.size(), 0));
-        const QString candidate = base + u'-' + digits;
+        QString candidate = base + u'-' + digits;
         if (!m_index.containsName(candidate, m_patches)) {
             return candidate;
         }

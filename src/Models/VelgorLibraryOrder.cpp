@@ -84,7 +84,7 @@ QList<qsizetype> VelgorLibrary::rowsByName(bool ascending) const
     for (const VelgorPatch &patch : m_patches) {
         keys.append(Utf8Text::caselessKey(patch.name));
     }
-    return ascending ? rowsSortedBy(keys, std::less<QByteArray>()) : rowsSortedBy(keys, std::greater<QByteArray>());
+    return ascending ? rowsSortedBy(keys, std::less<>()) : rowsSortedBy(keys, std::greater<>());
 }
 
 QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()
@@ -102,7 +102,7 @@ QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()
     for (const VelgorPatch &patch : std::as_const(m_patches)) {
         keys.append(places.value(patch.id(), m_patches.size()));
     }
-    return rowsSortedBy(keys, std::less<qsizetype>());
+    return rowsSortedBy(keys, std::less<>());
 }
 
 void VelgorLibrary::reorder(const QList<qsizetype> &formerRows)

@@ -27,7 +27,7 @@ public:
     template <std::size_t Size>
     std::array<char, Size> readArray()
     {
-        std::array<char, Size> result;
+        std::array<char, Size> result{};
         std::memcpy(result.data(), take(static_cast<qint64>(Size)).data(), Size);
         return result;
     }

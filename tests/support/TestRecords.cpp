@@ -18,10 +18,10 @@ QByteArray bytes(int seed, int count)
     return result;
 }
 
-template<std::size_t Size>
+template <std::size_t Size>
 std::array<char, Size> array(const QByteArray &text)
 {
-    std::array<char, Size> result {};
+    std::array<char, Size> result{};
     std::copy_n(text.begin(), std::min<qsizetype>(text.size(), Size), result.begin());
     return result;
 }

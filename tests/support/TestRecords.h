@@ -21,6 +21,7 @@ SUserIR userIR(quint32 number, int seed = 1, int dataSize = 32);
 SPresetFile file(const QList<SPatch> &patches, QList<SUserIR> userIRs = {}, const QByteArray &version = "V1.20");
 
 /// The bytes of such a file.
-QByteArray fileBytes(const QList<SPatch> &patches, const QList<SUserIR> &userIRs = {}, const QByteArray &version = "V1.20");
+QByteArray fileBytes(
+    const QList<SPatch> &patches, const QList<SUserIR> &userIRs = {}, const QByteArray &version = "V1.20");
 
 } // namespace TestRecords
