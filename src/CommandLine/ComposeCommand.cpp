@@ -26,7 +26,7 @@ struct Placement {
 /// What --slot says; nothing, after a line on standard error, when it is no BANK.NUMBER=ID or names a slot again.
 std::optional<QList<Placement>> placements(const QStringList &values)
 {
-    static const QRegularExpression pattern(QStringLiteral("^([1-9][0-9]{0,8})\\.([1-3])=(.+)$"));
+    static const QRegularExpression pattern(QStringLiteral("^([1-9][0-9]{0,8})\\.([1-3])=(.+)\\z"));
     QList<Placement> result;
     QSet<qsizetype> taken;
     for (const QString &value : values) {

@@ -5,6 +5,7 @@
 #include "Diagnostics.h"
 #include "HelpText.h"
 #include "Output.h"
+#include "ShownText.h"
 
 #include <algorithm>
 
@@ -87,6 +88,6 @@ int Dispatcher::wrongUsage(const QString &error, const QString &command)
 {
     const int status = Output::fail(error);
     const QString words = command.isEmpty() ? QStringLiteral("velgor") : QStringLiteral("velgor ") + command;
-    Diagnostics::printLine(tr("Try '%1 --help'.").arg(words));
+    Diagnostics::printLine(tr("Try '%1 --help'.").arg(ShownText::escaped(words)));
     return status;
 }

@@ -4,6 +4,8 @@
 #include "LibraryManagerPreferences.h"
 #include "Output.h"
 
+#include <QRegularExpression>
+
 namespace {
 
 QString directoryOf(const Arguments &arguments)
@@ -77,8 +79,9 @@ bool LibrarySession::lock()
 
 std::optional<VelgorPatch> LibrarySession::patch(const QString &id) const
 {
+    static const QRegularExpression digits(QStringLiteral("^[0-9]+\\z"));
     bool isNumber = false;
-    const quint64 value = id.toULongLong(&isNumber);
+    const quint64 value = digits.match(id).hasMatch() ? id.toULongLong(&isNumber) : 0;
     const auto found = isNumber ? m_library->getPatchFromId(value) : std::nullopt;
     if (!found || found->patch->empty) {
         Output::fail(isNumber ? tr("unknown id %1").arg(id) : tr("\"%1\" is no patch id").arg(id));

@@ -2,6 +2,7 @@
 
 #include "Command.h"
 #include "Diagnostics.h"
+#include "ShownText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -39,13 +40,13 @@ bool isComplete()
 
 int fail(const QString &line)
 {
-    Diagnostics::printLine(QStringLiteral("velgor: ") + line);
+    Diagnostics::printLine(QStringLiteral("velgor: ") + ShownText::escaped(line));
     return Failed;
 }
 
 void warn(const QString &line)
 {
-    Diagnostics::printLine(QStringLiteral("velgor: warning: ") + line);
+    Diagnostics::printLine(QStringLiteral("velgor: warning: ") + ShownText::escaped(line));
 }
 
 std::string jsonText(const QString &text)

@@ -33,8 +33,8 @@ int widthOf(char32_t character)
 /// Characters that do something to a terminal or to the direction of the text around them.
 bool isUnsafe(char32_t character)
 {
-    const bool changesDirection =
-        (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+    const bool changesDirection = character == 0x061C || character == 0x200E || character == 0x200F
+        || (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
     return QChar::category(character) == QChar::Other_Control || character == 0x2028 || character == 0x2029
         || changesDirection;
 }

@@ -60,7 +60,7 @@ QString datedCopy(int attempt)
 
 bool isDatedCopy(const QString &name)
 {
-    static const QRegularExpression pattern(QStringLiteral("^velgorlibrary-\\d{8}T\\d{6}-\\d{2,}\\.json$"));
+    static const QRegularExpression pattern(QStringLiteral("^velgorlibrary-\\d{8}T\\d{6}-\\d{2,}\\.json\\z"));
     return pattern.match(name).hasMatch();
 }
 
