@@ -36,10 +36,11 @@ QList<quint64> everySecondId(const QList<VelgorPatch> &patches)
 
 void append(benchmark::State &state)
 {
+    const QList<VelgorPatch> &patches = patchesOf(state);
     measureGrowth(state, "append, one by one", [&] {
         VelgorLibrary library;
         return secondsOf([&] {
-            for (const VelgorPatch &patch : patchesOf(state)) {
+            for (const VelgorPatch &patch : patches) {
                 library.append(patch, false, false);
             }
         });
