@@ -11,6 +11,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace {
 
 /// The context of this file's texts.
@@ -20,29 +22,52 @@ struct LibraryChangeCommands {
 
 struct AddedFile {
     QString path;
+    std::optional<SPresetFile> presets;
+    QString error;
     QList<VelgorPatch> added;
     QList<VelgorPatch> known;
-    QString error;
 };
 
-AddedFile addFile(const QString &path, VelgorLibrary &library)
+AddedFile readFile(const QString &path)
 {
-    AddedFile result{.path = path, .added = {}, .known = {}, .error = {}};
     DiskFiles files;
     PatchFileHandler handler(files);
-    const std::optional<SPresetFile> file = handler.read(path);
-    if (!file) {
-        result.error = handler.problem();
-        Output::fail(result.error);
-        return result;
+    AddedFile file;
+    file.path = path;
+    file.presets = handler.read(path);
+    if (!file.presets) {
+        file.error = handler.problem();
+        Output::fail(file.error);
     }
-    for (qsizetype i = 0; i < file->patches.size(); ++i) {
-        const VelgorPatch patch(file->patches.at(i), file->userIRs.at(i), file->headerDesc);
+    return file;
+}
+
+void addPatches(AddedFile &file, VelgorLibrary &library)
+{
+    const SPresetFile &presets = *file.presets;
+    for (qsizetype i = 0; i < presets.patches.size(); ++i) {
+        const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
         const bool isKnown = library.getPatchFromId(patch.id()).has_value();
-        (isKnown ? result.known : result.added).append(patch);
+        (isKnown ? file.known : file.added).append(patch);
         library.append(patch, false, false);
     }
-    return result;
+}
+
+/// Adds what the readable files hold, and saves if that is anything new.
+int addToLibrary(const Arguments &arguments, QList<AddedFile> &files)
+{
+    LibrarySession session(arguments);
+    if (!session.open(LibrarySession::Access::Create)) {
+        return Failed;
+    }
+    bool isChanged = false;
+    for (AddedFile &file : files) {
+        if (file.presets) {
+            addPatches(file, session.library());
+            isChanged = isChanged || !file.added.isEmpty();
+        }
+    }
+    return isChanged ? session.save() : Done;
 }
 
 nlohmann::ordered_json idsOf(const QList<VelgorPatch> &patches)
@@ -128,25 +153,22 @@ bool hasEdits(const Arguments &arguments)
 
 int CommandHandlers::libraryAdd(const Arguments &arguments)
 {
-    LibrarySession session(arguments);
-    if (!session.open(LibrarySession::Access::Create)) {
-        return Failed;
-    }
     QList<AddedFile> files;
-    bool isComplete = true;
-    bool isChanged = false;
     for (const QString &path : arguments.positional()) {
-        files.append(addFile(path, session.library()));
-        isComplete = isComplete && files.last().error.isEmpty();
-        isChanged = isChanged || !files.last().added.isEmpty();
+        files.append(readFile(path));
     }
-    const int status = isChanged ? session.save() : Done;
+    const auto isReadable = [](const AddedFile &file) { return file.presets.has_value(); };
+    int status = std::all_of(files.begin(), files.end(), isReadable) ? Done : Failed;
+    // Without anything to add, no directory is made.
+    if (std::any_of(files.begin(), files.end(), isReadable)) {
+        status = std::max(status, addToLibrary(arguments, files));
+    }
     if (arguments.has(QStringLiteral("json"))) {
         printJson(files);
     } else {
         printLines(files);
     }
-    return isComplete ? status : Failed;
+    return status;
 }
 
 int CommandHandlers::librarySet(const Arguments &arguments)

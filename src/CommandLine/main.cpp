@@ -7,8 +7,32 @@
 
 #include <csignal>
 
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+/// A caller may close standard streams; the next file opened would take their place and receive what is printed.
+void openStandardStreams()
+{
+#ifdef Q_OS_UNIX
+    int descriptor = 0;
+    do {
+        descriptor = ::open("/dev/null", O_RDWR);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor > STDERR_FILENO) {
+        ::close(descriptor);
+    }
+#endif
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    openStandardStreams();
 #ifdef SIGPIPE
     // A reader that goes away is a failed write like any other.
     std::signal(SIGPIPE, SIG_IGN);
