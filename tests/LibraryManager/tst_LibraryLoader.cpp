@@ -261,6 +261,26 @@ private Q_SLOTS:
         QVERIFY(areIdentical(loaded(directory), patches));
     }
 
+    void firstOfTwoEqualIdsKeepsItsSoundWhenRenamed()
+    {
+        // In which order a directory gives its names is open: several pairs, so that some are in the wrong one.
+        const LibraryDirectory directory;
+        QList<VelgorPatch> entries;
+        for (quint64 id = 1; id <= 8; ++id) {
+            entries.append(TestLibraries::patch(QStringLiteral("First"), id, static_cast<int>(id)));
+            entries.append(TestLibraries::patch(QStringLiteral("Second"), id, static_cast<int>(id) + 100));
+        }
+        writeEntries(directory, entries);
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.library);
+        QList<VelgorPatch> patches = result.library->patches();
+        for (VelgorPatch &patch : patches) {
+            patch.name += QStringLiteral(" renamed");
+        }
+        QVERIFY(!save(directory, {patches, std::nullopt}, stateAfter(result)).hasError());
+        QVERIFY(areIdentical(loaded(directory), patches));
+    }
+
     void equalIdsWithEqualNamesShareTheFile()
     {
         const LibraryDirectory directory;
