@@ -1,0 +1,448 @@
+#include "LibraryJson.h"
+#include "TestPatches.h"
+
+#include <QTest>
+
+#include <bit>
+#include <limits>
+
+namespace {
+
+constexpr quint64 largestId = std::numeric_limits<quint64>::max();
+
+struct Member {
+    QByteArray key;
+    QByteArray value;
+    QByteArray type;
+};
+
+/// The members of one patch, in the order in which they are written.
+QList<Member> patchMembers()
+{
+    QList<Member> members{{"id", "18446744073709551615", "unsigned"}, {"name", "\"Lead\"", "string"},
+        {"hasUserIR", "true", "boolean"}, {"comment", "\"fat\"", "string"}, {"version", "\"V1.20\"", "string"},
+        {"date", "700000000.125", "number"}};
+    for (const char *flag : {"guitar", "bass", "clean", "crunch", "drive", "higain", "rythm", "solo", "empty"}) {
+        members.append({flag, members.size() % 2 == 0 ? "true" : "false", "boolean"});
+    }
+    return members;
+}
+
+QByteArray objectOf(const QList<Member> &members)
+{
+    QByteArrayList texts;
+    for (const Member &member : members) {
+        texts.append("\"" + member.key + "\":" + member.value);
+    }
+    return '{' + texts.join(',') + '}';
+}
+
+QByteArray libraryOf(const QByteArray &patches, const QByteArray &defaultPatch = "null")
+{
+    return R"({"patches":[)" + patches + R"(],"defaultPatch":)" + defaultPatch + '}';
+}
+
+QByteArray libraryWith(const QByteArray &key, const QByteArray &value)
+{
+    QList<Member> members = patchMembers();
+    for (Member &member : members) {
+        if (member.key == key) {
+            member.value = value;
+        }
+    }
+    return libraryOf(objectOf(members));
+}
+
+bool areIdentical(const LibraryJson::Content &a, const LibraryJson::Content &b)
+{
+    return a.defaultPatch == b.defaultPatch
+        && std::equal(a.patches.begin(), a.patches.end(), b.patches.begin(), b.patches.end(), TestPatches::isIdentical);
+}
+
+VelgorPatch randomPatch(QRandomGenerator &random)
+{
+    VelgorPatch patch(random.generate64() >> random.bounded(64U));
+    patch.name = TestPatches::randomText(random, 20);
+    patch.comment = TestPatches::randomText(random, 100);
+    patch.version = TestPatches::randomText(random, 5);
+    patch.date.seconds = random.generateDouble() * 1e9;
+    for (bool *flag : {&patch.hasUserIR, &patch.guitar, &patch.bass, &patch.clean, &patch.crunch, &patch.drive,
+             &patch.higain, &patch.rythm, &patch.solo, &patch.empty}) {
+        *flag = random.bounded(2) == 0;
+    }
+    return patch;
+}
+
+} // namespace
+
+class TestLibraryJson : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keysAndTheirOrderAreFixed()
+    {
+        VelgorPatch patch(largestId);
+        patch.name = QStringLiteral("Lead");
+        patch.comment = QStringLiteral("fat");
+        patch.version = QStringLiteral("V1.20");
+        patch.date = {700000000.125};
+        patch.hasUserIR = patch.guitar = patch.clean = patch.drive = patch.rythm = patch.empty = true;
+        QCOMPARE(LibraryJson::encodePatch(patch), objectOf(patchMembers()));
+        QCOMPARE(LibraryJson::encode({{patch}, 7}), libraryOf(objectOf(patchMembers()), "7"));
+        const auto decoded = LibraryJson::decode(libraryOf(objectOf(patchMembers()), "7"));
+        QVERIFY(decoded && areIdentical(*decoded, {{patch}, 7}));
+    }
+
+    void emptyLibraryIsAnEmptyList()
+    {
+        QCOMPARE(LibraryJson::encode({}), QByteArray(R"({"patches":[],"defaultPatch":null})"));
+        const auto decoded = LibraryJson::decode(LibraryJson::encode({}));
+        QVERIFY(decoded && decoded->patches.isEmpty() && !decoded->defaultPatch);
+    }
+
+    void decodedPatchesHaveNoPresetData()
+    {
+        const auto decoded =
+            LibraryJson::decode(LibraryJson::encode({{TestPatches::imported(QStringLiteral("Lead"))}, {}}));
+        QVERIFY(decoded);
+        const VelgorPatch &patch = decoded->patches.first();
+        QVERIFY(!patch.patchData && !patch.userIRData && !patch.headerData);
+    }
+
+    void anyLibraryComesBack()
+    {
+        QRandomGenerator random(3);
+        for (int round = 0; round < 300; ++round) {
+            LibraryJson::Content library;
+            for (int count = random.bounded(12); count > 0; --count) {
+                library.patches.append(randomPatch(random));
+            }
+            if (random.bounded(2) == 0) {
+                library.defaultPatch = random.generate64();
+            }
+            const QByteArray text = LibraryJson::encode(library);
+            const auto decoded = LibraryJson::decode(text);
+            QVERIFY2(decoded && areIdentical(*decoded, library), text.constData());
+            QCOMPARE(LibraryJson::encode(*decoded), text);
+        }
+    }
+
+    void everyIdIsExact_data()
+    {
+        QTest::addColumn<quint64>("id");
+        for (const quint64 id : {quint64(0), quint64(1), (quint64(1) << 53) + 1, quint64(largestId) >> 1,
+                 (quint64(largestId) >> 1) + 1, largestId}) {
+            QTest::addRow("%llu", static_cast<unsigned long long>(id)) << id;
+        }
+    }
+
+    void everyIdIsExact()
+    {
+        QFETCH(const quint64, id);
+        const auto decoded = LibraryJson::decode(LibraryJson::encode({{VelgorPatch(id)}, id}));
+        QVERIFY(decoded);
+        QCOMPARE(decoded->patches.first().id(), id);
+        QCOMPARE(decoded->defaultPatch, std::optional(id));
+    }
+
+    void everyCharacterComesBack()
+    {
+        for (char32_t first = 0; first <= 0x10FFFF; first += 0x1000) {
+            QString text;
+            for (char32_t character = first; character < first + 0x1000; ++character) {
+                if (character < 0xD800 || character > 0xDFFF) {
+                    text += QString::fromUcs4(&character, 1);
+                }
+            }
+            VelgorPatch patch(quint64(1));
+            patch.name = patch.comment = patch.version = text;
+            const auto decoded = LibraryJson::decode(LibraryJson::encode({{patch}, {}}));
+            QVERIFY(decoded);
+            QCOMPARE(decoded->patches.first(), patch);
+        }
+    }
+
+    void escapesAreRead()
+    {
+        const auto decoded = LibraryJson::decode(
+            libraryWith("name", "\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u0000\\u00e9\\uFEFF\\ud83c\\udfb8\""));
+        QVERIFY(decoded);
+        QCOMPARE(decoded->patches.first().name, QString::fromUtf8("\"\\/\b\f\n\r\t\0\u00e9\uFEFF\U0001F3B8", 18));
+    }
+
+    void anyDateComesBackToTheLastBit()
+    {
+        QRandomGenerator random(4);
+        constexpr int batches = 100;
+        constexpr int batchSize = 1000;
+        for (int batch = 0; batch < batches; ++batch) {
+            LibraryJson::Content library;
+            library.patches.reserve(batchSize);
+            while (library.patches.size() < batchSize) {
+                // Half of them any bit pattern, half of them times of this century.
+                const double seconds = library.patches.size() % 2 == 0
+                    ? std::bit_cast<double>(random.generate64())
+                    : static_cast<double>(random.bounded(3000000000000LL)) / 1000.0;
+                if (std::isfinite(seconds)) {
+                    VelgorPatch patch(quint64(1));
+                    patch.date = {seconds};
+                    library.patches.append(patch);
+                }
+            }
+            const auto decoded = LibraryJson::decode(LibraryJson::encode(library));
+            QVERIFY(decoded);
+            for (int i = 0; i < batchSize; ++i) {
+                QCOMPARE(std::bit_cast<quint64>(decoded->patches.at(i).date.seconds),
+                    std::bit_cast<quint64>(library.patches.at(i).date.seconds));
+            }
+        }
+    }
+
+    void dates_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("integer") << QByteArray("5") << 5.0;
+        QTest::newRow("negative integer") << QByteArray("-5") << -5.0;
+        QTest::newRow("fraction") << QByteArray("0.1") << 0.1;
+        QTest::newRow("exponent") << QByteArray("1E3") << 1000.0;
+        QTest::newRow("beyond 64 bits") << QByteArray("100000000000000000000") << 1e20;
+        QTest::newRow("largest 64-bit number") << QByteArray("18446744073709551615") << 18446744073709551615.0;
+        QTest::newRow("vanishing") << QByteArray("1e-400") << 0.0;
+        QTest::newRow("many digits") << QByteArray("0.1000000000000000055511151231257827") << 0.1;
+    }
+
+    void dates()
+    {
+        QFETCH(const QByteArray, text);
+        const auto decoded = LibraryJson::decode(libraryWith("date", text));
+        QVERIFY(decoded);
+        QTEST(decoded->patches.first().date.seconds, "seconds");
+    }
+
+    void everyKeyIsRequired_data()
+    {
+        QTest::addColumn<QByteArray>("key");
+        for (const Member &member : patchMembers()) {
+            QTest::newRow(member.key.constData()) << member.key;
+        }
+    }
+
+    void everyKeyIsRequired()
+    {
+        QFETCH(const QByteArray, key);
+        QVERIFY(LibraryJson::decode(libraryOf(objectOf(patchMembers()))));
+        QList<Member> members = patchMembers();
+        members.removeIf([&key](const Member &member) { return member.key == key; });
+        QCOMPARE(members.size(), 14);
+        const QByteArray cut = objectOf(members);
+        QVERIFY(!LibraryJson::decode(libraryOf(cut)));
+        // A complete patch before it must not lend it its value.
+        QVERIFY(!LibraryJson::decode(libraryOf(objectOf(patchMembers()) + ',' + cut)));
+        QVERIFY(!LibraryJson::decode(libraryOf(cut + ',' + objectOf(patchMembers()))));
+        members.append({key.toUpper(), "1", {}});
+        QVERIFY(!LibraryJson::decode(libraryOf(objectOf(members))));
+        members.last() = {"x", '{' + QByteArray("\"" + key + "\":1") + '}', {}};
+        QVERIFY(!LibraryJson::decode(libraryOf(objectOf(members))));
+    }
+
+    void otherTypesAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("key");
+        QTest::addColumn<QByteArray>("value");
+        const QList<Member> values{{{}, "null", "null"}, {{}, "true", "boolean"}, {{}, "\"x\"", "string"},
+            {{}, "1", "unsigned"}, {{}, "0", "unsigned"}, {{}, "-1", "number"}, {{}, "1.5", "number"},
+            {{}, "18446744073709551616", "number"}, {{}, "1e999", "none"}, {{}, "[]", "none"}, {{}, "{}", "none"},
+            {{}, "[1]", "none"}};
+        for (const Member &member : patchMembers()) {
+            for (const Member &value : values) {
+                const bool fits = member.type == value.type || (member.type == "number" && value.type == "unsigned");
+                if (!fits) {
+                    QTest::addRow("%s: %s", member.key.constData(), value.value.constData())
+                        << member.key << value.value;
+                }
+            }
+        }
+    }
+
+    void otherTypesAreRefused()
+    {
+        QFETCH(const QByteArray, key);
+        QFETCH(const QByteArray, value);
+        QVERIFY(!LibraryJson::decode(libraryWith(key, value)));
+    }
+
+    void aDefaultPatchIsReadLeniently_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<std::optional<quint64>>("defaultPatch");
+        const std::optional<quint64> none;
+        QTest::newRow("missing") << QByteArray(R"({"patches":[]})") << none;
+        for (const char *value :
+            {"null", "true", "\"5\"", "-1", "1.5", "18446744073709551616", "[5]", "{\"a\":[5]}", "[]"}) {
+            QTest::newRow(value) << libraryOf({}, value) << none;
+        }
+        QTest::newRow("an id") << libraryOf({}, "5") << std::optional<quint64>(5);
+        QTest::newRow("the largest id") << libraryOf({}, "18446744073709551615") << std::optional<quint64>(largestId);
+        QTest::newRow("before the patches")
+            << QByteArray(R"({"defaultPatch":5,"patches":[]})") << std::optional<quint64>(5);
+        QTest::newRow("doubled, the last counts")
+            << QByteArray(R"({"defaultPatch":5,"patches":[],"defaultPatch":6})") << std::optional<quint64>(6);
+        QTest::newRow("doubled, the last is none")
+            << QByteArray(R"({"defaultPatch":5,"patches":[],"defaultPatch":"x"})") << none;
+        QTest::newRow("in another object") << QByteArray(R"({"patches":[],"x":{"defaultPatch":5}})") << none;
+        QTest::newRow("not in the list") << libraryOf(objectOf(patchMembers()), "5") << std::optional<quint64>(5);
+    }
+
+    void aDefaultPatchIsReadLeniently()
+    {
+        QFETCH(const QByteArray, text);
+        const auto decoded = LibraryJson::decode(text);
+        QVERIFY(decoded);
+        QTEST(decoded->defaultPatch, "defaultPatch");
+    }
+
+    void aDefaultPatchBeyondDoubleIsLeftOut()
+    {
+        const auto decoded = LibraryJson::decode(libraryOf({}, "1e999"));
+        QEXPECT_FAIL("", "a number that no double holds refuses the whole library", Continue);
+        QVERIFY(decoded);
+    }
+
+    void notALibrary_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        for (const char *text : {"", " ", "null", "true", "1", "-1", "1.5", "\"x\"", "[]", "{}", "[{}]",
+                 R"({"defaultPatch":1})", R"({"patches":null})", R"({"patches":{}})", R"({"patches":1})",
+                 R"({"patches":"x"})", R"({"patches":true})", R"({"patches":[1]})", R"({"patches":[-1]})",
+                 R"({"patches":[1.5]})", R"({"patches":[null]})", R"({"patches":[true]})", R"({"patches":["x"]})",
+                 R"({"patches":[[]]})", R"({"patches":[{}]})", R"({"patches":[[{}]]})", R"({"Patches":[]})",
+                 R"({"x":{"patches":[]}})", R"({"patches":[],"patches":null})", R"({"patches":null,"patches":[]})",
+                 R"({"patches":[]}x)", R"({"patches":[]}{})", R"({"patches":[],})", R"({"patches":[,]})",
+                 R"({patches:[]})", R"({'patches':[]})", "{\"patches\":[]} // remark", R"({"patches":[],"x":01})",
+                 R"({"patches":[],"x":NaN})", R"({"patches":[],"x":.5})", "{\"patches\":[],\"x\":\"\xFF\"}",
+                 "{\"patches\":[],\"x\":\"\xC0\x80\"}", "{\"patches\":[],\"x\":\"\xED\xA0\x80\"}",
+                 "{\"patches\":[],\"x\":\"\n\"}", R"({"patches":[],"x":"\x"})"}) {
+            QTest::newRow(*text == '\0' ? "nothing" : text) << QByteArray(text);
+        }
+    }
+
+    void notALibrary()
+    {
+        QFETCH(const QByteArray, text);
+        QVERIFY(!LibraryJson::decode(text));
+    }
+
+    void textsThatAreNotUtf8AreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::newRow("stray byte") << QByteArray("\"\x80\"");
+        QTest::newRow("overlong") << QByteArray("\"\xC0\xAF\"");
+        QTest::newRow("surrogate") << QByteArray("\"\xED\xA0\x80\"");
+        QTest::newRow("beyond Unicode") << QByteArray("\"\xF4\x90\x80\x80\"");
+        QTest::newRow("lone escaped surrogate") << QByteArray("\"\\ud800\"");
+        QTest::newRow("control character") << QByteArray("\"\x01\"");
+    }
+
+    void textsThatAreNotUtf8AreRefused()
+    {
+        QFETCH(const QByteArray, value);
+        QVERIFY(!LibraryJson::decode(libraryWith("name", value)));
+    }
+
+    void textAfterAZeroByteIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("tail");
+        QTest::newRow("a zero byte") << QByteArray(1, '\0');
+        QTest::newRow("text behind it") << QByteArray(1, '\0') + "x";
+    }
+
+    void textAfterAZeroByteIsRefused()
+    {
+        QFETCH(const QByteArray, tail);
+        QEXPECT_FAIL("", "a zero byte ends the text", Continue);
+        QVERIFY(!LibraryJson::decode(libraryOf({}) + tail));
+    }
+
+    void unknownKeysAreSkipped_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        for (const char *value : {"null", "true", "1", "-1", "1.5", "18446744073709551616", "\"id\"", "[]", "{}",
+                 R"({"patches":[{}],"id":"x","defaultPatch":3})", R"([[{"id":[{"name":null}]}],"guitar",1])"}) {
+            QTest::newRow(value) << QByteArray(value);
+        }
+        QTest::newRow("nested 100,000 deep") << QByteArray(100000, '[') + QByteArray(100000, ']');
+        QTest::newRow("objects nested 100,000 deep")
+            << QByteArray(R"({"id":)").repeated(100000) + "1" + QByteArray(100000, '}');
+    }
+
+    void unknownKeysAreSkipped()
+    {
+        QFETCH(const QByteArray, value);
+        const auto plain = LibraryJson::decode(libraryOf(objectOf(patchMembers()), "5"));
+        for (qsizetype place = 0; place <= patchMembers().size(); ++place) {
+            QList<Member> members = patchMembers();
+            members.insert(place, {"", value, {}});
+            const QByteArray patch = objectOf(members);
+            const auto decoded = LibraryJson::decode("{\"x\":" + value + ",\"patches\":[" + patch + "],\"y\":" + value
+                + ",\"defaultPatch\":5,\"z\":" + value + '}');
+            QVERIFY(decoded);
+            QVERIFY(areIdentical(*decoded, *plain));
+            if (value.size() > 1000) {
+                break;
+            }
+        }
+    }
+
+    void nestingInPlaceOfPatchesIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        const QByteArray arrays(100000, '[');
+        QTest::newRow("the library") << arrays;
+        QTest::newRow("the patches") << R"({"patches":)" + arrays;
+        QTest::newRow("open at the end") << R"({"x":)" + arrays;
+        QTest::newRow("open objects at the end") << QByteArray(R"({"x":)").repeated(100000);
+    }
+
+    void nestingInPlaceOfPatchesIsRefused()
+    {
+        QFETCH(const QByteArray, text);
+        QVERIFY(!LibraryJson::decode(text));
+    }
+
+    void theLastOfDoubledKeysCounts()
+    {
+        QList<Member> members = patchMembers();
+        members.prepend({"name", "\"first\"", {}});
+        members.prepend({"id", "3", {}});
+        members.append({"solo", "true", {}});
+        const auto decoded = LibraryJson::decode(libraryOf(objectOf(members)));
+        QVERIFY(decoded);
+        QCOMPARE(decoded->patches.first().id(), largestId);
+        QCOMPARE(decoded->patches.first().name, QStringLiteral("Lead"));
+        QVERIFY(decoded->patches.first().solo);
+
+        const auto doubled = LibraryJson::decode(R"({"patches":[)" + objectOf(patchMembers()) + R"(],"patches":[]})");
+        QVERIFY(doubled && doubled->patches.isEmpty());
+    }
+
+    void textCutAtAnyByteIsRefused()
+    {
+        const QByteArray text = libraryOf(objectOf(patchMembers()) + ',' + objectOf(patchMembers()), "5");
+        QVERIFY(LibraryJson::decode(text));
+        for (qsizetype size = 0; size < text.size(); ++size) {
+            QVERIFY2(!LibraryJson::decode(text.first(size)), QByteArray::number(size).constData());
+        }
+    }
+
+    void spacesAndAMarkAtTheStartAreAccepted()
+    {
+        QByteArray text = libraryOf(objectOf(patchMembers()), "5");
+        text.replace(',', " ,\r\n\t").replace(':', " : ").replace('[', "[\n");
+        QVERIFY(LibraryJson::decode("\n" + text + "\n"));
+        QVERIFY(LibraryJson::decode("\xEF\xBB\xBF" + text));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryJson)
+#include "tst_LibraryJson.moc"

@@ -1,0 +1,190 @@
+#include "LibraryViewFilter.h"
+#include "TestPatches.h"
+
+#include <QTest>
+
+using Flag = bool VelgorPatch::*;
+Q_DECLARE_METATYPE(Flag)
+
+namespace {
+
+VelgorPatch named(const QString &name, const QString &comment = {})
+{
+    VelgorPatch patch(name, false);
+    patch.comment = comment;
+    return patch;
+}
+
+} // namespace
+
+class TestLibraryViewFilter : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void defaultShowsEveryPatch()
+    {
+        VelgorPatch dummy(QStringLiteral("Empty library"), false);
+        dummy.empty = true;
+        const QList<VelgorPatch> patches{
+            dummy, named({}), VelgorPatch(QStringLiteral("x"), true), TestPatches::imported(QStringLiteral("Lead"))};
+        QCOMPARE(LibraryViewFilter().filter(patches), patches);
+    }
+
+    void nameIsOneFragmentWhateverTheCase_data()
+    {
+        QTest::addColumn<QString>("filterName");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("isShown");
+        QTest::newRow("at the start") << "lead"
+                                      << "Lead 1" << true;
+        QTest::newRow("at the end") << "lead"
+                                    << "Big LEAD" << true;
+        QTest::newRow("interrupted") << "lead"
+                                     << "Le ad" << false;
+        QTest::newRow("upper case in the filter") << "LEAD"
+                                                  << "lead" << true;
+        QTest::newRow("space is part of the fragment") << "d 1"
+                                                       << "Lead 1" << true;
+        QTest::newRow("words apart") << "big lead"
+                                     << "lead big" << false;
+        QTest::newRow("space only") << " "
+                                    << "Lead" << false;
+        QTest::newRow("longer than the name") << "leads"
+                                              << "lead" << false;
+        QTest::newRow("name empty") << "lead"
+                                    << "" << false;
+        QTest::newRow("umlaut") << QString::fromUtf8("\u00dcBER") << QString::fromUtf8("\u00fcber") << true;
+        QTest::newRow("beyond the basic plane")
+            << QString::fromUtf8("\U00010400") << QString::fromUtf8("\U00010428") << true;
+        QTest::newRow("sharp s has no other form") << QString::fromUtf8("\u00df") << "SS" << false;
+        QTest::newRow("no pattern") << "."
+                                    << "Lead" << false;
+    }
+
+    void nameIsOneFragmentWhateverTheCase()
+    {
+        QFETCH(const QString, filterName);
+        QFETCH(const QString, name);
+        LibraryViewFilter filter;
+        filter.filterPatch.name = filterName;
+        QTEST(filter.show(named(name)), "isShown");
+    }
+
+    void everyWordOfTheCommentIsRequired_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("comment");
+        QTest::addColumn<bool>("isShown");
+        QTest::newRow("two words, two spaces") << "fat  amp"
+                                               << "a FAT old Amp" << true;
+        QTest::newRow("in any order") << "fat  amp"
+                                      << "amp, fat" << true;
+        QTest::newRow("inside of longer words") << "fat  amp"
+                                                << "fatter amplifier" << true;
+        QTest::newRow("one is missing") << "fat  amp"
+                                        << "fatter" << false;
+        QTest::newRow("overlapping") << "ab bc"
+                                     << "abc" << true;
+        QTest::newRow("the same word twice") << "fat fat"
+                                             << "fat" << true;
+        QTest::newRow("spaces only") << "   "
+                                     << "" << true;
+        QTest::newRow("empty") << ""
+                               << "anything" << true;
+        QTest::newRow("spaces around") << " fat "
+                                       << "fat" << true;
+        QTest::newRow("no comment") << "fat"
+                                    << "" << false;
+        QTest::newRow("a tabulator does not separate") << "fat\tamp"
+                                                       << "amp fat" << false;
+        QTest::newRow("a line feed does not separate") << "fat\namp"
+                                                       << "fat\namp" << true;
+    }
+
+    void everyWordOfTheCommentIsRequired()
+    {
+        QFETCH(const QString, words);
+        QFETCH(const QString, comment);
+        LibraryViewFilter filter;
+        filter.filterPatch.comment = words;
+        QTEST(filter.show(named(QStringLiteral("Lead"), comment)), "isShown");
+        QTEST(LibraryViewFilter::containsComment(comment, words), "isShown");
+        QTEST(!filter.filter({named(QStringLiteral("Lead"), comment)}).isEmpty(), "isShown");
+    }
+
+    void aFlagAsksToBePresent_data()
+    {
+        QTest::addColumn<Flag>("flag");
+        QTest::newRow("hasUserIR") << &VelgorPatch::hasUserIR;
+        QTest::newRow("guitar") << &VelgorPatch::guitar;
+        QTest::newRow("bass") << &VelgorPatch::bass;
+        QTest::newRow("clean") << &VelgorPatch::clean;
+        QTest::newRow("crunch") << &VelgorPatch::crunch;
+        QTest::newRow("drive") << &VelgorPatch::drive;
+        QTest::newRow("higain") << &VelgorPatch::higain;
+        QTest::newRow("rythm") << &VelgorPatch::rythm;
+        QTest::newRow("solo") << &VelgorPatch::solo;
+    }
+
+    void aFlagAsksToBePresent()
+    {
+        QFETCH(const Flag, flag);
+        LibraryViewFilter filter;
+        VelgorPatch with = named(QStringLiteral("with"));
+        with.*flag = true;
+        const VelgorPatch without = named(QStringLiteral("without"));
+        QVERIFY(filter.show(with) && filter.show(without));
+        filter.filterPatch.*flag = true;
+        QVERIFY(filter.show(with));
+        QVERIFY(!filter.show(without));
+    }
+
+    void flagsOfOneGroupAreAllRequired()
+    {
+        LibraryViewFilter filter;
+        filter.filterPatch.guitar = filter.filterPatch.bass = true;
+        VelgorPatch patch = named(QStringLiteral("Lead"));
+        patch.guitar = true;
+        QVERIFY(!filter.show(patch));
+        patch.bass = true;
+        QVERIFY(filter.show(patch));
+        filter.filterPatch.clean = filter.filterPatch.drive = true;
+        patch.clean = true;
+        QVERIFY(!filter.show(patch));
+        patch.drive = true;
+        QVERIFY(filter.show(patch));
+    }
+
+    void otherFieldsOfTheTemplatePlayNoPart()
+    {
+        LibraryViewFilter filter;
+        filter.filterPatch.empty = true;
+        filter.filterPatch.version = QStringLiteral("V9");
+        filter.filterPatch.date = {1};
+        filter.filterPatch.patchData = TestRecords::patch(QStringLiteral("Lead"));
+        filter.filterPatch.userIRData = TestRecords::userIR(1);
+        QVERIFY(filter.show(named(QStringLiteral("x"))));
+    }
+
+    void shownPatchesKeepTheirOrder()
+    {
+        LibraryViewFilter filter;
+        filter.filterPatch.name = QStringLiteral("l");
+        const QList<VelgorPatch> patches{named(QStringLiteral("Solo")), named(QStringLiteral("Big")),
+            named(QStringLiteral("Clean")), named(QStringLiteral("Amp")), named(QStringLiteral("Lead"))};
+        QCOMPARE(TestPatches::names(filter.filter(patches)),
+            (QStringList{QStringLiteral("Solo"), QStringLiteral("Clean"), QStringLiteral("Lead")}));
+    }
+
+    void filtersWithTheSameCriteriaAreEqual()
+    {
+        LibraryViewFilter filter;
+        QTest::qWait(2);
+        QVERIFY(filter == LibraryViewFilter());
+        filter.filterPatch.bass = true;
+        QVERIFY(!(filter == LibraryViewFilter()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryViewFilter)
+#include "tst_LibraryViewFilter.moc"

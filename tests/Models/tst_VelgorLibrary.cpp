@@ -1,0 +1,561 @@
+#include "DiagnosticRecorder.h"
+#include "FakeLibraryStorage.h"
+#include "FatalStop.h"
+#include "LibraryAnnouncements.h"
+#include "TestPatches.h"
+#include "VelgorLibrary.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using TestPatches::imported;
+using TestPatches::stored;
+
+namespace {
+
+const QString lead = QStringLiteral("Lead");
+
+QString names(const VelgorLibrary &library)
+{
+    return TestPatches::names(library.patches()).join(u',');
+}
+
+/// A library of patches without preset data: id i + 1 for the i-th name.
+QList<VelgorPatch> storedPatches(const QStringList &patchNames)
+{
+    QList<VelgorPatch> patches;
+    for (const QString &name : patchNames) {
+        patches.append(stored(static_cast<quint64>(patches.size()) + 1, name));
+    }
+    return patches;
+}
+
+const QList<VelgorPatch> abc = storedPatches({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+
+} // namespace
+
+class TestVelgorLibrary : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aNewLibraryHoldsOnlyThePlaceholder()
+    {
+        VelgorLibrary library;
+        QCOMPARE(names(library), QStringLiteral("Empty library"));
+        QVERIFY(library.patches().first().empty && !library.patches().first().hasUserIR);
+        QCOMPARE(library.count(), 0);
+        QVERIFY(library.order().isEmpty());
+        QVERIFY(!library.selection() && !library.defaultPatch());
+        QVERIFY(!library.isMultiSel() && !library.deleteConfirm());
+        QVERIFY(library.multiSelections().multiSelections.isEmpty());
+        QCOMPARE(library.inverseSort(), TripleBool::tripleFalse);
+    }
+
+    void aStoredLibraryGetsNoPlaceholder()
+    {
+        VelgorLibrary empty({}, std::nullopt);
+        QCOMPARE(empty.patches().size(), 0);
+        QCOMPARE(empty.count(), 0);
+        VelgorLibrary library(abc, 2);
+        QCOMPARE(library.count(), 3);
+        QCOMPARE(library.defaultPatch(), std::optional<quint64>(2));
+        QVERIFY(library.order().isEmpty());
+    }
+
+    void countLeavesOutOnlyALonePlaceholder()
+    {
+        VelgorPatch dummy(QStringLiteral("Empty library"), false);
+        dummy.empty = true;
+        QCOMPARE(VelgorLibrary({dummy}, std::nullopt).count(), 0);
+        QCOMPARE(VelgorLibrary({dummy, abc.first()}, std::nullopt).count(), 2);
+    }
+
+    void patchesAreFoundById()
+    {
+        const VelgorLibrary library(abc, std::nullopt);
+        QCOMPARE(library.getPatchFromId(2)->index, 1);
+        QCOMPARE(library.getPatchFromId(2)->patch, &library.patches().at(1));
+        QVERIFY(!library.getPatchFromId(9));
+        QVERIFY(!library.getPatchFromId(std::nullopt));
+    }
+
+    void theFirstRealPatchReplacesThePlaceholder()
+    {
+        VelgorLibrary library;
+        const VelgorPatch patch = imported(lead);
+        library.append(patch, false, false);
+        QCOMPARE(library.patches().size(), 1);
+        QVERIFY(TestPatches::isIdentical(library.patches().first(), patch));
+        QCOMPARE(library.order(), QList{patch.id()});
+    }
+
+    void appendInsertsAtItsLocation_data()
+    {
+        QTest::addColumn<qsizetype>("location");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("the end") << qsizetype(-1) << "a,b,c,new";
+        QTest::newRow("the start") << qsizetype(0) << "new,a,b,c";
+        QTest::newRow("between") << qsizetype(2) << "a,b,new,c";
+        QTest::newRow("the count") << qsizetype(3) << "a,b,c,new";
+        QTest::newRow("beyond the count") << qsizetype(4) << "a,b,c,new";
+        QTest::newRow("far beyond") << std::numeric_limits<qsizetype>::max() << "a,b,c,new";
+    }
+
+    void appendInsertsAtItsLocation()
+    {
+        QFETCH(const qsizetype, location);
+        VelgorLibrary library(abc, std::nullopt);
+        library.append(stored(9, QStringLiteral("new")), false, false, location);
+        QTEST(names(library), "expected");
+        QCOMPARE(library.order(), TestPatches::ids(library.patches()));
+        QCOMPARE(library.getPatchFromId(9)->index, names(library).split(u',').indexOf(QStringLiteral("new")));
+    }
+
+    void aLocationBelowZeroStopsTheProgram()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        QVERIFY(fatalStopOf([&] { library.append(stored(9, lead), false, false, -2); }));
+        QVERIFY(!fatalStopOf([&] { library.append(stored(1, lead), false, false, -2); }));
+    }
+
+    void aKnownPatchIsNotInsertedTwice()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        LibraryAnnouncements announcements(library);
+        library.append(stored(2, QStringLiteral("other")), false, false, 0);
+        QCOMPARE(names(library), QStringLiteral("a,b,c"));
+        QCOMPARE(library.order(), (QList<quint64>{1, 2, 3}));
+        QCOMPARE(announcements.take(), QString());
+    }
+
+    void replacingTakesOnlyThePresetData()
+    {
+        VelgorLibrary library;
+        VelgorPatch kept = imported(lead);
+        kept.comment = QStringLiteral("fat");
+        kept.solo = true;
+        kept.date = {5};
+        library.append(kept, false, false);
+        const VelgorPatch incoming = imported(QStringLiteral("Other"), 2, TestRecords::userIR(1), "V1.21");
+        library.append(incoming, false, true, VelgorLibrary::atEnd, kept.id());
+        kept.patchData = incoming.patchData;
+        kept.userIRData = incoming.userIRData;
+        kept.headerData = incoming.headerData;
+        QCOMPARE(library.patches().size(), 1);
+        QVERIFY(TestPatches::isIdentical(library.patches().first(), kept));
+    }
+
+    void aPatchThatIsNotKnownKeepsItsOwnId()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        library.append(stored(9, lead), false, true, VelgorLibrary::atEnd, 77);
+        QVERIFY(library.getPatchFromId(9) && !library.getPatchFromId(77));
+    }
+
+    void anUnknownSynonymNeverDoublesAnId()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        library.append(stored(2, lead), false, true, VelgorLibrary::atEnd, 77);
+        QCOMPARE(names(library), QStringLiteral("a,b,c"));
+    }
+
+    void thePlaceholderIsNeitherReplacedNorDuplicated()
+    {
+        VelgorLibrary library;
+        const quint64 dummy = library.patches().first().id();
+        library.append(imported(lead), true, true, VelgorLibrary::atEnd, dummy);
+        QCOMPARE(names(library), QStringLiteral("Empty library"));
+        QVERIFY(!library.patches().first().patchData);
+    }
+
+    void aFileIsAppendedPatchByPatch()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        const SPresetFile file = TestRecords::file({TestRecords::patch(QStringLiteral("x"), 1),
+            TestRecords::patch(QStringLiteral("y"), 2), TestRecords::patch(QStringLiteral("x"), 1)});
+        library.append(file, false);
+        QCOMPARE(names(library), QStringLiteral("a,b,c,x,y"));
+        QVERIFY(library.patches().last().headerData == file.headerDesc);
+    }
+
+    void aFileWithoutMatchingRecordsIsRefused_data()
+    {
+        QTest::addColumn<int>("patches");
+        QTest::addColumn<int>("userIRs");
+        QTest::newRow("no patches") << 0 << 0;
+        QTest::newRow("no patches, one user IR") << 0 << 1;
+        QTest::newRow("fewer user IRs") << 2 << 1;
+        QTest::newRow("more user IRs") << 1 << 2;
+    }
+
+    void aFileWithoutMatchingRecordsIsRefused()
+    {
+        QFETCH(const int, patches);
+        QFETCH(const int, userIRs);
+        SPresetFile file;
+        file.patches.fill(TestRecords::patch(lead), patches);
+        file.userIRs.resize(userIRs);
+        VelgorLibrary library(abc, std::nullopt);
+        DiagnosticRecorder recorder;
+        library.append(file, true);
+        QCOMPARE(recorder.take(), QStringList{QStringLiteral("Nothing to put into library")});
+        QCOMPARE(names(library), QStringLiteral("a,b,c"));
+        QVERIFY(library.order().isEmpty());
+    }
+
+    void presetDataComesBackUnderASynonym()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        library.append(TestRecords::file({TestRecords::patch(lead)}), true, 2);
+        QCOMPARE(names(library), QStringLiteral("a,b,c"));
+        QVERIFY(library.patches().at(1).patchData && library.patches().at(1).headerData);
+        QCOMPARE(library.patches().at(1).patchData->name, lead);
+    }
+
+    void aDuplicateGetsASuffix_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("taken");
+        QTest::addColumn<QString>("copy");
+        QStringList nine;
+        QStringList ninetyNine;
+        for (int x = 1; x < 100; ++x) {
+            (x < 10 ? nine : ninetyNine).append(QStringLiteral("Crunchy Rhythm-%1").arg(x).right(x < 10 ? 99 : 16));
+            ninetyNine.append(QStringLiteral("L-%1").arg(x));
+        }
+        QTest::newRow("short") << lead << QStringList() << "Lead-1";
+        QTest::newRow("taken once") << lead << QStringList{QStringLiteral("Lead-1")} << "Lead-2";
+        QTest::newRow("a gap is used") << lead << QStringList{QStringLiteral("Lead-2")} << "Lead-1";
+        QTest::newRow("letter case counts") << lead << QStringList{QStringLiteral("lead-1")} << "Lead-1";
+        QTest::newRow("16 characters") << "Crunchy Rhythm 1" << QStringList() << "Crunchy Rhythm-1";
+        QTest::newRow("two digits") << "Crunchy Rhythm 1" << nine << "Crunchy Rhyth-10";
+        QTest::newRow("three digits") << "L" << ninetyNine << "L-100";
+        QTest::newRow("of a duplicate") << "Lead-1" << QStringList() << "Lead-1-1";
+        QTest::newRow("empty") << "" << QStringList() << "-1";
+        QTest::newRow("longer than a field") << QStringLiteral("x").repeated(40) << QStringList()
+                                             << QStringLiteral("x").repeated(14) + QStringLiteral("-1");
+        const QString guitar = QString::fromUtf8("\U0001F3B8");
+        QTest::newRow("characters are code points")
+            << guitar.repeated(16) << QStringList() << guitar.repeated(14) + QStringLiteral("-1");
+    }
+
+    void aDuplicateGetsASuffix()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QStringList, taken);
+        QFETCH(const QString, copy);
+        VelgorLibrary library(storedPatches(taken), std::nullopt);
+        const VelgorPatch patch = imported(name);
+        library.append(patch, false, false);
+        library.append(patch, true, false);
+        QCOMPARE(library.patches().size(), taken.size() + 2);
+        QCOMPARE(library.patches().last().name, copy);
+        QCOMPARE(library.patches().last().id(), imported(copy).id());
+    }
+
+    void duplicatesGoToTheEndWhateverTheLocation()
+    {
+        VelgorLibrary library;
+        const VelgorPatch patch = imported(lead);
+        library.append(patch, false, false);
+        library.append(imported(QStringLiteral("Other"), 2), false, false);
+        library.append(patch, true, false, 0);
+        library.append(patch, true, true, 0);
+        QCOMPARE(names(library), QStringLiteral("Lead,Other,Lead-1,Lead-2"));
+        QCOMPARE(library.order(), TestPatches::ids(library.patches()));
+    }
+
+    void theIncomingPatchIsCopiedUnderTheFoundName()
+    {
+        VelgorLibrary library;
+        const VelgorPatch patch = imported(lead);
+        library.append(patch, false, false);
+        VelgorPatch renamed = patch;
+        renamed.name = QStringLiteral("Solo");
+        QVERIFY(library.update(renamed));
+        VelgorPatch incoming = imported(QStringLiteral("Other"), 2);
+        incoming.comment = QStringLiteral("incoming");
+        library.append(incoming, true, false, VelgorLibrary::atEnd, patch.id());
+        QCOMPARE(names(library), QStringLiteral("Solo,Solo-1"));
+        QCOMPARE(library.patches().last().comment, incoming.comment);
+        QCOMPARE(library.patches().last().patchData->data, incoming.patchData->data);
+        QCOMPARE(library.patches().last().id(), imported(QStringLiteral("Solo-1"), 2).id());
+    }
+
+    void copiesWhoseNamesHashAlikeGetIdsOfTheirOwn()
+    {
+        // The last of nine bytes does not count: "Lead xx-1" and "Lead xx-2" have one hash.
+        VelgorLibrary library;
+        const VelgorPatch patch = imported(QStringLiteral("Lead xx"));
+        QCOMPARE(imported(QStringLiteral("Lead xx-1")).id(), imported(QStringLiteral("Lead xx-2")).id());
+        library.append(patch, false, false);
+        library.append(patch, true, false);
+        library.append(patch, true, false);
+        library.append(patch, true, false);
+        QCOMPARE(names(library), QStringLiteral("Lead xx,Lead xx-1,Lead xx-2,Lead xx-3"));
+        const QList<quint64> ids = TestPatches::ids(library.patches());
+        QCOMPARE(QSet<quint64>(ids.begin(), ids.end()).size(), 4);
+        QCOMPARE(library.patches().last().patchData->name, QStringLiteral("Lead xx-3"));
+    }
+
+    void aDuplicateWithoutPresetDataKeepsItsName()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        library.append(abc.first(), true, false);
+        QCOMPARE(names(library), QStringLiteral("a,b,c,a"));
+        QVERIFY(library.patches().last().id() != 1);
+    }
+
+    void duplicatingTheSelectionSavesLater_data()
+    {
+        QTest::addColumn<std::optional<quint64>>("id");
+        QTest::addColumn<QStringList>("calls");
+        QTest::newRow("a patch") << std::optional<quint64>(2) << QStringList{QStringLiteral("delayedSave a,b,c,b")};
+        QTest::newRow("unknown") << std::optional<quint64>(9) << QStringList();
+        QTest::newRow("absent") << std::optional<quint64>() << QStringList();
+    }
+
+    void duplicatingTheSelectionSavesLater()
+    {
+        QFETCH(const std::optional<quint64>, id);
+        VelgorLibrary library(abc, std::nullopt);
+        FakeLibraryStorage storage;
+        library.duplicateSelection(id, storage);
+        QTEST(storage.calls, "calls");
+    }
+
+    void deletingRemovesSavesAndUnticks()
+    {
+        VelgorLibrary library(abc, 2);
+        library.setIsMultiSel(true);
+        library.setMultiSelections({{{1, true}, {2, true}}});
+        FakeLibraryStorage storage;
+        library.deletePatch(2, storage);
+        QCOMPARE(storage.calls, (QStringList{QStringLiteral("remove 2"), QStringLiteral("save a,c")}));
+        QVERIFY(!library.defaultPatch());
+        QCOMPARE(library.multiSelections(), (MultiSelections{{{1, true}, {2, false}}}));
+        QCOMPARE(library.order(), (QList<quint64>{1, 3}));
+        QVERIFY(library.isMultiSel());
+    }
+
+    void deletingAnUnknownPatchStillRemovesItsFiles()
+    {
+        VelgorLibrary library(abc, 2);
+        FakeLibraryStorage storage;
+        library.deletePatch(9, storage);
+        QCOMPARE(storage.calls, (QStringList{QStringLiteral("remove 9"), QStringLiteral("save a,b,c")}));
+        QCOMPARE(library.defaultPatch(), std::optional<quint64>(2));
+        QCOMPARE(library.multiSelections(), (MultiSelections{{{9, false}}}));
+        QCOMPARE(library.order(), (QList<quint64>{1, 2, 3}));
+    }
+
+    void deletingTheOnlyPatchBringsBackThePlaceholder()
+    {
+        VelgorLibrary library;
+        const VelgorPatch patch = imported(lead);
+        library.append(patch, false, false);
+        library.setIsMultiSel(true);
+        FakeLibraryStorage storage;
+        library.setDefaultPatch(patch.id(), storage);
+        library.deletePatch(patch.id(), storage);
+        QCOMPARE(names(library), QStringLiteral("Empty library"));
+        QCOMPARE(library.count(), 0);
+        QVERIFY(!library.isMultiSel() && !library.defaultPatch());
+        QCOMPARE(library.order(), QList{patch.id()});
+        QCOMPARE(storage.calls.last(), QStringLiteral("save "));
+    }
+
+    void deletingManyRemovesAndSavesOnce()
+    {
+        VelgorLibrary library(abc, 3);
+        FakeLibraryStorage storage;
+        LibraryAnnouncements announcements(library);
+        library.deletePatches({3, 1, 3, 9}, storage);
+        QCOMPARE(names(library), QStringLiteral("b"));
+        QCOMPARE(storage.calls.size(), 2);
+        QCOMPARE(storage.calls.last(), QStringLiteral("save b"));
+        QCOMPARE(announcements.take(), QStringLiteral("+reset; reset; default; ticks"));
+        QCOMPARE(library.multiSelections().count(false), 3);
+    }
+
+    void theDefaultIsARealPatch_data()
+    {
+        QTest::addColumn<std::optional<quint64>>("id");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("a patch") << std::optional<quint64>(2) << true;
+        QTest::newRow("absent") << std::optional<quint64>() << false;
+        QTest::newRow("unknown") << std::optional<quint64>(9) << false;
+    }
+
+    void theDefaultIsARealPatch()
+    {
+        QFETCH(const std::optional<quint64>, id);
+        QFETCH(const bool, isTaken);
+        VelgorLibrary library(abc, 3);
+        FakeLibraryStorage storage;
+        QSignalSpy spy(&library, &VelgorLibrary::defaultPatchChanged);
+        library.setDefaultPatch(id, storage);
+        QCOMPARE(library.defaultPatch(), isTaken ? id : std::optional<quint64>(3));
+        QCOMPARE(storage.calls, isTaken ? QStringList{QStringLiteral("delayedSave a,b,c")} : QStringList());
+        QCOMPARE(spy.count(), isTaken ? 1 : 0);
+        library.setDefaultPatch(id, storage);
+        QCOMPARE(spy.count(), isTaken ? 1 : 0);
+    }
+
+    void thePlaceholderIsNoDefault()
+    {
+        VelgorLibrary library;
+        FakeLibraryStorage storage;
+        library.setDefaultPatch(library.patches().first().id(), storage);
+        QVERIFY(!library.defaultPatch() && storage.calls.isEmpty());
+    }
+
+    void appendingSeveralIsOneInsertion()
+    {
+        VelgorLibrary library;
+        LibraryAnnouncements announcements(library);
+        library.appendNew(abc + abc.first(2));
+        QCOMPARE(names(library), QStringLiteral("a,b,c"));
+        QCOMPARE(announcements.take(), QStringLiteral("+insert 0 2; insert 0 2; +remove 3 3; remove 3 3"));
+        library.appendNew(QList{abc.last()} + storedPatches(QStringList(5, QStringLiteral("new"))));
+        QCOMPARE(announcements.take(), QStringLiteral("+insert 3 4; insert 3 4"));
+        library.appendNew(abc);
+        QCOMPARE(announcements.take(), QString());
+        QCOMPARE(library.order(), (QList<quint64>{1, 2, 3, 4, 5}));
+    }
+
+    void anEditIsTakenOver()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        LibraryAnnouncements announcements(library);
+        VelgorPatch edited = abc.at(1);
+        edited.comment = QStringLiteral("fat");
+        QVERIFY(library.update(edited));
+        QCOMPARE(announcements.take(), QStringLiteral("change 1 1"));
+        QVERIFY(TestPatches::isIdentical(library.patches().at(1), edited));
+        QVERIFY(library.update(edited));
+        QVERIFY(!library.update(stored(9, lead)));
+        QCOMPARE(announcements.take(), QString());
+    }
+
+    void anEditOfThePresetDataIsTakenOver()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        VelgorPatch edited = abc.at(1);
+        edited.patchData = TestRecords::patch(lead);
+        QVERIFY(library.update(edited));
+        QEXPECT_FAIL("", "what equality leaves out is taken for no change", Continue);
+        QVERIFY(library.patches().at(1).patchData);
+    }
+
+    void aRenamedPatchFreesItsName()
+    {
+        VelgorLibrary library;
+        const VelgorPatch patch = imported(lead);
+        library.append(patch, false, false);
+        library.append(patch, true, false);
+        VelgorPatch copy = library.patches().last();
+        copy.name = QStringLiteral("Solo");
+        QVERIFY(library.update(copy));
+        library.append(patch, true, false);
+        QCOMPARE(library.patches().last().name, QStringLiteral("Lead-1"));
+        QVERIFY(library.getPatchFromId(copy.id()));
+    }
+
+    void moveCountsItsOffsetBeforeTheMove_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("down") << 0 << 2 << "b,a,c";
+        QTest::newRow("to the end") << 0 << 3 << "b,c,a";
+        QTest::newRow("up") << 2 << 0 << "c,a,b";
+        QTest::newRow("onto itself") << 1 << 1 << "a,b,c";
+        QTest::newRow("just below itself") << 1 << 2 << "a,b,c";
+    }
+
+    void moveCountsItsOffsetBeforeTheMove()
+    {
+        QFETCH(const int, from);
+        QFETCH(const int, offset);
+        QFETCH(const QString, expected);
+        VelgorLibrary library(abc, std::nullopt);
+        library.saveOrder();
+        LibraryAnnouncements announcements(library);
+        library.move(from, offset);
+        QCOMPARE(names(library), expected);
+        QCOMPARE(library.order(), (QList<quint64>{1, 2, 3}));
+        QCOMPARE(announcements.take(),
+            expected == QStringLiteral("a,b,c") ? QString()
+                                                : QStringLiteral("+move %1 %2; move %1 %2").arg(from).arg(offset));
+        QCOMPARE(library.getPatchFromId(1)->index, expected.split(u',').indexOf(QStringLiteral("a")));
+    }
+
+    void aMoveBeyondTheListStopsTheProgram()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        QVERIFY(fatalStopOf([&] { library.move(3, 0); }));
+        QVERIFY(fatalStopOf([&] { library.move(-1, 0); }));
+        QVERIFY(fatalStopOf([&] { library.move(0, 4); }));
+        QVERIFY(fatalStopOf([&] { library.move(0, -1); }));
+    }
+
+    void everyChangeIsAnnouncedOnce()
+    {
+        VelgorLibrary library;
+        FakeLibraryStorage storage;
+        LibraryAnnouncements announcements(library);
+        const VelgorPatch patch = imported(lead);
+        library.append(patch, false, false);
+        QCOMPARE(announcements.take(), QStringLiteral("+insert 0 0; insert 0 0; +remove 1 1; remove 1 1"));
+        library.append(imported(QStringLiteral("B"), 2), false, false, 0);
+        QCOMPARE(announcements.take(), QStringLiteral("+insert 0 0; insert 0 0"));
+        library.append(patch, false, true);
+        QCOMPARE(announcements.take(), QStringLiteral("change 1 1"));
+        library.duplicateSelection(patch.id(), storage);
+        QCOMPARE(announcements.take(), QStringLiteral("+insert 2 2; insert 2 2"));
+        library.setDefaultPatch(patch.id(), storage);
+        QCOMPARE(announcements.take(), QStringLiteral("default"));
+        library.setIsMultiSel(true);
+        QCOMPARE(announcements.take(), QStringLiteral("mode"));
+        library.deletePatches({patch.id(), library.patches().last().id()}, storage);
+        QCOMPARE(announcements.take(), QStringLiteral("+remove 1 2; remove 1 2; default; ticks"));
+        library.deletePatch(library.patches().first().id(), storage);
+        QCOMPARE(announcements.take(), QStringLiteral("+remove 0 0; remove 0 0; ticks; +insert 0 0; insert 0 0; mode"));
+        library.saveOrder();
+        QCOMPARE(announcements.take(), QString());
+    }
+
+    void aSetterThatChangesNothingAnnouncesNothing()
+    {
+        VelgorLibrary library(abc, std::nullopt);
+        LibraryAnnouncements announcements(library);
+        for (int twice = 0; twice < 2; ++twice) {
+            library.setSelection(2);
+            library.setIsMultiSel(true);
+            library.setMultiSelections({{{1, true}}});
+            library.setDeleteConfirm(true);
+        }
+        QCOMPARE(announcements.take(), QStringLiteral("selection; mode; ticks; confirm"));
+        for (int twice = 0; twice < 2; ++twice) {
+            library.setSelection(std::nullopt);
+            library.setIsMultiSel(false);
+            library.setMultiSelections({});
+            library.setDeleteConfirm(false);
+        }
+        QCOMPARE(announcements.take(), QStringLiteral("selection; mode; ticks; confirm"));
+    }
+
+    void aLibraryOfPlaceholdersOnlyKeepsOne()
+    {
+        VelgorLibrary library;
+        VelgorPatch second(QStringLiteral("Empty library"), false);
+        second.empty = true;
+        library.append(second, false, false);
+        QEXPECT_FAIL("", "both go, and none comes back", Continue);
+        QCOMPARE(library.patches().size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestVelgorLibrary)
+#include "tst_VelgorLibrary.moc"
