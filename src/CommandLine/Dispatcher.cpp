@@ -5,7 +5,6 @@
 #include "Diagnostics.h"
 #include "HelpText.h"
 #include "Output.h"
-#include "ShownText.h"
 
 #include <algorithm>
 
@@ -88,6 +87,6 @@ int Dispatcher::wrongUsage(const QString &error, const QString &command)
 {
     const int status = Output::fail(error);
     const QString words = command.isEmpty() ? QStringLiteral("velgor") : QStringLiteral("velgor ") + command;
-    Diagnostics::printLine(tr("Try '%1 --help'.").arg(ShownText::escaped(words)));
+    Diagnostics::printLine(tr("Try '%1 --help'.").arg(words));
     return status;
 }

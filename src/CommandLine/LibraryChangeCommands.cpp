@@ -67,7 +67,16 @@ int addToLibrary(const Arguments &arguments, QList<AddedFile> &files)
             isChanged = isChanged || !file.added.isEmpty();
         }
     }
-    return isChanged ? session.save() : Done;
+    const int status = isChanged ? session.save() : Done;
+    if (status != Done) {
+        for (AddedFile &file : files) {
+            if (!file.added.isEmpty()) {
+                file.error = LibraryChangeCommands::tr("the library could not be saved");
+                file.added.clear();
+            }
+        }
+    }
+    return status;
 }
 
 nlohmann::ordered_json idsOf(const QList<VelgorPatch> &patches)
@@ -112,12 +121,10 @@ void printLines(const QList<AddedFile> &files)
                               .arg(ShownText::escaped(patch.name))
                 + u'\n');
         }
-        Output::print((file.error.isEmpty() ? LibraryChangeCommands::tr("%1: %2 added, %3 already there")
-                                                  .arg(path)
-                                                  .arg(file.added.size())
-                                                  .arg(file.known.size())
-                                            : LibraryChangeCommands::tr("%1: unreadable").arg(path))
-            + u'\n');
+        const QString summary = LibraryChangeCommands::tr("%1: %2 added, %3 already there")
+                                    .arg(path, QString::number(file.added.size()), QString::number(file.known.size()));
+        Output::print(
+            (file.error.isEmpty() ? summary : path + QStringLiteral(": ") + ShownText::escaped(file.error)) + u'\n');
     }
 }
 

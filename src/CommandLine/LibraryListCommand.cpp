@@ -29,6 +29,10 @@ std::optional<LibraryViewFilter> filterOf(const Arguments &arguments)
     for (const FlagOption &option : CommandTable::flags()) {
         asked.*option.flag = arguments.has(option.name);
     }
+    // Spaces alone ask for nothing.
+    if (asked.comment.trimmed().isEmpty()) {
+        asked.comment.clear();
+    }
     return filter == LibraryViewFilter() ? std::nullopt : std::optional(filter);
 }
 

@@ -17,12 +17,17 @@ QString directoryOf(const Arguments &arguments)
 
 LibrarySession::LibrarySession(const Arguments &arguments)
     : m_isNamed(arguments.has(QStringLiteral("library")))
+    , m_isNameEmpty(m_isNamed && arguments.value(QStringLiteral("library"))->isEmpty())
     , m_storage(directoryOf(arguments))
 {
 }
 
 bool LibrarySession::open(Access access)
 {
+    if (m_isNameEmpty) {
+        Output::fail(tr("--library needs a directory"));
+        return false;
+    }
     const QString directory = m_storage.libDirectory();
     const FileExistence found = existence(directory);
     if (found == FileExistence::file) {
@@ -40,7 +45,7 @@ bool LibrarySession::open(Access access)
     if (access == Access::Create) {
         m_storage.createDirectoryLibrary();
         if (m_storage.writeError()) {
-            std::ignore = report();
+            Output::fail(m_storage.writeProblems().join(QStringLiteral("; ")));
             return false;
         }
     }
@@ -120,8 +125,8 @@ int LibrarySession::report()
             Output::fail(problem);
         }
     }
-    if (!m_storage.keptFile().isEmpty()) {
-        Output::warn(tr("the previous library file was kept as %1").arg(m_storage.keptFile()));
+    for (const QString &kept : m_storage.keptFiles()) {
+        Output::warn(tr("a library file that could not be loaded whole was kept as %1").arg(kept));
     }
     return isSafe ? Done : Failed;
 }

@@ -46,6 +46,7 @@ private:
     [[nodiscard]] bool lock();
 
     bool m_isNamed; ///< the directory was asked for by name
+    bool m_isNameEmpty;
     LibraryStorageManager m_storage;
     std::unique_ptr<LibraryLock> m_lock;
     std::unique_ptr<VelgorLibrary> m_library;

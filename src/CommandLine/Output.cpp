@@ -2,7 +2,8 @@
 
 #include "Command.h"
 #include "Diagnostics.h"
-#include "ShownText.h"
+
+#include <QCoreApplication>
 
 #include <nlohmann/json.hpp>
 
@@ -40,13 +41,13 @@ bool isComplete()
 
 int fail(const QString &line)
 {
-    Diagnostics::printLine(QStringLiteral("velgor: ") + ShownText::escaped(line));
+    Diagnostics::printLine(QStringLiteral("velgor: ") + line);
     return Failed;
 }
 
 void warn(const QString &line)
 {
-    Diagnostics::printLine(QStringLiteral("velgor: warning: ") + ShownText::escaped(line));
+    Diagnostics::printLine(QCoreApplication::translate("Output", "velgor: warning: %1").arg(line));
 }
 
 std::string jsonText(const QString &text)

@@ -14,7 +14,7 @@ void printJson(const nlohmann::ordered_json &document);
 /// False when anything could not be written to standard output.
 [[nodiscard]] bool isComplete();
 
-/// "velgor: " and the line, on standard error, control characters escaped. Returns ExitStatus::Failed.
+/// "velgor: " and the line, on standard error. Returns ExitStatus::Failed.
 int fail(const QString &line);
 /// "velgor: warning: " and the line, on standard error.
 void warn(const QString &line);

@@ -2,6 +2,7 @@
 #include "Diagnostics.h"
 #include "Dispatcher.h"
 #include "Output.h"
+#include "ShownText.h"
 
 #include <QCoreApplication>
 
@@ -38,7 +39,9 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
 #endif
     const QCoreApplication application(argc, argv);
-    Diagnostics::setSink(Diagnostics::standardError());
+    // Names of files and patches may hold what would play with a terminal.
+    Diagnostics::setSink(
+        [print = Diagnostics::standardError()](const QString &line) { print(ShownText::escaped(line)); });
 
     const int status = Dispatcher().run(QCoreApplication::arguments().mid(1));
     if (!Output::isComplete()) {

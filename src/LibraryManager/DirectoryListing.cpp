@@ -90,8 +90,10 @@ void DirectoryListing::moved(const QString &from, const QString &to)
 
 void DirectoryListing::insert(const QString &path, Kind kind)
 {
-    for (const quint64 id : LibraryFileNames::idsIn(path)) {
-        m_paths[id].append(path);
+    if (kind != Kind::Directory) {
+        for (const quint64 id : LibraryFileNames::idsIn(path)) {
+            m_paths[id].append(path);
+        }
     }
     if (!path.contains(u'/')) {
         m_kinds.insert(path, kind);

@@ -15,7 +15,7 @@ public:
     /// Nothing when the directory cannot be read.
     [[nodiscard]] static std::optional<DirectoryListing> scan(const QString &directory);
 
-    /// Relative paths that hold "." + id + ".".
+    /// Relative paths of everything but directories that hold "." + id + ".".
     [[nodiscard]] QStringList pathsFor(quint64 id) const { return m_paths.value(id); }
     /// What stands directly in the directory under this name.
     [[nodiscard]] std::optional<Kind> kindOf(const QString &name) const;

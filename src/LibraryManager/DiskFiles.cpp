@@ -9,7 +9,9 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #ifndef Q_OS_WIN
@@ -44,7 +46,8 @@ QString openForReading(QFile &file, DiskFiles::Links links)
     }
     const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 #else
-    const int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | (links == DiskFiles::Links::Refuse ? O_NOFOLLOW : 0);
+    const int flags =
+        O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (links == DiskFiles::Links::Refuse ? O_NOFOLLOW : 0);
     const int handle = ::open(QFile::encodeName(file.fileName()).constData(), flags);
     if (handle < 0) {
         const bool isLink = errno == ELOOP && links == DiskFiles::Links::Refuse;
@@ -59,6 +62,17 @@ QString openForReading(QFile &file, DiskFiles::Links links)
     const bool isOpen = file.open(handle, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
 #endif
     return isOpen ? QString() : file.errorString();
+}
+
+/// The file that a chain of links leads to, whether or not it exists; the path itself where there is no link.
+QString endOfLinks(const QString &path)
+{
+    constexpr int longestChain = 40;
+    QFileInfo info(path);
+    for (int step = 0; step < longestChain && info.isSymLink(); ++step) {
+        info.setFile(info.symLinkTarget());
+    }
+    return info.filePath();
 }
 
 /// Writes and checks every byte; a full disk may show only when the file is flushed or measured.
@@ -77,8 +91,7 @@ FileReadResult DiskFiles::read(const QString &path)
 
 QString DiskFiles::write(const QString &path, const QByteArray &bytes)
 {
-    const QFileInfo info(path);
-    return replace(info.isSymLink() ? info.symLinkTarget() : path, bytes);
+    return replace(endOfLinks(path), bytes);
 }
 
 FileReadResult DiskFiles::readRegular(const QString &path, Links links)
@@ -92,7 +105,12 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     if (size > largestFile) {
         return {std::nullopt, tr("larger than any preset file")};
     }
-    QByteArray bytes(size, Qt::Uninitialized);
+    QByteArray bytes;
+    try {
+        bytes.resize(size);
+    } catch (const std::bad_alloc &) {
+        return {std::nullopt, tr("there is not enough memory for it")};
+    }
     const qint64 count = file.read(bytes.data(), size);
     if (count < 0) {
         return {std::nullopt, file.errorString()};
@@ -172,8 +190,24 @@ QString DiskFiles::overwriteInPlace(const QString &path, const QByteArray &bytes
 
 QString DiskFiles::move(const QString &from, const QString &to)
 {
-    QFile file(from);
-    return file.rename(to) ? QString() : file.errorString();
+    const std::filesystem::path source = nativePath(from);
+    const std::filesystem::path target = nativePath(to);
+#ifdef Q_OS_LINUX
+    if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+        return {};
+    }
+    // Some file systems know no such move.
+    if (errno != EINVAL && errno != ENOSYS) {
+        return reason(std::error_code(errno, std::generic_category()));
+    }
+#endif
+    std::error_code error;
+    const bool isTaken = std::filesystem::symlink_status(target, error).type() != std::filesystem::file_type::not_found;
+    if (isTaken && !std::filesystem::equivalent(source, target, error)) {
+        return tr("there is a file of that name already");
+    }
+    std::filesystem::rename(source, target, error);
+    return reason(error);
 }
 
 QString DiskFiles::remove(const QString &path)

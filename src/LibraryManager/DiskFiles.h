@@ -12,8 +12,8 @@ class DiskFiles : public FileAccess {
     Q_DECLARE_TR_FUNCTIONS(DiskFiles)
 
 public:
-    /// Largest file that is read: a preset file's sizes have 32 bits.
-    static constexpr qint64 largestFile = 0xFFFF'FFFFLL;
+    /// Largest file that is read: far more than a list of 65,535 patches with impulse responses needs.
+    static constexpr qint64 largestFile = qint64(1) << 30;
 
     enum class Links { Follow, Refuse };
 

@@ -64,6 +64,11 @@ bool isDatedCopy(const QString &name)
     return pattern.match(name).hasMatch();
 }
 
+QString damagedFile(quint64 patchID, int attempt)
+{
+    return QStringLiteral("damaged-%1-%2.prst").arg(patchID).arg(attempt, 2, 10, QChar(u'0'));
+}
+
 bool isReserved(const QString &name)
 {
     return name == libraryFile() || name == libraryCopy() || name == lockFile() || name.startsWith(temporaryPrefix())

@@ -19,6 +19,8 @@ namespace LibraryFileNames {
 /// Where an old library file is kept: a name of its own for each `attempt` within the present second.
 [[nodiscard]] QString datedCopy(int attempt);
 [[nodiscard]] bool isDatedCopy(const QString &name);
+/// Where a patch file that cannot be read is set aside: a name without the id between dots.
+[[nodiscard]] QString damagedFile(quint64 patchID, int attempt);
 /// True for every file that belongs to the library as a whole and never to one patch.
 [[nodiscard]] bool isReserved(const QString &name);
 

@@ -2,12 +2,15 @@
 
 #include "Diagnostics.h"
 #include "DiskFiles.h"
+#include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
 #include "RandomId.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
 
 LibraryLoader::LibraryLoader(const QString &directory)
     : m_directory(directory)
@@ -32,46 +35,80 @@ LibraryLoadResult LibraryLoader::load()
     }
     result.library = std::make_unique<VelgorLibrary>(patches, content->defaultPatch);
     const Progress progress = loadPatches(*result.library, entries, result);
-    if (progress.complete) {
-        return result;
+    if (!progress.complete) {
+        Diagnostics::printLine(QStringLiteral("Incomplete library loading: %1 out of %2")
+                                   .arg(progress.loaded)
+                                   .arg(result.library->patches().size()));
+        result.library = withoutUnfilled(*result.library);
     }
-    Diagnostics::printLine(QStringLiteral("Incomplete library loading: %1 out of %2")
-                               .arg(progress.loaded)
-                               .arg(result.library->patches().size()));
+    noteDropped(entries, result);
+    return result;
+}
+
+std::unique_ptr<VelgorLibrary> LibraryLoader::withoutUnfilled(const VelgorLibrary &library)
+{
     QList<VelgorPatch> kept;
-    for (const VelgorPatch &patch : result.library->patches()) {
-        if (patch.patchData) {
-            kept.append(patch);
-        } else if (!patch.empty) {
-            result.droppedPatches.append(patch.name);
+    std::copy_if(library.patches().begin(), library.patches().end(), std::back_inserter(kept),
+        [](const VelgorPatch &patch) { return patch.patchData.has_value(); });
+    if (kept.isEmpty()) {
+        return nullptr;
+    }
+    auto result = std::make_unique<VelgorLibrary>(kept, library.defaultPatch());
+    result->saveOrder();
+    return result;
+}
+
+void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &result)
+{
+    const qsizetype loaded = result.library ? result.library->patches().size() : 0;
+    const bool isLonePlaceholder = stored.size() == 1 && stored.first().patch.empty;
+    if (loaded == stored.size() || isLonePlaceholder) {
+        return;
+    }
+    for (const Entry &entry : stored) {
+        if (!result.library || !result.library->getPatchFromId(entry.patch.id())) {
+            result.droppedPatches.append(entry.patch.name);
         }
     }
-    result.mustKeepOldFile |= !result.droppedPatches.isEmpty();
-    result.library.reset();
-    if (!kept.isEmpty()) {
-        result.library = std::make_unique<VelgorLibrary>(kept, content->defaultPatch);
-        result.library->saveOrder();
+    const QString source = result.isCopySpare ? LibraryFileNames::libraryFile() : LibraryFileNames::libraryCopy();
+    if (!result.filesToKeep.contains(source)) {
+        result.filesToKeep.append(source);
     }
-    return result;
 }
 
 std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadResult &result)
 {
     const QString path = pathOf(LibraryFileNames::libraryFile());
-    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    if (file.bytes) {
-        if (auto content = LibraryJson::decode(*file.bytes)) {
-            result.isCopySpare = true;
-            return content;
-        }
+    const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
+    FileReadResult file;
+    const auto decode = [&file](const QString &source) {
+        file = DiskFiles::readRegular(source, DiskFiles::Links::Refuse);
+        return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
+    };
+    std::optional<LibraryJson::Content> content = decode(path);
+    result.isCopySpare = content.has_value();
+    if (content) {
+        return content;
+    }
+    content = decode(copyPath);
+    if (!content) {
+        // Another program may just have finished writing the file, and have removed the copy with that.
+        content = decode(path);
+        result.isCopySpare = content.has_value();
+    }
+    if (result.isCopySpare) {
+        return content;
     }
     const bool isThere = QFileInfo::exists(path) || QFileInfo(path).isSymLink();
-    result.mustKeepOldFile = isThere;
-    const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
-    const FileReadResult copy = DiskFiles::readRegular(copyPath, DiskFiles::Links::Refuse);
-    if (auto content = copy.bytes ? LibraryJson::decode(*copy.bytes) : std::nullopt) {
+    if (isThere) {
+        result.filesToKeep.append(LibraryFileNames::libraryFile());
+    }
+    if (content) {
         Diagnostics::printLine(tr("The library file was not complete; its copy %1 is used").arg(copyPath));
         return content;
+    }
+    if (existence(copyPath) == FileExistence::file) {
+        result.filesToKeep.append(LibraryFileNames::libraryCopy());
     }
     if (file.bytes) {
         Diagnostics::printLine(QStringLiteral("Cannot decode library"));
@@ -108,10 +145,14 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
         Diagnostics::printLine(QStringLiteral("Nothing to load into library"));
         return {.complete = false};
     }
+    m_expectedNames.reserve(entries.size());
+    for (const Entry &entry : entries) {
+        m_expectedNames.insert(LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
+    }
     Progress progress;
     for (const Entry &entry : entries) {
         QString fileName;
-        if (const std::optional<SPresetFile> presets = readPatch(entry, fileName)) {
+        if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
             library.append(*presets, true, entry.patch.id());
             ++progress.loaded;
             if (entry.patch.id() != entry.storedId) {
@@ -125,7 +166,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
     return progress;
 }
 
-std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString &fileName)
+std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString &fileName, LibraryLoadResult &result)
 {
     fileName = LibraryFileNames::patchFile(entry.patch.name, entry.storedId);
     const QString path = pathOf(fileName);
@@ -133,6 +174,9 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
     std::optional<SPresetFile> presets;
     if (file.bytes) {
         presets = SPresetFile::fromData(*file.bytes);
+        if (!presets) {
+            result.damagedFiles.insert(fileName);
+        }
     }
     if (!presets) {
         presets = readFromOtherFile(entry, fileName);
@@ -150,7 +194,9 @@ std::optional<SPresetFile> LibraryLoader::readFromOtherFile(const Entry &entry, 
             std::make_unique<DirectoryListing>(DirectoryListing::scan(m_directory).value_or(DirectoryListing()));
     }
     for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, entry.storedId)) {
-        if (candidate.name == fileName || m_listing->kindOf(candidate.name) != DirectoryListing::Kind::RegularFile) {
+        // Two entries with one id: the file of the one is not for the other.
+        const bool isTaken = m_expectedNames.contains(candidate.name);
+        if (isTaken || m_listing->kindOf(candidate.name) != DirectoryListing::Kind::RegularFile) {
             continue;
         }
         const FileReadResult file = DiskFiles::readRegular(pathOf(candidate.name), DiskFiles::Links::Refuse);

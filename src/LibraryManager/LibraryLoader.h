@@ -18,9 +18,10 @@ struct LibraryLoadResult {
     std::unique_ptr<VelgorLibrary> library; ///< none for a new, empty or undecodable library
     bool readError = false; ///< the library file is there and could not be decoded, nor its copy
     QString problem; ///< why the library file could not be read or decoded; names the file; translated
-    QStringList droppedPatches; ///< names of the patches without readable preset data
-    /// The next save loses something that the library file holds now, so it has to be kept under another name.
-    bool mustKeepOldFile = false;
+    QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
+    /// The next save loses something that these library files hold now, so they have to be kept under other names.
+    QStringList filesToKeep;
+    QSet<QString> damagedFiles; ///< patch files that are there and cannot be read
     bool isCopySpare = false; ///< the library file itself was good; a copy beside it serves nothing
     QSet<QString> leftAlone; ///< files that saves shall not touch
 };
@@ -49,12 +50,17 @@ private:
     };
 
     [[nodiscard]] std::optional<LibraryJson::Content> readLibraryFile(LibraryLoadResult &result);
+    /// The patches that have preset data, as a library; none when there are none.
+    [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
+    static void noteDropped(const QList<Entry> &stored, LibraryLoadResult &result);
     [[nodiscard]] static QList<Entry> withUniqueIds(const QList<VelgorPatch> &patches);
     Progress loadPatches(VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result);
-    [[nodiscard]] std::optional<SPresetFile> readPatch(const Entry &entry, QString &fileName);
+    [[nodiscard]] std::optional<SPresetFile> readPatch(
+        const Entry &entry, QString &fileName, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
+    QSet<QString> m_expectedNames; ///< the file name of every entry
     std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
 };

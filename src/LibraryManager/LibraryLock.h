@@ -13,5 +13,7 @@ public:
     [[nodiscard]] QLockFile::LockError error() const { return m_file.error(); }
 
 private:
+    [[nodiscard]] bool isWithoutOwner() const;
+
     QLockFile m_file;
 };

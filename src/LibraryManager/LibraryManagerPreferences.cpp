@@ -34,6 +34,7 @@ LibraryManagerPreferences::LibraryManagerPreferences(std::unique_ptr<QSettings> 
     if (m_libraryDirectory.isEmpty()) {
         m_libraryDirectory = defaultLibraryDirectory();
     }
+    m_libraryDirectory = QDir(m_libraryDirectory).absolutePath();
 }
 
 QString LibraryManagerPreferences::defaultLibraryDirectory()

@@ -11,6 +11,7 @@
 
 #include <QDir>
 
+#include <system_error>
 #include <utility>
 
 LibraryStorageManager::LibraryStorageManager(
@@ -48,7 +49,8 @@ LibraryStorageManager::~LibraryStorageManager()
 void LibraryStorageManager::setWriteError(bool writeError)
 {
     if (!writeError) {
-        m_writeProblems.clear();
+        m_saveProblems.clear();
+        m_otherProblems.clear();
     }
     setObservable(this, m_writeError, writeError, &LibraryStorageManager::writeErrorChanged);
 }
@@ -96,19 +98,22 @@ void LibraryStorageManager::openLibraryInFinder() const
 
 std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
 {
+    finishBackgroundSave();
     LibraryLoadResult result = LibraryLoader(m_directory).load();
     m_readProblem = result.problem;
     m_droppedPatches = result.droppedPatches;
     m_isCopySpare = result.isCopySpare;
-    m_writeState = {.mustKeepOldFile = result.mustKeepOldFile, .leftAlone = result.leftAlone};
+    m_writeState = {
+        .filesToKeep = result.filesToKeep, .damagedFiles = result.damagedFiles, .leftAlone = result.leftAlone};
     if (result.readError) {
         setReadError(true);
     }
     return std::move(result.library);
 }
 
-void LibraryStorageManager::sweepLeftovers() const
+void LibraryStorageManager::sweepLeftovers()
 {
+    finishBackgroundSave();
     LibraryWriter::sweepLeftovers(m_directory, m_isCopySpare);
 }
 
@@ -164,11 +169,20 @@ void LibraryStorageManager::startBackgroundSave()
     }
     m_libraryBeingSaved = m_libraryToSave;
     m_unsaved.clear();
-    m_thread = std::thread([this, writer = LibraryWriter(m_directory, m_writeState),
-                               content = LibrarySnapshot::take(*m_libraryToSave)]() mutable {
-        m_backgroundResult = writer.save(content);
-        QMetaObject::invokeMethod(this, &LibraryStorageManager::finishBackgroundSave, Qt::QueuedConnection);
-    });
+    LibraryWriter writer(m_directory, m_writeState);
+    const LibraryJson::Content content = LibrarySnapshot::take(*m_libraryToSave);
+    try {
+        m_thread = std::thread([this, writer, content]() mutable {
+            m_backgroundResult = writer.save(content);
+            QMetaObject::invokeMethod(this, &LibraryStorageManager::finishBackgroundSave, Qt::QueuedConnection);
+        });
+    } catch (const std::system_error &) {
+        // Without another thread to be had, the save takes place on this one.
+        const LibraryWriteResult result = writer.save(content);
+        setLibraryToSave(nullptr);
+        m_delay.saveFinished();
+        takeResult(result, m_libraryBeingSaved);
+    }
 }
 
 void LibraryStorageManager::finishBackgroundSave()
@@ -179,9 +193,9 @@ void LibraryStorageManager::finishBackgroundSave()
     m_thread.join();
     const LibraryWriteResult result = *std::exchange(m_backgroundResult, std::nullopt);
     const bool wasChangedMeanwhile = !m_unsaved.isNull();
-    takeResult(result, wasChangedMeanwhile ? nullptr : m_libraryBeingSaved.data());
     setLibraryToSave(nullptr);
     m_delay.saveFinished();
+    takeResult(result, wasChangedMeanwhile ? nullptr : m_libraryBeingSaved.data());
 }
 
 void LibraryStorageManager::setLibraryToSave(const VelgorLibrary *library)
@@ -196,15 +210,13 @@ void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const V
 {
     m_writeState = result.state;
     m_wasLastSaveWritten = result.isLibraryFileWritten && result.arePatchesWritten;
-    if (!result.keptFile.isEmpty()) {
-        m_keptFile = result.keptFile;
+    if (!result.keptFiles.isEmpty()) {
+        m_keptFiles = result.keptFiles;
     }
     if (library) {
         m_unsaved = m_wasLastSaveWritten ? nullptr : library;
     }
-    for (const QString &problem : result.problems) {
-        addWriteError(problem);
-    }
+    m_saveProblems = result.problems;
     if (result.hasError()) {
         setWriteError(true);
     }
@@ -212,8 +224,6 @@ void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const V
 
 void LibraryStorageManager::addWriteError(const QString &problem)
 {
-    if (!m_writeProblems.contains(problem)) {
-        m_writeProblems.append(problem);
-    }
+    m_otherProblems.append(problem);
     setWriteError(true);
 }

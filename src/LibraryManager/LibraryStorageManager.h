@@ -51,13 +51,13 @@ public:
     void setWriteError(bool writeError);
     void setReadError(bool readError);
     /// What is behind writeError since it was last cleared: one text for each failure, naming file and reason.
-    [[nodiscard]] QStringList writeProblems() const { return m_writeProblems; }
+    [[nodiscard]] QStringList writeProblems() const { return m_otherProblems + m_saveProblems; }
     /// Why the last load found a library file but no library; empty otherwise.
     [[nodiscard]] QString readProblem() const { return m_readProblem; }
     /// Names of the patches that the last load had to leave out.
     [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
-    /// Where the last save that had to keep an old library file put it; empty when none had to.
-    [[nodiscard]] QString keptFile() const { return m_keptFile; }
+    /// Where the last save that had to keep old library files put them; empty when none had to.
+    [[nodiscard]] QStringList keptFiles() const { return m_keptFiles; }
     /// The last save wrote everything; what failed, if anything, was tidying up.
     [[nodiscard]] bool wasLastSaveWritten() const { return m_wasLastSaveWritten; }
 
@@ -74,7 +74,7 @@ public:
     [[nodiscard]] std::unique_ptr<VelgorLibrary> decodeLibrary();
     /// Removes what an interrupted program left behind. To be called after decodeLibrary(), which finds out what is
     /// still needed, and only while this program alone uses the directory.
-    void sweepLeftovers() const;
+    void sweepLeftovers();
     /// Relative paths of the files that carry this patch id.
     [[nodiscard]] QStringList getPathsForPatchID(quint64 patchID);
 
@@ -83,7 +83,7 @@ public:
     void delayedSave(const VelgorLibrary &library) override;
 
     /// A change was handed to delayedSave() that no finished save holds.
-    [[nodiscard]] bool hasUnsavedChanges() const { return !m_unsaved.isNull(); }
+    [[nodiscard]] bool hasUnsavedChanges() const { return !m_unsaved.isNull() || m_thread.joinable(); }
     /// Ends the waiting and writes what is not on disk yet, before the program ends. False when that failed.
     bool saveUnsaved();
 
@@ -113,10 +113,11 @@ private:
     QPointer<const VelgorLibrary> m_unsaved;
     bool m_writeError = false;
     bool m_readError = false;
-    QStringList m_writeProblems;
+    QStringList m_saveProblems; ///< of the last save
+    QStringList m_otherProblems; ///< of directories and removals, since writeError was last cleared
     QString m_readProblem;
     QStringList m_droppedPatches;
-    QString m_keptFile;
+    QStringList m_keptFiles;
     bool m_wasLastSaveWritten = true;
     bool m_wereFilesRemoved = true;
     bool m_isCopySpare = false;

@@ -41,8 +41,8 @@ void LibraryWriter::encodeLibrary(const LibraryJson::Content &library)
         Diagnostics::printLine(QStringLiteral("cannot encode library"));
         addProblem(name, error);
     };
-    if (m_result.state.mustKeepOldFile && !keepOldFile()) {
-        fail(LibraryFileNames::libraryFile(), tr("the old library file could not be kept"));
+    if (!keepOldFiles()) {
+        fail(LibraryFileNames::libraryFile(), tr("it is not replaced, because the old one could not be kept"));
         return;
     }
     QString error = DiskFiles::replace(copy, text);
@@ -61,32 +61,74 @@ void LibraryWriter::encodeLibrary(const LibraryJson::Content &library)
     }
 }
 
-bool LibraryWriter::keepOldFile()
+bool LibraryWriter::keepOldFiles()
 {
-    const FileReadResult old =
-        DiskFiles::readRegular(pathOf(LibraryFileNames::libraryFile()), DiskFiles::Links::Refuse);
+    const QStringList files = m_result.state.filesToKeep;
+    for (const QString &name : files) {
+        if (!keepOldFile(name)) {
+            return false;
+        }
+        m_result.state.filesToKeep.removeOne(name);
+    }
+    if (!files.isEmpty()) {
+        pruneKeptFiles();
+    }
+    return true;
+}
+
+bool LibraryWriter::keepOldFile(const QString &name)
+{
+    const QString path = pathOf(name);
+    if (existence(path) == FileExistence::none) {
+        return true;
+    }
+    const FileReadResult old = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
     if (!old.bytes) {
-        addProblem(LibraryFileNames::libraryFile(), old.error);
+        addProblem(name, old.error);
         return false;
     }
     int attempt = 0;
-    while (QFileInfo::exists(pathOf(LibraryFileNames::datedCopy(attempt)))) {
-        ++attempt;
+    QString kept = pathOf(LibraryFileNames::datedCopy(attempt));
+    while (existence(kept) != FileExistence::none) {
+        kept = pathOf(LibraryFileNames::datedCopy(++attempt));
     }
-    const QString name = LibraryFileNames::datedCopy(attempt);
-    const QString error = DiskFiles::replace(pathOf(name), *old.bytes);
+    const QString error = DiskFiles::replace(kept, *old.bytes);
     if (!error.isEmpty()) {
-        addProblem(name, error);
+        m_result.problems.append(tr("%1: %2").arg(kept, error));
         return false;
     }
-    m_result.keptFile = pathOf(name);
-    m_result.state.mustKeepOldFile = false;
-    QStringList kept = QDir(m_directory).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-    kept.removeIf([](const QString &file) { return !LibraryFileNames::isDatedCopy(file); });
-    while (kept.size() > keptFileLimit) {
+    m_result.keptFiles.append(kept);
+    return true;
+}
+
+void LibraryWriter::pruneKeptFiles()
+{
+    QStringList kept = QDir(m_directory).entryList(QDir::Files, QDir::Name);
+    // What was kept just now stays, even if the clock went back and its name says that it is the oldest.
+    kept.removeIf([this](const QString &name) {
+        return !LibraryFileNames::isDatedCopy(name) || m_result.keptFiles.contains(pathOf(name));
+    });
+    while (!kept.isEmpty() && kept.size() + m_result.keptFiles.size() > keptFileLimit) {
         std::ignore = DiskFiles::remove(pathOf(kept.takeFirst()));
     }
-    return true;
+}
+
+void LibraryWriter::setDamagedFileAside(const QString &name, quint64 patchID)
+{
+    int attempt = 0;
+    QString aside = LibraryFileNames::damagedFile(patchID, attempt);
+    while (existence(pathOf(aside)) != FileExistence::none) {
+        aside = LibraryFileNames::damagedFile(patchID, ++attempt);
+    }
+    const QString error = DiskFiles::move(pathOf(name), pathOf(aside));
+    if (!error.isEmpty()) {
+        addProblem(name, error);
+        return;
+    }
+    m_result.state.damagedFiles.remove(name);
+    if (m_listing) {
+        m_listing->moved(name, aside);
+    }
 }
 
 void LibraryWriter::savePatches(const QList<VelgorPatch> &patches)
@@ -103,6 +145,9 @@ void LibraryWriter::savePatches(const QList<VelgorPatch> &patches)
         const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
         if (m_listing) {
             renameIfNeeded(patch, name);
+        }
+        if (isStored(name) && m_result.state.damagedFiles.contains(name)) {
+            setDamagedFileAside(name, patch.id());
         }
         if (isStored(name)) {
             continue;
@@ -157,9 +202,7 @@ bool LibraryWriter::canMove(const PatchFileMatcher::Candidate &candidate, const 
         reason = tr("not a regular file in the library directory");
         return false;
     }
-    if (candidate.isNamedForPatch) {
-        return true;
-    }
+    // A name alone proves nothing: the user may have put another patch's bytes under it.
     const FileReadResult file = DiskFiles::readRegular(pathOf(candidate.name), DiskFiles::Links::Refuse);
     if (!file.bytes || !PatchFileMatcher::holdsPatch(*file.bytes, patch)) {
         reason = tr("it does not hold the patch that its name speaks of");
@@ -173,7 +216,8 @@ bool LibraryWriter::isStored(const QString &name) const
     if (m_listing) {
         return m_listing->kindOf(name) == DirectoryListing::Kind::RegularFile;
     }
-    return existence(pathOf(name)) == FileExistence::file;
+    const QFileInfo info(pathOf(name));
+    return info.isFile() && !info.isSymLink();
 }
 
 LibraryWriteResult LibraryWriter::remove(const QList<quint64> &patchIDs)
@@ -181,10 +225,16 @@ LibraryWriteResult LibraryWriter::remove(const QList<quint64> &patchIDs)
     m_result.isLibraryFileWritten = true;
     m_result.isTidy = scan();
     if (!m_listing) {
+        addProblem({}, tr("the files of removed patches stay in it"));
         return m_result;
     }
+    QSet<QString> handled;
     for (const quint64 id : patchIDs) {
         for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, id)) {
+            if (handled.contains(candidate.name)) {
+                continue;
+            }
+            handled.insert(candidate.name);
             const QString error = DiskFiles::remove(pathOf(candidate.name));
             if (!error.isEmpty()) {
                 Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
@@ -203,7 +253,8 @@ void LibraryWriter::sweepLeftovers(const QString &directory, bool isCopySpare)
     if (isCopySpare) {
         filters.append(LibraryFileNames::libraryCopy());
     }
-    for (const QString &name : folder.entryList(filters, QDir::Files | QDir::Hidden | QDir::NoSymLinks)) {
+    for (const QString &name :
+        folder.entryList(filters, QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::CaseSensitive)) {
         std::ignore = DiskFiles::remove(folder.filePath(name));
     }
 }

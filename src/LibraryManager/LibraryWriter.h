@@ -13,7 +13,8 @@
 
 /// What a save remembers for the next one.
 struct LibraryWriteState {
-    bool mustKeepOldFile = false; ///< the library file holds what this program could not load
+    QStringList filesToKeep; ///< library files that hold what this program could not load
+    QSet<QString> damagedFiles; ///< patch files that cannot be read; they make room for a good one
     QSet<QString> leftAlone; ///< files that could not be moved, and are not tried again
 };
 
@@ -25,7 +26,7 @@ struct LibraryWriteResult {
     bool isTidy = true; ///< the directory could be listed, and every file moved as it should
     qsizetype written = 0; ///< patch files written
     QStringList problems; ///< one for each failure, naming the file and the reason; translated
-    QString keptFile; ///< where the old library file was kept, if it was
+    QStringList keptFiles; ///< where old library files were kept, if any had to be
     LibraryWriteState state;
 
     /// True when something is for the user to know.
@@ -56,7 +57,10 @@ public:
 
 private:
     void encodeLibrary(const LibraryJson::Content &library);
-    [[nodiscard]] bool keepOldFile();
+    [[nodiscard]] bool keepOldFiles();
+    [[nodiscard]] bool keepOldFile(const QString &name);
+    void pruneKeptFiles();
+    void setDamagedFileAside(const QString &name, quint64 patchID);
     void savePatches(const QList<VelgorPatch> &patches);
     void renameIfNeeded(const VelgorPatch &patch, const QString &currentName);
     [[nodiscard]] bool canMove(const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch,

@@ -44,7 +44,9 @@ VelgorPatch::VelgorPatch(quint64 id)
 VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newName)
 {
     if (!from.patchData || !from.userIRData) {
-        return from.withId(randomId());
+        VelgorPatch copy = from.withId(randomId());
+        copy.patchData.reset();
+        return copy;
     }
     VelgorPatch copy = from.withId(staticSimpleHash(from.patchData, from.userIRData, newName));
     copy.name = newName;

@@ -84,7 +84,7 @@ inline QStringList datedCopies(const LibraryDirectory &directory)
 /// What the loader remembers for the save that follows it.
 inline LibraryWriteState stateAfter(const LibraryLoadResult &result)
 {
-    return {.mustKeepOldFile = result.mustKeepOldFile, .leftAlone = result.leftAlone};
+    return {.filesToKeep = result.filesToKeep, .damagedFiles = result.damagedFiles, .leftAlone = result.leftAlone};
 }
 
 } // namespace TestLibraries

@@ -1,0 +1,160 @@
+#include "DiagnosticRecorder.h"
+#include "DiskFiles.h"
+#include "LibraryLock.h"
+#include "TestLibraries.h"
+
+#include <QTest>
+
+using namespace TestLibraries;
+
+/// Nothing of the user's is lost when files of a library directory are damaged, missing or not what they seem.
+class TestLibraryRescue : public QObject {
+    Q_OBJECT
+
+    const QString m_libraryFile = LibraryFileNames::libraryFile();
+    const QString m_copy = LibraryFileNames::libraryCopy();
+    const QString m_leadFile = QStringLiteral("lib-Lead.42.prst");
+
+    /// Loads, lets `change` work on the patches, and saves, as one run of a program does.
+    template <typename Change>
+    static LibraryWriteResult run(const LibraryDirectory &directory, Change change)
+    {
+        const LibraryLoadResult result = load(directory);
+        LibraryJson::Content content{result.library ? result.library->patches() : QList<VelgorPatch>(), std::nullopt};
+        change(content.patches);
+        return save(directory, content, stateAfter(result));
+    }
+
+    static void nothing(const QList<VelgorPatch> &) { }
+
+private Q_SLOTS:
+    void copyOfAMissingLibraryFileIsKeptWhenAPatchWasDropped()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QByteArray old = directory.read(m_libraryFile);
+        QFile::rename(directory.filePath(m_libraryFile), directory.filePath(m_copy));
+        QFile::remove(directory.filePath(m_leadFile));
+        const LibraryWriteResult result = run(directory, nothing);
+        QVERIFY(!result.hasError());
+        QCOMPARE(datedCopies(directory).size(), 1);
+        QCOMPARE(directory.read(datedCopies(directory).first()), old);
+        QVERIFY(!run(directory, nothing).hasError());
+    }
+
+    void damagedLibraryFileAndItsCopyAreBothKeptWhenAPatchWasDropped()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QByteArray old = directory.read(m_libraryFile);
+        directory.write(m_copy, old);
+        directory.write(m_libraryFile, old.first(old.size() / 2));
+        QFile::remove(directory.filePath(m_leadFile));
+        QVERIFY(!run(directory, nothing).hasError());
+        QByteArrayList kept;
+        for (const QString &name : datedCopies(directory)) {
+            kept.append(directory.read(name));
+        }
+        QVERIFY(kept.contains(old) && kept.contains(old.first(old.size() / 2)));
+    }
+
+    void renamedPatchTakesItsOwnFileAndNotAnotherSoundUnderItsId()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QString foreign = QStringLiteral("lib-backup.42.prst");
+        directory.write(foreign, patchBytes(three().patches.at(2)));
+        std::ignore = run(directory, [](QList<VelgorPatch> &patches) { patches[0].name = QStringLiteral("New"); });
+        QVERIFY(directory.has(QStringLiteral("lib-New.42.prst")) && directory.has(foreign));
+        QCOMPARE(loaded(directory).first().patchData->data, three().patches.first().patchData->data);
+        QCOMPARE(directory.read(foreign), patchBytes(three().patches.at(2)));
+    }
+
+    void damagedPatchFileMakesRoomForTheImportedPatch()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        directory.write(m_leadFile, "damaged");
+        const LibraryWriteResult result =
+            run(directory, [](QList<VelgorPatch> &patches) { patches.append(three().patches.first()); });
+        QVERIFY(!result.hasError());
+        QCOMPARE(result.written, 1);
+        QVERIFY(loadedNames(directory).contains(QStringLiteral("Lead")));
+        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("damaged"));
+    }
+
+    void damagedFileUnderThePresentNameIsReplacedFromTheFileThatServed()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        directory.write(QStringLiteral("lib-Former.42.prst"), directory.read(m_leadFile));
+        directory.write(m_leadFile, {});
+        std::ignore = run(directory, nothing);
+        QCOMPARE(directory.read(m_leadFile), patchBytes(three().patches.first()));
+    }
+
+    void entryMarkedEmptyAmongOthersIsKeptWithTheOldFile()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        LibraryJson::Content content = three();
+        content.patches[0].empty = true;
+        content.patches[0].comment = QStringLiteral("precious");
+        QVERIFY(!save(directory, content).hasError());
+        QCOMPARE(load(directory).droppedPatches, QStringList{QStringLiteral("Lead")});
+        QVERIFY(!run(directory, nothing).hasError());
+        QCOMPARE(datedCopies(directory).size(), 1);
+        QVERIFY(directory.read(datedCopies(directory).first()).contains("precious"));
+    }
+
+    void fileKeptJustNowStaysEvenIfTheClockWentBack()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        QFile::remove(directory.filePath(m_leadFile));
+        for (int day = 1; day <= 5; ++day) {
+            directory.write(QStringLiteral("velgorlibrary-2999010%1T000000-00.json").arg(day), "future");
+        }
+        const LibraryWriteResult result = run(directory, nothing);
+        QCOMPARE(result.keptFiles.size(), 1);
+        QVERIFY(QFile::exists(result.keptFiles.first()));
+        QCOMPARE(datedCopies(directory).size(), 5);
+    }
+
+    void removingOnePatchTwiceOrAFileOfTwoPatchesIsNoError()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        directory.write(QStringLiteral("both.42.43.txt"), "x");
+        QVERIFY(!remove(directory, {42, 43, 42}).hasError());
+        QCOMPARE(directory.files().filter(QStringLiteral(".prst")).size(), 1);
+    }
+
+    void lockWithoutAnOwnerIsTakenOver()
+    {
+        const LibraryDirectory directory;
+        directory.write(LibraryFileNames::lockFile(), {});
+        QVERIFY(LibraryLock(directory.path()).tryLock());
+    }
+
+    void chainOfLinksIsWrittenAtItsEnd()
+    {
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("real"), "old");
+        QFile::link(directory.filePath(QStringLiteral("real")), directory.filePath(QStringLiteral("middle")));
+        QFile::link(directory.filePath(QStringLiteral("middle")), directory.filePath(QStringLiteral("top")));
+        QCOMPARE(DiskFiles().write(directory.filePath(QStringLiteral("top")), "new"), QString());
+        QCOMPARE(directory.read(QStringLiteral("real")), QByteArray("new"));
+        QVERIFY(QFileInfo(directory.filePath(QStringLiteral("middle"))).isSymLink());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryRescue)
+#include "tst_LibraryRescue.moc"
