@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -36,32 +37,77 @@ QString reason(const std::error_code &error)
     return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
 }
 
-/// Opens a regular file without ever waiting for what may stand in its place. The system's reason on failure.
-QString openForReading(QFile &file, DiskFiles::Links links)
+#ifndef Q_OS_WIN
+
+/// An open file, closed with the object.
+class Handle {
+public:
+    explicit Handle(int descriptor)
+        : m_descriptor(descriptor)
+    {
+    }
+    ~Handle()
+    {
+        if (m_descriptor >= 0) {
+            ::close(m_descriptor);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Handle)
+
+    [[nodiscard]] int descriptor() const { return m_descriptor; }
+
+private:
+    int m_descriptor;
+};
+
+QString systemError()
 {
-    const QString linkRefused = DiskFiles::tr("a link in the place of a file");
-#ifdef Q_OS_WIN
-    if (links == DiskFiles::Links::Refuse && QFileInfo(file).isSymLink()) {
-        return linkRefused;
-    }
-    const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-#else
-    const int flags =
-        O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (links == DiskFiles::Links::Refuse ? O_NOFOLLOW : 0);
-    const int handle = ::open(QFile::encodeName(file.fileName()).constData(), flags);
-    if (handle < 0) {
-        const bool isLink = errno == ELOOP && links == DiskFiles::Links::Refuse;
-        return isLink ? linkRefused : reason(std::error_code(errno, std::generic_category()));
-    }
+    return reason(std::error_code(errno, std::generic_category()));
+}
+
+/// Why an open file is not to be read; its size where it is.
+QString checkRegular(const Handle &handle, qint64 &size)
+{
     struct stat status { };
-    if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(handle);
-        return S_ISDIR(status.st_mode) ? DiskFiles::tr("a directory in the place of a file")
-                                       : DiskFiles::tr("not a regular file");
+    if (::fstat(handle.descriptor(), &status) != 0) {
+        return systemError();
     }
-    const bool isOpen = file.open(handle, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
+    if (S_ISDIR(status.st_mode)) {
+        return DiskFiles::tr("a directory in the place of a file");
+    }
+    size = status.st_size;
+    return S_ISREG(status.st_mode) ? QString() : DiskFiles::tr("not a regular file");
+}
+
+/// Fills `bytes`, or cuts them where the file ends before.
+QString readAll(const Handle &handle, QByteArray &bytes)
+{
+    qsizetype count = 0;
+    while (count < bytes.size()) {
+        const ssize_t got =
+            ::read(handle.descriptor(), bytes.data() + count, static_cast<std::size_t>(bytes.size() - count));
+        if (got < 0 && errno != EINTR) {
+            return systemError();
+        }
+        if (got == 0) {
+            break;
+        }
+        count += std::max<ssize_t>(got, 0);
+    }
+    bytes.truncate(count);
+    return {};
+}
+
 #endif
-    return isOpen ? QString() : file.errorString();
+
+bool makeRoom(QByteArray &bytes, qint64 size)
+{
+    try {
+        bytes.resize(size);
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
 }
 
 /// The file that a chain of links leads to, whether or not it exists; the path itself where there is no link.
@@ -96,26 +142,54 @@ QString DiskFiles::write(const QString &path, const QByteArray &bytes)
 
 FileReadResult DiskFiles::readRegular(const QString &path, Links links)
 {
-    QFile file(path);
-    const QString error = openForReading(file, links);
-    if (!error.isEmpty()) {
-        return {std::nullopt, error};
-    }
-    const qint64 size = file.size();
-    if (size > largestFile) {
-        return {std::nullopt, tr("larger than any preset file")};
-    }
+    const auto fail = [](const QString &error) { return FileReadResult{std::nullopt, error}; };
+    const auto tooLarge = [] { return tr("larger than any preset file"); };
+    const auto noMemory = [] { return tr("there is not enough memory for it"); };
+    const auto isLink = [] { return tr("a link in the place of a file"); };
     QByteArray bytes;
-    try {
-        bytes.resize(size);
-    } catch (const std::bad_alloc &) {
-        return {std::nullopt, tr("there is not enough memory for it")};
+#ifdef Q_OS_WIN
+    QFile file(path);
+    if (links == Links::Refuse && QFileInfo(path).isSymLink()) {
+        return fail(isLink());
     }
-    const qint64 count = file.read(bytes.data(), size);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        return fail(file.errorString());
+    }
+    if (file.size() > largestFile) {
+        return fail(tooLarge());
+    }
+    if (!makeRoom(bytes, file.size())) {
+        return fail(noMemory());
+    }
+    const qint64 count = file.read(bytes.data(), bytes.size());
     if (count < 0) {
-        return {std::nullopt, file.errorString()};
+        return fail(file.errorString());
     }
     bytes.truncate(count);
+#else
+    // Opening never waits, whatever stands there, and a terminal does not become this program's.
+    const int linkFlag = links == Links::Refuse ? O_NOFOLLOW : 0;
+    const Handle handle(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | linkFlag));
+    if (handle.descriptor() < 0) {
+        return fail(errno == ELOOP && links == Links::Refuse ? isLink() : systemError());
+    }
+    qint64 size = 0;
+    const QString refusal = checkRegular(handle, size);
+    if (!refusal.isEmpty()) {
+        return fail(refusal);
+    }
+    if (size > largestFile) {
+        return fail(tooLarge());
+    }
+    if (!makeRoom(bytes, size)) {
+        return fail(noMemory());
+    }
+    const QString error = readAll(handle, bytes);
+    if (!error.isEmpty()) {
+        return fail(error);
+    }
+#endif
     return {bytes, {}};
 }
 

@@ -140,6 +140,7 @@ bool LibraryJsonReader::start_object(std::size_t count)
     if (m_place == Place::Patches) {
         m_place = Place::Patch;
         m_patch = VelgorPatch(quint64(0));
+        m_field = nullptr;
         m_seenFields = 0;
         return true;
     }
@@ -159,6 +160,12 @@ bool LibraryJsonReader::key(string_t &name)
         return true;
     }
     const auto &fields = patchJsonFields();
+    // Keys mostly come in the order in which they are written.
+    const PatchJsonField *next = m_field ? m_field + 1 : fields.data();
+    if (next != fields.data() + fields.size() && name == next->key) {
+        m_field = next;
+        return true;
+    }
     const auto found =
         std::find_if(fields.begin(), fields.end(), [&name](const PatchJsonField &field) { return name == field.key; });
     m_field = found == fields.end() ? nullptr : &*found;

@@ -38,6 +38,10 @@ QString firstCharacters(const QString &text, qsizetype count)
 
 QString longestPrefixWithin(const QString &text, qsizetype byteLimit)
 {
+    // A UTF-16 unit takes three bytes at most.
+    if (text.size() * 3 <= byteLimit) {
+        return text;
+    }
     qsizetype end = 0;
     qsizetype bytes = 0;
     while (end < text.size()) {
