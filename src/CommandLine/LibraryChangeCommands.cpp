@@ -53,11 +53,23 @@ void addPatches(AddedFile &file, VelgorLibrary &library)
     }
 }
 
+/// What was to be added did not reach the disk.
+void markFailed(QList<AddedFile> &files, const QString &error)
+{
+    for (AddedFile &file : files) {
+        if (file.error.isEmpty()) {
+            file.error = error;
+            file.added.clear();
+        }
+    }
+}
+
 /// Adds what the readable files hold, and saves if that is anything new.
 int addToLibrary(const Arguments &arguments, QList<AddedFile> &files)
 {
     LibrarySession session(arguments);
     if (!session.open(LibrarySession::Access::Create)) {
+        markFailed(files, LibraryChangeCommands::tr("the library cannot be used"));
         return Failed;
     }
     bool isChanged = false;
@@ -69,12 +81,7 @@ int addToLibrary(const Arguments &arguments, QList<AddedFile> &files)
     }
     const int status = isChanged ? session.save() : Done;
     if (status != Done) {
-        for (AddedFile &file : files) {
-            if (!file.added.isEmpty()) {
-                file.error = LibraryChangeCommands::tr("the library could not be saved");
-                file.added.clear();
-            }
-        }
+        markFailed(files, LibraryChangeCommands::tr("the library could not be saved"));
     }
     return status;
 }

@@ -121,6 +121,7 @@ private Q_SLOTS:
             const auto result = m_velgor.library(directory.path(), command);
             QCOMPARE(result.status, 2);
             QVERIFY(result.errors.contains("\nvelgor: "));
+            QVERIFY(!result.output.contains(" added, "));
             QCOMPARE(directory.stamps(), before);
             QVERIFY(!QFile::exists(output()));
         }
