@@ -54,6 +54,10 @@ QByteArray encode(const Content &library)
 
 std::optional<Content> decode(const QByteArray &text)
 {
+    // The parser would take a zero byte for the end of the text, and a file with a tail of zeros for a whole one.
+    if (text.contains('\0')) {
+        return std::nullopt;
+    }
     LibraryJsonReader reader;
     const bool isComplete = nlohmann::json::sax_parse(text.begin(), text.end(), &reader);
     return isComplete ? reader.result() : std::nullopt;

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <limits>
+
 namespace {
 
 std::optional<QString> textOf(const nlohmann::json &object, const char *key)
@@ -48,14 +50,19 @@ QByteArray TransferablePatch::encode() const
 
 std::optional<TransferablePatch> TransferablePatch::decode(const QByteArray &json)
 {
+    // The parser would take a zero byte for the end of the text.
+    if (json.contains('\0')) {
+        return std::nullopt;
+    }
     const nlohmann::json object = nlohmann::json::parse(json.begin(), json.end(), nullptr, false);
     if (!object.is_object()) {
         return std::nullopt;
     }
     TransferablePatch payload;
     if (const auto cid = object.find("cid"); cid != object.end() && !cid->is_null()) {
-        const QUuid uuid = QUuid::fromString(textOf(object, "cid").value_or(QString()));
-        if (uuid.isNull()) {
+        const QString text = textOf(object, "cid").value_or(QString());
+        const QUuid uuid = QUuid::fromString(text);
+        if (uuid.isNull() || uuid.toString(QUuid::WithoutBraces) != text.toLower()) {
             return std::nullopt;
         }
         payload.cid = uuid;
@@ -65,6 +72,10 @@ std::optional<TransferablePatch> TransferablePatch::decode(const QByteArray &jso
     const auto name = textOf(object, "name");
     if (id == object.end() || !id->is_number_unsigned() || origin == object.end() || !origin->is_number_integer()
         || !name) {
+        return std::nullopt;
+    }
+    if (origin->is_number_unsigned()
+        && origin->get<quint64>() > static_cast<quint64>(std::numeric_limits<qint64>::max())) {
         return std::nullopt;
     }
     payload.id = id->get<quint64>();

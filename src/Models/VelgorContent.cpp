@@ -87,10 +87,12 @@ void VelgorContent::populate(const SPresetFile &presets)
 
 void VelgorContent::createNew(const VelgorPatch &fillwith)
 {
+    // The patch may be one of those that are about to go.
+    const VelgorPatch filler = fillwith;
     Q_EMIT aboutToBeReset();
     m_slots.clear();
     setLimit(newListSize);
-    fill(fillwith);
+    fill(filler);
     Q_EMIT wasReset();
 }
 
@@ -151,10 +153,13 @@ void VelgorContent::replace(const QUuid &id, const VelgorPatch &with)
     if (found == m_slots.end()) {
         return;
     }
-    *found = VelgorContentPatch(with);
     const qsizetype row = found - m_slots.begin();
+    VelgorContentPatch slot(with);
+    const BankNumber place = BankNumber::ofSlot(row);
+    slot.bank = place.bank;
+    slot.number = place.number;
+    *found = slot;
     Q_EMIT rowsChanged(row, row);
-    renum();
 }
 
 void VelgorContent::move(qsizetype from, qsizetype offset)

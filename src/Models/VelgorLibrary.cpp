@@ -113,7 +113,9 @@ bool VelgorLibrary::update(const VelgorPatch &patch)
     if (!found) {
         return false;
     }
-    if (*found->patch == patch) {
+    const VelgorPatch &stored = *found->patch;
+    if (stored == patch && stored.empty == patch.empty && stored.patchData == patch.patchData
+        && stored.userIRData == patch.userIRData && stored.headerData == patch.headerData) {
         return true;
     }
     m_index.renamed(found->patch->name, patch.name);
@@ -276,12 +278,7 @@ QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
 
 void VelgorLibrary::manageDummy()
 {
-    if (m_patches.isEmpty()) {
-        VelgorPatch dummy(QStringLiteral("Empty library"), false);
-        dummy.empty = true;
-        insertAt(0, {dummy});
-        setIsMultiSel(false);
-    } else if (m_patches.size() > 1 && m_emptyCount > 0) {
+    if (m_patches.size() > 1 && m_emptyCount > 0) {
         QList<qsizetype> rows;
         for (qsizetype row = 0; row < m_patches.size(); ++row) {
             if (m_patches.at(row).empty) {
@@ -289,6 +286,12 @@ void VelgorLibrary::manageDummy()
             }
         }
         removeRows(rows);
+    }
+    if (m_patches.isEmpty()) {
+        VelgorPatch dummy(QStringLiteral("Empty library"), false);
+        dummy.empty = true;
+        insertAt(0, {dummy});
+        setIsMultiSel(false);
     }
 }
 

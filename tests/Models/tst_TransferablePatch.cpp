@@ -117,7 +117,6 @@ private Q_SLOTS:
     void anOriginBeyondItsRangeIsRefused()
     {
         const auto decoded = TransferablePatch::decode(R"({"id":1,"name":"Lead","origin":18446744073709551615})");
-        QEXPECT_FAIL("", "the origin comes out as -1", Continue);
         QVERIFY(!decoded);
     }
 
@@ -131,15 +130,10 @@ private Q_SLOTS:
     void textAfterTheSlotIdIsRefused()
     {
         QFETCH(const QByteArray, cid);
-        QEXPECT_FAIL("", "what follows the id is ignored", Continue);
         QVERIFY(!TransferablePatch::decode(payload("\"cid\":\"" + cid + "\",")));
     }
 
-    void textAfterAZeroByteIsRefused()
-    {
-        QEXPECT_FAIL("", "a zero byte ends the text", Continue);
-        QVERIFY(!TransferablePatch::decode(payload("") + '\0' + "x"));
-    }
+    void textAfterAZeroByteIsRefused() { QVERIFY(!TransferablePatch::decode(payload("") + '\0' + "x")); }
 
     void cutTextIsRefused()
     {
