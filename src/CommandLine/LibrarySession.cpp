@@ -1,10 +1,17 @@
 #include "LibrarySession.h"
 
 #include "FileExistence.h"
+#include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
 #include "Output.h"
 
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
+
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -52,7 +59,7 @@ bool LibrarySession::open(Access access)
     if (access != Access::Read && !lock()) {
         return false;
     }
-    m_library = m_storage.decodeLibrary();
+    load(access);
     if (!m_storage.readProblem().isEmpty()) {
         Output::fail(m_storage.readProblem());
         return false;
@@ -65,9 +72,43 @@ bool LibrarySession::open(Access access)
                          .arg(directory, m_storage.droppedPatches().join(QStringLiteral(", "))));
     }
     if (!m_library) {
+        warnOfOrphans();
         m_library = std::make_unique<VelgorLibrary>();
     }
     return true;
+}
+
+void LibrarySession::load(Access access)
+{
+    constexpr int attempts = 6;
+    constexpr std::chrono::milliseconds pause(50);
+    const QDir directory(m_storage.libDirectory());
+    const QString file = directory.filePath(LibraryFileNames::libraryFile());
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const QDateTime before = QFileInfo(file).lastModified();
+        m_library = m_storage.decodeLibrary();
+        const bool isWhole = m_storage.droppedPatches().isEmpty() && m_storage.readProblem().isEmpty();
+        // Without a lock, reading may fall into another program's change and miss files that are about to be there.
+        const bool isChanging =
+            directory.exists(LibraryFileNames::lockFile()) || QFileInfo(file).lastModified() != before;
+        if (access != Access::Read || isWhole || !isChanging) {
+            return;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+void LibrarySession::warnOfOrphans() const
+{
+    const QDir directory(m_storage.libDirectory());
+    if (directory.exists(LibraryFileNames::libraryFile())) {
+        return;
+    }
+    const QStringList files = directory.entryList({QStringLiteral("lib-*.prst")}, QDir::Files);
+    if (!files.isEmpty()) {
+        Output::warn(tr("%1: there is no library file, but %2 patch files, which can be added again")
+                         .arg(directory.path(), QString::number(files.size())));
+    }
 }
 
 bool LibrarySession::lock()
@@ -77,7 +118,8 @@ bool LibrarySession::lock()
         return true;
     }
     const bool isHeld = m_lock->error() == QLockFile::LockFailedError;
-    Output::fail(isHeld ? tr("%1: the library is in use by another program").arg(m_storage.libDirectory())
+    Output::fail(isHeld ? tr("%1: the library is in use by another program, says its lock file %2")
+                              .arg(m_storage.libDirectory(), LibraryFileNames::lockFile())
                         : tr("%1: the directory cannot be written").arg(m_storage.libDirectory()));
     return false;
 }

@@ -44,6 +44,8 @@ public:
 
 private:
     [[nodiscard]] bool lock();
+    void load(Access access);
+    void warnOfOrphans() const;
 
     bool m_isNamed; ///< the directory was asked for by name
     bool m_isNameEmpty;

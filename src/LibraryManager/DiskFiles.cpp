@@ -137,7 +137,13 @@ FileReadResult DiskFiles::read(const QString &path)
 
 QString DiskFiles::write(const QString &path, const QByteArray &bytes)
 {
-    return replace(endOfLinks(path), bytes);
+    const QFileInfo target(endOfLinks(path));
+    const bool isLibraryDirectory = target.absoluteDir().exists(LibraryFileNames::libraryFile());
+    const QString name = target.fileName();
+    if (isLibraryDirectory && (LibraryFileNames::isReserved(name) || LibraryFileNames::patchFileId(name))) {
+        return tr("the file belongs to a library and is not replaced by an export");
+    }
+    return replace(target.filePath(), bytes);
 }
 
 FileReadResult DiskFiles::readRegular(const QString &path, Links links)

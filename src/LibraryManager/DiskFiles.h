@@ -19,7 +19,8 @@ public:
 
     /// Reads a regular file, or the one a link leads to. Never waits for a pipe or a device.
     [[nodiscard]] FileReadResult read(const QString &path) override;
-    /// Replaces a file, or the one a link leads to, safely: see replace().
+    /// Replaces a file, or the one a link leads to, safely: see replace(). Refuses the files of a library, which an
+    /// export would destroy.
     [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
 
     [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);

@@ -116,7 +116,8 @@ std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadRe
         result.problem = tr("%1: not a complete library file").arg(path);
     } else {
         Diagnostics::printLine(QStringLiteral("New library"));
-        result.problem = isThere ? tr("%1: %2").arg(path, file.error) : QString();
+        const bool isHidden = isThere || !QFileInfo(m_directory).isExecutable();
+        result.problem = isHidden ? tr("%1: %2").arg(path, file.error) : QString();
     }
     return std::nullopt;
 }

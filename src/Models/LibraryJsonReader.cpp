@@ -194,8 +194,11 @@ bool LibraryJsonReader::start_array(std::size_t count)
 {
     Q_UNUSED(count)
     if (m_skippedDepth == 0 && m_place == Place::Library && m_libraryKey == "patches") {
+        // Of two lists, one would be lost.
+        if (m_hasPatches) {
+            return false;
+        }
         m_place = Place::Patches;
-        m_content.patches.clear();
         return true;
     }
     return startContainer();

@@ -180,7 +180,9 @@ private Q_SLOTS:
         const auto result = m_velgor.library(directory.path(), command);
         QCOMPARE(result.status, 2);
         QCOMPARE(result.errorLines(),
-            QStringList(QStringLiteral("velgor: %1: the library is in use by another program").arg(directory.path())));
+            QStringList(QStringLiteral(
+                "velgor: %1: the library is in use by another program, says its lock file .velgorlibrary.lock")
+                            .arg(directory.path())));
         QCOMPARE(directory.stamps(), before);
         QCOMPARE(m_velgor.library(directory.path(), words("list")).status, 0);
     }

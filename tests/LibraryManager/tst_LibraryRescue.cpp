@@ -144,6 +144,25 @@ private Q_SLOTS:
         QVERIFY(LibraryLock(directory.path()).tryLock());
     }
 
+    void exportNeverReplacesAFileOfALibrary_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const QString &name : {m_libraryFile, m_leadFile, m_copy, LibraryFileNames::lockFile()}) {
+            QTest::newRow(qPrintable(name)) << name;
+        }
+    }
+    void exportNeverReplacesAFileOfALibrary()
+    {
+        const DiagnosticRecorder silence;
+        QFETCH(const QString, name);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const auto before = directory.contents();
+        QVERIFY(!DiskFiles().write(directory.filePath(name), "export").isEmpty());
+        QCOMPARE(directory.contents(), before);
+        QCOMPARE(DiskFiles().write(directory.filePath(QStringLiteral("gig.prst")), "export"), QString());
+    }
+
     void chainOfLinksIsWrittenAtItsEnd()
     {
         const LibraryDirectory directory;

@@ -419,9 +419,11 @@ private Q_SLOTS:
         QCOMPARE(decoded->patches.first().id(), largestId);
         QCOMPARE(decoded->patches.first().name, QStringLiteral("Lead"));
         QVERIFY(decoded->patches.first().solo);
+    }
 
-        const auto doubled = LibraryJson::decode(R"({"patches":[)" + objectOf(patchMembers()) + R"(],"patches":[]})");
-        QVERIFY(doubled && doubled->patches.isEmpty());
+    void secondListOfPatchesIsRefusedForItsLossOfTheFirst()
+    {
+        QVERIFY(!LibraryJson::decode(R"({"patches":[)" + objectOf(patchMembers()) + R"(],"patches":[]})"));
     }
 
     void textCutAtAnyByteIsRefused()
