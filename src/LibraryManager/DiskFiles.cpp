@@ -228,8 +228,7 @@ QString DiskFiles::stage(const QString &path, const QByteArray &bytes, bool isSy
         return file.errorString();
     }
     if (!writeChecked(file, bytes, isSynced)) {
-        const QString error =
-            file.error() == QFileDevice::NoError ? tr("not all bytes were written") : file.errorString();
+        QString error = file.error() == QFileDevice::NoError ? tr("not all bytes were written") : file.errorString();
         file.remove();
         return error;
     }
