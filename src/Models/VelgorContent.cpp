@@ -87,8 +87,8 @@ void VelgorContent::populate(const SPresetFile &presets)
 
 void VelgorContent::createNew(const VelgorPatch &fillwith)
 {
-    // The patch may be one of those that are about to go.
-    const VelgorPatch filler = fillwith;
+    // Copied before the former slots go, as the patch may stand in one of them.
+    const std::optional<VelgorPatch> filler(fillwith);
     Q_EMIT aboutToBeReset();
     m_slots.clear();
     setLimit(newListSize);
