@@ -1,0 +1,7 @@
+#include "LookTokens.h"
+
+const LookTokens &LookTokens::current()
+{
+    static const LookTokens tokens;
+    return tokens;
+}
