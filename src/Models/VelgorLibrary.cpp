@@ -44,6 +44,40 @@ void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
     setObservable(this, m_deleteConfirm, deleteConfirm, &VelgorLibrary::deleteConfirmChanged);
 }
 
+void VelgorLibrary::takeOver(const VelgorLibrary &loaded)
+{
+    if (&loaded == this) {
+        return;
+    }
+    Q_EMIT aboutToBeReset();
+    m_patches = loaded.m_patches;
+    m_patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
+    if (m_patches.isEmpty()) {
+        m_patches.append(placeholder());
+    }
+    m_index.invalidate();
+    countEmpty();
+    m_order = loaded.m_order;
+    m_orderIsList = loaded.m_orderIsList && count() > 0;
+    QList<void (VelgorLibrary::*)()> changes;
+    const auto assign = [&changes](auto &member, const auto &value, void (VelgorLibrary::*changed)()) {
+        if (!(member == value)) {
+            member = value;
+            changes.append(changed);
+        }
+    };
+    assign(m_selection, std::optional<quint64>(), &VelgorLibrary::selectionChanged);
+    assign(m_isMultiSel, false, &VelgorLibrary::isMultiSelChanged);
+    assign(m_multiSelections, MultiSelections(), &VelgorLibrary::multiSelectionsChanged);
+    assign(m_deleteConfirm, false, &VelgorLibrary::deleteConfirmChanged);
+    assign(m_inverseSort, TripleBool::tripleFalse, &VelgorLibrary::inverseSortChanged);
+    assign(m_defaultPatch, loaded.m_defaultPatch, &VelgorLibrary::defaultPatchChanged);
+    Q_EMIT wasReset();
+    for (const auto changed : changes) {
+        Q_EMIT(this->*changed)();
+    }
+}
+
 qsizetype VelgorLibrary::count() const
 {
     return m_patches.size() == 1 && m_patches.first().empty ? 0 : m_patches.size();
@@ -288,11 +322,16 @@ void VelgorLibrary::manageDummy()
         removeRows(rows);
     }
     if (m_patches.isEmpty()) {
-        VelgorPatch dummy(QStringLiteral("Empty library"), false);
-        dummy.empty = true;
-        insertAt(0, {dummy});
+        insertAt(0, {placeholder()});
         setIsMultiSel(false);
     }
+}
+
+VelgorPatch VelgorLibrary::placeholder()
+{
+    VelgorPatch dummy(QStringLiteral("Empty library"), false);
+    dummy.empty = true;
+    return dummy;
 }
 
 void VelgorLibrary::countEmpty()

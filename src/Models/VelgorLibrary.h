@@ -49,6 +49,10 @@ public:
     void setMultiSelections(const MultiSelections &multiSelections);
     void setDeleteConfirm(bool deleteConfirm);
 
+    /// Takes the patches, their order and the default patch of `loaded`, announced as one reset; selection, ticks,
+    /// modes and the sort cycle start afresh. Everything is in place when wasReset() and the change signals come.
+    void takeOver(const VelgorLibrary &loaded);
+
     /// Number of patches; a placeholder on its own counts as none.
     [[nodiscard]] qsizetype count() const;
     /// The first patch with this id; nothing for an absent or unknown id.
@@ -115,6 +119,7 @@ private:
     void appendDuplicate(const VelgorPatch &patch, const QString &foundName);
     [[nodiscard]] QString findNewNameForDuplicate(const QString &fromname);
     void manageDummy();
+    [[nodiscard]] static VelgorPatch placeholder();
     void countEmpty();
 
     void materializeOrder();

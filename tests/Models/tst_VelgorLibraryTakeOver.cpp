@@ -1,0 +1,144 @@
+#include "LibraryAnnouncements.h"
+#include "TestPatches.h"
+#include "VelgorLibrary.h"
+
+#include <QTest>
+
+using TestPatches::imported;
+using TestPatches::names;
+
+namespace {
+
+QList<VelgorPatch> patchesNamed(const QStringList &patchNames)
+{
+    QList<VelgorPatch> patches;
+    for (const QString &name : patchNames) {
+        patches.append(imported(name, static_cast<int>(patches.size())));
+    }
+    return patches;
+}
+
+const QStringList three{QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("a")};
+
+} // namespace
+
+class TestVelgorLibraryTakeOver : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    static void loadedPatchesReplaceThePlaceholderInOneReset()
+    {
+        VelgorLibrary library;
+        LibraryAnnouncements announcements(library);
+        const VelgorLibrary loaded(patchesNamed(three), std::nullopt);
+        library.takeOver(loaded);
+        QCOMPARE(announcements.take(), QStringLiteral("+reset; reset"));
+        QVERIFY(std::equal(library.patches().begin(), library.patches().end(), loaded.patches().begin(),
+            loaded.patches().end(), TestPatches::isIdentical));
+        QCOMPARE(library.count(), 3);
+    }
+
+    static void whatChangedIsAnnouncedOnceAllIsInPlace()
+    {
+        const QList<VelgorPatch> former = patchesNamed({QStringLiteral("x"), QStringLiteral("y")});
+        VelgorLibrary library(former, former.first().id());
+        library.setSelection(former.first().id());
+        library.setIsMultiSel(true);
+        library.setMultiSelections({{{former.last().id(), true}}});
+        library.setDeleteConfirm(true);
+        library.sort();
+        const QList<VelgorPatch> patches = patchesNamed(three);
+        const VelgorLibrary loaded(patches, patches.last().id());
+        LibraryAnnouncements announcements(library);
+        bool wasComplete = false;
+        connect(&library, &VelgorLibrary::wasReset, &library, [&] {
+            wasComplete = names(library.patches()) == three && !library.selection() && !library.isMultiSel()
+                && library.multiSelections() == MultiSelections() && !library.deleteConfirm()
+                && library.inverseSort() == TripleBool::tripleFalse && library.defaultPatch() == patches.last().id();
+        });
+        library.takeOver(loaded);
+        QVERIFY(wasComplete);
+        QCOMPARE(announcements.take(), QStringLiteral("+reset; reset; selection; mode; ticks; confirm; step; default"));
+    }
+
+    static void listenersMaySelectDuringTheReset()
+    {
+        VelgorLibrary library;
+        library.setSelection(library.patches().first().id());
+        const QList<VelgorPatch> patches = patchesNamed(three);
+        connect(&library, &VelgorLibrary::wasReset, &library, [&] { library.setSelection(patches.first().id()); });
+        library.takeOver(VelgorLibrary(patches, std::nullopt));
+        QCOMPARE(library.selection(), patches.first().id());
+    }
+
+    static void rememberedOrderComesAlong()
+    {
+        VelgorLibrary loaded(patchesNamed(three), std::nullopt);
+        loaded.saveOrder();
+        loaded.sort();
+        VelgorLibrary library;
+        library.takeOver(loaded);
+        QCOMPARE(library.order(), TestPatches::ids(patchesNamed(three)));
+        library.sort();
+        QCOMPARE(
+            names(library.patches()), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+        library.sort();
+        QCOMPARE(names(library.patches()), three);
+    }
+
+    static void formerPatchesAreForgotten()
+    {
+        const VelgorPatch former = imported(QStringLiteral("former"), 9);
+        VelgorLibrary library({former}, std::nullopt);
+        QVERIFY(library.getPatchFromId(former.id()));
+        const QList<VelgorPatch> patches = patchesNamed(three);
+        library.takeOver(VelgorLibrary(patches, std::nullopt));
+        QVERIFY(!library.getPatchFromId(former.id()));
+        QCOMPARE(library.getPatchFromId(patches.at(1).id())->index, 1);
+    }
+
+    static void nothingLoadedLeavesThePlaceholder_data()
+    {
+        VelgorPatch empty(QStringLiteral("Empty library"), false);
+        empty.empty = true;
+        QTest::addColumn<QList<VelgorPatch>>("loaded");
+        QTest::newRow("no patch") << QList<VelgorPatch>();
+        QTest::newRow("the placeholder") << QList<VelgorPatch>{empty};
+        QTest::newRow("several placeholders") << QList<VelgorPatch>{empty, empty.withId(1)};
+    }
+    static void nothingLoadedLeavesThePlaceholder()
+    {
+        QFETCH(const QList<VelgorPatch>, loaded);
+        VelgorLibrary library(patchesNamed(three), std::nullopt);
+        library.saveOrder();
+        LibraryAnnouncements announcements(library);
+        library.takeOver(VelgorLibrary(loaded, std::nullopt));
+        QCOMPARE(announcements.take(), QStringLiteral("+reset; reset"));
+        QCOMPARE(library.count(), 0);
+        QCOMPARE(names(library.patches()), QStringList{QStringLiteral("Empty library")});
+        library.append(imported(QStringLiteral("first")), false, false);
+        QCOMPARE(names(library.patches()), QStringList{QStringLiteral("first")});
+    }
+
+    static void placeholderAmongLoadedPatchesIsLeftOut()
+    {
+        QList<VelgorPatch> loaded = patchesNamed(three);
+        loaded.insert(1, *VelgorLibrary().patches().begin());
+        VelgorLibrary library;
+        library.takeOver(VelgorLibrary(loaded, std::nullopt));
+        QCOMPARE(names(library.patches()), three);
+    }
+
+    static void takingOverItselfChangesNothing()
+    {
+        VelgorLibrary library(patchesNamed(three), std::nullopt);
+        library.setSelection(library.patches().first().id());
+        LibraryAnnouncements announcements(library);
+        library.takeOver(library);
+        QCOMPARE(announcements.take(), QString());
+        QVERIFY(library.selection());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestVelgorLibraryTakeOver)
+#include "tst_VelgorLibraryTakeOver.moc"
