@@ -11,9 +11,11 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
-LibraryLoader::LibraryLoader(const QString &directory)
+LibraryLoader::LibraryLoader(const QString &directory, Report report)
     : m_directory(directory)
+    , m_report(std::move(report))
 {
 }
 
@@ -151,6 +153,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
         m_expectedNames.insert(LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
     }
     Progress progress;
+    qsizetype done = 0;
     for (const Entry &entry : entries) {
         QString fileName;
         if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
@@ -162,6 +165,10 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
             }
         } else {
             progress.complete = false;
+        }
+        ++done;
+        if (m_report) {
+            m_report(done, entries.size());
         }
     }
     return progress;

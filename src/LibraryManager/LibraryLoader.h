@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -31,8 +32,11 @@ class LibraryLoader {
     Q_DECLARE_TR_FUNCTIONS(LibraryLoader)
 
 public:
-    /// `directory` is a path without a slash at its end.
-    explicit LibraryLoader(const QString &directory);
+    using Report = std::function<void(qsizetype loaded, qsizetype total)>;
+
+    /// `directory` is a path without a slash at its end. `report` is called after each patch, readable or not, on
+    /// the thread that loads.
+    explicit LibraryLoader(const QString &directory, Report report = {});
     ~LibraryLoader();
     Q_DISABLE_COPY_MOVE(LibraryLoader)
 
@@ -61,6 +65,7 @@ private:
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
+    Report m_report;
     QSet<QString> m_expectedNames; ///< the file name of every entry
     std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
 };

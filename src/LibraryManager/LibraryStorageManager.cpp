@@ -37,6 +37,8 @@ LibraryStorageManager::LibraryStorageManager(
     connect(&m_delay, &DelayedSave::due, this, &LibraryStorageManager::startBackgroundSave);
     connect(&m_delay, &DelayedSave::waitingToSaveChanged, this, &LibraryStorageManager::waitingToSaveChanged);
     connect(&m_delay, &DelayedSave::waitMoreChanged, this, &LibraryStorageManager::waitMoreChanged);
+    connect(&m_loading, &LibraryLoading::progress, this, &LibraryStorageManager::loadProgress);
+    connect(&m_loading, &LibraryLoading::finished, this, &LibraryStorageManager::endLoading);
 }
 
 LibraryStorageManager::~LibraryStorageManager()
@@ -98,8 +100,30 @@ void LibraryStorageManager::openLibraryInFinder() const
 
 std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
 {
-    finishBackgroundSave();
-    LibraryLoadResult result = LibraryLoader(m_directory).load();
+    finishBackgroundWork();
+    return takeLoad(LibraryLoader(m_directory).load());
+}
+
+void LibraryStorageManager::startLoading()
+{
+    if (!isLoading()) {
+        finishBackgroundSave();
+        m_loadedLibrary.reset();
+        m_loading.start(m_directory);
+    }
+}
+
+void LibraryStorageManager::endLoading()
+{
+    m_loadedLibrary = takeLoad(m_loading.takeResult());
+    Q_EMIT loadFinished();
+    if (std::exchange(m_isSaveDue, false)) {
+        startBackgroundSave();
+    }
+}
+
+std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult result)
+{
     m_readProblem = result.problem;
     m_droppedPatches = result.droppedPatches;
     m_isCopySpare = result.isCopySpare;
@@ -113,7 +137,7 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
 
 void LibraryStorageManager::sweepLeftovers()
 {
-    finishBackgroundSave();
+    finishBackgroundWork();
     LibraryWriter::sweepLeftovers(m_directory, m_isCopySpare);
 }
 
@@ -129,7 +153,7 @@ QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
 
 void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
 {
-    finishBackgroundSave();
+    finishBackgroundWork();
     const LibraryWriteResult result = LibraryWriter(m_directory, m_writeState).remove(patchIDs);
     m_wereFilesRemoved = result.areFilesRemoved;
     for (const QString &problem : result.problems) {
@@ -139,7 +163,7 @@ void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
 
 void LibraryStorageManager::save(const VelgorLibrary &library)
 {
-    finishBackgroundSave();
+    finishBackgroundWork();
     takeResult(LibraryWriter(m_directory, m_writeState).save(LibrarySnapshot::take(library)), &library);
 }
 
@@ -161,8 +185,19 @@ bool LibraryStorageManager::saveUnsaved()
     return m_unsaved.isNull();
 }
 
+void LibraryStorageManager::finishBackgroundWork()
+{
+    // The end of a load may start a save.
+    m_loading.finish();
+    finishBackgroundSave();
+}
+
 void LibraryStorageManager::startBackgroundSave()
 {
+    if (isLoading()) {
+        m_isSaveDue = true;
+        return;
+    }
     if (!m_libraryToSave) {
         m_delay.saveFinished();
         return;

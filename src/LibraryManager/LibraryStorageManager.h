@@ -1,7 +1,7 @@
 #pragma once
 
 #include "DelayedSave.h"
-#include "LibraryLoader.h"
+#include "LibraryLoading.h"
 #include "LibraryStorage.h"
 #include "LibraryWriter.h"
 #include "VelgorLibrary.h"
@@ -19,11 +19,11 @@
 
 class LibraryManagerPreferences;
 
-/// Keeps a patch library in a directory: loads it, saves it at once or in the background, removes patch files.
+/// Keeps a patch library in a directory: loads and saves it, at once or in the background, and removes patch files.
 ///
-/// A background save works on a snapshot taken on the user-interface thread; saves never overlap. All functions
-/// belong to that thread, which must run an event loop for delayed saves. Failures set a flag that stays until
-/// the user has seen it, and the texts that go with it.
+/// A background save works on a snapshot taken on the user-interface thread; loads and saves never overlap. All
+/// functions belong to that thread, which must run an event loop for what happens in the background. Failures set a
+/// flag that stays until the user has seen it, and the texts that go with it.
 class LibraryStorageManager : public QObject, public LibraryStorage {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ public:
     /// A directory that is neither made nor recorded.
     explicit LibraryStorageManager(const QString &directory,
         std::chrono::milliseconds period = DelayedSave::usualPeriod, QObject *parent = nullptr);
-    /// Waits for a save that is being written. What is not on disk yet is for saveUnsaved().
+    /// Waits for a load, and for a save that is being written. What is not on disk yet is for saveUnsaved().
     ~LibraryStorageManager() override;
     Q_DISABLE_COPY_MOVE(LibraryStorageManager)
 
@@ -72,8 +72,16 @@ public:
 
     /// The stored library, complete with preset data; nothing when there is none, it is empty or not readable.
     [[nodiscard]] std::unique_ptr<VelgorLibrary> decodeLibrary();
-    /// Removes what an interrupted program left behind. To be called after decodeLibrary(), which finds out what is
-    /// still needed, and only while this program alone uses the directory.
+    /// Does the same in the background; does nothing while a load is under way. The library is to be taken, and put
+    /// where it will be saved from, by what loadFinished() calls: a save requested during the load comes right
+    /// after that. save(), remove() and sweepLeftovers() wait for the load, and loadFinished() comes before they act.
+    void startLoading();
+    /// True from startLoading() until right before loadFinished().
+    [[nodiscard]] bool isLoading() const { return m_loading.isRunning(); }
+    /// What decodeLibrary() would have returned, once.
+    [[nodiscard]] std::unique_ptr<VelgorLibrary> takeLoadedLibrary() { return std::move(m_loadedLibrary); }
+    /// Removes what an interrupted program left behind. To be called after loading, which finds out what is still
+    /// needed, and only while this program alone uses the directory.
     void sweepLeftovers();
     /// Relative paths of the files that carry this patch id.
     [[nodiscard]] QStringList getPathsForPatchID(quint64 patchID);
@@ -93,12 +101,18 @@ Q_SIGNALS:
     void libraryToSaveChanged();
     void writeErrorChanged();
     void readErrorChanged();
+    /// How many patches have been looked at, at most thirty times a second.
+    void loadProgress(qsizetype loaded, qsizetype total);
+    void loadFinished();
 
 private:
     LibraryStorageManager(LibraryManagerPreferences *preferences, const QString &directory,
         std::chrono::milliseconds period, QObject *parent);
 
     void testWrite();
+    [[nodiscard]] std::unique_ptr<VelgorLibrary> takeLoad(LibraryLoadResult result);
+    void endLoading();
+    void finishBackgroundWork();
     void startBackgroundSave();
     void finishBackgroundSave();
     void setLibraryToSave(const VelgorLibrary *library);
@@ -122,6 +136,9 @@ private:
     bool m_wereFilesRemoved = true;
     bool m_isCopySpare = false;
     LibraryWriteState m_writeState;
+    LibraryLoading m_loading;
+    std::unique_ptr<VelgorLibrary> m_loadedLibrary;
+    bool m_isSaveDue = false; ///< the delay is over, but a load is not
 
     std::thread m_thread;
     QPointer<const VelgorLibrary> m_libraryBeingSaved;
