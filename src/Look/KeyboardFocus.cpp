@@ -1,0 +1,32 @@
+#include "KeyboardFocus.h"
+
+#include <QFocusEvent>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::FocusIn: {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason) {
+            m_isShown = true;
+        } else if (reason == Qt::MouseFocusReason) {
+            m_isShown = false;
+        }
+        [[fallthrough]];
+    }
+    case QEvent::FocusOut:
+        // A text edit repaints its viewport alone, and its frame shows the focus.
+        if (qobject_cast<QPlainTextEdit *>(watched) || qobject_cast<QTextEdit *>(watched)) {
+            static_cast<QWidget *>(watched)->update();
+        }
+        break;
+    case QEvent::MouseButtonPress:
+        m_isShown = false;
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}

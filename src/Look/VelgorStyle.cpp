@@ -1,0 +1,200 @@
+#include "VelgorStyle.h"
+
+#include "ButtonLook.h"
+#include "KeyboardFocus.h"
+#include "LookMeasures.h"
+#include "LookTokens.h"
+#include "Symbols.h"
+
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStyleOption>
+#include <QTextEdit>
+
+using namespace LookMeasures;
+
+namespace {
+
+bool canShowFocus(const QWidget *widget)
+{
+    return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QAbstractScrollArea *>(widget)
+        || qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget);
+}
+
+bool isTextEdit(const QWidget *widget)
+{
+    return qobject_cast<const QPlainTextEdit *>(widget) || qobject_cast<const QTextEdit *>(widget);
+}
+
+/// A line of `width` just inside of `rect`.
+void drawInnerEdge(QPainter *painter, const QRectF &rect, const QColor &colour, int width, int radius)
+{
+    const qreal half = width / 2.0;
+    painter->setPen(QPen(colour, width));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+void fillRounded(QPainter *painter, const QRectF &rect, const QColor &colour, int radius)
+{
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(colour);
+    painter->drawRoundedRect(rect, radius, radius);
+}
+
+void drawField(const QStyleOption &option, QPainter *painter, bool isQuiet)
+{
+    const bool isEnabled = option.state & QStyle::State_Enabled;
+    const bool hasFocus = isEnabled && (option.state & QStyle::State_HasFocus);
+    if (isQuiet && !hasFocus && !(isEnabled && (option.state & QStyle::State_MouseOver))) {
+        return;
+    }
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    const QRectF rect = option.rect;
+    // Inside the edge's outer line, so that no base colour shines through its corners.
+    fillRounded(painter, rect.adjusted(0.5, 0.5, -0.5, -0.5), option.palette.color(QPalette::Base), controlRadius);
+    if (hasFocus) {
+        drawInnerEdge(painter, rect, LookTokens::current().focusRing, focusRingWidth, controlRadius);
+    } else {
+        const QPalette::ColorRole role = isEnabled ? QPalette::Dark : QPalette::Mid;
+        drawInnerEdge(painter, rect, option.palette.color(role), hairline, controlRadius);
+    }
+    painter->restore();
+}
+
+void drawPanel(QPainter *painter, const QRectF &rect, const QColor &fill)
+{
+    if (!fill.isValid()) {
+        return;
+    }
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    fillRounded(painter, rect, fill, controlRadius);
+    painter->restore();
+}
+
+void drawFocusRing(QPainter *painter, const QRectF &rect)
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    drawInnerEdge(painter, rect, LookTokens::current().focusRing, focusRingWidth, focusRingRadius);
+    painter->restore();
+}
+
+} // namespace
+
+VelgorStyle::VelgorStyle()
+    : QProxyStyle(QStringLiteral("fusion"))
+    , m_keyboardFocus(new KeyboardFocus(this))
+{
+}
+
+void VelgorStyle::polish(QWidget *widget)
+{
+    QProxyStyle::polish(widget);
+    if (canShowFocus(widget)) {
+        widget->installEventFilter(m_keyboardFocus);
+    }
+    if (qobject_cast<QLineEdit *>(widget)) {
+        widget->setAttribute(Qt::WA_Hover);
+    }
+}
+
+void VelgorStyle::unpolish(QWidget *widget)
+{
+    widget->removeEventFilter(m_keyboardFocus);
+    QProxyStyle::unpolish(widget);
+}
+
+void VelgorStyle::drawPrimitive(
+    PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
+{
+    switch (element) {
+    case PE_PanelButtonCommand:
+        if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
+            const int gutter = qobject_cast<const QPushButton *>(widget) ? focusGutter : 0;
+            drawPanel(painter, QRectF(option->rect).adjusted(gutter, gutter, -gutter, -gutter),
+                ButtonLook::of(*button, widget).fill);
+            return;
+        }
+        break;
+    case PE_FrameFocusRect:
+        if (qobject_cast<const QPushButton *>(widget)) {
+            if (m_keyboardFocus->isShown()) {
+                drawFocusRing(painter, option->rect);
+            }
+            return;
+        }
+        break;
+    case PE_PanelLineEdit: {
+        const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        if (qobject_cast<const QLineEdit *>(widget) && frame && frame->lineWidth > 0) {
+            drawField(*option, painter, isVariant(widget, "quiet"));
+            return;
+        }
+        break;
+    }
+    case PE_FrameLineEdit:
+        if (qobject_cast<const QLineEdit *>(widget)) {
+            return;
+        }
+        break;
+    case PE_Frame:
+        if (isTextEdit(widget)) {
+            drawField(*option, painter, false);
+            return;
+        }
+        break;
+    case PE_FrameStatusBarItem:
+        return;
+    case PE_PanelStatusBar:
+        painter->fillRect(
+            QRect(option->rect.topLeft(), QSize(option->rect.width(), hairline)), option->palette.color(QPalette::Mid));
+        return;
+    case PE_PanelMenu:
+        painter->fillRect(option->rect, option->palette.color(QPalette::Base));
+        return;
+    case PE_FrameMenu:
+        painter->save();
+        painter->setPen(option->palette.color(QPalette::Mid));
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+        return;
+    case PE_PanelTipLabel:
+        painter->fillRect(option->rect, LookTokens::current().toolTip);
+        return;
+    default:
+        break;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+QIcon VelgorStyle::standardIcon(StandardPixmap pixmap, const QStyleOption *option, const QWidget *widget) const
+{
+    switch (pixmap) {
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+        return symbolIcon(QStringLiteral("warning"), &LookTokens::warning);
+    case SP_LineEditClearButton:
+        return symbolIcon(QStringLiteral("xmark"), QPalette::PlaceholderText);
+    default:
+        return QProxyStyle::standardIcon(pixmap, option, widget);
+    }
+}
+
+QPixmap VelgorStyle::standardPixmap(StandardPixmap pixmap, const QStyleOption *option, const QWidget *widget) const
+{
+    switch (pixmap) {
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+        return standardIcon(pixmap, option, widget).pixmap(messageSymbolSize);
+    default:
+        return QProxyStyle::standardPixmap(pixmap, option, widget);
+    }
+}

@@ -1,0 +1,212 @@
+#include "VelgorStyle.h"
+
+#include "ButtonLook.h"
+#include "ColourMix.h"
+#include "LookMeasures.h"
+#include "LookTokens.h"
+
+#include <QAbstractScrollArea>
+#include <QPainter>
+#include <QStyleOption>
+
+#include <algorithm>
+
+using namespace LookMeasures;
+
+namespace {
+
+constexpr double handleStrength = 0.32;
+constexpr double handleHoverStrength = 0.48;
+
+QPixmap tinted(QPixmap pixmap, const QColor &colour)
+{
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(QRectF(QPointF(), pixmap.deviceIndependentSize()), colour);
+    return pixmap;
+}
+
+/// A scroll bar stands on what it scrolls, so that no stripe parts the two.
+QColor groundOf(const QStyleOption &option, const QWidget *scrollBar)
+{
+    for (const QWidget *widget = scrollBar; widget; widget = widget->parentWidget()) {
+        if (const auto *area = qobject_cast<const QAbstractScrollArea *>(widget)) {
+            const QWidget *viewport = area->viewport();
+            return viewport->palette().color(viewport->backgroundRole());
+        }
+    }
+    return option.palette.color(QPalette::Window);
+}
+
+void drawMenuBarGround(const QStyleOption &option, QPainter *painter)
+{
+    painter->fillRect(option.rect, option.palette.color(QPalette::Window));
+    painter->fillRect(
+        option.rect.left(), option.rect.bottom(), option.rect.width(), hairline, option.palette.color(QPalette::Mid));
+}
+
+void drawSplitter(const QStyleOption &option, QPainter *painter)
+{
+    QRect line = option.rect;
+    if (option.state & QStyle::State_Horizontal) {
+        line.setLeft(line.center().x());
+        line.setWidth(hairline);
+    } else {
+        line.setTop(line.center().y());
+        line.setHeight(hairline);
+    }
+    painter->fillRect(line, option.palette.color(QPalette::Mid));
+}
+
+void drawBar(QPainter *painter, const QRectF &rect, const QColor &colour)
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(colour);
+    const qreal radius = std::min(rect.width(), rect.height()) / 2;
+    painter->drawRoundedRect(rect, radius, radius);
+    painter->restore();
+}
+
+void drawProgress(const QStyleOptionProgressBar &option, QPainter *painter)
+{
+    // As numbers with a fraction, because the difference of two numbers may be too large for one of their kind.
+    const qreal range = qreal(option.maximum) - option.minimum;
+    const qreal progress = qreal(option.progress) - option.minimum;
+    if (range <= 0 || progress <= 0) {
+        return;
+    }
+    QRectF done = option.rect;
+    done.setWidth(std::max<qreal>(done.height(), done.width() * std::min<qreal>(1, progress / range)));
+    if ((option.direction == Qt::RightToLeft) != option.invertedAppearance) {
+        done.moveRight(QRectF(option.rect).right());
+    }
+    drawBar(painter, done, option.palette.color(QPalette::Link));
+}
+
+} // namespace
+
+void VelgorStyle::drawControl(
+    ControlElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
+{
+    switch (element) {
+    case CE_PushButtonBevel:
+        proxy()->drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
+        return;
+    case CE_PushButtonLabel:
+        if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
+            drawButtonLabel(*button, painter, widget);
+            return;
+        }
+        break;
+    case CE_Splitter:
+        drawSplitter(*option, painter);
+        return;
+    case CE_MenuBarItem:
+        if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option)) {
+            drawMenuBarItem(*item, painter, widget);
+            return;
+        }
+        break;
+    case CE_MenuBarEmptyArea:
+        drawMenuBarGround(*option, painter);
+        return;
+    case CE_ProgressBarGroove:
+        drawBar(painter, option->rect, LookTokens::current().unsetFlag);
+        return;
+    case CE_ProgressBarContents:
+        if (const auto *bar = qstyleoption_cast<const QStyleOptionProgressBar *>(option)) {
+            drawProgress(*bar, painter);
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void VelgorStyle::drawComplexControl(
+    ComplexControl control, const QStyleOptionComplex *option, QPainter *painter, const QWidget *widget) const
+{
+    if (control == CC_ScrollBar) {
+        if (const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option)) {
+            drawScrollBar(*bar, painter, widget);
+            return;
+        }
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+void VelgorStyle::drawButtonLabel(const QStyleOptionButton &option, QPainter *painter, const QWidget *widget) const
+{
+    const ButtonLook look = ButtonLook::of(option, widget);
+    QRect room = proxy()->subElementRect(SE_PushButtonContents, &option, widget);
+    if (option.features & QStyleOptionButton::HasMenu) {
+        QStyleOption arrow = option;
+        const int side = option.iconSize.width() / 2;
+        arrow.rect = visualRect(
+            option.direction, room, QRect(room.right() - side + 1, room.center().y() - side / 2, side, side));
+        proxy()->drawPrimitive(PE_IndicatorArrowDown, &arrow, painter, widget);
+        room = visualRect(option.direction, room, room.adjusted(0, 0, -side - symbolGap, 0));
+    }
+
+    const QSize symbol = option.icon.isNull() ? QSize(0, 0) : option.iconSize;
+    const int beforeText = symbol.isEmpty() || option.text.isEmpty() ? symbol.width() : symbol.width() + symbolGap;
+    const QString text = option.fontMetrics.elidedText(
+        option.text, Qt::ElideRight, std::max(0, room.width() - beforeText), Qt::TextShowMnemonic);
+    const int textWidth = option.fontMetrics.size(Qt::TextShowMnemonic, text).width();
+    QRect label(0, 0, beforeText + textWidth, room.height());
+    label.moveCenter(room.center());
+
+    if (!symbol.isEmpty()) {
+        const QRect place(
+            label.left(), room.top() + (room.height() - symbol.height()) / 2, symbol.width(), symbol.height());
+        const QPixmap pixmap = option.icon.pixmap(symbol, painter->device()->devicePixelRatioF(),
+            option.state & State_Enabled ? QIcon::Normal : QIcon::Disabled,
+            option.state & State_On ? QIcon::On : QIcon::Off);
+        painter->drawPixmap(visualRect(option.direction, label, place).topLeft(), tinted(pixmap, look.symbol));
+    }
+    painter->save();
+    painter->setPen(look.text);
+    const bool underlined = proxy()->styleHint(SH_UnderlineShortcut, &option, widget) != 0;
+    painter->drawText(visualRect(option.direction, label, label.adjusted(beforeText, 0, 0, 0)),
+        Qt::AlignCenter | Qt::TextSingleLine | (underlined ? Qt::TextShowMnemonic : Qt::TextHideMnemonic), text);
+    painter->restore();
+}
+
+void VelgorStyle::drawMenuBarItem(const QStyleOptionMenuItem &option, QPainter *painter, const QWidget *widget) const
+{
+    drawMenuBarGround(option, painter);
+    const LookTokens &tokens = LookTokens::current();
+    if ((option.state & State_Selected) && (option.state & State_Enabled)) {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(option.state & State_Sunken ? tokens.buttonPressed : tokens.buttonHover);
+        painter->drawRoundedRect(option.rect.adjusted(0, smallGap, 0, -smallGap - hairline), rowRadius, rowRadius);
+        painter->restore();
+    }
+    const bool underlined = proxy()->styleHint(SH_UnderlineShortcut, &option, widget) != 0;
+    drawItemText(painter, option.rect.adjusted(0, 0, 0, -hairline),
+        Qt::AlignCenter | Qt::TextSingleLine | (underlined ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
+        option.palette, option.state & State_Enabled, option.text, QPalette::WindowText);
+}
+
+void VelgorStyle::drawScrollBar(const QStyleOptionSlider &option, QPainter *painter, const QWidget *widget) const
+{
+    const QColor ground = groundOf(option, widget);
+    painter->fillRect(option.rect, ground);
+    if (option.maximum <= option.minimum || !(option.state & State_Enabled)) {
+        return;
+    }
+    QRectF handle = proxy()->subControlRect(CC_ScrollBar, &option, SC_ScrollBarSlider, widget);
+    constexpr qreal side = (scrollBarExtent - scrollBarHandle) / 2.0;
+    handle = option.orientation == Qt::Vertical ? handle.adjusted(side, tinyGap, -side, -tinyGap)
+                                                : handle.adjusted(tinyGap, side, -tinyGap, -side);
+    const bool isHeld = (option.state & State_Sunken) && (option.activeSubControls & SC_ScrollBarSlider);
+    const bool isHovered = (option.state & State_MouseOver) && (option.activeSubControls & SC_ScrollBarSlider);
+    drawBar(painter, handle,
+        mixed(ground, LookTokens::current().text, isHeld || isHovered ? handleHoverStrength : handleStrength));
+}
