@@ -182,6 +182,19 @@ private Q_SLOTS:
         }
     }
 
+    static void endOfAnEarlierLoadIsNotTakenForTheEndOfTheNext()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        storeMany(directory);
+        LibraryStorageManager manager(directory.path());
+        manager.startLoading();
+        QVERIFY(manager.decodeLibrary());
+        manager.startLoading();
+        QCoreApplication::processEvents();
+        QVERIFY(manager.isLoading());
+    }
+
     static void saveDueDuringTheLoadComesAfterItWithWhatWasTakenOver()
     {
         DiagnosticRecorder lines;
