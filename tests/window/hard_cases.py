@@ -1,0 +1,109 @@
+#!/usr/bin/python3
+"""What must not harm the list, the library or the window: hard_cases.py PROGRAM VELGOR SAMPLES ARTIFACTS"""
+
+from session import CONTENT, LIBRARY, check_equal, content_title, run
+
+from windowdriver import Failure
+
+PARKED = (640, 795)
+
+
+def parked_picture(session):
+    """The window, with the pointer where it changes nothing."""
+    session.desktop.mouse.move(*PARKED)
+    return session.desktop.still_screenshot().tobytes()
+
+
+def check_cancelled_drags(session):
+    """Escape leaves rows, selection and every pixel as they were before the drag."""
+    program = session.program
+    ways = [
+        ("slot to library", program.row(CONTENT, 7), program.find("list", LIBRARY)),
+        ("slot to slot", program.row(CONTENT, 7), program.row(CONTENT, 12)),
+        ("library to slot", program.row(LIBRARY, 1), program.row(CONTENT, 5)),
+        ("library to library", program.row(LIBRARY, 2), program.row(LIBRARY, 0)),
+    ]
+    for way, source, target in ways:
+        program.click(source)
+        rows = program.rows_of(CONTENT), program.rows_of(LIBRARY)
+        picture = parked_picture(session)
+        shown = []
+        program.drag(source, target, cancel=True, over_target=lambda: shown.append(session.desktop.screenshot()))
+        check_equal(shown[0].tobytes() != picture, True, f"the drag {way} is seen")
+        check_equal((program.rows_of(CONTENT), program.rows_of(LIBRARY)), rows, f"rows after a cancelled drag {way}")
+        check_equal(parked_picture(session) == picture, True, f"the same picture after a cancelled drag {way}")
+
+
+def check_foreign_payload(session):
+    """Text that is dragged out of the comment is no patch, and stays where it is."""
+    program = session.program
+    program.click(program.row(LIBRARY, 0))
+    comment = program.find("text", "Comment")
+    program.set_text(comment, "Text on its way to nowhere")
+    rows = program.rows_of(CONTENT), program.rows_of(LIBRARY)
+    left, top, _, _ = comment.rectangle
+    for target in (program.row(CONTENT, 3), program.row(LIBRARY, 1)):
+        program.click(comment)
+        program.press("ctrl+a")
+        program.drag((left + 40, top + 14), target)
+        check_equal((program.rows_of(CONTENT), program.rows_of(LIBRARY)), rows, "rows after a foreign drop")
+        check_equal(comment.text, "Text on its way to nowhere", "the dragged text")
+
+
+def check_malformed_import(session):
+    program = session.program
+    broken = session.home / "Broken list.prst"
+    whole = session.demo.read_bytes()
+    broken.write_bytes(whole[: len(whole) // 2])
+    rows = program.rows_of(CONTENT), program.rows_of(LIBRARY)
+    session.import_file(broken)
+    dialog = program.dialog("Could not import file")
+    texts = [label.name for label in dialog.find_all("label") if label.name != "Could not import file"]
+    if not any(broken.name in text and len(text) > len(str(broken)) + 10 for text in texts):
+        raise Failure(f"the alert does not say which file and why: {texts}")
+    program.press("Escape")
+    program.wait_closed(dialog)
+    check_equal((program.rows_of(CONTENT), program.rows_of(LIBRARY)), rows, "rows after a refused import")
+
+
+def check_second_start(session):
+    """The second start ends at once, and its file is shown by the first one."""
+    program = session.program
+    other = session.samples / "demo-new-firmware.prst"
+    second = session.desktop.start([session.executable, other], session.home)
+    check_equal(second.wait_exit(), 0, "exit status of the second start")
+    program.find("label", content_title(len(session.velgor.patches(other))))
+    check_equal(len(program.windows), 1, "windows after the second start")
+
+
+def check_termination(session):
+    """An edit that was made a moment ago is not lost."""
+    program = session.program
+    program.click(program.row(LIBRARY, 1))
+    field = program.find("text", "Name")
+    program.click(field)
+    program.press("ctrl+a")
+    session.desktop.keyboard.type("Last words")
+    program.wait(lambda: field.text == "Last words", "the name")
+    program.terminate()
+    check_equal(program.wait_exit(), 0, "exit status after SIGTERM")
+    names = [patch["name"] for patch in session.velgor.library(session.library_directory)]
+    check_equal(names[1], "Last words", "name on disk after SIGTERM")
+
+
+def hard_cases(session):
+    program = session.start()
+    session.import_demo()
+    program.click(program.row(CONTENT, 0))
+    program.click(program.row(CONTENT, 2), "shift")
+    program.drag(program.row(CONTENT, 1), program.find("list", LIBRARY))
+    program.wait(lambda: len(program.rows_of(LIBRARY)) == 3, "three patches in the library")
+    check_cancelled_drags(session)
+    check_foreign_payload(session)
+    check_malformed_import(session)
+    check_second_start(session)
+    check_termination(session)
+
+
+if __name__ == "__main__":
+    run(hard_cases)

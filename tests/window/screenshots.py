@@ -1,0 +1,113 @@
+#!/usr/bin/python3
+"""Pictures of the window for its documentation, light and dark: screenshots.py PROGRAM VELGOR SAMPLES DIRECTORY"""
+
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+from session import CONTENT, LIBRARY, Session
+
+from windowdriver import Desktop, Velgor
+
+SCHEMES = {"light": 2, "dark": 1}
+# The plain X11 platform knows only one font size; the settings of this desktop are read without being installed.
+FONT_VARIABLES = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
+FONT_SETTINGS = "[General]\nfont=DejaVu Sans,10,-1,5,50,0,0,0,0,0\n"
+
+SHOWN = "Singing Lead"
+USED_AGAIN = ["2.1", "5.2", "28.1"]
+COMMENT = (
+    "Neck pickup, volume at 8. The delay wobbles at 380 ms, so tap the tempo before the second chorus.\n\n"
+    "Sits well over the keys; roll the tone back for the ballad."
+)
+CLASSIFIED = {
+    SHOWN: ["guitar", "drive", "solo"],
+    "Warm Jazz Box": ["guitar", "clean", "rythm"],
+    "Dub Deep": ["bass", "clean"],
+}
+TICKED = [1, 3, 4, 7, 10]
+# Seconds from the start of 2001 to a day that is the same in every picture.
+IMPORTED = 780_000_000.0
+
+
+def velgor(session, *arguments):
+    command = [session.velgor.executable, "--library", str(session.library_directory), "library", *map(str, arguments)]
+    subprocess.run(command, check=True, capture_output=True)
+
+
+def prepare_library(session):
+    """Both demonstration lists, kept and partly classified; returns a list that uses one patch several times."""
+    velgor(session, "add", session.demo, session.samples / "demo-new-firmware.prst")
+    ids = {patch["name"]: patch["id"] for patch in session.velgor.library(session.library_directory)}
+    for name, flags in CLASSIFIED.items():
+        velgor(session, "set", ids[name], *(argument for flag in flags for argument in (f"--{flag}", "on")))
+    velgor(session, "set", ids[SHOWN], "--comment", COMMENT)
+    stored = session.library_directory / "velgorlibrary.json"
+    library = json.loads(stored.read_text())
+    for patch in library["patches"]:
+        patch["date"] = IMPORTED
+    stored.write_text(json.dumps(library))
+    composed = session.home / "Tour.prst"
+    places = [argument for place in USED_AGAIN for argument in ("--slot", f"{place}={ids[SHOWN]}")]
+    velgor(session, "compose", "--from", session.demo, "-o", composed, *places)
+    return composed
+
+
+def new_session(desktop, scheme, executable, command_line, samples):
+    session = Session(desktop, executable, Velgor(command_line), pathlib.Path(samples))
+    session.variables = FONT_VARIABLES
+    settings = session.home / "config" / "velgor" / "velgor-library-manager.conf"
+    settings.parent.mkdir(parents=True)
+    settings.write_text(f"[General]\ncolorScheme={SCHEMES[scheme]}\n")
+    (session.home / "config" / "kdeglobals").write_text(FONT_SETTINGS)
+    return session
+
+
+def take_pictures(desktop, scheme, pictures, *paths):
+    def take(name):
+        desktop.mouse.move(640, 795)
+        desktop.still_screenshot(pictures / f"{name}-{scheme}.png")
+
+    session = new_session(desktop, scheme, *paths)
+    session.start()
+    take("first-start")
+    session.program.end()
+
+    session = new_session(desktop, scheme, *paths)
+    program = session.start(prepare_library(session))
+    program.row(CONTENT, 0)
+    shown = next(name for name in program.rows_of(LIBRARY) if name.startswith(SHOWN))
+    program.click(program.row(LIBRARY, shown))
+    take("main")
+
+    program.press("ctrl+Delete")
+    dialog = program.dialog()
+    take("alert")
+    program.press("Escape")
+    program.wait_closed(dialog)
+
+    program.click(program.button("Select"))
+    for index in TICKED:
+        program.click(program.row(LIBRARY, index))
+        program.press("space")
+    picture = pictures / f"ticking-{scheme}.png"
+    program.drag(
+        program.row(LIBRARY, TICKED[1]),
+        program.row(CONTENT, 6),
+        cancel=True,
+        over_target=lambda: desktop.still_screenshot(picture),
+    )
+    program.end()
+
+
+def main():
+    executable, command_line, samples, directory = sys.argv[1:]
+    with tempfile.TemporaryDirectory() as artifacts, Desktop(artifacts) as desktop:
+        for scheme in SCHEMES:
+            take_pictures(desktop, scheme, pathlib.Path(directory), executable, command_line, samples)
+
+
+if __name__ == "__main__":
+    main()
