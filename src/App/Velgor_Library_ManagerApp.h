@@ -1,0 +1,52 @@
+#pragma once
+
+#include "ContentEditor.h"
+#include "ContentFiles.h"
+#include "ContentView.h"
+#include "Desk.h"
+#include "DesktopFileDialogs.h"
+#include "DiskFiles.h"
+#include "LibraryEditor.h"
+#include "LibraryManagerPreferences.h"
+#include "LibraryStorageManager.h"
+#include "PatchFileHandler.h"
+#include "SystemColorScheme.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+#include "WindowState.h"
+
+#include <QObject>
+
+#include <memory>
+
+/// Owns what lives as long as the application: the shared objects, what works on them, and the window.
+class Velgor_Library_ManagerApp : public QObject {
+    Q_OBJECT
+
+public:
+    Velgor_Library_ManagerApp();
+    ~Velgor_Library_ManagerApp() override;
+
+    /// Keeps the directory to this program, shows the window and runs until it is closed. `file` is a preset file to
+    /// open, or empty. The result is the program's exit status.
+    [[nodiscard]] int run(const QString &file);
+
+private:
+    void open(const QString &file);
+    void terminate();
+
+    LibraryManagerPreferences preferences;
+    LibraryStorageManager storage;
+    VelgorLibrary velgorLibrary;
+    VelgorContent velgorContent;
+    WindowState m_windowState;
+    DiskFiles m_diskFiles;
+    DesktopFileDialogs m_dialogs;
+    PatchFileHandler m_files;
+    LibraryEditor m_libraryEditor;
+    ContentEditor m_contentEditor;
+    ContentFiles m_contentFiles;
+    Desk m_desk;
+    SystemColorScheme m_systemColorScheme;
+    std::unique_ptr<ContentView> m_window;
+};
