@@ -19,7 +19,7 @@ void paintText(QPainter *painter, const QRectF &rect, const QString &text, const
 {
     painter->setFont(badgeFont(painter->font()));
     painter->setPen(colour);
-    painter->drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text);
+    painter->drawText(rect, Qt::AlignCenter | Qt::TextSingleLine, text.trimmed());
 }
 
 } // namespace
@@ -28,7 +28,7 @@ QSize firmwareBadgeSize(const QString &text, const QFont &base)
 {
     const QFontMetrics metrics(badgeFont(base));
     const int twoDigits = metrics.horizontalAdvance(QStringLiteral("00")) + 2 * badgePadding;
-    return {std::max(twoDigits, metrics.horizontalAdvance(text) + 2 * firmwarePadding), badgeHeight(metrics)};
+    return {std::max(twoDigits, metrics.horizontalAdvance(text.trimmed()) + 2 * firmwarePadding), badgeHeight(metrics)};
 }
 
 QSize placeBadgeSize(const QString &text, const QFont &base)

@@ -10,7 +10,8 @@ class QFont;
 class QPainter;
 class QRectF;
 
-/// The size of a firmware badge, or of the badge of a place, in the text font `base`.
+/// The size of a firmware badge, or of the badge of a place, in the text font `base`. One digit takes the room of two.
+/// Spaces around the text do not count.
 [[nodiscard]] QSize firmwareBadgeSize(const QString &text, const QFont &base);
 [[nodiscard]] QSize placeBadgeSize(const QString &text, const QFont &base);
 

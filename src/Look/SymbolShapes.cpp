@@ -15,7 +15,7 @@ constexpr std::array shapes = std::to_array<Shape>({
     {"arrow.right", R"(<path d="M4.5 12H19.5M13 5.5L19.5 12L13 18.5"/>)"},
     {"arrow.down", R"(<path d="M12 4.5V19.5M5.5 13L12 19.5L18.5 13"/>)"},
     {"circle", R"(<circle cx="12" cy="12" r="8.75"/>)"},
-    {"circle.badge.checkmark", R"(<path d="M20.7 11.2A8.75 8.75 0 1 0 11.2 20.7M13.6 18.2L16.2 20.8L21.6 15"/>)"},
+    {"circle.badge.checkmark", R"(<path d="M20.7 11.2A8.75 8.75 0 1 0 11.2 20.7M13.6 18.2L16.2 20.8L21.1 15.54"/>)"},
     {"checkmark.circle.fill",
         R"(<path fill="currentColor" stroke="none" fill-rule="evenodd" d="M12 2.4A9.6 9.6 0 1 1 12 21.6A9.6 9.6 0 1 1 12 2.4ZM6.93 12.67L10.55 16.29L17.26 8.88L15.78 7.53L10.48 13.38L8.35 11.25Z"/>)"},
     {"trash",

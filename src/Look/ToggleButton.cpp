@@ -17,9 +17,10 @@ using namespace LookMeasures;
 namespace {
 
 constexpr double lampCentre = 10.5;
-constexpr double ringRadius = 3;
 constexpr double ringLine = 1.25;
 constexpr double discRadius = 3.75;
+// Ring and disc end at the same circle.
+constexpr double ringRadius = discRadius - ringLine / 2;
 constexpr double textStart = 19.5;
 constexpr int textEnd = 3;
 constexpr int labelMargins = 23;

@@ -83,7 +83,8 @@ void drawFocusRing(QPainter *painter, const QRectF &rect)
 {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    drawInnerEdge(painter, rect, LookTokens::current().focusRing, focusRingWidth, focusRingRadius);
+    // The radius is that of the middle of the line.
+    drawInnerEdge(painter, rect, LookTokens::current().focusRing, focusRingWidth, focusRingRadius + focusRingWidth / 2);
     painter->restore();
 }
 

@@ -91,6 +91,14 @@ void VelgorStyle::drawControl(
     ControlElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
 {
     switch (element) {
+    case CE_PushButton:
+        // The base would shrink the label's and the ring's rectangles by its own margins.
+        proxy()->drawControl(CE_PushButtonBevel, option, painter, widget);
+        proxy()->drawControl(CE_PushButtonLabel, option, painter, widget);
+        if (option->state & State_HasFocus) {
+            proxy()->drawPrimitive(PE_FrameFocusRect, option, painter, widget);
+        }
+        return;
     case CE_PushButtonBevel:
         proxy()->drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
         return;

@@ -130,11 +130,6 @@ QRect VelgorStyle::subElementRect(SubElement element, const QStyleOption *option
             return option->rect.adjusted(margin, focusGutter, -margin, -focusGutter);
         }
         break;
-    case SE_PushButtonFocusRect:
-        if (qobject_cast<const QPushButton *>(widget)) {
-            return option->rect;
-        }
-        break;
     case SE_LineEditContents:
         if (isFramedField(option, widget)) {
             return fieldContents(option->rect, widget);
