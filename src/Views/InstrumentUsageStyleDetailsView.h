@@ -1,0 +1,43 @@
+#pragma once
+
+#include "PatchFlags.h"
+
+#include <QList>
+#include <QWidget>
+
+class QGridLayout;
+class QLabel;
+
+/// The classification of a patch: two rows of toggles, usage and style. It starts and ends a focus gutter outside of
+/// what it shows.
+class InstrumentUsageStyleDetailsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit InstrumentUsageStyleDetailsView(QWidget *parent);
+
+    /// Shows the flags of a patch.
+    void showFlags(const VelgorPatch &patch);
+    /// Whether the labels stand above their rows rather than before them.
+    void setStacked(bool isStacked);
+    /// The least width of the four toggles of a row.
+    [[nodiscard]] int togglesMinimumWidth() const;
+
+Q_SIGNALS:
+    /// The user pressed a toggle.
+    void flagToggled(PatchFlag flag, bool isSet);
+
+private:
+    struct Toggle {
+        PatchFlag flag;
+        ToggleButton *button;
+    };
+
+    void addRow(const QString &label, const std::array<ShownPatchFlag, 4> &flags);
+    void arrange();
+
+    QGridLayout *m_grid;
+    QList<QLabel *> m_labels;
+    QList<Toggle> m_toggles;
+    bool m_isStacked = false;
+};

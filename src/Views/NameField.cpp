@@ -1,0 +1,65 @@
+#include "NameField.h"
+
+#include "LookMeasures.h"
+
+#include <QKeyEvent>
+
+#include <limits>
+
+using namespace LookMeasures;
+
+NameField::NameField(QWidget *parent)
+    : QLineEdit(parent)
+{
+    setProperty("quiet", true);
+    setFont(titleFont(font()));
+    setAccessibleName(tr("Name"));
+    setMaxLength(std::numeric_limits<int>::max());
+    connect(this, &QLineEdit::textEdited, this, &NameField::nameEdited);
+    connect(this, &QLineEdit::returnPressed, this, [this] { m_nameBefore = text(); });
+}
+
+void NameField::showName(const QString &name, bool isOtherPatch)
+{
+    if (isOtherPatch || name != text()) {
+        setText(name);
+        setCursorPosition(0);
+        m_nameBefore = name;
+    }
+}
+
+bool NameField::goesBackWith(const QEvent *event) const
+{
+    const auto *keys = static_cast<const QKeyEvent *>(event);
+    return keys->key() == Qt::Key_Escape && keys->modifiers() == Qt::NoModifier && text() != m_nameBefore;
+}
+
+bool NameField::event(QEvent *event)
+{
+    // Escape belongs to the field before any shortcut of the window.
+    if (event->type() == QEvent::ShortcutOverride && goesBackWith(event)) {
+        event->accept();
+        return true;
+    }
+    return QLineEdit::event(event);
+}
+
+void NameField::focusInEvent(QFocusEvent *event)
+{
+    // Coming back from a menu or another window goes on with the same edit.
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason && reason != Qt::ActiveWindowFocusReason) {
+        m_nameBefore = text();
+    }
+    QLineEdit::focusInEvent(event);
+}
+
+void NameField::keyPressEvent(QKeyEvent *event)
+{
+    if (goesBackWith(event)) {
+        setText(m_nameBefore);
+        Q_EMIT nameEdited(m_nameBefore);
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ToggleButton.h"
+#include "VelgorPatch.h"
+
+#include <QString>
+
+#include <array>
+
+/// One classification flag of a patch, as the filter and the details show it.
+using PatchFlag = bool VelgorPatch::*;
+
+/// What a button for a flag needs to know.
+struct ShownPatchFlag {
+    PatchFlag flag;
+    const char *label; ///< untranslated; see PatchFlags::label()
+    ToggleButton::Tone tone; ///< in the details; the filter has one tone for all
+};
+
+/// The flags in the order in which they stand on the screen.
+namespace PatchFlags {
+
+[[nodiscard]] const std::array<ShownPatchFlag, 4> &usage();
+[[nodiscard]] const std::array<ShownPatchFlag, 4> &style();
+/// Usage, user impulse response, style.
+[[nodiscard]] const std::array<ShownPatchFlag, 9> &inFilter();
+
+[[nodiscard]] QString label(const ShownPatchFlag &shown);
+
+} // namespace PatchFlags

@@ -1,0 +1,84 @@
+#include "PatchTechnicalView.h"
+
+#include "DetailLabel.h"
+#include "DetailMeasures.h"
+#include "LookMeasures.h"
+#include "PVersionView.h"
+#include "ValueLabel.h"
+#include "VelgorPatch.h"
+
+#include <QGridLayout>
+#include <QLabel>
+
+using namespace LookMeasures;
+
+namespace {
+
+const QString unknown = QStringLiteral("–");
+
+QString soundHashText(const std::optional<quint64> &hash)
+{
+    if (!hash) {
+        return unknown;
+    }
+    QString digits = QStringLiteral("%1").arg(*hash, 16, 16, QLatin1Char('0')).toUpper();
+    for (const int position : {12, 8, 4}) {
+        digits.insert(position, u' ');
+    }
+    return digits;
+}
+
+QString tailBitText(const std::optional<SHeaderDesc> &header)
+{
+    if (!header) {
+        return unknown;
+    }
+    return QStringLiteral("0x") + QStringLiteral("%1").arg(header->tailBit, 2, 16, QLatin1Char('0')).toUpper();
+}
+
+} // namespace
+
+PatchTechnicalView::PatchTechnicalView(QWidget *parent)
+    : QWidget(parent)
+    , m_grid(new QGridLayout(this))
+    , m_badge(new PVersionView(this))
+{
+    m_grid->setContentsMargins({});
+    m_grid->setHorizontalSpacing(0);
+    m_grid->setVerticalSpacing(5);
+    m_grid->setColumnMinimumWidth(0, DetailMeasures::labelColumn(fontMetrics()));
+    m_grid->setColumnStretch(1, 1);
+    m_version = addLine(tr("Version: "), m_badge);
+    m_soundHash = addLine(tr("Patch & IR: "));
+    m_tailBit = addLine(tr("Tailbit: "));
+    m_id = addLine(tr("Id: "));
+}
+
+ValueLabel *PatchTechnicalView::addLine(const QString &label, QWidget *before)
+{
+    auto *lineLabel = new DetailLabel(label, this);
+    auto *value = new ValueLabel(label.chopped(2), this);
+    for (QLabel *each : std::initializer_list<QLabel *>{lineLabel, value}) {
+        each->setFont(footnoteFont(font()));
+        each->setForegroundRole(QPalette::PlaceholderText);
+    }
+    auto *line = new QHBoxLayout;
+    line->setSpacing(6);
+    if (before != nullptr) {
+        line->addWidget(before);
+    }
+    line->addWidget(value, 1);
+    const int row = m_grid->rowCount();
+    m_grid->addWidget(lineLabel, row, 0);
+    m_grid->addLayout(line, row, 1);
+    return value;
+}
+
+void PatchTechnicalView::showPatch(const VelgorPatch &patch)
+{
+    m_badge->setVersion(patch.version);
+    m_version->setValue(PVersionView::shown(patch.version));
+    m_soundHash->setValue(soundHashText(patch.soundHash()));
+    m_tailBit->setValue(tailBitText(patch.headerData));
+    m_id->setValue(QString::number(patch.id()));
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QLineEdit>
+
+/// A field to search with: a leading search symbol, a clear button while there is text, and Escape clears.
+class SearchField : public QLineEdit {
+    Q_OBJECT
+
+public:
+    SearchField(const QString &placeholder, const QString &accessibleName, QWidget *parent);
+
+    /// For a change that is not the user's: keeps the cursor where nothing changes.
+    void showText(const QString &text);
+
+protected:
+    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] bool clearsWith(const QEvent *event) const;
+};

@@ -1,0 +1,147 @@
+#include "VelgorPatchDetailView.h"
+
+#include "EmptyDetails.h"
+#include "LibraryCallbacks.h"
+#include "PatchDetailForm.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <QMetaObject>
+#include <QStackedLayout>
+
+#include <utility>
+
+VelgorPatchDetailView::VelgorPatchDetailView(
+    VelgorLibrary &library, VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent)
+    : QWidget(parent)
+    , m_library(library)
+    , m_callbacks(callbacks)
+    , m_pages(new QStackedLayout(this))
+    , m_empty(new EmptyDetails(this))
+    , m_form(new PatchDetailForm(this))
+{
+    m_pages->addWidget(m_empty);
+    m_pages->addWidget(m_form);
+
+    connect(m_form, &PatchDetailForm::nameEdited, this,
+        [this](const QString &name) { edit([&name](VelgorPatch &patch) { patch.name = name; }); });
+    connect(m_form, &PatchDetailForm::commentEdited, this,
+        [this](const QString &comment) { edit([&comment](VelgorPatch &patch) { patch.comment = comment; }); });
+    connect(m_form, &PatchDetailForm::flagToggled, this,
+        [this](PatchFlag flag, bool isSet) { edit([=](VelgorPatch &patch) { patch.*flag = isSet; }); });
+    connect(m_form, &PatchDetailForm::defaultPressed, this, [this] {
+        if (m_shownId) {
+            m_callbacks.setDefaultPatch(*m_shownId);
+        }
+        refreshDefault();
+    });
+    connect(m_form, &PatchDetailForm::placeActivated, this, &VelgorPatchDetailView::placeActivated);
+
+    connect(&library, &VelgorLibrary::selectionChanged, this, &VelgorPatchDetailView::refresh);
+    connect(&library, &VelgorLibrary::rowsInserted, this, &VelgorPatchDetailView::refresh);
+    connect(&library, &VelgorLibrary::rowsRemoved, this, &VelgorPatchDetailView::refresh);
+    connect(&library, &VelgorLibrary::rowsChanged, this, &VelgorPatchDetailView::refresh);
+    connect(&library, &VelgorLibrary::wasReset, this, &VelgorPatchDetailView::refresh);
+    connect(&library, &VelgorLibrary::defaultPatchChanged, this, &VelgorPatchDetailView::refreshDefault);
+    connect(&content, &VelgorContent::rowsInserted, this, &VelgorPatchDetailView::refreshPlacesSoon);
+    connect(&content, &VelgorContent::rowsRemoved, this, &VelgorPatchDetailView::refreshPlacesSoon);
+    connect(&content, &VelgorContent::rowMoved, this, &VelgorPatchDetailView::refreshPlacesSoon);
+    connect(&content, &VelgorContent::rowsChanged, this, &VelgorPatchDetailView::refreshPlacesSoon);
+    connect(&content, &VelgorContent::wasReset, this, &VelgorPatchDetailView::refreshPlacesSoon);
+    refresh();
+}
+
+QSize VelgorPatchDetailView::sizeHint() const
+{
+    constexpr int startWidth = 542;
+    return {startWidth, m_form->sizeHint().height()};
+}
+
+QSize VelgorPatchDetailView::minimumSizeHint() const
+{
+    return m_form->minimumSizeHint();
+}
+
+void VelgorPatchDetailView::focusName()
+{
+    if (m_shownId) {
+        m_form->focusName();
+    }
+}
+
+const VelgorPatch *VelgorPatchDetailView::selectedPatch() const
+{
+    const auto found = m_library.getPatchFromId(m_library.selection());
+    return found ? found->patch : nullptr;
+}
+
+QString VelgorPatchDetailView::reasonForNoDetails() const
+{
+    if (selectedPatch() != nullptr) {
+        return tr("Nothing in library. Import a preset file (.prst) into the left section of the window, then drag "
+                  "patches into the library in the center of the window.");
+    }
+    if (m_library.count() < 1) {
+        return tr("Empty library. Import a preset file (.prst) into the left section of the window, then drag patches "
+                  "into the library in the center of the window.");
+    }
+    return tr("Select item in library to see details");
+}
+
+void VelgorPatchDetailView::refresh()
+{
+    const VelgorPatch *patch = selectedPatch();
+    if (patch == nullptr || patch->empty) {
+        m_shownId.reset();
+        m_empty->setText(reasonForNoDetails());
+        m_pages->setCurrentWidget(m_empty);
+        return;
+    }
+    const bool isOtherPatch = m_shownId != patch->id();
+    m_shownId = patch->id();
+    m_form->showPatch(*patch, isOtherPatch);
+    refreshDefault();
+    refreshPlacesSoon();
+    m_pages->setCurrentWidget(m_form);
+}
+
+void VelgorPatchDetailView::refreshDefault()
+{
+    m_form->showDefault(m_shownId && m_callbacks.isDefaultPatch(*m_shownId));
+}
+
+void VelgorPatchDetailView::refreshPlacesSoon()
+{
+    if (!std::exchange(m_placesAreStale, true)) {
+        QMetaObject::invokeMethod(this, &VelgorPatchDetailView::refreshPlaces, Qt::QueuedConnection);
+    }
+}
+
+void VelgorPatchDetailView::refreshPlaces()
+{
+    m_placesAreStale = false;
+    if (!m_shownId) {
+        return;
+    }
+    QList<int> slotIndexes;
+    const QList<BankNumber> places = m_callbacks.inContentPatch(*m_shownId);
+    for (const BankNumber &place : places) {
+        slotIndexes.append((place.bank - 1) * static_cast<int>(BankNumber::numbersPerBank) + place.number - 1);
+    }
+    m_form->showPlaces(slotIndexes);
+}
+
+void VelgorPatchDetailView::edit(const std::function<void(VelgorPatch &)> &change)
+{
+    const auto found = m_library.getPatchFromId(m_shownId);
+    if (!found || found->patch->empty) {
+        return;
+    }
+    VelgorPatch patch = *found->patch;
+    change(patch);
+    if (patch == *found->patch) {
+        return;
+    }
+    m_library.update(patch);
+    m_callbacks.changed(patch.id());
+}
