@@ -42,6 +42,7 @@ void PatchFileHandler::begin()
 {
     m_wasCancelled = false;
     m_problem.clear();
+    m_path.clear();
 }
 
 bool PatchFileHandler::fail(const QString &problem)
@@ -90,6 +91,7 @@ std::optional<SPresetFile> PatchFileHandler::open(const VelgorContent &velgorCon
 std::optional<SPresetFile> PatchFileHandler::read(const QString &filename)
 {
     begin();
+    m_path = filename;
     const FileReadResult file = m_files.read(filename);
     if (!file.bytes) {
         fail(tr("%1: %2").arg(filename, file.error));
@@ -170,6 +172,7 @@ bool PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString
 bool PatchFileHandler::write(
     const SHeaderDesc &header, const QList<SPatch> &patches, const QList<SUserIR> &userIRs, const QString &filename)
 {
+    m_path = filename;
     qint64 size = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * patches.size();
     for (const SPatch &patch : patches) {
         size += patch.length;

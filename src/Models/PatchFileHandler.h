@@ -42,6 +42,8 @@ public:
     [[nodiscard]] bool wasCancelled() const { return m_wasCancelled; }
     /// Why the last operation failed, naming the file where there is one. Empty otherwise. Translated.
     [[nodiscard]] QString problem() const { return m_problem; }
+    /// The file of the last operation; empty when none was chosen.
+    [[nodiscard]] QString path() const { return m_path; }
 
 private:
     void begin();
@@ -56,4 +58,5 @@ private:
     FileDialogs *m_dialogs;
     bool m_wasCancelled = false;
     QString m_problem;
+    QString m_path;
 };

@@ -19,42 +19,31 @@ std::optional<QString> textOf(const nlohmann::json &object, const char *key)
     return Utf8Text::decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
-} // namespace
-
-TransferablePatch TransferablePatch::ofSlot(const VelgorContentPatch &slot)
-{
-    return {.cid = slot.id, .id = slot.patch.id(), .name = slot.patch.name, .origin = fromContent};
-}
-
-TransferablePatch TransferablePatch::ofLibraryPatch(const VelgorPatch &patch)
-{
-    return {.cid = std::nullopt, .id = patch.id(), .name = patch.name, .origin = fromLibrary};
-}
-
-QString TransferablePatch::typeIdentifier()
-{
-    return QStringLiteral("org.velgorlibrary.velgorpatch");
-}
-
-QByteArray TransferablePatch::encode() const
+nlohmann::ordered_json toJson(const TransferablePatch &payload)
 {
     nlohmann::ordered_json object;
-    if (cid) {
-        object["cid"] = cid->toString(QUuid::WithoutBraces).toUpper().toStdString();
+    if (payload.cid) {
+        object["cid"] = payload.cid->toString(QUuid::WithoutBraces).toUpper().toStdString();
     }
-    object["id"] = id;
-    object["name"] = name.toStdString();
-    object["origin"] = origin;
-    return QByteArray::fromStdString(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+    object["id"] = payload.id;
+    object["name"] = payload.name.toStdString();
+    object["origin"] = payload.origin;
+    return object;
 }
 
-std::optional<TransferablePatch> TransferablePatch::decode(const QByteArray &json)
+QByteArray written(const nlohmann::ordered_json &json)
+{
+    return QByteArray::fromStdString(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+}
+
+nlohmann::json parsed(const QByteArray &json)
 {
     // The parser would take a zero byte for the end of the text.
-    if (json.contains('\0')) {
-        return std::nullopt;
-    }
-    const nlohmann::json object = nlohmann::json::parse(json.begin(), json.end(), nullptr, false);
+    return json.contains('\0') ? nlohmann::json() : nlohmann::json::parse(json.begin(), json.end(), nullptr, false);
+}
+
+std::optional<TransferablePatch> fromJson(const nlohmann::json &object)
+{
     if (!object.is_object()) {
         return std::nullopt;
     }
@@ -82,4 +71,62 @@ std::optional<TransferablePatch> TransferablePatch::decode(const QByteArray &jso
     payload.name = *name;
     payload.origin = origin->get<qint64>();
     return payload;
+}
+
+} // namespace
+
+TransferablePatch TransferablePatch::ofSlot(const VelgorContentPatch &slot)
+{
+    return {.cid = slot.id, .id = slot.patch.id(), .name = slot.patch.name, .origin = fromContent};
+}
+
+TransferablePatch TransferablePatch::ofLibraryPatch(const VelgorPatch &patch)
+{
+    return {.cid = std::nullopt, .id = patch.id(), .name = patch.name, .origin = fromLibrary};
+}
+
+QString TransferablePatch::typeIdentifier()
+{
+    return QStringLiteral("org.velgorlibrary.velgorpatch");
+}
+
+QByteArray TransferablePatch::encode() const
+{
+    return written(toJson(*this));
+}
+
+QByteArray TransferablePatch::encode(const QList<TransferablePatch> &payloads)
+{
+    if (payloads.size() == 1) {
+        return payloads.first().encode();
+    }
+    nlohmann::ordered_json array = nlohmann::ordered_json::array();
+    for (const TransferablePatch &payload : payloads) {
+        array.push_back(toJson(payload));
+    }
+    return written(array);
+}
+
+std::optional<TransferablePatch> TransferablePatch::decode(const QByteArray &json)
+{
+    return fromJson(parsed(json));
+}
+
+QList<TransferablePatch> TransferablePatch::decodeAll(const QByteArray &json)
+{
+    const nlohmann::json document = parsed(json);
+    if (!document.is_array()) {
+        const std::optional<TransferablePatch> payload = fromJson(document);
+        return payload ? QList{*payload} : QList<TransferablePatch>();
+    }
+    QList<TransferablePatch> payloads;
+    payloads.reserve(static_cast<qsizetype>(document.size()));
+    for (const nlohmann::json &object : document) {
+        const std::optional<TransferablePatch> payload = fromJson(object);
+        if (!payload) {
+            return {};
+        }
+        payloads.append(*payload);
+    }
+    return payloads;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QUuid>
 
@@ -27,6 +28,11 @@ struct TransferablePatch {
     [[nodiscard]] QByteArray encode() const;
     /// Nothing when the text is no such object or a required key is missing.
     [[nodiscard]] static std::optional<TransferablePatch> decode(const QByteArray &json);
+
+    /// Several payloads of one drag: the object of a single one, otherwise a JSON array of them.
+    [[nodiscard]] static QByteArray encode(const QList<TransferablePatch> &payloads);
+    /// Empty when any of them cannot be read.
+    [[nodiscard]] static QList<TransferablePatch> decodeAll(const QByteArray &json);
 
     bool operator==(const TransferablePatch &) const = default;
 };

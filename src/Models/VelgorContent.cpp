@@ -54,7 +54,16 @@ void VelgorContent::setVersions(const QMap<QString, int> &versions)
 
 void VelgorContent::openPresetFile(PatchFileHandler &files)
 {
-    const std::optional<SPresetFile> presets = files.open(*this);
+    take(files.open(*this), files);
+}
+
+void VelgorContent::openPresetFile(PatchFileHandler &files, const QString &filename)
+{
+    take(files.read(filename), files);
+}
+
+void VelgorContent::take(const std::optional<SPresetFile> &presets, const PatchFileHandler &files)
+{
     if (presets) {
         populate(*presets);
         setOpenError(false);
@@ -164,6 +173,28 @@ void VelgorContent::replace(const QUuid &id, const VelgorPatch &with)
 
 void VelgorContent::move(qsizetype from, qsizetype offset)
 {
+    move(QList{from}, offset);
+}
+
+void VelgorContent::move(const QList<qsizetype> &rows, qsizetype offset)
+{
+    const auto firstBehind = std::lower_bound(rows.begin(), rows.end(), offset);
+    // Each move leaves the rows of those that follow in its loop as they are.
+    qsizetype target = offset;
+    for (auto row = firstBehind; row != rows.begin(); --target) {
+        moveOne(*--row, target);
+    }
+    target = offset;
+    for (auto row = firstBehind; row != rows.end(); ++row, ++target) {
+        moveOne(*row, target);
+    }
+    if (!m_slots.isEmpty()) {
+        renum();
+    }
+}
+
+void VelgorContent::moveOne(qsizetype from, qsizetype offset)
+{
     if (from < 0 || from >= m_slots.size() || offset < 0 || offset > m_slots.size()) {
         Diagnostics::fatalStop("slot out of range");
     }
@@ -173,7 +204,6 @@ void VelgorContent::move(qsizetype from, qsizetype offset)
     Q_EMIT rowAboutToBeMoved(from, offset);
     m_slots.move(from, offset > from ? offset - 1 : offset);
     Q_EMIT rowMoved(from, offset);
-    renum();
 }
 
 void VelgorContent::propagateChangedPatch(const VelgorPatch &velgorPatch)

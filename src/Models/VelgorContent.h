@@ -46,6 +46,8 @@ public:
 
     /// Asks for a file and fills the list from it. A file that cannot be read sets openError; cancelling does not.
     void openPresetFile(PatchFileHandler &files);
+    /// The same with a file that is known already.
+    void openPresetFile(PatchFileHandler &files, const QString &filename);
     /// One slot a patch of the file. Prints a line and changes nothing for a file without patches.
     void populate(const SPresetFile &presets);
     /// A new list of 99 slots, all holding `fillwith`. The version table is left alone.
@@ -59,6 +61,8 @@ public:
     void replace(const QUuid &id, const VelgorPatch &with);
     /// Moves one slot; `offset` counts in the list as it is before the move.
     void move(qsizetype from, qsizetype offset);
+    /// Moves several slots, given by ascending rows, to stand together in their order at `offset`.
+    void move(const QList<qsizetype> &rows, qsizetype offset);
     /// Every slot with this patch's id takes the patch as it is now, its name in the preset record too.
     void propagateChangedPatch(const VelgorPatch &velgorPatch);
     /// Gives every slot its bank and number again. The list must not be empty.
@@ -93,6 +97,8 @@ Q_SIGNALS:
     void selectionsChanged();
 
 private:
+    void take(const std::optional<SPresetFile> &presets, const PatchFileHandler &files);
+    void moveOne(qsizetype from, qsizetype offset);
     void fill(const std::optional<VelgorPatch> &fillwith);
     void place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions);
     void setVersions(const QMap<QString, int> &versions);

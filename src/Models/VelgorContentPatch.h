@@ -14,6 +14,8 @@ struct BankNumber {
 
     /// The place of a slot, counted from 0.
     [[nodiscard]] static BankNumber ofSlot(qsizetype slot);
+    /// The slot at this place, counted from 0.
+    [[nodiscard]] qsizetype slot() const { return (bank - 1) * numbersPerBank + number - 1; }
 };
 
 /// One slot of the list being composed.

@@ -3,11 +3,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
-DesktopFileDialogs::DesktopFileDialogs(QWidget *parent)
-    : m_parent(parent)
-{
-}
-
 std::optional<QString> DesktopFileDialogs::askOpenFile(const QString &title)
 {
     const QString chosen = QFileDialog::getOpenFileName(m_parent, title, m_openDirectory);
@@ -15,7 +10,6 @@ std::optional<QString> DesktopFileDialogs::askOpenFile(const QString &title)
         return std::nullopt;
     }
     m_openDirectory = QFileInfo(chosen).absolutePath();
-    m_lastChosen = chosen;
     return chosen;
 }
 
@@ -28,6 +22,5 @@ std::optional<QString> DesktopFileDialogs::askSaveFile(const QString &title, con
         return std::nullopt;
     }
     m_saveDirectory = QFileInfo(chosen).absolutePath();
-    m_lastChosen = chosen;
     return chosen;
 }

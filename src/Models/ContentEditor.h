@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QtGlobal>
+
+#include <optional>
+
+class VelgorContent;
+class VelgorLibrary;
+class VelgorPatch;
+
+/// What the user does to the list being composed. Operations that place patches warn of mixed firmware versions by
+/// the content's flag. User-interface thread only.
+class ContentEditor {
+public:
+    /// Both must outlive the editor.
+    ContentEditor(VelgorLibrary &library, VelgorContent &content);
+
+    /// A library patch was dropped on the slot at `location`: it goes there. When ticking, the ticked patches go there
+    /// and into the slots behind it, as far as there are slots, and ticking ends.
+    void dropDest(quint64 id, qsizetype location);
+    /// The patches that dropDest() would place, cut at the last slot, in their order.
+    [[nodiscard]] QList<VelgorPatch> patchesForDrop(quint64 id, qsizetype location) const;
+    /// As dropDest() with the selected library patch on the first selected slot; then the slot behind is selected.
+    void putIntoSelectedSlot();
+    /// Puts the selected library patch into every selected slot.
+    void replaceSelectedSlots();
+    /// A new list filled with the default patch; without one, the user is asked to choose one first.
+    void reset();
+    /// Moves slots, keeping their order, to stand above the slot that is now at `offset`.
+    void moveSlots(const QList<qsizetype> &rows, qsizetype offset);
+    /// Moves the selected slots up or down by one.
+    void moveSelectedSlots(int step);
+
+    /// Rows of the selected slots, upwards.
+    [[nodiscard]] QList<qsizetype> selectedRows() const;
+    [[nodiscard]] bool canPut() const;
+    [[nodiscard]] bool canReplace() const;
+    [[nodiscard]] bool canMoveSelected(int step) const;
+
+private:
+    [[nodiscard]] const VelgorPatch *selectedPatch() const;
+    void selectRow(qsizetype row);
+    void warnOfMixedVersions();
+
+    VelgorLibrary &m_library;
+    VelgorContent &m_content;
+};

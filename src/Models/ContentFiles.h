@@ -1,0 +1,53 @@
+#pragma once
+
+#include "VelgorContentPatch.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class PatchFileHandler;
+class VelgorContent;
+
+/// Brings the list being composed in from preset files and out to them, and knows which file it stands in and
+/// whether an export would write something else now. User-interface thread only.
+class ContentFiles : public QObject {
+    Q_OBJECT
+
+public:
+    /// Both must outlive this object.
+    ContentFiles(VelgorContent &content, PatchFileHandler &files, QObject *parent = nullptr);
+
+    /// Asks for a file and fills the list from it.
+    void importFile();
+    /// Fills the list from this file.
+    void importFile(const QString &path);
+    /// Asks where to and writes the list. False when cancelled or failed; only a failure sets the content's flag.
+    bool exportList();
+    /// The same for one patch; the list's file and state stay as they are.
+    bool exportPatch(const VelgorPatch &patch);
+
+    /// The file that the list was imported from or exported to last; empty for a new list.
+    [[nodiscard]] QString fileName() const { return m_fileName; }
+    /// The list holds something that was neither imported nor exported in that form.
+    [[nodiscard]] bool isModified() const;
+    /// Why the last import or export failed, naming the file; translated.
+    [[nodiscard]] QString problem() const { return m_problem; }
+
+Q_SIGNALS:
+    /// The file name or, perhaps, isModified() changed.
+    void changed();
+
+private:
+    void imported();
+    void markStored(const QString &path);
+
+    VelgorContent &m_content;
+    PatchFileHandler &m_files;
+    QString m_fileName;
+    QString m_problem;
+    QList<VelgorContentPatch> m_stored; ///< the slots as they are in the file
+    bool m_isTailBitInverseStored = false;
+};

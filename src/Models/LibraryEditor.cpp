@@ -1,0 +1,239 @@
+#include "LibraryEditor.h"
+
+#include "Diagnostics.h"
+#include "LibraryStorage.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage)
+    : m_library(library)
+    , m_content(content)
+    , m_storage(storage)
+{
+}
+
+void LibraryEditor::changed()
+{
+    m_library.saveOrder();
+    m_storage.delayedSave(m_library);
+}
+
+void LibraryEditor::changed(quint64 id)
+{
+    if (const auto found = m_library.getPatchFromId(id)) {
+        m_content.propagateChangedPatch(*found->patch);
+    }
+    changed();
+}
+
+QList<BankNumber> LibraryEditor::inContentPatch(quint64 pid) const
+{
+    QList<BankNumber> places;
+    const auto found = m_library.getPatchFromId(pid);
+    const std::optional<quint64> sound = found ? found->patch->soundHash() : std::nullopt;
+    if (!sound) {
+        return places;
+    }
+    for (const VelgorContentPatch &slot : m_content.velgorContentPatchList()) {
+        if (slot.patch.soundHash() == sound) {
+            places.append({.bank = slot.bank, .number = slot.number});
+        }
+    }
+    return places;
+}
+
+void LibraryEditor::setDefaultPatch(quint64 id)
+{
+    m_library.setDefaultPatch(id, m_storage);
+}
+
+bool LibraryEditor::isDefaultPatch(quint64 id) const
+{
+    return m_library.defaultPatch() == id;
+}
+
+void LibraryEditor::deselect()
+{
+    m_library.setSelection(std::nullopt);
+}
+
+void LibraryEditor::sort()
+{
+    deselect();
+    m_library.sort();
+}
+
+void LibraryEditor::flipMultiSelection()
+{
+    m_library.setMultiSelections({});
+    m_library.setIsMultiSel(!m_library.isMultiSel());
+}
+
+void LibraryEditor::flipTick(quint64 id)
+{
+    MultiSelections ticks = m_library.multiSelections();
+    ticks.multiSelections[id] = !ticks.isTicked(id);
+    m_library.setMultiSelections(ticks);
+}
+
+void LibraryEditor::tickAll()
+{
+    if (m_library.count() == 0) {
+        return;
+    }
+    MultiSelections ticks;
+    ticks.multiSelections.reserve(m_library.patches().size());
+    for (const VelgorPatch &patch : m_library.patches()) {
+        ticks.multiSelections.insert(patch.id(), true);
+    }
+    m_library.setIsMultiSel(true);
+    m_library.setMultiSelections(ticks);
+}
+
+void LibraryEditor::tickSimilar()
+{
+    if (const std::optional<quint64> selection = m_library.selection()) {
+        const MultiSelections similar = m_library.findSimilarPatches(*selection);
+        m_library.setIsMultiSel(true);
+        m_library.setMultiSelections(similar);
+    }
+}
+
+void LibraryEditor::duplicateSelected()
+{
+    m_library.duplicateSelection(m_library.selection(), m_storage);
+}
+
+void LibraryEditor::setSelectedAsDefault()
+{
+    m_library.setDefaultPatch(m_library.selection(), m_storage);
+}
+
+void LibraryEditor::flipFlagOfSelected(bool VelgorPatch::*flag)
+{
+    if (const VelgorPatch *selected = selectedPatch()) {
+        VelgorPatch patch = *selected;
+        patch.*flag = !(patch.*flag);
+        m_library.update(patch);
+        changed(patch.id());
+    }
+}
+
+const VelgorPatch *LibraryEditor::selectedPatch() const
+{
+    const auto found = m_library.getPatchFromId(m_library.selection());
+    return found && !found->patch->empty ? found->patch : nullptr;
+}
+
+bool LibraryEditor::canKeep(const QList<TransferablePatch> &items) const
+{
+    QSet<QUuid> slotIds;
+    for (const TransferablePatch &item : items) {
+        if (item.cid) {
+            slotIds.insert(*item.cid);
+        }
+    }
+    const auto &list = m_content.velgorContentPatchList();
+    return std::any_of(list.begin(), list.end(), [&slotIds](const VelgorContentPatch &slot) {
+        return slot.patch.patchData && slotIds.contains(slot.id);
+    });
+}
+
+QList<TransferablePatch> LibraryEditor::selectedSlots() const
+{
+    QList<TransferablePatch> items;
+    for (const VelgorContentPatch &slot : m_content.velgorContentPatchList()) {
+        if (m_content.selections().contains(slot.id)) {
+            items.append(TransferablePatch::ofSlot(slot));
+        }
+    }
+    return items;
+}
+
+void LibraryEditor::keepSelectedSlots()
+{
+    drop(selectedSlots(), 0);
+}
+
+bool LibraryEditor::canKeepSelectedSlots() const
+{
+    return canKeep(selectedSlots());
+}
+
+void LibraryEditor::deleteSelected()
+{
+    if (m_library.isMultiSel()) {
+        QList<quint64> ids;
+        for (const VelgorPatch &patch : m_library.getMultiSelection()) {
+            ids.append(patch.id());
+        }
+        if (!ids.isEmpty()) {
+            m_library.deletePatches(ids, m_storage);
+        }
+    } else if (const std::optional<quint64> selection = m_library.selection()) {
+        deleteFromId(*selection);
+    }
+    deselect();
+    changed();
+}
+
+void LibraryEditor::deleteFromId(quint64 id)
+{
+    if (m_library.getPatchFromId(id)) {
+        m_library.deletePatch(id, m_storage);
+    }
+}
+
+void LibraryEditor::drop(const QList<TransferablePatch> &items, qsizetype location)
+{
+    if (items.size() == 1 && items.first().origin == TransferablePatch::fromLibrary) {
+        move(items.first().id, location);
+    } else {
+        keepSlots(items);
+    }
+}
+
+void LibraryEditor::move(quint64 id, qsizetype location)
+{
+    const auto found = m_library.getPatchFromId(id);
+    if (!found || found->patch->empty) {
+        return;
+    }
+    m_library.move(found->index, std::clamp<qsizetype>(location, 0, m_library.patches().size()));
+    changed();
+}
+
+void LibraryEditor::keepSlots(const QList<TransferablePatch> &items)
+{
+    QHash<QUuid, const VelgorPatch *> slotPatches;
+    for (const VelgorContentPatch &slot : m_content.velgorContentPatchList()) {
+        slotPatches.insert(slot.id, &slot.patch);
+    }
+    QList<VelgorPatch> patches;
+    std::optional<quint64> firstId;
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const VelgorPatch *held = items.at(i).cid ? slotPatches.value(*items.at(i).cid) : nullptr;
+        // A slot without preset data has nothing that could be kept.
+        if (held && held->patchData) {
+            VelgorPatch patch = *held;
+            patch.date = ReferenceDate::now();
+            patches.append(patch);
+            if (i == 0) {
+                firstId = patch.id();
+            }
+        }
+    }
+    if (patches.isEmpty()) {
+        return;
+    }
+    m_library.appendNew(patches);
+    changed();
+    if (firstId) {
+        Diagnostics::printLine(QStringLiteral("Select %1").arg(*firstId));
+        m_library.setSelection(firstId);
+    }
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "LibraryCallbacks.h"
+#include "TransferablePatch.h"
+
+#include <QList>
+
+class LibraryStorage;
+class VelgorContent;
+class VelgorLibrary;
+
+/// What the user does to the library, by mouse, keyboard or menu: each operation changes the library, lets the list
+/// being composed follow, and asks for a save. Unknown ids do nothing. User-interface thread only.
+class LibraryEditor : public LibraryCallbacks {
+public:
+    /// All three must outlive the editor.
+    LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage);
+
+    void changed(quint64 id) override;
+    [[nodiscard]] QList<BankNumber> inContentPatch(quint64 pid) const override;
+    void setDefaultPatch(quint64 id) override;
+    [[nodiscard]] bool isDefaultPatch(quint64 id) const override;
+
+    /// The library changed: its order is remembered and a save is asked for.
+    void changed();
+    void deselect();
+    /// The next of the three orders: see VelgorLibrary::sort().
+    void sort();
+    /// Turns ticking on or off; both start without ticks.
+    void flipMultiSelection();
+    /// Ticks or unticks one patch.
+    void flipTick(quint64 id);
+    void tickAll();
+    /// Ticks the patches with the sound of the selected one.
+    void tickSimilar();
+    void duplicateSelected();
+    void setSelectedAsDefault();
+    /// Sets or clears a classification of the selected patch, as in flipFlagOfSelected(&VelgorPatch::guitar).
+    void flipFlagOfSelected(bool VelgorPatch::*flag);
+    /// The selected patch; nullptr when none is selected, it is gone or stands for the empty library.
+    [[nodiscard]] const VelgorPatch *selectedPatch() const;
+    /// Any of these slots still is there and holds a patch that can be kept.
+    [[nodiscard]] bool canKeep(const QList<TransferablePatch> &items) const;
+    /// Keeps the selected slots, as a drop of them would.
+    void keepSelectedSlots();
+    [[nodiscard]] bool canKeepSelectedSlots() const;
+    /// Deletes the ticked patches when ticking, otherwise the selected one.
+    void deleteSelected();
+    /// Deletes one patch and its files, and saves at once.
+    void deleteFromId(quint64 id);
+
+    /// Takes what was dropped between two rows; `location` is the row that it was dropped above. A single library patch
+    /// moves there. Slots are kept as new patches at the end, wherever they were dropped, and the first is selected.
+    void drop(const QList<TransferablePatch> &items, qsizetype location);
+    /// Moves one patch by library rows, as drop() counts them.
+    void move(quint64 id, qsizetype location);
+
+private:
+    [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
+    void keepSlots(const QList<TransferablePatch> &items);
+
+    VelgorLibrary &m_library;
+    VelgorContent &m_content;
+    LibraryStorage &m_storage;
+};

@@ -1,0 +1,160 @@
+#include "AlertTexts.h"
+
+#include "ContentFiles.h"
+#include "LibraryEditor.h"
+#include "LibraryStorageManager.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(AlertTexts)
+};
+
+Alert notice(const QString &title, const QString &text)
+{
+    return {.title = title, .text = text, .acceptLabel = {}, .safeLabel = Texts::tr("OK")};
+}
+
+/// What happened, and below it what that means.
+QString inParagraphs(const QString &reason, const QString &advice)
+{
+    return reason + QStringLiteral("\n\n") + advice;
+}
+
+/// The first few of many lines, and how many more there are.
+QString firstLines(const QStringList &lines)
+{
+    constexpr qsizetype shown = 3;
+    QStringList first = lines.first(std::min(shown, lines.size()));
+    if (lines.size() > shown) {
+        first.append(Texts::tr("and %1 more").arg(lines.size() - shown));
+    }
+    return first.join(u'\n');
+}
+
+} // namespace
+
+Alert AlertTexts::openError(const Desk &desk)
+{
+    return notice(Texts::tr("Could not import file"),
+        inParagraphs(desk.contentFiles.problem(),
+            Texts::tr("A preset file (.prst) exported by the editor of your Velgor is expected. The list was not "
+                      "changed.")));
+}
+
+Alert AlertTexts::saveError(const Desk &desk)
+{
+    return notice(Texts::tr("Could not export file"),
+        inParagraphs(desk.contentFiles.problem(),
+            Texts::tr("A file that was there before is unchanged. Choose another place and export again.")));
+}
+
+Alert AlertTexts::selectDefault(const Desk &desk)
+{
+    const QString text = desk.library.count() == 0
+        ? Texts::tr("A new list is filled with the default patch. Keep a patch in the library, select it and press "
+                    "\"Default\".")
+        : Texts::tr("A new list is filled with the default patch. Select a patch in the library and press "
+                    "\"Default\".");
+    return notice(Texts::tr("You have to select a default patch in the library"), text);
+}
+
+Alert AlertTexts::mixVersions(const Desk &desk)
+{
+    QStringList parts;
+    for (auto entry = desk.content.versions().begin(); entry != desk.content.versions().end(); ++entry) {
+        parts.append(Texts::tr("%1: %2").arg(entry.key(), QString::number(entry.value())));
+    }
+    return notice(Texts::tr("You should not mix various versions of Velgor firmware in a preset file"),
+        Texts::tr("Slots by firmware: %1. The patch was placed; the badges of the slots show which ones differ.")
+            .arg(parts.join(QStringLiteral(", "))));
+}
+
+Alert AlertTexts::readError(const Desk &desk)
+{
+    return notice(Texts::tr("Could not access to library directory."),
+        inParagraphs(desk.storage.readProblem(),
+            Texts::tr("The window shows an empty library. The file stays as it is; before the first change is saved "
+                      "it is kept under a dated name beside it.")));
+}
+
+Alert AlertTexts::writeError(const Desk &desk)
+{
+    return notice(Texts::tr("Could not save one or more library files"),
+        inParagraphs(firstLines(desk.storage.writeProblems()),
+            Texts::tr("Your changes are in the window. They are saved with the next change, or when the window "
+                      "closes, once the cause is gone.")));
+}
+
+Alert AlertTexts::deleteConfirm(const Desk &desk)
+{
+    Alert alert{
+        .title = {}, .text = {}, .acceptLabel = Texts::tr("Yes"), .safeLabel = Texts::tr("No"), .isDestructive = true};
+    if (desk.library.isMultiSel()) {
+        const qsizetype ticked = desk.library.multiSelections().count(true);
+        alert.title = Texts::tr("Do you really want to delete %1 patches?").arg(ticked);
+        alert.text = Texts::tr("The ticked patches are removed from the library and their files are deleted. Slots "
+                               "that use them keep their copies.");
+        return alert;
+    }
+    alert.title = Texts::tr("Do you really want to delete 1 patch?");
+    if (const VelgorPatch *patch = desk.libraryEditor.selectedPatch()) {
+        alert.text = Texts::tr("\"%1\" is removed from the library and its file is deleted.").arg(patch->name);
+        const qsizetype uses = desk.libraryEditor.inContentPatch(patch->id()).size();
+        if (uses == 1) {
+            alert.text += u' ' + Texts::tr("The slot that uses it keeps its copy.");
+        } else if (uses > 1) {
+            alert.text += u' ' + Texts::tr("The %1 slots that use it keep their copies.").arg(uses);
+        }
+    }
+    return alert;
+}
+
+Alert AlertTexts::confirmExport(const Desk &desk)
+{
+    return {.title = Texts::tr("I know that this file has not been created by a genuine Ostrel product and I assume "
+                               "taking the risk of using it."),
+        .text = Texts::tr("Slots to export: %1. Keep a backup of the presets of your unit.")
+                    .arg(desk.content.velgorContentPatchList().size()),
+        .acceptLabel = Texts::tr("OK"),
+        .safeLabel = Texts::tr("I don't accept"),
+        .isDestructive = true};
+}
+
+Alert AlertTexts::closeUnexported(const Desk &desk)
+{
+    Q_UNUSED(desk)
+    return {.title = Texts::tr("The list has changes that were not exported"),
+        .text = Texts::tr("They are lost when the window closes. The library is saved in any case."),
+        .acceptLabel = Texts::tr("Close without Exporting"),
+        .safeLabel = Texts::tr("Cancel"),
+        .isDestructive = true};
+}
+
+Alert AlertTexts::closeUnsaved(const Desk &desk)
+{
+    return {.title = Texts::tr("Could not save one or more library files"),
+        .text = inParagraphs(firstLines(desk.storage.writeProblems()),
+            Texts::tr("Changes of the library are lost when the window closes now.")),
+        .acceptLabel = Texts::tr("Close without Saving"),
+        .safeLabel = Texts::tr("Cancel"),
+        .isDestructive = true};
+}
+
+Alert AlertTexts::directoryInUse(const QString &reason)
+{
+    return notice(Texts::tr("Could not access to library directory."), reason);
+}
+
+Alert AlertTexts::incompleteLibrary(const Desk &desk)
+{
+    return notice(Texts::tr("Some patches of the library could not be loaded"),
+        inParagraphs(firstLines(desk.storage.droppedPatches()),
+            Texts::tr("Their files are missing or damaged. The library file that names them is kept under a dated "
+                      "name in the library folder before the first change is saved.")));
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Alert.h"
+#include "Desk.h"
+
+/// What the messages say about the present state.
+namespace AlertTexts {
+
+[[nodiscard]] Alert openError(const Desk &desk);
+[[nodiscard]] Alert saveError(const Desk &desk);
+[[nodiscard]] Alert selectDefault(const Desk &desk);
+[[nodiscard]] Alert mixVersions(const Desk &desk);
+[[nodiscard]] Alert readError(const Desk &desk);
+[[nodiscard]] Alert writeError(const Desk &desk);
+[[nodiscard]] Alert deleteConfirm(const Desk &desk);
+[[nodiscard]] Alert confirmExport(const Desk &desk);
+/// The window closes while the list was not exported.
+[[nodiscard]] Alert closeUnexported(const Desk &desk);
+/// The window closes and the library could not be saved.
+[[nodiscard]] Alert closeUnsaved(const Desk &desk);
+/// The library directory belongs to another program.
+[[nodiscard]] Alert directoryInUse(const QString &reason);
+/// Loading left patches out; says which, and that nothing of the old library file is lost.
+[[nodiscard]] Alert incompleteLibrary(const Desk &desk);
+
+} // namespace AlertTexts

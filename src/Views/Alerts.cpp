@@ -1,0 +1,103 @@
+#include "Alerts.h"
+
+#include "AlertTexts.h"
+#include "ContentFiles.h"
+#include "LibraryEditor.h"
+#include "LibraryStorageManager.h"
+#include "MessageBox.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <QMessageBox>
+#include <QTimer>
+#include <QWidget>
+
+struct Alerts::Entry {
+    bool (*isRaised)(const Alerts &alerts);
+    Alert (*alert)(const Desk &desk);
+    void (*clear)(Alerts &alerts);
+    void (*accept)(Desk &desk);
+};
+
+const QList<Alerts::Entry> &Alerts::table()
+{
+    static const QList<Entry> entries{
+        {[](const Alerts &alerts) { return alerts.m_desk.content.openError(); }, AlertTexts::openError,
+            [](Alerts &alerts) { alerts.m_desk.content.setOpenError(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.content.saveError(); }, AlertTexts::saveError,
+            [](Alerts &alerts) { alerts.m_desk.content.setSaveError(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.content.selectDefault(); }, AlertTexts::selectDefault,
+            [](Alerts &alerts) { alerts.m_desk.content.setSelectDefault(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); }, AlertTexts::mixVersions,
+            [](Alerts &alerts) { alerts.m_desk.content.setMixVersions(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.storage.readError(); }, AlertTexts::readError,
+            [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.storage.writeError(); }, AlertTexts::writeError,
+            [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); }, AlertTexts::deleteConfirm,
+            [](Alerts &alerts) { alerts.m_desk.library.setDeleteConfirm(false); },
+            [](Desk &desk) { desk.libraryEditor.deleteSelected(); }},
+        {[](const Alerts &alerts) { return alerts.m_isExportToConfirm; }, AlertTexts::confirmExport,
+            [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },
+            [](Desk &desk) { desk.contentFiles.exportList(); }},
+    };
+    return entries;
+}
+
+Alerts::Alerts(Desk &desk, QWidget &window)
+    : QObject(&window)
+    , m_desk(desk)
+    , m_window(window)
+{
+    followFlags();
+}
+
+void Alerts::followFlags()
+{
+    // A message waits for what raised its flag to end, as that may be a drop or the closing of another message.
+    const auto follow = [this](auto *object, auto signal) {
+        connect(object, signal, this, &Alerts::showNext, Qt::QueuedConnection);
+    };
+    follow(&m_desk.content, &VelgorContent::openErrorChanged);
+    follow(&m_desk.content, &VelgorContent::saveErrorChanged);
+    follow(&m_desk.content, &VelgorContent::selectDefaultChanged);
+    follow(&m_desk.content, &VelgorContent::mixVersionsChanged);
+    follow(&m_desk.storage, &LibraryStorageManager::readErrorChanged);
+    follow(&m_desk.storage, &LibraryStorageManager::writeErrorChanged);
+    follow(&m_desk.library, &VelgorLibrary::deleteConfirmChanged);
+    QTimer::singleShot(0, this, &Alerts::showNext);
+}
+
+void Alerts::confirmExport()
+{
+    m_isExportToConfirm = true;
+    showNext();
+}
+
+void Alerts::show(const Alert &alert, const std::function<void(bool isAccepted)> &answered)
+{
+    m_box = MessageBox::show(&m_window, alert, [this, answered](bool isAccepted) {
+        m_box.clear();
+        answered(isAccepted);
+        QTimer::singleShot(0, this, &Alerts::showNext);
+    });
+}
+
+void Alerts::showNext()
+{
+    if (m_box || !m_window.isVisible()) {
+        return;
+    }
+    for (const Entry &entry : table()) {
+        if (entry.isRaised(*this)) {
+            show(entry.alert(m_desk), [this, &entry](bool isAccepted) {
+                entry.clear(*this);
+                if (isAccepted && entry.accept) {
+                    // The message is still closing; a file dialog of the answer would stand over it.
+                    QTimer::singleShot(0, this, [this, &entry] { entry.accept(m_desk); });
+                }
+            });
+            return;
+        }
+    }
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Alert.h"
+#include "Desk.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+
+class QMessageBox;
+class QWidget;
+
+/// Shows a message for each flag of the shared objects that wants one, one message at a time, and clears the flag when
+/// the message is dismissed.
+class Alerts : public QObject {
+    Q_OBJECT
+
+public:
+    /// Both must outlive the alerts.
+    Alerts(Desk &desk, QWidget &window);
+
+    /// Asks the user to take the risk of an export; the export follows.
+    void confirmExport();
+    /// A message that no flag stands for.
+    void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
+    [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
+
+private:
+    struct Entry;
+    /// Every flag with its message, in the order in which they are shown.
+    [[nodiscard]] static const QList<Entry> &table();
+
+    void followFlags();
+    void showNext();
+
+    Desk &m_desk;
+    QWidget &m_window;
+    QPointer<QMessageBox> m_box;
+    bool m_isExportToConfirm = false;
+};

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Desk.h"
+
+#include <QKeySequence>
+#include <QList>
+#include <QString>
+
+class WindowTasks;
+
+enum class CommandId {
+    NewVelgorFile,
+    Import,
+    Export,
+    NormalTailBit,
+    InvertedTailBit,
+    Quit,
+    Reset,
+    PutIntoSlot,
+    ReplaceSlots,
+    KeepInLibrary,
+    MoveSlotUp,
+    MoveSlotDown,
+    MovePatchUp,
+    MovePatchDown,
+    Select,
+    Tick,
+    FocusFilter,
+    Guitar,
+    Bass,
+    Rythm,
+    Solo,
+    Clean,
+    Crunch,
+    Drive,
+    Higain,
+    SystemScheme,
+    DarkScheme,
+    LightScheme,
+    Sort,
+    ShowLibraryFolder,
+    ExportOnePatch,
+    SetAsDefault,
+    Duplicate,
+    FindSimilar,
+    SelectAll,
+    Delete,
+    Donate,
+    OnlineHelp,
+};
+
+/// Where a command's shortcut counts.
+enum class CommandScope { Window, ContentList, LibraryList, BothLists };
+
+/// One thing that the user can ask for, in menus, on buttons and by shortcut.
+struct Command {
+    CommandId id;
+    CommandScope scope = CommandScope::Window;
+    /// Disabled while the library is being loaded.
+    bool needsLibrary = false;
+    QList<QKeySequence> shortcuts = {};
+    /// As a menu shows it; translated.
+    QString (*label)(const Desk &desk) = nullptr;
+    /// As a button shows it; nullptr for what has no button.
+    QString (*buttonLabel)(const Desk &desk) = nullptr;
+    QString (*symbol)(const Desk &desk) = nullptr;
+    /// What a button's tool tip says; nullptr for nothing.
+    QString (*toolTip)(const Desk &desk) = nullptr;
+    /// nullptr: always.
+    bool (*isEnabled)(const Desk &desk, const WindowTasks &window) = nullptr;
+    /// nullptr: the command cannot be checked.
+    bool (*isChecked)(const Desk &desk) = nullptr;
+    void (*run)(Desk &desk, WindowTasks &window) = nullptr;
+};

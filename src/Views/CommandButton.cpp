@@ -1,0 +1,59 @@
+#include "CommandButton.h"
+
+#include "Commands.h"
+#include "Symbols.h"
+
+#include <QAction>
+
+#include <algorithm>
+
+CommandButton::CommandButton(Commands &commands, CommandId id, QWidget *parent)
+    : QPushButton(parent)
+    , m_commands(commands)
+    , m_id(id)
+{
+    setCheckable(commands.command(id).isChecked != nullptr);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    connect(&commands, &Commands::refreshed, this, &CommandButton::refresh);
+    connect(this, &QPushButton::clicked, this, [this] {
+        m_commands.action(m_id)->trigger();
+        refresh();
+    });
+    refresh();
+}
+
+void CommandButton::reserve(const QString &label)
+{
+    m_reserved = label;
+    updateGeometry();
+}
+
+QSize CommandButton::sizeHint() const
+{
+    const QSize hint = QPushButton::sizeHint();
+    const int missing = fontMetrics().horizontalAdvance(m_reserved) - fontMetrics().horizontalAdvance(text());
+    return hint + QSize(std::max(missing, 0), 0);
+}
+
+QSize CommandButton::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+void CommandButton::refresh()
+{
+    const Command &command = m_commands.command(m_id);
+    const QAction &action = *m_commands.action(m_id);
+    const Desk &desk = m_commands.desk();
+    setText(command.buttonLabel(desk));
+    const QString symbol = command.symbol(desk) + (action.isChecked() ? QStringLiteral("+") : QString());
+    if (symbol != m_symbol) {
+        m_symbol = symbol;
+        setIcon(symbolIcon(command.symbol(desk), action.isChecked() ? QPalette::Link : QPalette::ButtonText));
+    }
+    setEnabled(action.isEnabled());
+    setToolTip(command.toolTip ? command.toolTip(desk) : QString());
+    if (isCheckable()) {
+        setChecked(action.isChecked());
+    }
+}

@@ -1,0 +1,8 @@
+#include "CommandTable.h"
+
+const QList<Command> &commandTable()
+{
+    static const QList<Command> table =
+        fileCommands() + editCommands() + flagCommands() + viewCommands() + libraryCommands() + helpCommands();
+    return table;
+}

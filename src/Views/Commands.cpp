@@ -1,0 +1,109 @@
+#include "Commands.h"
+
+#include "CommandTable.h"
+#include "LibraryManagerPreferences.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <QAction>
+#include <QWidget>
+
+#include <algorithm>
+
+Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
+    : QObject(parent)
+    , m_desk(desk)
+    , m_window(window)
+{
+    for (const Command &command : commandTable()) {
+        auto *action = new QAction(this);
+        action->setShortcuts(command.shortcuts);
+        action->setCheckable(command.isChecked != nullptr);
+        action->setIconVisibleInMenu(false);
+        if (command.id == CommandId::Quit) {
+            action->setMenuRole(QAction::QuitRole);
+        } else {
+            action->setMenuRole(QAction::NoRole);
+        }
+        connect(action, &QAction::triggered, this, [this, run = command.run] {
+            run(m_desk, m_window);
+            refresh();
+        });
+        m_actions.insert(command.id, action);
+    }
+    follow();
+    refresh();
+}
+
+void Commands::follow()
+{
+    const VelgorLibrary &library = m_desk.library;
+    for (const auto signal :
+        {&VelgorLibrary::selectionChanged, &VelgorLibrary::isMultiSelChanged, &VelgorLibrary::multiSelectionsChanged,
+            &VelgorLibrary::inverseSortChanged, &VelgorLibrary::defaultPatchChanged, &VelgorLibrary::wasReset}) {
+        connect(&library, signal, this, &Commands::refresh);
+    }
+    for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowMoved,
+             &VelgorLibrary::rowsChanged}) {
+        connect(&library, signal, this, &Commands::refresh);
+    }
+    connect(&library, &VelgorLibrary::reordered, this, &Commands::refresh);
+    const VelgorContent &content = m_desk.content;
+    for (const auto signal :
+        {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged, &VelgorContent::wasReset}) {
+        connect(&content, signal, this, &Commands::refresh);
+    }
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved}) {
+        connect(&content, signal, this, &Commands::refresh);
+    }
+    connect(&m_desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);
+}
+
+QAction *Commands::action(CommandId id) const
+{
+    return m_actions.value(id);
+}
+
+const Command &Commands::command(CommandId id) const
+{
+    const QList<Command> &table = commandTable();
+    return *std::find_if(table.begin(), table.end(), [id](const Command &command) { return command.id == id; });
+}
+
+void Commands::addShortcuts(QWidget &window, QWidget &contentList, QWidget &libraryList)
+{
+    for (const Command &command : commandTable()) {
+        QAction *const action = m_actions.value(command.id);
+        if (command.scope == CommandScope::Window) {
+            window.addAction(action);
+            continue;
+        }
+        action->setShortcutContext(Qt::WidgetShortcut);
+        if (command.scope != CommandScope::LibraryList) {
+            contentList.addAction(action);
+        }
+        if (command.scope != CommandScope::ContentList) {
+            libraryList.addAction(action);
+        }
+    }
+}
+
+void Commands::setLibraryUsable(bool isUsable)
+{
+    m_isLibraryUsable = isUsable;
+    refresh();
+}
+
+void Commands::refresh()
+{
+    for (const Command &command : commandTable()) {
+        QAction *const action = m_actions.value(command.id);
+        const bool isBlocked = !m_isLibraryUsable && command.needsLibrary;
+        action->setText(command.label(m_desk));
+        action->setEnabled(!isBlocked && (!command.isEnabled || command.isEnabled(m_desk, m_window)));
+        if (command.isChecked) {
+            action->setChecked(command.isChecked(m_desk));
+        }
+    }
+    Q_EMIT refreshed();
+}

@@ -1,0 +1,121 @@
+#include "ContentListView.h"
+
+#include "ContentEditor.h"
+#include "ContentListModel.h"
+#include "ContentRowDelegate.h"
+#include "VelgorContent.h"
+
+#include <QScopedValueRollback>
+
+#include <algorithm>
+
+ContentListView::ContentListView(
+    VelgorContent &content, ContentEditor &editor, ContentListModel &model, QWidget *parent)
+    : PatchListView(parent)
+    , m_content(content)
+    , m_editor(editor)
+{
+    setAccessibleName(tr("Content"));
+    setSelectionMode(ExtendedSelection);
+    setItemDelegate(new ContentRowDelegate(this));
+    setModel(&model);
+    connect(&content, &VelgorContent::selectionsChanged, this, &ContentListView::followContent);
+    // The view forgets its selection with a new list; the slots that it named are gone.
+    connect(&model, &QAbstractItemModel::modelReset, this, &ContentListView::publishSelection);
+}
+
+void ContentListView::showSlot(int row)
+{
+    const QModelIndex index = model()->index(row, 0);
+    if (index.isValid()) {
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+        scrollTo(index);
+    }
+}
+
+QList<qsizetype> ContentListView::rowsOf(const QList<TransferablePatch> &items) const
+{
+    QSet<QUuid> dragged;
+    for (const TransferablePatch &item : items) {
+        if (item.cid) {
+            dragged.insert(*item.cid);
+        }
+    }
+    QList<qsizetype> rows;
+    const auto &list = m_content.velgorContentPatchList();
+    for (qsizetype row = 0; row < list.size(); ++row) {
+        if (dragged.contains(list.at(row).id)) {
+            rows.append(row);
+        }
+    }
+    return rows;
+}
+
+DropMark ContentListView::markFor(const QList<TransferablePatch> &items, const QPoint &position) const
+{
+    if (items.isEmpty() || m_content.velgorContentPatchList().isEmpty()) {
+        return {};
+    }
+    if (items.first().origin != TransferablePatch::fromLibrary) {
+        return rowsOf(items).isEmpty() ? DropMark() : DropMark{DropMark::Insert, insertionRow(position), 0, {}};
+    }
+    const QModelIndex target = indexAt(position);
+    if (!target.isValid()) {
+        return {};
+    }
+    DropMark mark{DropMark::Replace, target.row(), 0, {}};
+    for (const VelgorPatch &patch : m_editor.patchesForDrop(items.first().id, target.row())) {
+        mark.names.append(patch.name);
+    }
+    mark.count = static_cast<int>(mark.names.size());
+    return mark.count > 0 ? mark : DropMark();
+}
+
+void ContentListView::take(const QList<TransferablePatch> &items, const DropMark &mark)
+{
+    if (mark.kind == DropMark::Replace) {
+        m_editor.dropDest(items.first().id, mark.row);
+    } else {
+        m_editor.moveSlots(rowsOf(items), mark.row);
+    }
+}
+
+void ContentListView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    PatchListView::selectionChanged(selected, deselected);
+    publishSelection();
+}
+
+void ContentListView::publishSelection()
+{
+    if (m_isFollowing) {
+        return;
+    }
+    const QScopedValueRollback following(m_isFollowing, true);
+    QSet<QUuid> selections;
+    const QModelIndexList indexes = selectedIndexes();
+    for (const QModelIndex &index : indexes) {
+        selections.insert(m_content.velgorContentPatchList().at(index.row()).id);
+    }
+    m_content.setSelections(selections);
+}
+
+void ContentListView::followContent()
+{
+    if (m_isFollowing) {
+        return;
+    }
+    const QScopedValueRollback following(m_isFollowing, true);
+    QItemSelection selection;
+    const QList<qsizetype> rows = m_editor.selectedRows();
+    for (const qsizetype row : rows) {
+        const QModelIndex index = model()->index(static_cast<int>(row), 0);
+        selection.select(index, index);
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (!rows.isEmpty()) {
+        const QModelIndex first = model()->index(static_cast<int>(rows.first()), 0);
+        selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+        scrollTo(first);
+    }
+}

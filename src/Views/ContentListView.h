@@ -1,0 +1,34 @@
+#pragma once
+
+#include "PatchListView.h"
+
+class ContentEditor;
+class ContentListModel;
+class VelgorContent;
+
+/// The list of slots. Library patches dropped on it replace the slots that they land on; slots dropped on it move
+/// between the others. Its selection is the content's.
+class ContentListView : public PatchListView {
+    Q_OBJECT
+
+public:
+    /// All must outlive the list.
+    ContentListView(VelgorContent &content, ContentEditor &editor, ContentListModel &model, QWidget *parent = nullptr);
+
+    /// Selects a slot and makes it visible.
+    void showSlot(int row);
+
+protected:
+    [[nodiscard]] DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const override;
+    void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+
+private:
+    [[nodiscard]] QList<qsizetype> rowsOf(const QList<TransferablePatch> &items) const;
+    void followContent();
+    void publishSelection();
+
+    VelgorContent &m_content;
+    ContentEditor &m_editor;
+    bool m_isFollowing = false;
+};

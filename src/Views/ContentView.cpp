@@ -1,0 +1,262 @@
+#include "ContentView.h"
+
+#include "AlertTexts.h"
+#include "Alerts.h"
+#include "Commands.h"
+#include "ContentFiles.h"
+#include "ContentListView.h"
+#include "EditingKeys.h"
+#include "Hairline.h"
+#include "LibraryContentMainView.h"
+#include "LibraryListView.h"
+#include "LibraryManagerPreferences.h"
+#include "LibraryStorageManager.h"
+#include "LibraryViewFilterView.h"
+#include "Look.h"
+#include "LookMeasures.h"
+#include "StatusText.h"
+#include "SystemColorScheme.h"
+#include "VelgorContentView.h"
+#include "VelgorLibrary.h"
+#include "VelgorLibraryManagerMenu.h"
+#include "VelgorLibraryView.h"
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace {
+
+constexpr QSize startSize{1280, 800};
+constexpr QSize smallestSize{1024, 600};
+
+QString fileIn(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    return urls.isEmpty() ? QString() : urls.first().toLocalFile();
+}
+
+} // namespace
+
+ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme)
+    : m_desk(desk)
+    , m_systemColorScheme(systemColorScheme)
+    , m_commands(new Commands(desk, *this, this))
+    , m_alerts(new Alerts(desk, *this))
+    , m_status(new QLabel(this))
+{
+    applyColorScheme();
+    m_columns = new LibraryContentMainView(*m_commands, this);
+    setCentralWidget(m_columns);
+    m_menu = new VelgorLibraryManagerMenu(*m_commands, *menuBar(), this);
+    m_commands->addShortcuts(*this, *m_columns->content()->list(), *m_columns->library()->list());
+    m_columns->content()->setContextMenu(m_menu->contentContextMenu());
+    m_columns->library()->setContextMenu(m_menu->libraryContextMenu());
+    new EditingKeys(this);
+    setAcceptDrops(true);
+
+    m_status->setFont(LookMeasures::footnoteFont(font()));
+    m_status->setForegroundRole(QPalette::PlaceholderText);
+    m_status->setContentsMargins(LookMeasures::columnPadding, 0, LookMeasures::columnPadding, 0);
+    statusBar()->setSizeGripEnabled(false);
+    statusBar()->addWidget(m_status, 1);
+
+    connect(&desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &ContentView::applyColorScheme);
+    connect(&systemColorScheme, &SystemColorScheme::changed, this, &ContentView::applyColorScheme);
+    connect(&desk.contentFiles, &ContentFiles::changed, this, [this] {
+        if (!m_isTitleDue) {
+            m_isTitleDue = true;
+            QTimer::singleShot(0, this, &ContentView::refreshTitle);
+        }
+    });
+    for (const auto signal :
+        {&LibraryStorageManager::waitingToSaveChanged, &LibraryStorageManager::libraryToSaveChanged}) {
+        // A save that has ended is told of before its result is known.
+        connect(&desk.storage, signal, this, &ContentView::refreshStatus, Qt::QueuedConnection);
+    }
+    connect(m_columns->content()->list(), &PatchListView::dropMarkChanged, this, &ContentView::refreshStatus);
+    followLoading();
+    restoreGeometryAndWidths();
+    refreshTitle();
+    refreshStatus();
+}
+
+ContentView::~ContentView() = default;
+
+void ContentView::restoreGeometryAndWidths()
+{
+    setMinimumSize(std::max(smallestSize.width(), m_columns->minimumSizeHint().width()), smallestSize.height());
+    resize(startSize);
+    m_columns->setStartWidths(width());
+}
+
+void ContentView::followLoading()
+{
+    connect(&m_desk.storage, &LibraryStorageManager::loadProgress, m_columns->library(),
+        &VelgorLibraryView::setLoadProgress);
+    connect(&m_desk.storage, &LibraryStorageManager::loadFinished, this, &ContentView::finishLoading);
+}
+
+void ContentView::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    // What was changed here and is not on disk yet must not give way to what is there.
+    if (!event->spontaneous() && !m_desk.storage.hasUnsavedChanges() && !m_desk.storage.isLoading()) {
+        m_columns->library()->setLoading(true);
+        m_desk.storage.startLoading();
+        refreshStatus();
+    }
+}
+
+void ContentView::finishLoading()
+{
+    if (const std::unique_ptr<VelgorLibrary> loaded = m_desk.storage.takeLoadedLibrary()) {
+        m_desk.library.takeOver(*loaded);
+    }
+    m_columns->library()->setLoading(false);
+    refreshStatus();
+    Q_EMIT libraryLoaded();
+}
+
+void ContentView::importFile(const QString &path)
+{
+    m_desk.contentFiles.importFile(path);
+}
+
+void ContentView::raiseToFront()
+{
+    setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    show();
+    raise();
+    activateWindow();
+}
+
+void ContentView::closeUnasked()
+{
+    m_isCloseConfirmed = true;
+    close();
+}
+
+void ContentView::closeEvent(QCloseEvent *event)
+{
+    if (!mayClose()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+bool ContentView::mayClose()
+{
+    if (m_isCloseConfirmed) {
+        return true;
+    }
+    const auto closeIfAccepted = [this](bool isAccepted) {
+        m_isCloseConfirmed = isAccepted;
+        if (isAccepted) {
+            close();
+        }
+        m_isCloseConfirmed = false;
+    };
+    if (m_desk.contentFiles.isModified() && !m_isExportWaived) {
+        m_alerts->show(AlertTexts::closeUnexported(m_desk), [this](bool isAccepted) {
+            m_isExportWaived = isAccepted;
+            if (isAccepted) {
+                close();
+            }
+            m_isExportWaived = false;
+        });
+        return false;
+    }
+    if (!m_desk.storage.saveUnsaved()) {
+        m_alerts->show(AlertTexts::closeUnsaved(m_desk), closeIfAccepted);
+        return false;
+    }
+    return true;
+}
+
+void ContentView::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!fileIn(event->mimeData()).isEmpty()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+}
+
+void ContentView::dropEvent(QDropEvent *event)
+{
+    const QString path = fileIn(event->mimeData());
+    if (!path.isEmpty()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+        importFile(path);
+    }
+}
+
+void ContentView::confirmExport()
+{
+    m_alerts->confirmExport();
+}
+
+void ContentView::flipTick()
+{
+    m_columns->library()->list()->flipTickOfCurrent();
+}
+
+void ContentView::moveLibraryPatch(int step)
+{
+    m_columns->library()->list()->moveSelected(step);
+}
+
+bool ContentView::canMoveLibraryPatch(int step) const
+{
+    return m_columns && m_columns->library()->list()->canMoveSelected(step);
+}
+
+void ContentView::focusFilter()
+{
+    m_columns->library()->filter()->focusName();
+}
+
+void ContentView::closeWindow()
+{
+    close();
+}
+
+void ContentView::applyColorScheme()
+{
+    switch (m_desk.preferences.colorScheme()) {
+    case PrefColors::prefsystem:
+        applyLook(m_systemColorScheme.isDark());
+        return;
+    case PrefColors::prefdark:
+        applyLook(true);
+        return;
+    case PrefColors::preflight:
+        applyLook(false);
+        return;
+    }
+}
+
+void ContentView::refreshTitle()
+{
+    m_isTitleDue = false;
+    const QString file = m_desk.contentFiles.fileName();
+    const bool isModified = m_desk.contentFiles.isModified();
+    const QString list = file.isEmpty() ? (isModified ? tr("New list") : QString()) : QFileInfo(file).fileName();
+    const QString program = QCoreApplication::applicationName();
+    setWindowTitle(list.isEmpty() ? program : tr("%1[*] - %2").arg(list, program));
+    setWindowFilePath(file);
+    setWindowModified(isModified);
+}
+
+void ContentView::refreshStatus()
+{
+    const QString drop = StatusText::ofDrop(m_columns->content()->list()->dropMark());
+    m_status->setText(drop.isEmpty() ? StatusText::ofLibrary(m_desk) : drop);
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Desk.h"
+#include "WindowTasks.h"
+
+#include <QMainWindow>
+
+class Alerts;
+class Commands;
+class LibraryContentMainView;
+class QLabel;
+class SystemColorScheme;
+class VelgorLibraryManagerMenu;
+
+/// The main window. It shows what the desk holds; nothing of that is its own.
+class ContentView : public QMainWindow, private WindowTasks {
+    Q_OBJECT
+
+public:
+    /// All must outlive the window.
+    ContentView(Desk &desk, SystemColorScheme &systemColorScheme);
+    ~ContentView() override;
+
+    /// Fills the list from a preset file, as the import does.
+    void importFile(const QString &path);
+    /// Brings the window in front of the others.
+    void raiseToFront();
+    /// Closes without asking about a list that was not exported. The library is saved all the same.
+    void closeUnasked();
+    [[nodiscard]] Alerts &alerts() const { return *m_alerts; }
+    [[nodiscard]] LibraryContentMainView &columns() const { return *m_columns; }
+    [[nodiscard]] Commands &commands() const { return *m_commands; }
+
+Q_SIGNALS:
+    /// The library that was on disk is shown, if there was one.
+    void libraryLoaded();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void confirmExport() override;
+    void flipTick() override;
+    void moveLibraryPatch(int step) override;
+    [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
+    void focusFilter() override;
+    void closeWindow() override;
+
+    void followLoading();
+    void finishLoading();
+    void applyColorScheme();
+    void refreshTitle();
+    void refreshStatus();
+    [[nodiscard]] bool mayClose();
+    void restoreGeometryAndWidths();
+
+    Desk &m_desk;
+    SystemColorScheme &m_systemColorScheme;
+    LibraryContentMainView *m_columns = nullptr; ///< asked for by the commands, which come first
+    Commands *m_commands;
+    VelgorLibraryManagerMenu *m_menu = nullptr;
+    Alerts *m_alerts;
+    QLabel *m_status;
+    bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
+    bool m_isExportWaived = false;
+    bool m_isTitleDue = false;
+};

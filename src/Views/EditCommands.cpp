@@ -1,0 +1,133 @@
+#include "CommandTable.h"
+#include "ContentEditor.h"
+#include "LibraryEditor.h"
+#include "VelgorLibrary.h"
+#include "WindowTasks.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(EditCommands)
+};
+
+template <bool VelgorPatch::*Flag>
+Command flagCommand(CommandId id, Qt::Key key, QString (*label)(const Desk &))
+{
+    return {.id = id,
+        .needsLibrary = true,
+        .shortcuts = {QKeySequence(Qt::CTRL | key)},
+        .label = label,
+        .isEnabled = [](const Desk &desk,
+                         const WindowTasks &) { return desk.libraryEditor.selectedPatch() != nullptr; },
+        .isChecked =
+            [](const Desk &desk) {
+                const VelgorPatch *patch = desk.libraryEditor.selectedPatch();
+                return patch && patch->*Flag;
+            },
+        .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.flipFlagOfSelected(Flag); }};
+}
+
+} // namespace
+
+QList<Command> editCommands()
+{
+    return {
+        {.id = CommandId::PutIntoSlot,
+            .scope = CommandScope::BothLists,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
+            .label = [](const Desk &) { return Texts::tr("&Put Library Patch into Slot"); },
+            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canPut(); },
+            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.putIntoSelectedSlot(); }},
+        {.id = CommandId::ReplaceSlots,
+            .scope = CommandScope::BothLists,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_Return), QKeySequence(Qt::SHIFT | Qt::Key_Enter)},
+            .label = [](const Desk &) { return Texts::tr("&Replace Every Selected Slot with Library Patch"); },
+            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canReplace(); },
+            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.replaceSelectedSlots(); }},
+        {.id = CommandId::KeepInLibrary,
+            .scope = CommandScope::BothLists,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_K)},
+            .label = [](const Desk &) { return Texts::tr("&Keep Selected Slots in Library"); },
+            .isEnabled = [](const Desk &desk,
+                             const WindowTasks &) { return desk.libraryEditor.canKeepSelectedSlots(); },
+            .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.keepSelectedSlots(); }},
+        {.id = CommandId::MoveSlotUp,
+            .scope = CommandScope::ContentList,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
+            .label = [](const Desk &) { return Texts::tr("Move Selected Slots &Up"); },
+            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canMoveSelected(-1); },
+            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.moveSelectedSlots(-1); }},
+        {.id = CommandId::MoveSlotDown,
+            .scope = CommandScope::ContentList,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
+            .label = [](const Desk &) { return Texts::tr("Move Selected Slots &Down"); },
+            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canMoveSelected(1); },
+            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.moveSelectedSlots(1); }},
+        {.id = CommandId::MovePatchUp,
+            .scope = CommandScope::LibraryList,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
+            .label = [](const Desk &) { return Texts::tr("Move Library Patch Up"); },
+            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canMoveLibraryPatch(-1); },
+            .run = [](Desk &, WindowTasks &window) { window.moveLibraryPatch(-1); }},
+        {.id = CommandId::MovePatchDown,
+            .scope = CommandScope::LibraryList,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
+            .label = [](const Desk &) { return Texts::tr("Move Library Patch Down"); },
+            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canMoveLibraryPatch(1); },
+            .run = [](Desk &, WindowTasks &window) { window.moveLibraryPatch(1); }},
+        {.id = CommandId::Select,
+            .needsLibrary = true,
+            .label = [](const Desk &) { return Texts::tr("Tick &Several Library Patches"); },
+            .buttonLabel =
+                [](const Desk &desk) {
+                    const qsizetype ticked = desk.library.isMultiSel() ? desk.library.multiSelections().count(true) : 0;
+                    return Texts::tr("Select (%1)").arg(ticked);
+                },
+            .symbol =
+                [](const Desk &desk) {
+                    return desk.library.isMultiSel() ? QStringLiteral("circle.badge.checkmark")
+                                                     : QStringLiteral("circle");
+                },
+            .toolTip =
+                [](const Desk &desk) {
+                    return desk.library.isMultiSel() ? Texts::tr("Stop ticking") : Texts::tr("Tick several patches");
+                },
+            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
+            .isChecked = [](const Desk &desk) { return desk.library.isMultiSel(); },
+            .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.flipMultiSelection(); }},
+        {.id = CommandId::Tick,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_T)},
+            .label = [](const Desk &) { return Texts::tr("&Tick Library Patch"); },
+            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
+            .run = [](Desk &, WindowTasks &window) { window.flipTick(); }},
+        {.id = CommandId::FocusFilter,
+            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_L)},
+            .label = [](const Desk &) { return Texts::tr("Go to &Filter"); },
+            .run = [](Desk &, WindowTasks &window) { window.focusFilter(); }},
+    };
+}
+
+QList<Command> flagCommands()
+{
+    return {
+        flagCommand<&VelgorPatch::guitar>(
+            CommandId::Guitar, Qt::Key_1, [](const Desk &) { return Texts::tr("&Guitar"); }),
+        flagCommand<&VelgorPatch::bass>(CommandId::Bass, Qt::Key_2, [](const Desk &) { return Texts::tr("&Bass"); }),
+        flagCommand<&VelgorPatch::rythm>(CommandId::Rythm, Qt::Key_3, [](const Desk &) { return Texts::tr("&Rythm"); }),
+        flagCommand<&VelgorPatch::solo>(CommandId::Solo, Qt::Key_4, [](const Desk &) { return Texts::tr("&Solo"); }),
+        flagCommand<&VelgorPatch::clean>(CommandId::Clean, Qt::Key_5, [](const Desk &) { return Texts::tr("&Clean"); }),
+        flagCommand<&VelgorPatch::crunch>(
+            CommandId::Crunch, Qt::Key_6, [](const Desk &) { return Texts::tr("Cr&unch"); }),
+        flagCommand<&VelgorPatch::drive>(CommandId::Drive, Qt::Key_7, [](const Desk &) { return Texts::tr("&Drive"); }),
+        flagCommand<&VelgorPatch::higain>(
+            CommandId::Higain, Qt::Key_8, [](const Desk &) { return Texts::tr("&Higain"); }),
+    };
+}

@@ -1,0 +1,26 @@
+#include "CommandTable.h"
+#include "WebPages.h"
+#include "WindowTasks.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(HelpCommands)
+};
+
+} // namespace
+
+QList<Command> helpCommands()
+{
+    return {
+        {.id = CommandId::Donate,
+            .label = [](const Desk &) { return Texts::tr("&Send Mon€y to $upport Development"); },
+            .run = [](Desk &, WindowTasks &) { QDesktopServices::openUrl(WebPages::donation()); }},
+        {.id = CommandId::OnlineHelp,
+            .label = [](const Desk &) { return Texts::tr("&Online help"); },
+            .run = [](Desk &, WindowTasks &) { QDesktopServices::openUrl(WebPages::project()); }},
+    };
+}

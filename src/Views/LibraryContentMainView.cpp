@@ -1,0 +1,50 @@
+#include "LibraryContentMainView.h"
+
+#include "Commands.h"
+#include "ContentListView.h"
+#include "LibraryEditor.h"
+#include "VelgorContentView.h"
+#include "VelgorLibraryView.h"
+#include "VelgorPatchDetailView.h"
+
+namespace {
+
+constexpr int contentMinimum = 252;
+constexpr int libraryMinimum = 376;
+constexpr int detailsMinimum = 320;
+
+} // namespace
+
+LibraryContentMainView::LibraryContentMainView(Commands &commands, QWidget *parent)
+    : QSplitter(Qt::Horizontal, parent)
+    , m_content(new VelgorContentView(commands))
+    , m_library(new VelgorLibraryView(commands))
+    , m_details(
+          new VelgorPatchDetailView(commands.desk().library, commands.desk().content, commands.desk().libraryEditor))
+{
+    setHandleWidth(1);
+    setChildrenCollapsible(false);
+    m_content->setMinimumWidth(std::max(contentMinimum, m_content->minimumSizeHint().width()));
+    m_library->setMinimumWidth(std::max(libraryMinimum, m_library->minimumSizeHint().width()));
+    m_details->setMinimumWidth(std::max(detailsMinimum, m_details->minimumSizeHint().width()));
+    addWidget(m_content);
+    addWidget(m_library);
+    addWidget(m_details);
+    setStretchFactor(0, 0);
+    setStretchFactor(1, 1);
+    setStretchFactor(2, 1);
+    handle(1)->setAccessibleName(tr("Width of the content column"));
+    handle(2)->setAccessibleName(tr("Width of the library column"));
+    connect(m_details, &VelgorPatchDetailView::placeActivated, m_content->list(), &ContentListView::showSlot);
+}
+
+void LibraryContentMainView::setStartWidths(int windowWidth)
+{
+    constexpr int wide = 1280;
+    if (windowWidth >= wide) {
+        const int half = (windowWidth - wide) / 2;
+        setSizes({280, 456 + half, windowWidth - 280 - 456 - half - 2});
+    } else {
+        setSizes({262, 420, windowWidth - 262 - 420 - 2});
+    }
+}

@@ -1,0 +1,299 @@
+#include "LibraryListModel.h"
+
+#include "PatchPayload.h"
+#include "PatchRoles.h"
+#include "VelgorLibrary.h"
+
+#include <algorithm>
+
+LibraryListModel::LibraryListModel(VelgorLibrary &library, QObject *parent)
+    : QAbstractListModel(parent)
+    , m_library(library)
+    , m_rows(shownRows())
+{
+    connectLibrary();
+}
+
+void LibraryListModel::connectLibrary()
+{
+    connect(&m_library, &VelgorLibrary::rowsInserted, this, &LibraryListModel::takeInserted);
+    connect(&m_library, &VelgorLibrary::rowsAboutToBeRemoved, this, &LibraryListModel::announceRemoval);
+    connect(&m_library, &VelgorLibrary::rowsRemoved, this, &LibraryListModel::takeRemoved);
+    connect(&m_library, &VelgorLibrary::rowAboutToBeMoved, this, &LibraryListModel::announceMove);
+    connect(&m_library, &VelgorLibrary::rowMoved, this, &LibraryListModel::takeMoved);
+    connect(&m_library, &VelgorLibrary::rowsChanged, this, [this](qsizetype first, qsizetype last) {
+        for (qsizetype row = first; row <= last; ++row) {
+            takeChanged(row);
+        }
+    });
+    connect(&m_library, &VelgorLibrary::aboutToBeReordered, this, [this] { Q_EMIT layoutAboutToBeChanged(); });
+    connect(&m_library, &VelgorLibrary::reordered, this, &LibraryListModel::takeReordered);
+    connect(&m_library, &VelgorLibrary::aboutToBeReset, this, [this] { beginResetModel(); });
+    connect(&m_library, &VelgorLibrary::wasReset, this, [this] {
+        m_rows = shownRows();
+        endResetModel();
+    });
+    connect(&m_library, &VelgorLibrary::isMultiSelChanged, this, &LibraryListModel::tickingChanged);
+    connect(&m_library, &VelgorLibrary::multiSelectionsChanged, this, &LibraryListModel::tickingChanged);
+    connect(&m_library, &VelgorLibrary::defaultPatchChanged, this, [this] {
+        if (!m_rows.empty()) {
+            Q_EMIT dataChanged(index(0), index(rowCount() - 1), {PatchRoles::IsDefault, Qt::AccessibleDescriptionRole});
+        }
+    });
+}
+
+int LibraryListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant LibraryListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const VelgorPatch &patch = m_library.patches().at(libraryRow(index.row()));
+    const bool isDefault = m_library.defaultPatch() == patch.id();
+    switch (role) {
+    case Qt::DisplayRole:
+        return PatchRoles::spokenRow(patch.name, patch.hasUserIR);
+    case Qt::AccessibleDescriptionRole: {
+        if (patch.empty) {
+            return {};
+        }
+        const QString firmware = PatchRoles::firmwareText(patch.version);
+        return isDefault ? tr("%1, default patch").arg(firmware) : firmware;
+    }
+    case Qt::CheckStateRole:
+        if (!m_library.isMultiSel()) {
+            return {};
+        }
+        return m_library.multiSelections().isTicked(patch.id()) ? Qt::Checked : Qt::Unchecked;
+    case PatchRoles::Name:
+        return patch.name;
+    case PatchRoles::HasUserIR:
+        return patch.hasUserIR;
+    case PatchRoles::Version:
+        return patch.version;
+    case PatchRoles::IsDefault:
+        return isDefault;
+    case PatchRoles::IsPlaceholder:
+        return patch.empty;
+    default:
+        return {};
+    }
+}
+
+bool LibraryListModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::CheckStateRole || !m_library.isMultiSel() || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return false;
+    }
+    MultiSelections ticks = m_library.multiSelections();
+    ticks.multiSelections[idAt(index.row())] = value.toInt() == Qt::Checked;
+    m_library.setMultiSelections(ticks);
+    return true;
+}
+
+Qt::ItemFlags LibraryListModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid()) {
+        return Qt::ItemIsDropEnabled;
+    }
+    Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+    if (!m_library.patches().at(libraryRow(index.row())).empty) {
+        flags |= Qt::ItemIsDragEnabled;
+        flags.setFlag(Qt::ItemIsUserCheckable, m_library.isMultiSel());
+    }
+    return flags;
+}
+
+QStringList LibraryListModel::mimeTypes() const
+{
+    return {TransferablePatch::typeIdentifier()};
+}
+
+QMimeData *LibraryListModel::mimeData(const QModelIndexList &indexes) const
+{
+    QList<TransferablePatch> payloads;
+    for (const QModelIndex &index : indexes) {
+        const VelgorPatch &patch = m_library.patches().at(libraryRow(index.row()));
+        if (m_library.isMultiSel() && m_library.multiSelections().isTicked(patch.id())) {
+            payloads.clear();
+            for (const VelgorPatch &ticked : m_library.getMultiSelection()) {
+                payloads.append(TransferablePatch::ofLibraryPatch(ticked));
+            }
+            break;
+        }
+        payloads.append(TransferablePatch::ofLibraryPatch(patch));
+    }
+    return PatchPayload::pack(payloads);
+}
+
+Qt::DropActions LibraryListModel::supportedDragActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction;
+}
+
+void LibraryListModel::setFilter(const LibraryViewFilter &filter)
+{
+    m_filter = filter;
+    std::vector<qsizetype> rows = shownRows();
+    if (rows != m_rows) {
+        beginResetModel();
+        m_rows = std::move(rows);
+        endResetModel();
+    }
+}
+
+qsizetype LibraryListModel::filteredVelgorPatchesCount() const
+{
+    const bool isLonePlaceholder = m_rows.size() == 1 && m_library.patches().at(m_rows.front()).empty;
+    return isLonePlaceholder ? 0 : static_cast<qsizetype>(m_rows.size());
+}
+
+QModelIndex LibraryListModel::indexOf(quint64 id) const
+{
+    const auto found = m_library.getPatchFromId(id);
+    if (!found) {
+        return {};
+    }
+    const int row = firstShownFrom(found->index);
+    return row < rowCount() && libraryRow(row) == found->index ? index(row) : QModelIndex();
+}
+
+quint64 LibraryListModel::idAt(int row) const
+{
+    return m_library.patches().at(libraryRow(row)).id();
+}
+
+qsizetype LibraryListModel::libraryRow(int row) const
+{
+    return row < rowCount() ? m_rows.at(static_cast<size_t>(row)) : m_library.patches().size();
+}
+
+std::vector<qsizetype> LibraryListModel::shownRows() const
+{
+    std::vector<qsizetype> rows;
+    rows.reserve(static_cast<size_t>(m_library.patches().size()));
+    for (qsizetype row = 0; row < m_library.patches().size(); ++row) {
+        if (isShown(row)) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+int LibraryListModel::firstShownFrom(qsizetype libraryRow) const
+{
+    return static_cast<int>(std::lower_bound(m_rows.begin(), m_rows.end(), libraryRow) - m_rows.begin());
+}
+
+bool LibraryListModel::isShown(qsizetype libraryRow) const
+{
+    return m_filter.show(m_library.patches().at(libraryRow));
+}
+
+void LibraryListModel::takeInserted(qsizetype first, qsizetype last)
+{
+    const auto position = std::lower_bound(m_rows.begin(), m_rows.end(), first);
+    std::for_each(position, m_rows.end(), [count = last - first + 1](qsizetype &row) { row += count; });
+    std::vector<qsizetype> shown;
+    for (qsizetype row = first; row <= last; ++row) {
+        if (isShown(row)) {
+            shown.push_back(row);
+        }
+    }
+    if (!shown.empty()) {
+        const int at = static_cast<int>(position - m_rows.begin());
+        beginInsertRows({}, at, at + static_cast<int>(shown.size()) - 1);
+        m_rows.insert(position, shown.begin(), shown.end());
+        endInsertRows();
+    }
+}
+
+void LibraryListModel::announceRemoval(qsizetype first, qsizetype last)
+{
+    const int begin = firstShownFrom(first);
+    const int end = firstShownFrom(last + 1);
+    m_isRemoving = begin < end;
+    if (m_isRemoving) {
+        beginRemoveRows({}, begin, end - 1);
+    }
+}
+
+void LibraryListModel::takeRemoved(qsizetype first, qsizetype last)
+{
+    const auto begin = std::lower_bound(m_rows.begin(), m_rows.end(), first);
+    const auto behind = m_rows.erase(begin, std::upper_bound(begin, m_rows.end(), last));
+    std::for_each(behind, m_rows.end(), [count = last - first + 1](qsizetype &row) { row -= count; });
+    if (m_isRemoving) {
+        endRemoveRows();
+    }
+}
+
+void LibraryListModel::announceMove(qsizetype from, qsizetype offset)
+{
+    const int row = firstShownFrom(from);
+    const int target = firstShownFrom(offset);
+    const bool isRowShown = row < rowCount() && libraryRow(row) == from;
+    m_isMoving = isRowShown && target != row && target != row + 1;
+    if (m_isMoving) {
+        beginMoveRows({}, row, row, {}, target);
+    }
+}
+
+void LibraryListModel::takeMoved()
+{
+    m_rows = shownRows();
+    if (m_isMoving) {
+        endMoveRows();
+    }
+}
+
+void LibraryListModel::takeChanged(qsizetype libraryRow)
+{
+    const int row = firstShownFrom(libraryRow);
+    const bool wasShown = row < rowCount() && this->libraryRow(row) == libraryRow;
+    const bool isNowShown = isShown(libraryRow);
+    if (wasShown && isNowShown) {
+        Q_EMIT dataChanged(index(row), index(row));
+    } else if (wasShown) {
+        beginRemoveRows({}, row, row);
+        m_rows.erase(m_rows.begin() + row);
+        endRemoveRows();
+    } else if (isNowShown) {
+        beginInsertRows({}, row, row);
+        m_rows.insert(m_rows.begin() + row, libraryRow);
+        endInsertRows();
+    }
+}
+
+void LibraryListModel::takeReordered(const QList<qsizetype> &formerRows)
+{
+    std::vector<int> newRowOfFormer(static_cast<size_t>(formerRows.size()), -1);
+    std::vector<int> formerRowOf(static_cast<size_t>(formerRows.size()), -1);
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        formerRowOf[static_cast<size_t>(m_rows[row])] = static_cast<int>(row);
+    }
+    m_rows = shownRows();
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        const int former = formerRowOf[static_cast<size_t>(formerRows.at(m_rows[row]))];
+        newRowOfFormer[static_cast<size_t>(former)] = static_cast<int>(row);
+    }
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &index : before) {
+        after.append(this->index(newRowOfFormer[static_cast<size_t>(index.row())]));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged();
+}
+
+void LibraryListModel::tickingChanged()
+{
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {Qt::CheckStateRole});
+    }
+}

@@ -1,0 +1,76 @@
+#include "LoadingView.h"
+
+#include "LookMeasures.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr QSize barSize{260, 6};
+
+} // namespace
+
+LoadingView::LoadingView(QWidget *parent)
+    : QWidget(parent)
+    , m_title(new QLabel(tr("Loading the library"), this))
+    , m_bar(new QProgressBar(this))
+    , m_count(new QLabel(this))
+{
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
+    m_title->setFont(LookMeasures::strongFont(font()));
+    m_bar->setFixedSize(barSize);
+    m_bar->setTextVisible(false);
+    m_bar->setAccessibleName(tr("Loading the library"));
+    m_count->setForegroundRole(QPalette::PlaceholderText);
+
+    auto *const column = new QVBoxLayout(this);
+    column->setSpacing(LookMeasures::columnPadding);
+    column->addStretch(2);
+    for (QWidget *widget :
+        {static_cast<QWidget *>(m_title), static_cast<QWidget *>(m_bar), static_cast<QWidget *>(m_count)}) {
+        column->addWidget(widget, 0, Qt::AlignHCenter);
+        // Its place stays, so that nothing jumps when it appears.
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        widget->setSizePolicy(policy);
+    }
+    column->addStretch(3);
+
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(150ms);
+    connect(&m_patience, &QTimer::timeout, this, [this] { setContentsVisible(true); });
+    setContentsVisible(false);
+}
+
+void LoadingView::setLoading(bool isLoading)
+{
+    setContentsVisible(false);
+    m_bar->setRange(0, 0);
+    m_count->clear();
+    if (isLoading) {
+        m_patience.start();
+    } else {
+        m_patience.stop();
+    }
+}
+
+void LoadingView::setProgress(qsizetype loaded, qsizetype total)
+{
+    m_bar->setRange(0, static_cast<int>(total));
+    m_bar->setValue(static_cast<int>(loaded));
+    m_count->setText(tr("%1 of %2 patches").arg(QString::number(loaded), QString::number(total)));
+}
+
+void LoadingView::setContentsVisible(bool areVisible)
+{
+    m_title->setVisible(areVisible);
+    m_bar->setVisible(areVisible);
+    m_count->setVisible(areVisible);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+
+/// Says that the library is being loaded and how far that is. A load that is over at once is not mentioned.
+class LoadingView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit LoadingView(QWidget *parent = nullptr);
+
+    void setLoading(bool isLoading);
+    void setProgress(qsizetype loaded, qsizetype total);
+
+private:
+    void setContentsVisible(bool areVisible);
+
+    QLabel *m_title;
+    QProgressBar *m_bar;
+    QLabel *m_count;
+    QTimer m_patience;
+};

@@ -1,0 +1,218 @@
+#include "PatchListView.h"
+
+#include "DragPicture.h"
+#include "LookMeasures.h"
+#include "LookTokens.h"
+#include "PatchPayload.h"
+#include "PatchRoles.h"
+#include "RowDelegate.h"
+
+#include <QDrag>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <memory>
+
+PatchListView::PatchListView(QWidget *parent)
+    : QListView(parent)
+{
+    setUniformItemSizes(true);
+    setFrameShape(QFrame::NoFrame);
+    setMouseTracking(true);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(false);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerPixel);
+    setEditTriggers(NoEditTriggers);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    verticalScrollBar()->setSingleStep(LookMeasures::rowHeight(fontMetrics()));
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &PatchListView::updateMarkAfterScroll);
+}
+
+void PatchListView::setHint(const EmptyHint &hint)
+{
+    if (m_hint != hint) {
+        m_hint = hint;
+        viewport()->update();
+    }
+}
+
+QModelIndexList PatchListView::draggedIndexes() const
+{
+    QModelIndexList indexes = selectedIndexes();
+    indexes.removeIf([](const QModelIndex &index) { return !index.flags().testFlag(Qt::ItemIsDragEnabled); });
+    return indexes;
+}
+
+int PatchListView::insertionRow(const QPoint &position) const
+{
+    const QModelIndex index = indexAt(position);
+    if (!index.isValid()) {
+        return position.y() < 0 ? 0 : model()->rowCount();
+    }
+    return position.y() < visualRect(index).center().y() ? index.row() : index.row() + 1;
+}
+
+void PatchListView::startDrag(Qt::DropActions supportedActions)
+{
+    const QModelIndexList indexes = draggedIndexes();
+    std::unique_ptr<QMimeData> carried(indexes.isEmpty() ? nullptr : model()->mimeData(indexes));
+    if (!carried) {
+        return;
+    }
+    const QList<TransferablePatch> payloads = PatchPayload::unpack(carried.get());
+    auto *drag = new QDrag(this);
+    drag->setMimeData(carried.release());
+    const bool hasUserIR = indexes.first().data(PatchRoles::HasUserIR).toBool();
+    drag->setPixmap(DragPicture::paint(payloads.first().name, hasUserIR, payloads.size(), font(), devicePixelRatioF()));
+    drag->setHotSpot(QPoint(0, 0));
+    drag->exec(supportedActions, Qt::MoveAction);
+}
+
+void PatchListView::dragEnterEvent(QDragEnterEvent *event)
+{
+    m_dragged = PatchPayload::unpack(event->mimeData());
+    if (m_dragged.isEmpty()) {
+        event->ignore();
+        return;
+    }
+    setMark(markFor(m_dragged, event->position().toPoint()));
+    event->acceptProposedAction();
+}
+
+void PatchListView::dragMoveEvent(QDragMoveEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    setMark(markFor(m_dragged, position));
+    event->setDropAction(event->possibleActions().testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction);
+    event->setAccepted(m_mark.kind != DropMark::None);
+    const bool isAtEdge =
+        position.y() < autoScrollMargin() || position.y() >= viewport()->height() - autoScrollMargin();
+    if (hasAutoScroll() && isAtEdge) {
+        startAutoScroll();
+    }
+}
+
+void PatchListView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    endDrag();
+    event->accept();
+}
+
+void PatchListView::dropEvent(QDropEvent *event)
+{
+    const QList<TransferablePatch> items = PatchPayload::unpack(event->mimeData());
+    const DropMark mark = items.isEmpty() ? DropMark() : markFor(items, event->position().toPoint());
+    endDrag();
+    if (mark.kind == DropMark::None) {
+        event->ignore();
+        return;
+    }
+    event->acceptProposedAction();
+    take(items, mark);
+}
+
+void PatchListView::endDrag()
+{
+    stopAutoScroll();
+    setState(NoState);
+    m_dragged.clear();
+    setMark({});
+}
+
+void PatchListView::setMark(const DropMark &mark)
+{
+    if (m_mark != mark) {
+        m_mark = mark;
+        viewport()->update();
+        Q_EMIT dropMarkChanged();
+    }
+}
+
+void PatchListView::updateMarkAfterScroll()
+{
+    if (!m_dragged.isEmpty()) {
+        setMark(markFor(m_dragged, viewport()->mapFromGlobal(QCursor::pos())));
+    }
+}
+
+void PatchListView::changeEvent(QEvent *event)
+{
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        verticalScrollBar()->setSingleStep(LookMeasures::rowHeight(fontMetrics()));
+        scheduleDelayedItemsLayout();
+    }
+}
+
+void PatchListView::focusInEvent(QFocusEvent *event)
+{
+    QListView::focusInEvent(event);
+    // The selected rows change their colour.
+    viewport()->update();
+}
+
+void PatchListView::focusOutEvent(QFocusEvent *event)
+{
+    QListView::focusOutEvent(event);
+    viewport()->update();
+}
+
+QSize PatchListView::viewportSizeHint() const
+{
+    return {200, 10 * LookMeasures::rowHeight(fontMetrics())};
+}
+
+void PatchListView::paintEvent(QPaintEvent *event)
+{
+    QListView::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!m_hint.isEmpty()) {
+        m_hint.paint(painter, *viewport());
+    }
+    paintMark(painter);
+}
+
+QRect PatchListView::rowsRect(int first, int count) const
+{
+    const QRect top = visualRect(model()->index(first, 0));
+    return {top.left(), top.top(), viewport()->width(), top.height() * count};
+}
+
+void PatchListView::paintMark(QPainter &painter) const
+{
+    const QColor colour = LookTokens::current().selectionPill;
+    constexpr qreal width = 2;
+    painter.setPen(QPen(colour, width));
+    painter.setBrush(Qt::NoBrush);
+    switch (m_mark.kind) {
+    case DropMark::None:
+        return;
+    case DropMark::Replace: {
+        const QRectF rect = RowDelegate::inner(rowsRect(m_mark.row, m_mark.count));
+        painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), LookMeasures::rowRadius, LookMeasures::rowRadius);
+        return;
+    }
+    case DropMark::Insert: {
+        const int rows = model()->rowCount();
+        const int row = std::min(m_mark.row, rows - 1);
+        const QRect rect = rows > 0 ? visualRect(model()->index(row, 0)) : QRect(0, 0, 0, 0);
+        const qreal y = std::max(m_mark.row > row ? rect.bottom() + 1 : rect.top(), 4);
+        constexpr qreal ring = 3;
+        painter.drawEllipse(QPointF(LookMeasures::rowInset + ring, y), ring, ring);
+        painter.drawLine(QPointF(LookMeasures::rowInset + 2 * ring + 1, y),
+            QPointF(RowDelegate::inner(viewport()->rect()).right(), y));
+        return;
+    }
+    case DropMark::WholeList:
+        painter.drawRoundedRect(
+            QRectF(viewport()->rect()).adjusted(1, 1, -1, -1), LookMeasures::rowRadius, LookMeasures::rowRadius);
+        return;
+    }
+}

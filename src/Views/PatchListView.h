@@ -1,0 +1,55 @@
+#pragma once
+
+#include "DropMark.h"
+#include "EmptyHint.h"
+#include "TransferablePatch.h"
+
+#include <QListView>
+
+/// A list of patches that can be dragged and dropped on. It shows where a drop will land; what it does is the
+/// subclass's. Drags of other kinds are left to the window.
+class PatchListView : public QListView {
+    Q_OBJECT
+
+public:
+    explicit PatchListView(QWidget *parent = nullptr);
+
+    [[nodiscard]] const DropMark &dropMark() const { return m_mark; }
+    /// What the list shows in the middle of its height while it has no rows to speak of.
+    void setHint(const EmptyHint &hint);
+
+Q_SIGNALS:
+    void dropMarkChanged();
+
+protected:
+    /// Where these payloads would land at a place of the viewport; no mark refuses them.
+    [[nodiscard]] virtual DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const = 0;
+    virtual void take(const QList<TransferablePatch> &items, const DropMark &mark) = 0;
+    /// The rows that a drag takes along.
+    [[nodiscard]] virtual QModelIndexList draggedIndexes() const;
+
+    /// The row that an insertion at this place goes above.
+    [[nodiscard]] int insertionRow(const QPoint &position) const;
+
+    void paintEvent(QPaintEvent *event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    [[nodiscard]] QSize viewportSizeHint() const override;
+
+private:
+    void setMark(const DropMark &mark);
+    void updateMarkAfterScroll();
+    void endDrag();
+    void paintMark(QPainter &painter) const;
+    [[nodiscard]] QRect rowsRect(int first, int count) const;
+
+    QList<TransferablePatch> m_dragged; ///< of the drag that is over this list
+    DropMark m_mark;
+    EmptyHint m_hint;
+};

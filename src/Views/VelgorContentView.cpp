@@ -1,0 +1,102 @@
+#include "VelgorContentView.h"
+
+#include "CommandButton.h"
+#include "Commands.h"
+#include "ContentListModel.h"
+#include "ContentListView.h"
+#include "ContentTitle.h"
+#include "Hairline.h"
+#include "LibraryEditor.h"
+#include "LookMeasures.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <QMenu>
+#include <QStyle>
+#include <QTimer>
+#include <QVBoxLayout>
+
+using namespace LookMeasures;
+
+VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
+    : QWidget(parent)
+    , m_commands(commands)
+    , m_model(new ContentListModel(commands.desk().content, this))
+    , m_title(new ContentTitle(this))
+    , m_list(new ContentListView(commands.desk().content, commands.desk().contentEditor, *m_model, this))
+    , m_import(new CommandButton(commands, CommandId::Import, this))
+{
+    auto *const header = new QVBoxLayout;
+    header->setContentsMargins(columnPadding, wideGap - tinyGap, columnPadding, gap);
+    header->addWidget(m_title);
+
+    auto *const buttons = new QHBoxLayout;
+    buttons->setContentsMargins(columnPadding - focusGutter, gap - focusGutter + tinyGap, columnPadding - focusGutter,
+        gap - focusGutter + tinyGap);
+    buttons->setSpacing(gap - 2 * focusGutter);
+    buttons->addWidget(m_import, 1);
+    buttons->addWidget(new CommandButton(commands, CommandId::Export, this), 1);
+    buttons->addWidget(new CommandButton(commands, CommandId::Reset, this), 1);
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(header);
+    column->addWidget(new Hairline(this));
+    column->addWidget(m_list, 1);
+    column->addWidget(new Hairline(this));
+    column->addLayout(buttons);
+    setTabOrder(m_list, m_import);
+
+    const VelgorContent &content = commands.desk().content;
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
+             &VelgorContent::rowsChanged}) {
+        connect(&content, signal, this, &VelgorContentView::refresh);
+    }
+    connect(&content, &VelgorContent::wasReset, this, &VelgorContentView::refresh);
+    connect(&commands.desk().library, &VelgorLibrary::selectionChanged, this, &VelgorContentView::refreshUsedRowsSoon);
+    connect(&commands.desk().library, &VelgorLibrary::wasReset, this, &VelgorContentView::refreshUsedRowsSoon);
+    refresh();
+}
+
+void VelgorContentView::setContextMenu(QMenu *menu)
+{
+    connect(m_list, &QWidget::customContextMenuRequested, menu,
+        [this, menu](const QPoint &position) { menu->popup(m_list->viewport()->mapToGlobal(position)); });
+}
+
+void VelgorContentView::refresh()
+{
+    const qsizetype count = m_commands.desk().content.velgorContentPatchList().size();
+    m_title->setCount(count);
+    m_list->setHint(count > 0 ? EmptyHint{}
+                              : EmptyHint{QStringLiteral("arrow.up.square"), tr("No presets yet"),
+                                  tr("Import a preset file (.prst) exported by the editor of your Velgor.")});
+    const bool isLead = count == 0;
+    if (m_import->property("lead").toBool() != isLead) {
+        m_import->setProperty("lead", isLead);
+        m_import->update();
+    }
+    refreshUsedRowsSoon();
+}
+
+void VelgorContentView::refreshUsedRowsSoon()
+{
+    if (!m_isRefreshDue) {
+        m_isRefreshDue = true;
+        QTimer::singleShot(0, this, &VelgorContentView::refreshUsedRows);
+    }
+}
+
+void VelgorContentView::refreshUsedRows()
+{
+    m_isRefreshDue = false;
+    QSet<int> rows;
+    if (const VelgorPatch *patch = m_commands.desk().libraryEditor.selectedPatch()) {
+        const QList<BankNumber> places = m_commands.desk().libraryEditor.inContentPatch(patch->id());
+        for (const BankNumber &place : places) {
+            rows.insert(static_cast<int>(place.slot()));
+        }
+    }
+    m_model->setUsedRows(rows);
+}

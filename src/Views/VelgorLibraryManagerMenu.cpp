@@ -1,0 +1,98 @@
+#include "VelgorLibraryManagerMenu.h"
+
+#include "Commands.h"
+
+#include <QActionGroup>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace {
+
+constexpr std::nullopt_t divider = std::nullopt;
+
+} // namespace
+
+VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(Commands &commands, QMenuBar &bar, QObject *parent)
+    : QObject(parent)
+    , m_commands(commands)
+    , m_flagsMenu(new QMenu(tr("&Classify Library Patch"), &bar))
+    , m_contentMenu(new QMenu(&bar))
+    , m_libraryMenu(new QMenu(&bar))
+{
+    add(*m_flagsMenu,
+        {CommandId::Guitar, CommandId::Bass, CommandId::Rythm, CommandId::Solo, divider, CommandId::Clean,
+            CommandId::Crunch, CommandId::Drive, CommandId::Higain});
+    addFileMenu(bar);
+    addEditMenu(bar);
+    addViewMenu(bar);
+    addLibraryMenu(bar);
+    addHelpMenu(bar);
+
+    add(*m_contentMenu,
+        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, divider, CommandId::MoveSlotUp,
+            CommandId::MoveSlotDown});
+    add(*m_libraryMenu, {CommandId::PutIntoSlot, CommandId::ReplaceSlots, divider, CommandId::Tick});
+    m_libraryMenu->addMenu(m_flagsMenu);
+    add(*m_libraryMenu,
+        {divider, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::FindSimilar, CommandId::ExportOnePatch,
+            divider, CommandId::MovePatchUp, CommandId::MovePatchDown, divider, CommandId::Delete});
+}
+
+void VelgorLibraryManagerMenu::add(QMenu &menu, const QList<std::optional<CommandId>> &ids)
+{
+    for (const std::optional<CommandId> &id : ids) {
+        if (id) {
+            menu.addAction(m_commands.action(*id));
+        } else {
+            menu.addSeparator();
+        }
+    }
+}
+
+void VelgorLibraryManagerMenu::addFileMenu(QMenuBar &bar)
+{
+    QMenu *const menu = bar.addMenu(tr("&File"));
+    add(*menu, {CommandId::NewVelgorFile, CommandId::Import, divider, CommandId::Export});
+    QMenu *const tailBit = menu->addMenu(tr("&Tail bit (beta)"));
+    add(*tailBit, {CommandId::NormalTailBit, CommandId::InvertedTailBit});
+    auto *const choices = new QActionGroup(tailBit);
+    choices->addAction(m_commands.action(CommandId::NormalTailBit));
+    choices->addAction(m_commands.action(CommandId::InvertedTailBit));
+    add(*menu, {divider, CommandId::Quit});
+}
+
+void VelgorLibraryManagerMenu::addEditMenu(QMenuBar &bar)
+{
+    QMenu *const menu = bar.addMenu(tr("&Edit"));
+    add(*menu,
+        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, divider, CommandId::MoveSlotUp,
+            CommandId::MoveSlotDown, CommandId::MovePatchUp, CommandId::MovePatchDown, divider, CommandId::Select,
+            CommandId::Tick});
+    menu->addMenu(m_flagsMenu);
+    add(*menu, {divider, CommandId::FocusFilter});
+}
+
+void VelgorLibraryManagerMenu::addViewMenu(QMenuBar &bar)
+{
+    QMenu *const menu = bar.addMenu(tr("&View"));
+    QMenu *const schemes = menu->addMenu(tr("&Color scheme"));
+    add(*schemes, {CommandId::SystemScheme, CommandId::DarkScheme, CommandId::LightScheme});
+    auto *const choices = new QActionGroup(schemes);
+    for (const CommandId id : {CommandId::SystemScheme, CommandId::DarkScheme, CommandId::LightScheme}) {
+        choices->addAction(m_commands.action(id));
+    }
+    add(*menu, {CommandId::Sort});
+}
+
+void VelgorLibraryManagerMenu::addLibraryMenu(QMenuBar &bar)
+{
+    QMenu *const menu = bar.addMenu(tr("&Library"));
+    add(*menu,
+        {CommandId::ShowLibraryFolder, divider, CommandId::ExportOnePatch, divider, CommandId::SetAsDefault,
+            CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, divider, CommandId::Delete});
+}
+
+void VelgorLibraryManagerMenu::addHelpMenu(QMenuBar &bar)
+{
+    add(*bar.addMenu(tr("&Help")), {CommandId::Donate, CommandId::OnlineHelp});
+}

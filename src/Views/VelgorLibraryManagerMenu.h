@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Command.h"
+
+#include <QObject>
+
+#include <optional>
+
+class Commands;
+class QMenu;
+class QMenuBar;
+
+/// The menus of the window, and the context menus of its lists, made of the commands.
+class VelgorLibraryManagerMenu : public QObject {
+    Q_OBJECT
+
+public:
+    VelgorLibraryManagerMenu(Commands &commands, QMenuBar &bar, QObject *parent = nullptr);
+
+    [[nodiscard]] QMenu *contentContextMenu() const { return m_contentMenu; }
+    [[nodiscard]] QMenu *libraryContextMenu() const { return m_libraryMenu; }
+
+private:
+    void addFileMenu(QMenuBar &bar);
+    void addEditMenu(QMenuBar &bar);
+    void addViewMenu(QMenuBar &bar);
+    void addLibraryMenu(QMenuBar &bar);
+    void addHelpMenu(QMenuBar &bar);
+    /// A divider for each nothing in the list.
+    void add(QMenu &menu, const QList<std::optional<CommandId>> &ids);
+
+    Commands &m_commands;
+    QMenu *m_flagsMenu;
+    QMenu *m_contentMenu;
+    QMenu *m_libraryMenu;
+};

@@ -1,0 +1,135 @@
+#include "VelgorLibraryView.h"
+
+#include "CommandButton.h"
+#include "Commands.h"
+#include "Hairline.h"
+#include "LibraryEditor.h"
+#include "LibraryListModel.h"
+#include "LibraryListView.h"
+#include "LibraryViewFilterView.h"
+#include "LoadingView.h"
+#include "LookMeasures.h"
+#include "VelgorLibrary.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+using namespace LookMeasures;
+
+VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
+    : QWidget(parent)
+    , m_commands(commands)
+    , m_model(new LibraryListModel(commands.desk().library, this))
+    , m_filter(new LibraryViewFilterView(this))
+    , m_count(new QLabel(this))
+    , m_pages(new QStackedLayout)
+    , m_list(new LibraryListView(commands.desk().library, commands.desk().libraryEditor, *m_model, this))
+    , m_loading(new LoadingView(this))
+{
+    m_count->setForegroundRole(QPalette::PlaceholderText);
+    m_count->setContentsMargins(columnPadding, 0, columnPadding, gap);
+    m_pages->addWidget(m_list);
+    m_pages->addWidget(m_loading);
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(m_filter);
+    column->addWidget(m_count);
+    column->addWidget(new Hairline(this));
+    column->addLayout(m_pages, 1);
+    column->addWidget(new Hairline(this));
+    column->addLayout(makeButtons());
+
+    connect(m_filter, &LibraryViewFilterView::filterChanged, this, [this](const LibraryViewFilter &filter) {
+        m_commands.desk().libraryEditor.deselect();
+        m_model->setFilter(filter);
+        m_list->scrollToTop();
+        refresh();
+    });
+    followLibrary();
+    refresh();
+}
+
+QLayout *VelgorLibraryView::makeButtons()
+{
+    auto *const select = new CommandButton(m_commands, CommandId::Select, this);
+    // Two digits of ticked patches, so that ticking does not move the neighbours.
+    select->reserve(tr("Select (%1)").arg(88));
+    select->setAccessibleName(tr("Select"));
+    const auto describe = [this, select] {
+        const VelgorLibrary &library = m_commands.desk().library;
+        select->setAccessibleDescription(
+            library.isMultiSel() ? tr("%1 ticked").arg(library.multiSelections().count(true)) : QString());
+    };
+    connect(&m_commands, &Commands::refreshed, select, describe);
+
+    auto *const buttons = new QHBoxLayout;
+    const int above = gap - focusGutter + tinyGap;
+    buttons->setContentsMargins(columnPadding - focusGutter, above, columnPadding - focusGutter, above);
+    buttons->setSpacing(gap - 2 * focusGutter);
+    for (CommandButton *button : {new CommandButton(m_commands, CommandId::Sort, this), select,
+             new CommandButton(m_commands, CommandId::Delete, this),
+             new CommandButton(m_commands, CommandId::Duplicate, this)}) {
+        button->setMaximumWidth(barButtonMaximumWidth);
+        buttons->addWidget(button, button->sizeHint().width());
+    }
+    return buttons;
+}
+
+void VelgorLibraryView::followLibrary()
+{
+    // The model follows the library, so what it announces comes after its own change.
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(m_model, signal, this, &VelgorLibraryView::refresh);
+    }
+    connect(m_model, &QAbstractItemModel::modelReset, this, &VelgorLibraryView::refresh);
+    // A patch that the filter hides counts too.
+    const VelgorLibrary &library = m_commands.desk().library;
+    for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved}) {
+        connect(&library, signal, this, &VelgorLibraryView::refresh);
+    }
+    connect(&library, &VelgorLibrary::wasReset, this, &VelgorLibraryView::refresh);
+}
+
+void VelgorLibraryView::setContextMenu(QMenu *menu)
+{
+    connect(m_list, &QWidget::customContextMenuRequested, menu,
+        [this, menu](const QPoint &position) { menu->popup(m_list->viewport()->mapToGlobal(position)); });
+}
+
+void VelgorLibraryView::setLoading(bool isLoading)
+{
+    m_filter->setEnabled(!isLoading);
+    m_commands.setLibraryUsable(!isLoading);
+    m_list->setEnabled(!isLoading);
+    m_loading->setLoading(isLoading);
+    m_pages->setCurrentWidget(isLoading ? static_cast<QWidget *>(m_loading) : m_list);
+    refresh();
+}
+
+void VelgorLibraryView::setLoadProgress(qsizetype loaded, qsizetype total)
+{
+    m_loading->setProgress(loaded, total);
+}
+
+void VelgorLibraryView::refresh()
+{
+    const VelgorLibrary &library = m_commands.desk().library;
+    const qsizetype shown = m_model->filteredVelgorPatchesCount();
+    const qsizetype all = library.count();
+    const QString text = shown >= 2 ? tr("Showing: %1 elements out of %2") : tr("Showing: %1 element out of %2");
+    m_count->setText(text.arg(QString::number(shown), QString::number(all)));
+    if (all == 0) {
+        m_list->setHint({QStringLiteral("tray"), tr("Keep your patches here"),
+            tr("Drag patches from the list on the left into this list.")});
+    } else if (shown == 0) {
+        m_list->setHint({QStringLiteral("search"), tr("No patch matches the filter"),
+            tr("The name, every comment word and every lit button must match. Clear the filter to see all %1 patches.")
+                .arg(all)});
+    } else {
+        m_list->setHint({});
+    }
+}

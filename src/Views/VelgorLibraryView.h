@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QWidget>
+
+class Commands;
+class LibraryListModel;
+class LibraryListView;
+class LibraryViewFilterView;
+class LoadingView;
+class QLabel;
+class QMenu;
+class QStackedLayout;
+
+/// The middle column: filter, count, the list of library patches, and the buttons that work on it.
+class VelgorLibraryView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `commands` and what they work on must outlive the view.
+    explicit VelgorLibraryView(Commands &commands, QWidget *parent = nullptr);
+
+    [[nodiscard]] LibraryListView *list() const { return m_list; }
+    [[nodiscard]] LibraryViewFilterView *filter() const { return m_filter; }
+    void setContextMenu(QMenu *menu);
+
+    /// While the library is being loaded, how far that is takes the place of the list, and nothing can be pressed.
+    void setLoading(bool isLoading);
+    void setLoadProgress(qsizetype loaded, qsizetype total);
+
+private:
+    [[nodiscard]] QLayout *makeButtons();
+    void followLibrary();
+    void refresh();
+
+    Commands &m_commands;
+    LibraryListModel *m_model;
+    LibraryViewFilterView *m_filter;
+    QLabel *m_count;
+    QStackedLayout *m_pages;
+    LibraryListView *m_list;
+    LoadingView *m_loading;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What commands ask of the window that they belong to.
+class WindowTasks {
+public:
+    WindowTasks() = default;
+    virtual ~WindowTasks() = default;
+    Q_DISABLE_COPY_MOVE(WindowTasks)
+
+    /// Asks the user to accept the disclaimer; the export follows.
+    virtual void confirmExport() = 0;
+    /// Ticks or unticks the current library row.
+    virtual void flipTick() = 0;
+    virtual void moveLibraryPatch(int step) = 0;
+    [[nodiscard]] virtual bool canMoveLibraryPatch(int step) const = 0;
+    virtual void focusFilter() = 0;
+    virtual void closeWindow() = 0;
+};
