@@ -1,13 +1,16 @@
 #include "VelgorStyle.h"
 
 #include "ButtonLook.h"
+#include "ColourMix.h"
 #include "KeyboardFocus.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "ShortcutHints.h"
 #include "Symbols.h"
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
@@ -93,7 +96,23 @@ void drawFocusRing(QPainter *painter, const QRectF &rect)
 VelgorStyle::VelgorStyle()
     : QProxyStyle(QStringLiteral("fusion"))
     , m_keyboardFocus(new KeyboardFocus(this))
+    , m_shortcutHints(new ShortcutHints(this))
 {
+}
+
+void VelgorStyle::polish(QApplication *application)
+{
+    QProxyStyle::polish(application);
+    // A style that is set before there is an application is polished for none.
+    if (application) {
+        application->installEventFilter(m_shortcutHints);
+    }
+}
+
+void VelgorStyle::unpolish(QApplication *application)
+{
+    application->removeEventFilter(m_shortcutHints);
+    QProxyStyle::unpolish(application);
 }
 
 void VelgorStyle::polish(QWidget *widget)
@@ -163,9 +182,14 @@ void VelgorStyle::drawPrimitive(
         return;
     case PE_FrameMenu:
         painter->save();
-        painter->setPen(option->palette.color(QPalette::Mid));
+        // Menus lie over lists of the same colour.
+        painter->setPen(mixed(option->palette.color(QPalette::Mid), option->palette.color(QPalette::Dark), 0.5));
         painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
         painter->restore();
+        return;
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorRadioButton:
+        drawCheckMark(*option, painter, element == PE_IndicatorRadioButton);
         return;
     case PE_PanelTipLabel:
         painter->fillRect(option->rect, LookTokens::current().toolTip);

@@ -3,16 +3,20 @@
 #include <QProxyStyle>
 
 class KeyboardFocus;
+class ShortcutHints;
 class QStyleOptionButton;
 class QStyleOptionMenuItem;
 class QStyleOptionSlider;
 
-/// The style of every widget, the same on every desktop: Fusion with our own buttons, fields, menu bar, scroll bars,
-/// splitters and progress bars. Colours come from the palette, or from LookTokens where the palette has no role.
+/// The style of every widget, the same on every desktop: Fusion with our own buttons, fields, menus, scroll bars,
+/// check marks, splitters and progress bars. Colours come from the palette, or from LookTokens where the palette has no
+/// role.
 ///
 /// Boolean dynamic properties choose a variant: `lead`, `strong`, `plain`, `destructive` and `roomy` of a push button
 /// (see ButtonLook), `quiet` of a line edit, which then has no frame until the pointer or the focus reaches it. A
 /// checked action button has the selection's fill and an accent symbol.
+///
+/// Letters that work with Alt are underlined in menus, and elsewhere while Alt is held down.
 ///
 /// A push button's size includes LookMeasures::focusGutter around its panel.
 class VelgorStyle : public QProxyStyle {
@@ -21,6 +25,8 @@ class VelgorStyle : public QProxyStyle {
 public:
     VelgorStyle();
 
+    void polish(QApplication *application) override;
+    void unpolish(QApplication *application) override;
     void polish(QWidget *widget) override;
     void unpolish(QWidget *widget) override;
     using QProxyStyle::polish;
@@ -50,8 +56,13 @@ public:
 private:
     void drawButtonLabel(const QStyleOptionButton &option, QPainter *painter, const QWidget *widget) const;
     void drawMenuBarItem(const QStyleOptionMenuItem &option, QPainter *painter, const QWidget *widget) const;
+    void drawMenuItem(const QStyleOptionMenuItem &option, QPainter *painter, const QWidget *widget) const;
     void drawScrollBar(const QStyleOptionSlider &option, QPainter *painter, const QWidget *widget) const;
     [[nodiscard]] QRect scrollBarRect(const QStyleOptionSlider &option, SubControl part) const;
 
+    [[nodiscard]] static QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &size);
+    static void drawCheckMark(const QStyleOption &option, QPainter *painter, bool isExclusive);
+
     KeyboardFocus *m_keyboardFocus;
+    ShortcutHints *m_shortcutHints;
 };

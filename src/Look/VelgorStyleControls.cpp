@@ -117,6 +117,12 @@ void VelgorStyle::drawControl(
             return;
         }
         break;
+    case CE_MenuItem:
+        if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option)) {
+            drawMenuItem(*item, painter, widget);
+            return;
+        }
+        break;
     case CE_MenuBarEmptyArea:
         drawMenuBarGround(*option, painter);
         return;

@@ -2,9 +2,11 @@
 
 #include "ButtonLook.h"
 #include "LookMeasures.h"
+#include "ShortcutHints.h"
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleOption>
@@ -20,6 +22,7 @@ namespace {
 constexpr int menuBarPadding = 9;
 constexpr int menuBarMargin = 3;
 constexpr int toolTipMargin = 5;
+constexpr int checkMarkSize = 16;
 /// A field's own margin beside a button in it, which keeps distance by itself.
 constexpr int fieldInsetAtButton = 1;
 
@@ -155,6 +158,11 @@ QSize VelgorStyle::sizeFromContents(
             return {size.width() + 2 * fieldInset, fieldHeight(option->fontMetrics)};
         }
         break;
+    case CT_MenuItem:
+        if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option)) {
+            return menuItemSize(*item, size);
+        }
+        break;
     case CT_MenuBarItem:
         return {size.width() + 2 * menuBarPadding, menuBarItemHeight(option->fontMetrics)};
     default:
@@ -179,9 +187,17 @@ int VelgorStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
     case PM_MenuBarItemSpacing:
     case PM_MenuBarVMargin:
         return 0;
+    case PM_MenuVMargin:
+        return smallGap;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+        return checkMarkSize;
     case PM_MenuBarHMargin:
         return menuBarMargin;
     case PM_SplitterWidth:
+    case PM_MenuPanelWidth:
         return hairline;
     case PM_SmallIconSize:
     case PM_ButtonIconSize:
@@ -212,6 +228,8 @@ int VelgorStyle::styleHint(
     case SH_MessageBox_CenterButtons:
     case SH_Widget_Animation_Duration:
         return 0;
+    case SH_UnderlineShortcut:
+        return m_shortcutHints->areShown() || qobject_cast<const QMenu *>(widget) ? 1 : 0;
     case SH_ItemView_ShowDecorationSelected:
         return 1;
     case SH_ToolTipLabel_Opacity:

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -320,6 +321,73 @@ private Q_SLOTS:
             lines += image.pixelColor(x, 25) == LookTokens::light().separator ? 1 : 0;
         }
         QCOMPARE(lines, 1);
+    }
+
+    void checkMarksDifferByTheirState()
+    {
+        for (const bool dark : {false, true}) {
+            applyLook(dark);
+            QList<QImage> images;
+            for (const bool enabled : {true, false}) {
+                for (const Qt::CheckState state : {Qt::Unchecked, Qt::PartiallyChecked, Qt::Checked}) {
+                    QCheckBox box(QStringLiteral("Check"));
+                    box.setTristate(true);
+                    box.setCheckState(state);
+                    box.setEnabled(enabled);
+                    images += painted(box);
+                }
+                for (const bool checked : {false, true}) {
+                    QRadioButton radio(QStringLiteral("Check"));
+                    radio.setChecked(checked);
+                    radio.setEnabled(enabled);
+                    images += painted(radio);
+                }
+            }
+            for (qsizetype i = 0; i < images.size(); ++i) {
+                QCOMPARE(images.indexOf(images[i]), i);
+            }
+        }
+    }
+
+    void menuEntriesShowTheirState()
+    {
+        QMenu menu;
+        QAction *entry = menu.addAction(QStringLiteral("Duplicate"));
+        entry->setCheckable(true);
+        QList<QImage> images{painted(menu)};
+        entry->setChecked(true);
+        images += painted(menu);
+        entry->setEnabled(false);
+        images += painted(menu);
+        entry->setEnabled(true);
+        menu.setActiveAction(entry);
+        images += painted(menu);
+        for (qsizetype i = 0; i < images.size(); ++i) {
+            QCOMPARE(images.indexOf(images[i]), i);
+        }
+        const QImage active = images.last();
+        QCOMPARE(active.pixelColor(active.width() / 2, active.height() / 2 + 12 - 2), LookTokens::light().selection);
+    }
+
+    void menuHasRoomForTheShortcut()
+    {
+        QMenu menu;
+        QAction *entry = menu.addAction(QStringLiteral("Duplicate"));
+        const int without = menu.sizeHint().width();
+        entry->setShortcut(QKeySequence(QStringLiteral("Ctrl+D")));
+        QVERIFY(menu.sizeHint().width() >= without + menu.fontMetrics().horizontalAdvance(QStringLiteral("Ctrl+D")));
+    }
+
+    void lettersAreUnderlinedWhileAltIsHeld()
+    {
+        QWidget window;
+        auto *button = new QPushButton(QStringLiteral("&Import"), &window);
+        window.show();
+        const QImage plain = button->grab().toImage();
+        QTest::keyPress(button, Qt::Key_Alt);
+        QVERIFY(button->grab().toImage() != plain);
+        QTest::keyRelease(button, Qt::Key_Alt);
+        QVERIFY(button->grab().toImage() == plain);
     }
 
     void menuBarEndsWithAHairline()
