@@ -1,0 +1,117 @@
+#include "WindowState.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+
+const QString geometryKey = QStringLiteral("window/geometry");
+const QString maximizedKey = QStringLiteral("window/maximized");
+const QString splitterKey = QStringLiteral("window/columns");
+const QString importKey = QStringLiteral("directories/import");
+const QString exportKey = QStringLiteral("directories/export");
+const QString recentKey = QStringLiteral("files/recent");
+
+} // namespace
+
+QString WindowState::usualFile()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    const QString place = QStandardPaths::writableLocation(QStandardPaths::GenericStateLocation);
+#else
+    const QString place = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+#endif
+    return place + QStringLiteral("/velgor/velgor-library-manager-state.ini");
+}
+
+WindowState::WindowState(const QString &file)
+    : m_store(file, QSettings::IniFormat)
+{
+}
+
+QByteArray WindowState::geometry() const
+{
+    return m_store.value(geometryKey).toByteArray();
+}
+
+void WindowState::setGeometry(const QByteArray &geometry)
+{
+    m_store.setValue(geometryKey, geometry);
+}
+
+bool WindowState::isMaximized() const
+{
+    return m_store.value(maximizedKey).toBool();
+}
+
+void WindowState::setMaximized(bool isMaximized)
+{
+    m_store.setValue(maximizedKey, isMaximized);
+}
+
+QList<int> WindowState::splitterSizes() const
+{
+    QList<int> sizes;
+    for (const QString &text : m_store.value(splitterKey).toStringList()) {
+        bool isNumber = false;
+        sizes.append(text.toInt(&isNumber));
+        if (!isNumber || sizes.last() < 0) {
+            return {};
+        }
+    }
+    return sizes;
+}
+
+void WindowState::setSplitterSizes(const QList<int> &sizes)
+{
+    QStringList texts;
+    for (const int size : sizes) {
+        texts.append(QString::number(size));
+    }
+    m_store.setValue(splitterKey, texts);
+}
+
+QString WindowState::importDirectory() const
+{
+    return directory(importKey);
+}
+
+void WindowState::setImportDirectory(const QString &directory)
+{
+    m_store.setValue(importKey, QDir(directory).absolutePath());
+}
+
+QString WindowState::exportDirectory() const
+{
+    return directory(exportKey);
+}
+
+void WindowState::setExportDirectory(const QString &directory)
+{
+    m_store.setValue(exportKey, QDir(directory).absolutePath());
+}
+
+QString WindowState::directory(const QString &key) const
+{
+    const QString path = m_store.value(key).toString();
+    return QDir::isAbsolutePath(path) && QFileInfo(path).isDir() ? path : QString();
+}
+
+QStringList WindowState::recentFiles() const
+{
+    QStringList files = m_store.value(recentKey).toStringList();
+    files.removeIf([](const QString &file) { return !QDir::isAbsolutePath(file); });
+    files.removeDuplicates();
+    return files.first(std::min(files.size(), mostRecentFiles));
+}
+
+void WindowState::addRecentFile(const QString &file)
+{
+    QStringList files = recentFiles();
+    files.prepend(QFileInfo(file).absoluteFilePath());
+    files.removeDuplicates();
+    m_store.setValue(recentKey, files.first(std::min(files.size(), mostRecentFiles)));
+}
