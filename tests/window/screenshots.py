@@ -16,18 +16,18 @@ SCHEMES = {"light": 2, "dark": 1}
 FONT_VARIABLES = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
 FONT_SETTINGS = "[General]\nfont=DejaVu Sans,10,-1,5,50,0,0,0,0,0\n"
 
-SHOWN = "Singing Lead"
+SHOWN = "Blues Breakup"
 USED_AGAIN = ["2.1", "5.2", "28.1"]
 COMMENT = (
     "Neck pickup, volume at 8. The delay wobbles at 380 ms, so tap the tempo before the second chorus.\n\n"
     "Sits well over the keys; roll the tone back for the ballad."
 )
 CLASSIFIED = {
-    SHOWN: ["guitar", "drive", "solo"],
+    SHOWN: ["guitar", "crunch", "solo"],
     "Warm Jazz Box": ["guitar", "clean", "rythm"],
     "Dub Deep": ["bass", "clean"],
 }
-TICKED = [1, 3, 4, 7, 10]
+TICKED = [3, 5, 8, 15, 16]
 # Seconds from the start of 2001 to a day that is the same in every picture.
 IMPORTED = 780_000_000.0
 
@@ -38,7 +38,7 @@ def velgor(session, *arguments):
 
 
 def prepare_library(session):
-    """Both demonstration lists, kept and partly classified; returns a list that uses one patch several times."""
+    """Both demonstration lists, kept, sorted and partly classified; returns a list that uses one patch several times."""
     velgor(session, "add", session.demo, session.samples / "demo-new-firmware.prst")
     ids = {patch["name"]: patch["id"] for patch in session.velgor.library(session.library_directory)}
     for name, flags in CLASSIFIED.items():
@@ -46,6 +46,7 @@ def prepare_library(session):
     velgor(session, "set", ids[SHOWN], "--comment", COMMENT)
     stored = session.library_directory / "velgorlibrary.json"
     library = json.loads(stored.read_text())
+    library["patches"].sort(key=lambda patch: patch["name"].casefold())
     for patch in library["patches"]:
         patch["date"] = IMPORTED
     stored.write_text(json.dumps(library))
@@ -104,7 +105,7 @@ def take_pictures(desktop, scheme, pictures, *paths):
 
 def main():
     executable, command_line, samples, directory = sys.argv[1:]
-    with tempfile.TemporaryDirectory() as artifacts, Desktop(artifacts) as desktop:
+    with tempfile.TemporaryDirectory() as artifacts, Desktop(artifacts, is_composited=True) as desktop:
         for scheme in SCHEMES:
             take_pictures(desktop, scheme, pathlib.Path(directory), executable, command_line, samples)
 

@@ -68,10 +68,9 @@ class Session:
         self.program.find("label", content_title(99))
 
     def export(self, file):
-        """From the disclaimer on, with keys alone or by pressing "OK" first."""
+        """From the disclaimer on."""
         self.program.answer(DISCLAIMER, "OK")
         self.program.choose_file(file)
-        self.desktop.wait(file.exists, "the exported file")
 
     def demo_rows(self):
         """How the slots read after the import of the demonstration list."""
@@ -84,13 +83,18 @@ class Session:
         except Failure:
             check_equal(self.program.rows_of(view), expected, f'the list "{view}"')
 
-    def wait_saved(self, condition, what):
-        """Waits until the library on disk is as the condition says, which is given its patches."""
-        return self.desktop.wait(lambda: condition(self.velgor.library(self.library_directory)), what)
+    def wait_saved(self, is_meant):
+        """Waits until the patches of the library on disk are as `is_meant` says, and returns them."""
+
+        def saved():
+            patches = self.velgor.library(self.library_directory)
+            return patches if is_meant(patches) else None
+
+        return self.desktop.wait(saved, "the library on disk")
 
 
-def run(script, size=(1280, 800)):
+def run(script):
     """Runs a script with what the command line gives: PROGRAM VELGOR SAMPLES ARTIFACTS."""
     executable, velgor, samples, artifacts = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
-    with Desktop(artifacts, size) as desktop:
+    with Desktop(artifacts) as desktop:
         script(Session(desktop, executable, Velgor(velgor), samples))

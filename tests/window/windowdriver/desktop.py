@@ -19,18 +19,18 @@ from .errors import Failure, Gone
 from .input import Keyboard, Mouse
 from .program import Program
 
-# Windows without decoration: the main window fills the screen of a screenshot, and no title bar moves it.
+# The main window has no decoration, so that it fills the screen of a screenshot.
 WINDOW_MANAGER_CONFIGURATION = """<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
  <focus><focusNew>yes</focusNew><focusLast>yes</focusLast><followMouse>no</followMouse></focus>
  <placement><policy>Smart</policy><center>yes</center></placement>
- <theme><keepBorder>no</keepBorder></theme>
+ <theme><name>Clearlooks</name><keepBorder>no</keepBorder></theme>
  <desktops><number>1</number><popupTime>0</popupTime></desktops>
  <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
  <mouse><context name="Client">
   <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
  </context></mouse>
- <applications><application class="*"><decor>no</decor></application></applications>
+ <applications><application type="normal"><decor>no</decor></application></applications>
 </openbox_config>
 """
 
@@ -43,6 +43,7 @@ SESSION_BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D
 """
 
 KEPT_VARIABLES = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS")
+SCREEN = "1280x800x24"
 PR_SET_CHILD_SUBREAPER = 36
 
 
@@ -52,9 +53,10 @@ class Desktop:
     # Waits end as soon as their condition holds, so that a generous limit costs nothing.
     WAIT_SECONDS = 30
 
-    def __init__(self, artifacts, size=(1280, 800)):
+    def __init__(self, artifacts, is_composited=False):
+        """Composited, windows may be translucent, and every picture takes longer."""
         self.artifacts = pathlib.Path(artifacts)
-        self.size = size
+        self.is_composited = is_composited
         self.mark = f"WINDOW_DRIVER={uuid.uuid4().hex}"
         self.helpers = []
         self.programs = []
@@ -86,8 +88,7 @@ class Desktop:
         self.environment.update(
             HOME=str(self.directory), XDG_RUNTIME_DIR=str(runtime), LANG="C.UTF-8", TZ="UTC", GSETTINGS_BACKEND="memory"
         )
-        screen = "{}x{}x24".format(*self.size)
-        number = self._spawn("Xvfb", "-displayfd", "{fd}", "-screen", "0", screen, "-dpi", "96", "-nolisten", "tcp")
+        number = self._spawn("Xvfb", "-displayfd", "{fd}", "-screen", "0", SCREEN, "-dpi", "96", "-nolisten", "tcp")
         self.environment["DISPLAY"] = f":{number}"
         self.screen = xdisplay.Display(f":{number}")
         self.keyboard = Keyboard(self.screen)
@@ -99,6 +100,10 @@ class Desktop:
         root = self.screen.screen().root
         check = self.screen.intern_atom("_NET_SUPPORTING_WM_CHECK")
         self.wait(lambda: root.get_full_property(check, 0), "the window manager")
+        if self.is_composited:
+            self._spawn("xcompmgr", "-n")
+            selection = self.screen.intern_atom("_NET_WM_CM_S0")
+            self.wait(lambda: self.screen.get_selection_owner(selection), "the compositor")
         self.environment.update(
             QT_QPA_PLATFORM="xcb",
             QT_XCB_GL_INTEGRATION="none",
@@ -158,7 +163,7 @@ class Desktop:
         )
 
     def new_home(self):
-        return pathlib.Path(tempfile.mkdtemp(prefix="home ", dir=self.directory))
+        return pathlib.Path(tempfile.mkdtemp(prefix="home-", dir=self.directory))
 
     def start(self, command, home, **environment):
         """Starts the program under test with `home` and all of XDG below it, and does not wait for its window."""

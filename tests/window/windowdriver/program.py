@@ -129,6 +129,15 @@ class Program:
             self.desktop.keyboard.press(combination)
             self.sync()
 
+    def tab_to(self, role, name):
+        """Presses Tab until the widget has the focus."""
+        target = self.find(role, name)
+        for _ in range(100):
+            if target.has("focused"):
+                return
+            self.press("Tab")
+        raise Failure(f'{role} "{name}" cannot be reached with Tab')
+
     def type(self, text):
         self.desktop.keyboard.type(text)
         self.sync()
