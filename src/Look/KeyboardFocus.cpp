@@ -1,8 +1,6 @@
 #include "KeyboardFocus.h"
 
 #include <QFocusEvent>
-#include <QPlainTextEdit>
-#include <QTextEdit>
 
 bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
 {
@@ -14,14 +12,8 @@ bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
         } else if (reason == Qt::MouseFocusReason) {
             m_isShown = false;
         }
-        [[fallthrough]];
-    }
-    case QEvent::FocusOut:
-        // A text edit repaints its viewport alone, and its frame shows the focus.
-        if (qobject_cast<QPlainTextEdit *>(watched) || qobject_cast<QTextEdit *>(watched)) {
-            static_cast<QWidget *>(watched)->update();
-        }
         break;
+    }
     case QEvent::MouseButtonPress:
         m_isShown = false;
         break;

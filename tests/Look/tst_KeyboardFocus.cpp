@@ -50,6 +50,8 @@ private Q_SLOTS:
         QVERIFY(hasRing(*button));
         QTest::mouseClick(button, Qt::LeftButton);
         QVERIFY(!hasRing(*button));
+        QTest::keyClick(button, Qt::Key_Tab, Qt::ShiftModifier);
+        QVERIFY(hasRing(*toggle));
     }
 
     void fieldsShowTheFocusHoweverItCame()

@@ -9,14 +9,12 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRadioButton>
@@ -116,83 +114,6 @@ private Q_SLOTS:
             QVERIFY(fresh.grab().toImage() == after);
             QVERIFY(before != after);
         }
-    }
-
-    void buttonStatesArePaintedDifferently_data()
-    {
-        QTest::addColumn<QByteArray>("variant");
-        for (const char *variant : {"none", "lead", "strong", "plain", "destructive"}) {
-            QTest::newRow(variant) << QByteArray(variant);
-        }
-    }
-
-    void buttonStatesArePaintedDifferently()
-    {
-        QFETCH(const QByteArray, variant);
-        for (const bool dark : {false, true}) {
-            applyLook(dark);
-            QList<QImage> images;
-            for (const QStyle::State state : {QStyle::State_None, QStyle::State_MouseOver, QStyle::State_Sunken}) {
-                InState<QPushButton> button(QStringLiteral("Export"));
-                button.setProperty(variant.constData(), true);
-                button.extra = state;
-                images += painted(button);
-            }
-            QPushButton disabled(QStringLiteral("Export"));
-            disabled.setProperty(variant.constData(), true);
-            disabled.setEnabled(false);
-            images += painted(disabled);
-            for (qsizetype i = 0; i < images.size(); ++i) {
-                QCOMPARE(images.indexOf(images[i]), i);
-            }
-        }
-    }
-
-    void buttonFillFollowsItsVariant_data()
-    {
-        const LookTokens tokens = LookTokens::light();
-        QTest::addColumn<QByteArray>("variant");
-        QTest::addColumn<bool>("checked");
-        QTest::addColumn<QColor>("fill");
-        QTest::newRow("action") << QByteArray("none") << false << tokens.button;
-        QTest::newRow("checked action") << QByteArray("none") << true << tokens.selection;
-        QTest::newRow("lead") << QByteArray("lead") << false << tokens.accent;
-        QTest::newRow("strong") << QByteArray("strong") << false << tokens.strong;
-        QTest::newRow("checked strong") << QByteArray("strong") << true << tokens.accent;
-        QTest::newRow("plain") << QByteArray("plain") << false << tokens.window;
-        QTest::newRow("destructive") << QByteArray("destructive") << false << tokens.button;
-    }
-
-    void buttonFillFollowsItsVariant()
-    {
-        QFETCH(const QByteArray, variant);
-        QFETCH(const bool, checked);
-        QFETCH(const QColor, fill);
-        QPushButton button(QStringLiteral("Default"));
-        button.setProperty(variant.constData(), true);
-        button.setCheckable(true);
-        button.setChecked(checked);
-        const QImage image = painted(button);
-        QCOMPARE(image.pixelColor(focusGutter + 2, image.height() / 2), fill);
-        QCOMPARE(image.pixelColor(focusGutter - 1, image.height() / 2), LookTokens::light().window);
-        QCOMPARE(image.pixelColor(image.width() / 2, focusGutter - 1), LookTokens::light().window);
-    }
-
-    void onlyTheSafeButtonOfAMessageIsFilled()
-    {
-        QMessageBox box(QMessageBox::Warning, QString(), QStringLiteral("Delete?"), QMessageBox::Yes | QMessageBox::No);
-        box.button(QMessageBox::Yes)->setProperty("destructive", true);
-        box.setDefaultButton(QMessageBox::No);
-        box.show();
-        const auto fillOf = [](QAbstractButton *button) {
-            return button->grab().toImage().pixelColor(focusGutter + 3, button->height() / 2);
-        };
-        QCOMPARE(fillOf(box.button(QMessageBox::No)), LookTokens::light().accent);
-        QCOMPARE(fillOf(box.button(QMessageBox::Yes)), LookTokens::light().button);
-        QVERIFY(box.button(QMessageBox::No)->width() >= dialogButtonMinimumWidth + 2 * focusGutter);
-        QCOMPARE(box.iconPixmap().deviceIndependentSize(), QSizeF(messageSymbolSize, messageSymbolSize));
-        QVERIFY(box.iconPixmap().toImage()
-            == symbolPixmap(QStringLiteral("warning"), LookTokens::light().warning, messageSymbolSize, 1).toImage());
     }
 
     void sizesFollowTheFont()
