@@ -14,6 +14,7 @@
 
 Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     : storage(preferences)
+    , m_dialogs(m_windowState)
     , m_files(m_diskFiles, &m_dialogs)
     , m_libraryEditor(velgorLibrary, velgorContent, storage)
     , m_contentEditor(velgorLibrary, velgorContent)
@@ -33,7 +34,7 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     if (outcome == SingleInstance::Outcome::HandedOver) {
         return 0;
     }
-    m_window = std::make_unique<ContentView>(m_desk, m_systemColorScheme);
+    m_window = std::make_unique<ContentView>(m_desk, m_systemColorScheme, m_windowState);
     if (outcome == SingleInstance::Outcome::Refused) {
         // Without the window, which would show a library that is not this program's.
         MessageBox::show(

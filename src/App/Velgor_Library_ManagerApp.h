@@ -13,6 +13,7 @@
 #include "SystemColorScheme.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
+#include "WindowState.h"
 
 #include <QObject>
 
@@ -38,6 +39,7 @@ private:
     LibraryStorageManager storage;
     VelgorLibrary velgorLibrary;
     VelgorContent velgorContent;
+    WindowState m_windowState;
     DiskFiles m_diskFiles;
     DesktopFileDialogs m_dialogs;
     PatchFileHandler m_files;

@@ -20,6 +20,7 @@
 #include "VelgorLibrary.h"
 #include "VelgorLibraryManagerMenu.h"
 #include "VelgorLibraryView.h"
+#include "WindowState.h"
 
 #include <QCloseEvent>
 #include <QDragEnterEvent>
@@ -27,6 +28,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -43,9 +45,10 @@ QString fileIn(const QMimeData *data)
 
 } // namespace
 
-ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme)
+ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, WindowState &state)
     : m_desk(desk)
     , m_systemColorScheme(systemColorScheme)
+    , m_state(state)
     , m_commands(new Commands(desk, *this, this))
     , m_alerts(new Alerts(desk, *this))
     , m_status(new QLabel(this))
@@ -62,7 +65,9 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme)
 
     m_status->setFont(LookMeasures::footnoteFont(font()));
     m_status->setForegroundRole(QPalette::PlaceholderText);
-    m_status->setContentsMargins(LookMeasures::columnPadding, 0, LookMeasures::columnPadding, 0);
+    // The status bar has a margin of its own.
+    m_status->setContentsMargins(
+        LookMeasures::columnPadding - LookMeasures::tinyGap, 0, LookMeasures::columnPadding, 0);
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(m_status, 1);
 
@@ -91,8 +96,16 @@ ContentView::~ContentView() = default;
 void ContentView::restoreGeometryAndWidths()
 {
     setMinimumSize(std::max(smallestSize.width(), m_columns->minimumSizeHint().width()), smallestSize.height());
-    resize(startSize);
-    m_columns->setStartWidths(width());
+    // The room that the desktop leaves, without the window's frame.
+    constexpr QSize frame{8, 40};
+    resize(startSize.boundedTo(screen()->availableSize() - frame).expandedTo(minimumSize()));
+    restoreGeometry(m_state.geometry());
+    const QList<int> widths = m_state.splitterSizes();
+    if (widths.size() == m_columns->count()) {
+        m_columns->setSizes(widths);
+    } else {
+        m_columns->setStartWidths(width());
+    }
 }
 
 void ContentView::followLoading()
@@ -148,6 +161,8 @@ void ContentView::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    m_state.setGeometry(saveGeometry());
+    m_state.setSplitterSizes(m_columns->sizes());
     event->accept();
 }
 
@@ -251,6 +266,9 @@ void ContentView::refreshTitle()
     const QString list = file.isEmpty() ? (isModified ? tr("New list") : QString()) : QFileInfo(file).fileName();
     const QString program = QCoreApplication::applicationName();
     setWindowTitle(list.isEmpty() ? program : tr("%1[*] - %2").arg(list, program));
+    if (!file.isEmpty() && file != windowFilePath()) {
+        m_state.addRecentFile(file);
+    }
     setWindowFilePath(file);
     setWindowModified(isModified);
 }

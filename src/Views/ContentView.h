@@ -11,6 +11,7 @@ class LibraryContentMainView;
 class QLabel;
 class SystemColorScheme;
 class VelgorLibraryManagerMenu;
+class WindowState;
 
 /// The main window. It shows what the desk holds; nothing of that is its own.
 class ContentView : public QMainWindow, private WindowTasks {
@@ -18,7 +19,7 @@ class ContentView : public QMainWindow, private WindowTasks {
 
 public:
     /// All must outlive the window.
-    ContentView(Desk &desk, SystemColorScheme &systemColorScheme);
+    ContentView(Desk &desk, SystemColorScheme &systemColorScheme, WindowState &state);
     ~ContentView() override;
 
     /// Fills the list from a preset file, as the import does.
@@ -59,6 +60,7 @@ private:
 
     Desk &m_desk;
     SystemColorScheme &m_systemColorScheme;
+    WindowState &m_state;
     LibraryContentMainView *m_columns = nullptr; ///< asked for by the commands, which come first
     Commands *m_commands;
     VelgorLibraryManagerMenu *m_menu = nullptr;

@@ -5,9 +5,15 @@
 #include <QPointer>
 #include <QWidget>
 
-/// Asks for files with Qt's dialogs, native where the desktop has them, and remembers the directories used.
+class WindowState;
+
+/// Asks for files with Qt's dialogs, native where the desktop has them. Each kind of dialog opens in the directory
+/// that it was last used in.
 class DesktopFileDialogs : public FileDialogs {
 public:
+    /// `state` remembers the directories and must outlive the dialogs.
+    explicit DesktopFileDialogs(WindowState &state);
+
     /// The window that the dialogs belong to.
     void setParent(QWidget *parent) { m_parent = parent; }
 
@@ -15,7 +21,6 @@ public:
     [[nodiscard]] std::optional<QString> askSaveFile(const QString &title, const QString &proposedName) override;
 
 private:
+    WindowState &m_state;
     QPointer<QWidget> m_parent;
-    QString m_openDirectory;
-    QString m_saveDirectory;
 };

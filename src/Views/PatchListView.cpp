@@ -7,9 +7,11 @@
 #include "PatchRoles.h"
 #include "RowDelegate.h"
 
+#include <QApplication>
 #include <QDrag>
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollBar>
@@ -56,6 +58,29 @@ int PatchListView::insertionRow(const QPoint &position) const
         return position.y() < 0 ? 0 : model()->rowCount();
     }
     return position.y() < visualRect(index).center().y() ? index.row() : index.row() + 1;
+}
+
+void PatchListView::mousePressEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const bool isDraggable = event->button() == Qt::LeftButton && index.flags().testFlag(Qt::ItemIsDragEnabled);
+    m_pressedAt = isDraggable ? std::optional(event->position().toPoint()) : std::nullopt;
+    QListView::mousePressEvent(event);
+}
+
+void PatchListView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressedAt || !event->buttons().testFlag(Qt::LeftButton)) {
+        QListView::mouseMoveEvent(event);
+        return;
+    }
+    // Left to itself, the view would go on to another row while no selection is allowed, instead of dragging.
+    if ((event->position().toPoint() - *m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+        m_pressedAt.reset();
+        setState(DraggingState);
+        startDrag(model()->supportedDragActions());
+        setState(NoState);
+    }
 }
 
 void PatchListView::startDrag(Qt::DropActions supportedActions)

@@ -6,6 +6,8 @@
 
 #include <QListView>
 
+#include <optional>
+
 /// A list of patches that can be dragged and dropped on. It shows where a drop will land; what it does is the
 /// subclass's. Drags of other kinds are left to the window.
 class PatchListView : public QListView {
@@ -31,6 +33,8 @@ protected:
     /// The row that an insertion at this place goes above.
     [[nodiscard]] int insertionRow(const QPoint &position) const;
 
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -49,6 +53,7 @@ private:
     void paintMark(QPainter &painter) const;
     [[nodiscard]] QRect rowsRect(int first, int count) const;
 
+    std::optional<QPoint> m_pressedAt; ///< where the button went down on a row that can be dragged
     QList<TransferablePatch> m_dragged; ///< of the drag that is over this list
     DropMark m_mark;
     EmptyHint m_hint;

@@ -158,8 +158,8 @@ void RowDelegate::paintSpeaker(QPainter &painter, const QRect &rect, bool hasUse
 
 QRect RowDelegate::firmwareRect(const QStyleOptionViewItem &option)
 {
-    // Room for the three characters that a badge shows at most; nearly all show one.
-    const QSize size = firmwareBadgeSize(QStringLiteral("00"), option.font);
+    // A badge of several digits is wider, to the left; nearly all show one.
+    const QSize size = firmwareBadgeSize(QStringLiteral("0"), option.font);
     const int height =
         LookMeasures::rowBadgeHeight(option.fontMetrics, QFontMetrics(LookMeasures::badgeFont(option.font)));
     const int right = option.rect.right() + 1 - LookMeasures::columnPadding;

@@ -27,7 +27,7 @@ VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
     , m_import(new CommandButton(commands, CommandId::Import, this))
 {
     auto *const header = new QVBoxLayout;
-    header->setContentsMargins(columnPadding, wideGap - tinyGap, columnPadding, gap);
+    header->setContentsMargins(columnPadding, wideGap - hairline, columnPadding, gap);
     header->addWidget(m_title);
 
     auto *const buttons = new QHBoxLayout;

@@ -29,7 +29,7 @@ VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
     , m_loading(new LoadingView(this))
 {
     m_count->setForegroundRole(QPalette::PlaceholderText);
-    m_count->setContentsMargins(columnPadding, 0, columnPadding, gap);
+    m_count->setContentsMargins(columnPadding, gap - hairline, columnPadding, gap);
     m_pages->addWidget(m_list);
     m_pages->addWidget(m_loading);
 
@@ -74,7 +74,7 @@ QLayout *VelgorLibraryView::makeButtons()
              new CommandButton(m_commands, CommandId::Delete, this),
              new CommandButton(m_commands, CommandId::Duplicate, this)}) {
         button->setMaximumWidth(barButtonMaximumWidth);
-        buttons->addWidget(button, button->sizeHint().width());
+        buttons->addWidget(button, 1);
     }
     return buttons;
 }
