@@ -38,7 +38,7 @@ def velgor(session, *arguments):
 
 
 def prepare_library(session):
-    """Both demonstration lists, kept, sorted and partly classified; returns a list that uses one patch several times."""
+    """Both demonstration lists, sorted and partly classified; returns a list that uses one patch several times."""
     velgor(session, "add", session.demo, session.samples / "demo-new-firmware.prst")
     ids = {patch["name"]: patch["id"] for patch in session.velgor.library(session.library_directory)}
     for name, flags in CLASSIFIED.items():

@@ -18,8 +18,8 @@ def check_equal(found, expected, what):
         return
     if isinstance(found, list) and isinstance(expected, list):
         # Of long lists, what differs.
-        pairs = list(itertools.zip_longest(found, expected))
-        found, expected = zip(*[pair for pair in pairs if pair[0] != pair[1]])
+        pairs = [pair for pair in itertools.zip_longest(found, expected) if pair[0] != pair[1]]
+        found, expected = [one for one, _ in pairs], [other for _, other in pairs]
     raise Failure(f"{what}: found {found!r} instead of {expected!r}")
 
 

@@ -153,27 +153,34 @@ class Accessible:
     def selected_names(self):
         return [row.name for row in self.rows if row.has("selected")]
 
-    def walk(self, with_rows=False):
-        """This widget and all below it, in the order of the tree."""
-        yield self
+    def walk(self, is_entered=lambda node: True):
+        """This widget and all below it, in the order of the tree; neither what is not entered nor rows of lists."""
         try:
-            children = self.children if with_rows or self.role not in {"list", "table", "tree"} else []
+            if not is_entered(self):
+                return
+            children = [] if self.role in {"list", "table", "tree"} else self.children
         except Gone:
             return
+        yield self
         for child in children:
-            yield from child.walk(with_rows)
+            yield from child.walk(is_entered)
+
+    def walk_shown(self):
+        """As walk(), without what is hidden, and thus quicker."""
+        return self.walk(lambda node: node.has("showing"))
 
     def find_all(self, role=None, name=None, states=("showing",)):
         """`role` is one role or a set of them. Without `states`, hidden widgets are found too."""
         roles = {role} if isinstance(role, str) else role
-        found = []
-        for node in self.walk(with_rows=bool(roles and roles & ITEM_ROLES)):
+
+        def is_meant(node):
             try:
-                if (roles is None or node.role in roles) and (name is None or node.name == name) and node.has(*states):
-                    found.append(node)
+                fits = (roles is None or node.role in roles) and (name is None or node.name == name)
+                return fits and node.has(*states)
             except Gone:
-                continue
-        return found
+                return False
+
+        return [node for node in (self.walk_shown() if "showing" in states else self.walk()) if is_meant(node)]
 
     def tree(self, depth=0):
         """The widgets as text, a line each, to be read by people; of rows, those in sight."""

@@ -104,9 +104,9 @@ class Program:
 
     def focused(self):
         """The widget that takes the keys; of a list, the list and not its current row."""
-        for node in self.root.walk():
+        for node in self.root.walk_shown():
             try:
-                if node.has("focused", "showing") and node.role not in ITEM_ROLES | {"application"}:
+                if node.has("focused") and node.role not in ITEM_ROLES | {"application"}:
                     return node
             except Gone:
                 continue
