@@ -134,6 +134,8 @@ void SystemColorScheme::askDesktop()
     if (!bus.isConnected()) {
         return;
     }
+    // A slot of a type that is not known yet is refused without a word.
+    qRegisterMetaType<QDBusVariant>();
     // Without the sender's name: resolving it would wait for the bus.
     bus.connect(QString(), portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), this,
         SLOT(takeSetting(QString, QString, QDBusVariant)));
