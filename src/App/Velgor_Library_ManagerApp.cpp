@@ -50,6 +50,9 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     connect(&instance, &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
     connect(m_window.get(), &ContentView::libraryLoaded, this, [this] { storage.sweepLeftovers(); });
     m_window->show();
+    if (!instance.reason().isEmpty()) {
+        m_window->alerts().show(AlertTexts::directoryInUse(instance.reason()), [](bool) {});
+    }
     if (!file.isEmpty()) {
         QTimer::singleShot(0, this, [this, file] { m_window->importFile(file); });
     }

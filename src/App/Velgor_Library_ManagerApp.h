@@ -26,6 +26,7 @@ class Velgor_Library_ManagerApp : public QObject {
 public:
     Velgor_Library_ManagerApp();
     ~Velgor_Library_ManagerApp() override;
+    Q_DISABLE_COPY_MOVE(Velgor_Library_ManagerApp)
 
     /// Keeps the directory to this program, shows the window and runs until it is closed. `file` is a preset file to
     /// open, or empty. The result is the program's exit status.

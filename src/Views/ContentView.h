@@ -21,6 +21,7 @@ public:
     /// All must outlive the window.
     ContentView(Desk &desk, SystemColorScheme &systemColorScheme, WindowState &state);
     ~ContentView() override;
+    Q_DISABLE_COPY_MOVE(ContentView)
 
     /// Fills the list from a preset file, as the import does.
     void importFile(const QString &path);

@@ -5,6 +5,18 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+/// Where preset files are looked for at first: not where the program happens to have been started.
+QString firstDirectory()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+} // namespace
 
 DesktopFileDialogs::DesktopFileDialogs(WindowState &state)
     : m_state(state)
@@ -13,7 +25,8 @@ DesktopFileDialogs::DesktopFileDialogs(WindowState &state)
 
 std::optional<QString> DesktopFileDialogs::askOpenFile(const QString &title)
 {
-    const QString chosen = QFileDialog::getOpenFileName(m_parent, title, m_state.importDirectory());
+    const QString used = m_state.importDirectory();
+    const QString chosen = QFileDialog::getOpenFileName(m_parent, title, used.isEmpty() ? firstDirectory() : used);
     if (chosen.isEmpty()) {
         return std::nullopt;
     }
@@ -25,7 +38,7 @@ std::optional<QString> DesktopFileDialogs::askSaveFile(const QString &title, con
 {
     const QString used = m_state.exportDirectory();
     const QString directory = used.isEmpty() ? m_state.importDirectory() : used;
-    const QString proposed = directory.isEmpty() ? proposedName : QDir(directory).filePath(proposedName);
+    const QString proposed = QDir(directory.isEmpty() ? firstDirectory() : directory).filePath(proposedName);
     const QString chosen = QFileDialog::getSaveFileName(m_parent, title, proposed);
     if (chosen.isEmpty()) {
         return std::nullopt;

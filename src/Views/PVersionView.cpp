@@ -1,28 +1,9 @@
 #include "PVersionView.h"
 
 #include "BadgePainter.h"
-#include "PresetsVersionManager.h"
+#include "FirmwareBadge.h"
 
 #include <QPainter>
-
-namespace {
-
-QString badgeText(const QString &version)
-{
-    return PresetsVersionManager::badgeText(PresetsVersionManager::versionId(version)).trimmed();
-}
-
-std::optional<QColor> badgeColour(const QString &version)
-{
-    const auto colour = PresetsVersionManager::getColor(PresetsVersionManager::versionId(version));
-    if (!colour) {
-        return std::nullopt;
-    }
-    return QColor::fromRgbF(
-        static_cast<float>(colour->red), static_cast<float>(colour->green), static_cast<float>(colour->blue));
-}
-
-} // namespace
 
 PVersionView::PVersionView(QWidget *parent)
     : QWidget(parent)
@@ -47,13 +28,17 @@ QString PVersionView::shown(const QString &version)
 
 QSize PVersionView::sizeHint() const
 {
-    return firmwareBadgeSize(badgeText(m_version), font());
+    // Before there is a version to show, none may be numbered.
+    return firmwareBadgeSize(m_version.isEmpty() ? QString() : FirmwareBadge::of(m_version).text, font());
 }
 
 void PVersionView::paintEvent(QPaintEvent * /*event*/)
 {
+    if (m_version.isEmpty()) {
+        return;
+    }
     QPainter painter(this);
     painter.setFont(font());
-    paintFirmwareBadge(
-        &painter, rect(), badgeText(m_version), badgeColour(m_version), palette().color(QPalette::WindowText));
+    const FirmwareBadge badge = FirmwareBadge::of(m_version);
+    paintFirmwareBadge(&painter, rect(), badge.text, badge.colour, palette().color(QPalette::WindowText));
 }

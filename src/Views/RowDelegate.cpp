@@ -1,11 +1,11 @@
 #include "RowDelegate.h"
 
 #include "BadgePainter.h"
+#include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchListView.h"
 #include "PatchRoles.h"
-#include "PresetsVersionManager.h"
 #include "Symbols.h"
 
 #include <QHelpEvent>
@@ -29,14 +29,6 @@ QPainterPath blockPath(const QRectF &rect, bool isFirst, bool isLast)
         path.addRect(rect.adjusted(0, half, 0, 0));
     }
     return path.simplified();
-}
-
-std::optional<QColor> versionColour(int versionId)
-{
-    const std::optional<VersionColor> colour = PresetsVersionManager::getColor(versionId);
-    return colour ? std::optional(QColor::fromRgbF(
-               static_cast<float>(colour->red), static_cast<float>(colour->green), static_cast<float>(colour->blue)))
-                  : std::nullopt;
 }
 
 } // namespace
@@ -168,11 +160,10 @@ QRect RowDelegate::firmwareRect(const QStyleOptionViewItem &option)
 
 void RowDelegate::paintFirmware(QPainter &painter, const QRect &rect, const QString &version, const RowState &state)
 {
-    const int versionId = PresetsVersionManager::versionId(version);
-    const QString text = PresetsVersionManager::badgeText(versionId);
-    const int width = std::max(rect.width(), firmwareBadgeSize(text, painter.font()).width());
-    const QRect badge(rect.right() + 1 - width, rect.top(), width, rect.height());
-    paintFirmwareBadge(&painter, badge, text, versionColour(versionId), state.text);
+    const FirmwareBadge badge = FirmwareBadge::of(version);
+    const int width = std::max(rect.width(), firmwareBadgeSize(badge.text, painter.font()).width());
+    const QRect area(rect.right() + 1 - width, rect.top(), width, rect.height());
+    paintFirmwareBadge(&painter, area, badge.text, badge.colour, state.text);
 }
 
 void RowDelegate::paintName(QPainter &painter, const QRect &rect, const QString &name, const QColor &colour)
