@@ -3,6 +3,7 @@
 #include "LookMeasures.h"
 
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QTextDocument>
 #include <QTextLayout>
 #include <QtMath>
@@ -12,6 +13,9 @@ CommentEdit::CommentEdit(QWidget *parent)
 {
     setAccessibleName(tr("Comment"));
     setTabChangesFocus(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // A space at the end of a wrapped line would still let the text slide sideways.
+    connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, [this] { horizontalScrollBar()->setRange(0, 0); });
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     // As far in as the text of a field.
     document()->setDocumentMargin(LookMeasures::tinyGap);

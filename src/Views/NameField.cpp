@@ -3,6 +3,7 @@
 #include "LookMeasures.h"
 
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 
 #include <limits>
 
@@ -15,13 +16,19 @@ NameField::NameField(QWidget *parent)
     setFont(titleFont(font()));
     setAccessibleName(tr("Name"));
     setMaxLength(std::numeric_limits<int>::max());
-    connect(this, &QLineEdit::textEdited, this, &NameField::nameEdited);
+    // Not textEdited: assistive technology sets the text.
+    connect(this, &QLineEdit::textChanged, this, [this](const QString &name) {
+        if (!m_isShowing) {
+            Q_EMIT nameEdited(name);
+        }
+    });
     connect(this, &QLineEdit::returnPressed, this, [this] { m_nameBefore = text(); });
 }
 
 void NameField::showName(const QString &name, bool isOtherPatch)
 {
     if (isOtherPatch || name != text()) {
+        const QScopedValueRollback showing(m_isShowing, true);
         setText(name);
         setCursorPosition(0);
         m_nameBefore = name;
@@ -57,8 +64,9 @@ void NameField::focusInEvent(QFocusEvent *event)
 void NameField::keyPressEvent(QKeyEvent *event)
 {
     if (goesBackWith(event)) {
-        setText(m_nameBefore);
-        Q_EMIT nameEdited(m_nameBefore);
+        // Unlike a text that is set, this can be undone.
+        selectAll();
+        insert(m_nameBefore);
         return;
     }
     QLineEdit::keyPressEvent(event);

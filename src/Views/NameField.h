@@ -26,4 +26,5 @@ private:
     [[nodiscard]] bool goesBackWith(const QEvent *event) const;
 
     QString m_nameBefore;
+    bool m_isShowing = false;
 };

@@ -11,6 +11,7 @@
 #include "ScrolledColumn.h"
 #include "Symbols.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -153,6 +154,10 @@ void PatchDetailForm::showDefault(bool isDefault)
 void PatchDetailForm::showPlaces(const QList<int> &slotIndexes)
 {
     m_subdetails->setPlaces(slotIndexes);
+    // Put off, the layouts follow one after the other from the inside out, and what they pass through is seen.
+    for (QWidget *widget : {static_cast<QWidget *>(m_subdetails), static_cast<QWidget *>(m_column), viewport()}) {
+        QCoreApplication::sendPostedEvents(widget, QEvent::LayoutRequest);
+    }
 }
 
 void PatchDetailForm::focusName()

@@ -33,5 +33,7 @@ void ScrolledColumn::applyPadding()
     margins.setRight(std::max(m_rightPadding - std::max(m_width - width(), 0), 0));
     if (margins != layout()->contentsMargins()) {
         layout()->setContentsMargins(margins);
+        // At once, so that no frame is painted with the contents in the wrong place.
+        layout()->activate();
     }
 }
