@@ -117,10 +117,15 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
 
 Alert AlertTexts::confirmExport(const Desk &desk)
 {
+    const qsizetype slotCount = desk.content.velgorContentPatchList().size();
     return {.title = Texts::tr("I know that this file has not been created by a genuine Ostrel product and I assume "
                                "taking the risk of using it."),
-        .text = Texts::tr("Slots to export: %1. Keep a backup of the presets of your unit.")
-                    .arg(desk.content.velgorContentPatchList().size()),
+        .text = slotCount == 1
+            ? Texts::tr("1 slot will be written to a new preset file. Keep a backup made with the editor "
+                        "of your Velgor.")
+            : Texts::tr("%1 slots will be written to a new preset file. Keep a backup made with the "
+                        "editor of your Velgor.")
+                  .arg(slotCount),
         .acceptLabel = Texts::tr("OK"),
         .safeLabel = Texts::tr("I don't accept"),
         .isDestructive = true};

@@ -120,7 +120,7 @@ void ContentView::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     // What was changed here and is not on disk yet must not give way to what is there.
     if (!event->spontaneous() && !m_desk.storage.hasUnsavedChanges() && !m_desk.storage.isLoading()) {
-        m_columns->library()->setLoading(true);
+        m_columns->setLoading(true);
         m_desk.storage.startLoading();
         refreshStatus();
     }
@@ -131,7 +131,7 @@ void ContentView::finishLoading()
     if (const std::unique_ptr<VelgorLibrary> loaded = m_desk.storage.takeLoadedLibrary()) {
         m_desk.library.takeOver(*loaded);
     }
-    m_columns->library()->setLoading(false);
+    m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();
 }

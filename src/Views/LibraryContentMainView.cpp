@@ -38,6 +38,12 @@ LibraryContentMainView::LibraryContentMainView(Commands &commands, QWidget *pare
     connect(m_details, &VelgorPatchDetailView::placeActivated, m_content->list(), &ContentListView::showSlot);
 }
 
+void LibraryContentMainView::setLoading(bool isLoading)
+{
+    m_library->setLoading(isLoading);
+    m_details->setLoading(isLoading);
+}
+
 void LibraryContentMainView::setStartWidths(int windowWidth)
 {
     constexpr int wide = 1280;

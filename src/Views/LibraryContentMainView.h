@@ -18,6 +18,8 @@ public:
     [[nodiscard]] VelgorContentView *content() const { return m_content; }
     [[nodiscard]] VelgorLibraryView *library() const { return m_library; }
     [[nodiscard]] VelgorPatchDetailView *details() const { return m_details; }
+    /// The columns that show the library say that it is being loaded.
+    void setLoading(bool isLoading);
     /// The widths that the columns start with in a window of this width.
     void setStartWidths(int windowWidth);
 

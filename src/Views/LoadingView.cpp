@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace std::chrono_literals;
@@ -32,7 +33,6 @@ LoadingView::LoadingView(QWidget *parent)
 
     auto *const column = new QVBoxLayout(this);
     column->setSpacing(LookMeasures::columnPadding);
-    column->addStretch(2);
     for (QWidget *widget :
         {static_cast<QWidget *>(m_title), static_cast<QWidget *>(m_bar), static_cast<QWidget *>(m_count)}) {
         column->addWidget(widget, 0, Qt::AlignHCenter);
@@ -41,12 +41,20 @@ LoadingView::LoadingView(QWidget *parent)
         policy.setRetainSizeWhenHidden(true);
         widget->setSizePolicy(policy);
     }
-    column->addStretch(3);
+    column->addStretch(1);
 
     m_patience.setSingleShot(true);
     m_patience.setInterval(150ms);
     connect(&m_patience, &QTimer::timeout, this, [this] { setContentsVisible(true); });
     setContentsVisible(false);
+}
+
+void LoadingView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // On one line with the symbols of the columns that are empty.
+    const int top = window()->height() * 2 / 5 - mapTo(window(), QPoint(0, 0)).y();
+    layout()->setContentsMargins(0, std::max(top + LookMeasures::columnPadding, 0), 0, 0);
 }
 
 void LoadingView::setLoading(bool isLoading)

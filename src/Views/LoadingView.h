@@ -16,6 +16,9 @@ public:
     void setLoading(bool isLoading);
     void setProgress(qsizetype loaded, qsizetype total);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     void setContentsVisible(bool areVisible);
 

@@ -51,6 +51,12 @@ VelgorPatchDetailView::VelgorPatchDetailView(
     refresh();
 }
 
+void VelgorPatchDetailView::setLoading(bool isLoading)
+{
+    m_isLoading = isLoading;
+    refresh();
+}
+
 QSize VelgorPatchDetailView::sizeHint() const
 {
     constexpr int startWidth = 542;
@@ -81,7 +87,7 @@ QString VelgorPatchDetailView::reasonForNoDetails() const
         return tr("Nothing in library. Import a preset file (.prst) into the left section of the window, then drag "
                   "patches into the library in the center of the window.");
     }
-    if (m_library.count() < 1) {
+    if (m_library.count() < 1 && !m_isLoading) {
         return tr("Empty library. Import a preset file (.prst) into the left section of the window, then drag patches "
                   "into the library in the center of the window.");
     }

@@ -23,6 +23,9 @@ public:
     VelgorPatchDetailView(
         VelgorLibrary &library, VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent = nullptr);
 
+    /// While the library is being loaded, it is not said to be empty.
+    void setLoading(bool isLoading);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -51,4 +54,5 @@ private:
     PatchDetailForm *m_form;
     std::optional<quint64> m_shownId;
     bool m_placesAreStale = false;
+    bool m_isLoading = false;
 };
