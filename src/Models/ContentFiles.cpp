@@ -1,17 +1,48 @@
 #include "ContentFiles.h"
 
 #include "PatchFileHandler.h"
+#include "PatchName.h"
 #include "VelgorContent.h"
 
 #include <algorithm>
 
 namespace {
 
-/// Compares what an export writes of a slot.
+/// What an export writes of the record, but for its place in the list.
+std::optional<SPatch> exportedRecord(const VelgorPatch &patch)
+{
+    std::optional<SPatch> record = patch.patchData;
+    if (record) {
+        record->pos = 0;
+        record->name = PatchName::fitted(patch.name);
+    }
+    return record;
+}
+
+std::optional<SUserIR> exportedUserIR(const VelgorPatch &patch)
+{
+    std::optional<SUserIR> userIR = patch.userIRData;
+    if (userIR) {
+        userIR->data.remove(0, SUserIR::numberSize);
+    }
+    return userIR;
+}
+
 bool isExportedAlike(const VelgorContentPatch &a, const VelgorContentPatch &b)
 {
-    return a.patch.name == b.patch.name && a.patch.patchData == b.patch.patchData
-        && a.patch.userIRData == b.patch.userIRData && a.patch.headerData == b.patch.headerData;
+    return exportedRecord(a.patch) == exportedRecord(b.patch) && exportedUserIR(a.patch) == exportedUserIR(b.patch);
+}
+
+/// The file's header comes from the first slot; sizes and counts are made anew.
+std::optional<SHeaderDesc> exportedHeader(const QList<VelgorContentPatch> &list)
+{
+    std::optional<SHeaderDesc> header = list.isEmpty() ? std::nullopt : list.first().patch.headerData;
+    if (header) {
+        header->nbpatches = 0;
+        header->size = 0;
+        header->length = 0;
+    }
+    return header;
 }
 
 } // namespace
@@ -78,7 +109,7 @@ bool ContentFiles::isModified() const
     if (list.isEmpty()) {
         return false;
     }
-    return m_content.inverseTailBit() != m_isTailBitInverseStored
+    return m_content.inverseTailBit() != m_isTailBitInverseStored || exportedHeader(list) != exportedHeader(m_stored)
         || !std::equal(list.begin(), list.end(), m_stored.begin(), m_stored.end(), isExportedAlike);
 }
 

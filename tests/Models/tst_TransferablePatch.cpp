@@ -143,6 +143,51 @@ private Q_SLOTS:
         }
     }
 
+    void severalPayloadsComeBackInTheirOrder_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : {0, 1, 2, 99}) {
+            QTest::addRow("%d", count) << count;
+        }
+    }
+
+    void severalPayloadsComeBackInTheirOrder()
+    {
+        QFETCH(const int, count);
+        QList<TransferablePatch> payloads;
+        for (int i = 0; i < count; ++i) {
+            const VelgorPatch patch = TestPatches::stored(static_cast<quint64>(i), QStringLiteral("Patch %1").arg(i));
+            payloads.append(i % 2 == 0 ? TransferablePatch::ofLibraryPatch(patch)
+                                       : TransferablePatch::ofSlot(VelgorContentPatch(patch)));
+        }
+        QVERIFY(TransferablePatch::decodeAll(TransferablePatch::encode(payloads)) == payloads);
+    }
+
+    void aSinglePayloadIsAPlainObject()
+    {
+        const auto payload = TransferablePatch::ofLibraryPatch(TestPatches::stored(7, QStringLiteral("Lead")));
+        QCOMPARE(TransferablePatch::encode(QList{payload}), payload.encode());
+    }
+
+    void oneUnreadablePayloadRefusesAll_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("number") << QByteArray("7");
+        QTest::newRow("object without id") << QByteArray(R"({"name":"Lead","origin":1})");
+        QTest::newRow("the second") << "[" + payload("") + R"(,{"id":1,"origin":1}])";
+        QTest::newRow("array in the array") << "[[" + payload("") + "]]";
+        QTest::newRow("null in the array") << "[" + payload("") + ",null]";
+        QTest::newRow("cut") << "[" + payload("");
+        QTest::newRow("trailing text") << "[" + payload("") + "]x";
+    }
+
+    void oneUnreadablePayloadRefusesAll()
+    {
+        QFETCH(const QByteArray, json);
+        QVERIFY(TransferablePatch::decodeAll(json).isEmpty());
+    }
+
     void deepNestingInAnUnknownKeyIsSkipped()
     {
         const QByteArray nested = QByteArray(100'000, '[') + QByteArray(100'000, ']');

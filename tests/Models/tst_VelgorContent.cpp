@@ -365,6 +365,35 @@ private Q_SLOTS:
         QCOMPARE(announcements.take().isEmpty(), row == from);
     }
 
+    void movedRowsStandTogetherInTheirOrder()
+    {
+        QRandomGenerator random(1);
+        for (int round = 0; round < 500; ++round) {
+            const int count = 1 + static_cast<int>(random.bounded(8));
+            VelgorContent content;
+            content.populate(fileOf(count));
+            QList<qsizetype> rows;
+            QStringList moved;
+            QStringList before;
+            QStringList behind;
+            const int offset = static_cast<int>(random.bounded(count + 1));
+            for (int row = 0; row < count; ++row) {
+                const QString name = names(content).at(row);
+                if (random.bounded(2) == 0) {
+                    rows.append(row);
+                    moved.append(name);
+                } else {
+                    (row < offset ? before : behind).append(name);
+                }
+            }
+            content.move(rows, offset);
+            QCOMPARE(names(content), before + moved + behind);
+            for (int row = 0; row < count; ++row) {
+                QCOMPARE(places(content).at(row), QStringLiteral("%1-%2").arg(row / 3 + 1).arg(row % 3 + 1));
+            }
+        }
+    }
+
     void everyChangeIsAnnouncedOnce()
     {
         VelgorContent content;

@@ -1,0 +1,501 @@
+#include "DiagnosticRecorder.h"
+#include "FakeLibraryStorage.h"
+#include "LibraryEditor.h"
+#include "TestPatches.h"
+#include "VelgorContent.h"
+
+#include <QTest>
+
+using TestPatches::imported;
+using TestPatches::isIdentical;
+using TestPatches::names;
+
+namespace {
+
+const QString abc = QStringLiteral("A B C");
+
+/// Nothing but a library, a list and the editor between them.
+struct Desk {
+    VelgorLibrary library;
+    VelgorContent content;
+    FakeLibraryStorage storage;
+    LibraryEditor editor{library, content, storage};
+
+    /// A library of these patches, one sound each, and a list of others.
+    explicit Desk(const QString &libraryNames = {}, const QString &slotNames = {})
+    {
+        for (const QString &name : libraryNames.split(u' ', Qt::SkipEmptyParts)) {
+            library.append(patch(name), false, false);
+        }
+        QList<SPatch> records;
+        for (const QString &name : slotNames.split(u' ', Qt::SkipEmptyParts)) {
+            records.append(*patch(name).patchData);
+        }
+        if (!records.isEmpty()) {
+            content.populate(TestRecords::file(records));
+        }
+    }
+
+    static VelgorPatch patch(const QString &name) { return imported(name, name.at(0).unicode()); }
+    [[nodiscard]] quint64 idOf(qsizetype row) const { return library.patches().at(row).id(); }
+    [[nodiscard]] QString shown() const { return names(library.patches()).join(u' '); }
+    [[nodiscard]] TransferablePatch slot(qsizetype row) const
+    {
+        return TransferablePatch::ofSlot(content.velgorContentPatchList().at(row));
+    }
+    [[nodiscard]] TransferablePatch row(qsizetype row) const
+    {
+        return TransferablePatch::ofLibraryPatch(library.patches().at(row));
+    }
+    void tick(const QList<qsizetype> &rows)
+    {
+        library.setIsMultiSel(true);
+        MultiSelections ticks;
+        for (const qsizetype row : rows) {
+            ticks.multiSelections.insert(idOf(row), true);
+        }
+        library.setMultiSelections(ticks);
+    }
+    void select(const QList<qsizetype> &slotRows)
+    {
+        QSet<QUuid> ids;
+        for (const qsizetype row : slotRows) {
+            ids.insert(content.velgorContentPatchList().at(row).id);
+        }
+        content.setSelections(ids);
+    }
+};
+
+} // namespace
+
+class TestLibraryEditor : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<DiagnosticRecorder> m_recorder;
+
+private Q_SLOTS:
+    void init() { m_recorder = std::make_unique<DiagnosticRecorder>(); }
+    void cleanup() { m_recorder.reset(); }
+
+    void aDroppedRowMoves_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("location");
+        QTest::addColumn<QString>("order");
+        QTest::newRow("onto its own place") << 1 << 1 << abc;
+        QTest::newRow("just below itself") << 1 << 2 << abc;
+        QTest::newRow("to the start") << 2 << 0 << QStringLiteral("C A B");
+        QTest::newRow("to the end") << 0 << 3 << QStringLiteral("B C A");
+        QTest::newRow("down by one") << 0 << 2 << QStringLiteral("B A C");
+        QTest::newRow("below everything") << 0 << 9 << QStringLiteral("B C A");
+        QTest::newRow("above everything") << 1 << -1 << QStringLiteral("B A C");
+    }
+
+    void aDroppedRowMoves()
+    {
+        QFETCH(const int, row);
+        QFETCH(const int, location);
+        QFETCH(const QString, order);
+        Desk desk(abc);
+        desk.editor.drop({desk.row(row)}, location);
+        QCOMPARE(desk.shown(), order);
+        QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
+        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave ") + QString(order).replace(u' ', u',')});
+    }
+
+    void movingInASortedLibraryMakesTheSortedOrderTheRememberedOne()
+    {
+        Desk desk(QStringLiteral("C A B"));
+        desk.editor.sort();
+        desk.editor.drop({desk.row(0)}, 2);
+        QCOMPARE(desk.shown(), QStringLiteral("B A C"));
+        desk.editor.sort();
+        QCOMPARE(desk.shown(), QStringLiteral("B A C"));
+    }
+
+    void whatIsNotThereDropsNothing_data()
+    {
+        QTest::addColumn<QList<TransferablePatch>>("items");
+        const TransferablePatch gone{.cid = QUuid::createUuid(), .id = 1, .name = QStringLiteral("Gone"), .origin = 0};
+        TransferablePatch unknown = gone;
+        unknown.cid.reset();
+        unknown.origin = TransferablePatch::fromLibrary;
+        TransferablePatch withoutSlot = gone;
+        withoutSlot.cid.reset();
+        QTest::newRow("unknown library patch") << QList{unknown};
+        QTest::newRow("slot that went meanwhile") << QList{gone};
+        QTest::newRow("slots that went meanwhile") << QList{gone, gone};
+        QTest::newRow("no slot") << QList{withoutSlot};
+        QTest::newRow("nothing") << QList<TransferablePatch>();
+    }
+
+    void whatIsNotThereDropsNothing()
+    {
+        QFETCH(const QList<TransferablePatch>, items);
+        Desk desk(abc, QStringLiteral("X Y"));
+        desk.library.setSelection(desk.idOf(1));
+        desk.editor.drop(items, 0);
+        QCOMPARE(desk.shown(), abc);
+        QCOMPARE(desk.library.selection(), std::optional(desk.idOf(1)));
+        QVERIFY(!desk.editor.canKeep(items));
+        QCOMPARE(desk.storage.calls + m_recorder->take(), QStringList());
+    }
+
+    void severalLibraryPatchesDropNothing()
+    {
+        Desk desk(abc);
+        desk.editor.drop({desk.row(2), desk.row(1)}, 0);
+        QCOMPARE(desk.shown(), abc);
+        QCOMPARE(desk.storage.calls, QStringList());
+    }
+
+    void thePlaceholderCannotBeMoved()
+    {
+        Desk desk;
+        desk.editor.drop({desk.row(0)}, 1);
+        QCOMPARE(desk.storage.calls, QStringList());
+    }
+
+    void slotsAreKeptAtTheEndWhereverTheyAreDropped_data()
+    {
+        QTest::addColumn<int>("location");
+        for (const int location : {0, 1, 2, 99}) {
+            QTest::addRow("%d", location) << location;
+        }
+    }
+
+    void slotsAreKeptAtTheEndWhereverTheyAreDropped()
+    {
+        QFETCH(const int, location);
+        Desk desk(QStringLiteral("A B"), QStringLiteral("W X Y Z"));
+        const ReferenceDate before = ReferenceDate::now();
+        desk.editor.drop({desk.slot(3), desk.slot(0), desk.slot(2)}, location);
+        QCOMPARE(desk.shown(), QStringLiteral("A B Z W Y"));
+        QCOMPARE(desk.library.selection(), std::optional(desk.idOf(2)));
+        QVERIFY(desk.library.patches().last().date.seconds >= before.seconds);
+        QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
+        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,Z,W,Y")});
+        QCOMPARE(m_recorder->take(), QStringList{QStringLiteral("Select %1").arg(desk.idOf(2))});
+    }
+
+    void keepingGivesThePatchTheDateOfNow()
+    {
+        Desk desk({}, QStringLiteral("X"));
+        VelgorPatch old = Desk::patch(QStringLiteral("X"));
+        old.date = {1};
+        old.comment = QStringLiteral("kept");
+        desk.content.setPatch(old, 0);
+        desk.editor.drop({desk.slot(0)}, 0);
+        VelgorPatch kept = desk.library.patches().first();
+        QVERIFY(kept.date.seconds > 700'000'000);
+        kept.date = old.date;
+        QVERIFY(isIdentical(kept, old));
+        QCOMPARE(desk.content.velgorContentPatchList().first().patch.date, old.date);
+    }
+
+    void aKnownPatchIsSelectedAndNotKeptTwice()
+    {
+        Desk desk(abc, QStringLiteral("B"));
+        const VelgorPatch known = desk.library.patches().at(1);
+        desk.editor.drop({desk.slot(0)}, 0);
+        QCOMPARE(desk.shown(), abc);
+        QVERIFY(isIdentical(desk.library.patches().at(1), known));
+        QCOMPARE(desk.library.selection(), std::optional(known.id()));
+        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+    }
+
+    void twoSlotsWithOnePatchAreKeptOnce()
+    {
+        Desk desk({}, QStringLiteral("X X"));
+        desk.editor.drop({desk.slot(0), desk.slot(1)}, 0);
+        QCOMPARE(desk.shown(), QStringLiteral("X"));
+        QCOMPARE(desk.library.count(), 1);
+    }
+
+    void onlyTheFirstDroppedSlotCanBecomeTheSelection()
+    {
+        Desk desk(QStringLiteral("A"), QStringLiteral("X Y"));
+        const TransferablePatch gone{.cid = QUuid::createUuid(), .id = 1, .name = {}, .origin = 0};
+        desk.editor.drop({gone, desk.slot(1)}, 0);
+        QCOMPARE(desk.shown(), QStringLiteral("A Y"));
+        QCOMPARE(desk.library.selection(), std::optional<quint64>());
+    }
+
+    void aSlotWithoutPresetDataCannotBeKept()
+    {
+        Desk desk(QStringLiteral("A"));
+        desk.content.setLimit(2);
+        desk.content.adjust(std::nullopt);
+        QVERIFY(!desk.editor.canKeep({desk.slot(0)}));
+        desk.editor.drop({desk.slot(0)}, 0);
+        QCOMPARE(desk.shown(), QStringLiteral("A"));
+        desk.content.setPatch(Desk::patch(QStringLiteral("X")), 1);
+        QVERIFY(desk.editor.canKeep({desk.slot(0), desk.slot(1)}));
+    }
+
+    void theSelectedSlotsAreKeptInTheirOrder()
+    {
+        Desk desk(QStringLiteral("A"), QStringLiteral("W X Y Z"));
+        QVERIFY(!desk.editor.canKeepSelectedSlots());
+        desk.editor.keepSelectedSlots();
+        QCOMPARE(desk.shown(), QStringLiteral("A"));
+        desk.select({3, 1});
+        QVERIFY(desk.editor.canKeepSelectedSlots());
+        desk.editor.keepSelectedSlots();
+        QCOMPARE(desk.shown(), QStringLiteral("A X Z"));
+        QCOMPARE(desk.library.selection(), std::optional(desk.idOf(1)));
+    }
+
+    void deletingTakesTheSelectedPatchWithoutTicking()
+    {
+        Desk desk(abc);
+        desk.library.setSelection(desk.idOf(1));
+        const quint64 id = desk.idOf(1);
+        desk.editor.setDefaultPatch(id);
+        QVERIFY(desk.editor.isDefaultPatch(id));
+        desk.storage.calls.clear();
+        desk.editor.deleteSelected();
+        QCOMPARE(desk.storage.calls,
+            (QStringList{
+                QStringLiteral("remove %1").arg(id), QStringLiteral("save A,C"), QStringLiteral("delayedSave A,C")}));
+        QCOMPARE(desk.library.selection(), std::optional<quint64>());
+        QVERIFY(!desk.editor.isDefaultPatch(id));
+        QVERIFY(!desk.library.multiSelections().isTicked(id));
+    }
+
+    void deletingTakesTheTickedPatchesAndNotTheSelectedOne()
+    {
+        Desk desk(QStringLiteral("A B C D"));
+        desk.tick({0, 2});
+        desk.library.setSelection(desk.idOf(1));
+        desk.editor.deleteSelected();
+        QCOMPARE(desk.shown(), QStringLiteral("B D"));
+        QCOMPARE(desk.library.selection(), std::optional<quint64>());
+        QVERIFY(desk.library.isMultiSel());
+        QCOMPARE(desk.library.multiSelections().count(true), 0);
+        QCOMPARE(desk.storage.calls.last(), QStringLiteral("delayedSave B,D"));
+    }
+
+    void deletingWithoutASelectionOnlyAsksForASave_data()
+    {
+        QTest::addColumn<bool>("isTicking");
+        QTest::newRow("single") << false;
+        QTest::newRow("ticking") << true;
+    }
+
+    void deletingWithoutASelectionOnlyAsksForASave()
+    {
+        QFETCH(const bool, isTicking);
+        Desk desk(abc);
+        desk.library.setIsMultiSel(isTicking);
+        desk.library.setSelection(isTicking ? std::optional(desk.idOf(0)) : std::optional<quint64>(12));
+        desk.editor.deleteSelected();
+        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+        QCOMPARE(desk.library.selection(), std::optional<quint64>());
+    }
+
+    void deletingTheLastPatchesEndsTicking()
+    {
+        Desk desk(abc);
+        desk.tick({0, 1, 2});
+        desk.editor.deleteSelected();
+        QCOMPARE(desk.library.count(), 0);
+        QCOMPARE(desk.shown(), QStringLiteral("Empty library"));
+        QVERIFY(!desk.library.isMultiSel());
+    }
+
+    void deletingAnUnknownIdDoesNothing()
+    {
+        Desk desk(abc);
+        desk.editor.deleteFromId(12);
+        QCOMPARE(desk.storage.calls, QStringList());
+        desk.editor.deleteFromId(desk.idOf(0));
+        QCOMPARE(desk.shown(), QStringLiteral("B C"));
+    }
+
+    void anEditReachesTheSlotsThatHoldThePatch()
+    {
+        Desk desk(abc, QStringLiteral("B X B"));
+        VelgorPatch edited = desk.library.patches().at(1);
+        edited.name = QStringLiteral("New");
+        desk.library.update(edited);
+        desk.editor.changed(edited.id());
+        QCOMPARE(desk.content.velgorContentPatchList().at(0).patch.name, QStringLiteral("New"));
+        QCOMPARE(desk.content.velgorContentPatchList().at(1).patch.name, QStringLiteral("X"));
+        QCOMPARE(desk.content.velgorContentPatchList().at(2).patch.name, QStringLiteral("New"));
+        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,New,C")});
+    }
+
+    void anEditOfAnUnknownPatchStillAsksForASave()
+    {
+        Desk desk(abc, QStringLiteral("X"));
+        desk.editor.changed(12);
+        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+    }
+
+    void aChangeRemembersTheOrder()
+    {
+        Desk desk(QStringLiteral("C A B"));
+        desk.editor.sort();
+        desk.editor.changed();
+        QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
+        QCOMPARE(desk.shown(), abc);
+    }
+
+    void placesAreThoseOfTheSoundUnderAnyName()
+    {
+        Desk desk(QStringLiteral("A"), QStringLiteral("A B A C D"));
+        desk.content.setPatch(imported(QStringLiteral("Other name"), u'A'), 3);
+        desk.content.setPatch(imported(QStringLiteral("A"), u'A', TestRecords::userIR(0)), 2);
+        QStringList places;
+        QSet<QUuid> ids;
+        for (const BankNumber &place : desk.editor.inContentPatch(desk.idOf(0))) {
+            places.append(QStringLiteral("%1.%2").arg(place.bank).arg(place.number));
+            ids.insert(place.id);
+        }
+        QCOMPARE(places.join(u' '), QStringLiteral("1.1 2.1"));
+        QCOMPARE(ids.size(), 2);
+    }
+
+    void thereAreNoPlacesForWhatHasNoSound()
+    {
+        Desk desk({}, {});
+        desk.content.setLimit(2);
+        desk.content.adjust(std::nullopt);
+        QVERIFY(desk.editor.inContentPatch(desk.idOf(0)).isEmpty());
+        QVERIFY(desk.editor.inContentPatch(12).isEmpty());
+        desk.library.append(TestPatches::stored(7, QStringLiteral("Without file")), false, false);
+        desk.content.setPatch(desk.library.patches().first(), 0);
+        QVERIFY(desk.editor.inContentPatch(7).isEmpty());
+        QVERIFY(Desk(abc).editor.inContentPatch(Desk(abc).idOf(0)).isEmpty());
+    }
+
+    void theDefaultPatchIsSetById()
+    {
+        Desk desk(abc);
+        QVERIFY(!desk.editor.isDefaultPatch(desk.idOf(0)));
+        desk.editor.setDefaultPatch(desk.idOf(0));
+        desk.editor.setDefaultPatch(12);
+        QVERIFY(desk.editor.isDefaultPatch(desk.idOf(0)));
+        desk.library.setSelection(desk.idOf(2));
+        desk.editor.setSelectedAsDefault();
+        QVERIFY(desk.editor.isDefaultPatch(desk.idOf(2)));
+        desk.editor.deselect();
+        desk.editor.setSelectedAsDefault();
+        QVERIFY(desk.editor.isDefaultPatch(desk.idOf(2)));
+        QCOMPARE(desk.storage.calls.size(), 2);
+    }
+
+    void thePlaceholderIsNoDefaultPatch()
+    {
+        Desk desk;
+        desk.editor.setDefaultPatch(desk.idOf(0));
+        QVERIFY(!desk.editor.isDefaultPatch(desk.idOf(0)));
+        QCOMPARE(desk.storage.calls, QStringList());
+    }
+
+    void sortingClearsTheSelectionAndSavesNothing()
+    {
+        Desk desk(QStringLiteral("C A B"));
+        desk.library.setSelection(desk.idOf(0));
+        desk.editor.sort();
+        QCOMPARE(desk.shown(), abc);
+        QCOMPARE(desk.library.selection(), std::optional<quint64>());
+        QCOMPARE(desk.storage.calls, QStringList());
+    }
+
+    void bothEndsOfTickingClearTheTicks()
+    {
+        Desk desk(abc);
+        desk.tick({0});
+        desk.editor.flipMultiSelection();
+        QVERIFY(!desk.library.isMultiSel());
+        QVERIFY(desk.library.multiSelections() == MultiSelections());
+        desk.tick({0});
+        desk.library.setIsMultiSel(false);
+        desk.editor.flipMultiSelection();
+        QVERIFY(desk.library.isMultiSel());
+        QVERIFY(desk.library.multiSelections() == MultiSelections());
+    }
+
+    void theFirstPressTicks()
+    {
+        Desk desk(abc);
+        const quint64 id = desk.idOf(1);
+        desk.editor.flipTick(id);
+        QVERIFY(desk.library.multiSelections().isTicked(id));
+        QCOMPARE(desk.library.multiSelections().count(true), 1);
+        desk.editor.flipTick(id);
+        QVERIFY(!desk.library.multiSelections().isTicked(id));
+        desk.editor.flipTick(id);
+        QVERIFY(desk.library.multiSelections().isTicked(id));
+    }
+
+    void tickingAllTurnsTickingOn()
+    {
+        Desk desk(abc);
+        desk.editor.tickAll();
+        QVERIFY(desk.library.isMultiSel());
+        QCOMPARE(desk.library.getMultiSelection().size(), 3);
+        Desk empty;
+        empty.editor.tickAll();
+        QVERIFY(!empty.library.isMultiSel());
+        QCOMPARE(empty.library.multiSelections().count(true), 0);
+    }
+
+    void tickingSimilarPatchesTurnsTickingOn()
+    {
+        Desk desk(abc);
+        desk.editor.tickSimilar();
+        QVERIFY(!desk.library.isMultiSel());
+        desk.library.append(imported(QStringLiteral("Like B"), u'B'), false, false);
+        desk.library.setSelection(desk.idOf(1));
+        desk.editor.tickSimilar();
+        QVERIFY(desk.library.isMultiSel());
+        QCOMPARE(names(desk.library.getMultiSelection()).join(u','), QStringLiteral("B,Like B"));
+    }
+
+    void duplicatingCopiesTheSelectedPatchToTheEnd()
+    {
+        Desk desk(abc);
+        desk.editor.duplicateSelected();
+        QCOMPARE(desk.storage.calls, QStringList());
+        desk.library.setSelection(desk.idOf(0));
+        desk.editor.duplicateSelected();
+        desk.editor.duplicateSelected();
+        QCOMPARE(desk.shown(), QStringLiteral("A B C A-1 A-2"));
+        QCOMPARE(desk.storage.calls.size(), 2);
+        QCOMPARE(desk.library.selection(), std::optional(desk.idOf(0)));
+    }
+
+    void aFlagOfTheSelectedPatchIsFlippedEverywhere()
+    {
+        Desk desk(abc, QStringLiteral("X B"));
+        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        QCOMPARE(desk.storage.calls, QStringList());
+        desk.library.setSelection(desk.idOf(1));
+        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        QVERIFY(desk.library.patches().at(1).solo);
+        QVERIFY(desk.content.velgorContentPatchList().at(1).patch.solo);
+        QVERIFY(!desk.library.patches().at(0).solo && !desk.content.velgorContentPatchList().at(0).patch.solo);
+        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        QVERIFY(!desk.library.patches().at(1).solo);
+        QCOMPARE(desk.storage.calls.size(), 2);
+    }
+
+    void thePlaceholderIsNeverTheSelectedPatch()
+    {
+        Desk desk;
+        desk.library.setSelection(desk.idOf(0));
+        QVERIFY(!desk.editor.selectedPatch());
+        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        QVERIFY(!desk.library.patches().first().solo);
+        desk.editor.duplicateSelected();
+        QCOMPARE(desk.library.count(), 0);
+        desk.library.setSelection(12);
+        QVERIFY(!desk.editor.selectedPatch());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryEditor)
+#include "tst_LibraryEditor.moc"
