@@ -3,7 +3,7 @@
 
 from collections import Counter
 
-from session import CONTENT, LIBRARY, check_equal, run
+from session import CONTENT, LIBRARY, check_equal, count_line, run
 
 from windowdriver import Failure
 from windowdriver.accessible import ITEM_ROLES
@@ -145,6 +145,19 @@ def check_ticking(program):
     program.click(select)
 
 
+def check_filter(program):
+    """Every keystroke narrows the list; nothing that was named is called otherwise then."""
+    field = program.find("text", "Filter by name")
+    shown = program.rows_of(LIBRARY)
+    program.set_text(field, "warm")
+    program.find("label", count_line(1, 3))
+    check_equal(program.rows_of(LIBRARY), [row for row in shown if "Warm" in row], "filtered rows")
+    check_names(program, "filtered")
+    check_fixed_names(program, ALWAYS_THERE, "filtered")
+    program.press("Escape")
+    program.wait(lambda: program.rows_of(LIBRARY) == shown, "all rows after the filter was cleared")
+
+
 def accessibility_walk(session):
     program = session.start()
     check_names(program, "first start")
@@ -164,6 +177,7 @@ def accessibility_walk(session):
     check_mnemonics(program)
     check_tab_order(program)
     check_ticking(program)
+    check_filter(program)
     # Whoever is asked to end a session is not asked about the list that was not exported.
     program.terminate()
     check_equal(program.wait_exit(), 0, "exit status")
