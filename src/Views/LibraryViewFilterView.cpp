@@ -35,6 +35,7 @@ LibraryViewFilterView::LibraryViewFilterView(QWidget *parent)
     : QWidget(parent)
     , m_name(new SearchField(tr("Name"), tr("Filter by name"), this))
     , m_comment(new SearchField(tr("Comment"), tr("Filter by comment"), this))
+    , m_flagBlock(makeFlagBlock())
 {
     auto *fields = new QHBoxLayout;
     fields->setSpacing(8);
@@ -54,7 +55,6 @@ LibraryViewFilterView::LibraryViewFilterView(QWidget *parent)
     rows->setSpacing(0);
     rows->addLayout(upper);
     rows->addSpacing(7);
-    m_flagBlock = makeFlagBlock();
     rows->addWidget(m_flagBlock);
 
     connect(m_name, &QLineEdit::textChanged, this, [this](const QString &text) {

@@ -46,7 +46,7 @@ private:
     SymbolView *m_symbol = nullptr;
     SearchField *m_name;
     SearchField *m_comment;
-    QWidget *m_flagBlock = nullptr;
     std::array<ToggleButton *, 9> m_flags{};
     QPushButton *m_clear = nullptr;
+    QWidget *m_flagBlock; ///< last, because making it sets the buttons above
 };
