@@ -22,7 +22,11 @@ Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     , m_desk{
           velgorLibrary, velgorContent, storage, preferences, m_files, m_libraryEditor, m_contentEditor, m_contentFiles}
 {
-    storage.setShowDirectory([](const QUrl &directory) { QDesktopServices::openUrl(directory); });
+    storage.setShowDirectory([this](const QUrl &directory) {
+        if (!QDesktopServices::openUrl(directory) && m_window) {
+            m_window->alerts().show(AlertTexts::cannotShowDirectory(directory.toLocalFile()), [](bool) {});
+        }
+    });
 }
 
 Velgor_Library_ManagerApp::~Velgor_Library_ManagerApp() = default;

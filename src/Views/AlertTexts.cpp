@@ -156,6 +156,12 @@ Alert AlertTexts::directoryInUse(const QString &reason)
     return notice(Texts::tr("Could not access to library directory."), reason);
 }
 
+Alert AlertTexts::cannotShowDirectory(const QString &directory)
+{
+    return notice(Texts::tr("Could not show the library folder"),
+        Texts::tr("No program of the desktop opens folders. The library is in %1").arg(directory));
+}
+
 Alert AlertTexts::incompleteLibrary(const Desk &desk)
 {
     return notice(Texts::tr("Some patches of the library could not be loaded"),

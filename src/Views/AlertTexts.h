@@ -20,6 +20,8 @@ namespace AlertTexts {
 [[nodiscard]] Alert closeUnsaved(const Desk &desk);
 /// The library directory belongs to another program.
 [[nodiscard]] Alert directoryInUse(const QString &reason);
+/// The desktop has nothing that shows a directory.
+[[nodiscard]] Alert cannotShowDirectory(const QString &directory);
 /// Loading left patches out; says which, and that nothing of the old library file is lost.
 [[nodiscard]] Alert incompleteLibrary(const Desk &desk);
 

@@ -74,7 +74,13 @@ void Alerts::confirmExport()
     showNext();
 }
 
-void Alerts::show(const Alert &alert, const std::function<void(bool isAccepted)> &answered)
+void Alerts::show(const Alert &alert, const Answered &answered)
+{
+    m_waiting.append({alert, answered});
+    showNext();
+}
+
+void Alerts::open(const Alert &alert, const Answered &answered)
 {
     m_box = MessageBox::show(&m_window, alert, [this, answered](bool isAccepted) {
         m_box.clear();
@@ -90,7 +96,7 @@ void Alerts::showNext()
     }
     for (const Entry &entry : table()) {
         if (entry.isRaised(*this)) {
-            show(entry.alert(m_desk), [this, &entry](bool isAccepted) {
+            open(entry.alert(m_desk), [this, &entry](bool isAccepted) {
                 entry.clear(*this);
                 if (isAccepted && entry.accept) {
                     // The message is still closing; a file dialog of the answer would stand over it.
@@ -99,5 +105,9 @@ void Alerts::showNext()
             });
             return;
         }
+    }
+    if (!m_waiting.isEmpty()) {
+        const auto [alert, answered] = m_waiting.takeFirst();
+        open(alert, answered);
     }
 }

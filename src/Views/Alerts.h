@@ -8,6 +8,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <utility>
 
 class QMessageBox;
 class QWidget;
@@ -23,20 +24,24 @@ public:
 
     /// Asks the user to take the risk of an export; the export follows.
     void confirmExport();
-    /// A message that no flag stands for.
+    /// A message that no flag stands for, after those that are waiting. `answered` is not called when the window goes
+    /// first.
     void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
     [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
 
 private:
+    using Answered = std::function<void(bool isAccepted)>;
     struct Entry;
     /// Every flag with its message, in the order in which they are shown.
     [[nodiscard]] static const QList<Entry> &table();
 
     void followFlags();
     void showNext();
+    void open(const Alert &alert, const Answered &answered);
 
     Desk &m_desk;
     QWidget &m_window;
     QPointer<QMessageBox> m_box;
+    QList<std::pair<Alert, Answered>> m_waiting;
     bool m_isExportToConfirm = false;
 };

@@ -87,6 +87,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     connect(m_columns->content()->list(), &PatchListView::dropMarkChanged, this, &ContentView::refreshStatus);
     followLoading();
     restoreGeometryAndWidths();
+    m_columns->content()->list()->setFocus();
     refreshTitle();
     refreshStatus();
 }
@@ -133,6 +134,11 @@ void ContentView::finishLoading()
     }
     m_columns->setLoading(false);
     refreshStatus();
+    if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
+        m_alerts->show(AlertTexts::readError(m_desk), [](bool) {});
+    } else if (!m_desk.storage.droppedPatches().isEmpty()) {
+        m_alerts->show(AlertTexts::incompleteLibrary(m_desk), [](bool) {});
+    }
     Q_EMIT libraryLoaded();
 }
 
