@@ -1,6 +1,7 @@
 #include "AlertTexts.h"
 
 #include "ContentFiles.h"
+#include "FirmwareBadge.h"
 #include "LibraryEditor.h"
 #include "LibraryStorageManager.h"
 #include "VelgorContent.h"
@@ -68,7 +69,7 @@ Alert AlertTexts::mixVersions(const Desk &desk)
 {
     QStringList parts;
     for (auto entry = desk.content.versions().begin(); entry != desk.content.versions().end(); ++entry) {
-        parts.append(Texts::tr("%1: %2").arg(entry.key(), QString::number(entry.value())));
+        parts.append(Texts::tr("%1: %2").arg(FirmwareBadge::shownVersion(entry.key()), QString::number(entry.value())));
     }
     return notice(Texts::tr("You should not mix various versions of Velgor firmware in a preset file"),
         Texts::tr("Slots by firmware: %1. The patch was placed; the badges of the slots show which ones differ.")

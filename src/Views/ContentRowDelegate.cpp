@@ -1,6 +1,7 @@
 #include "ContentRowDelegate.h"
 
 #include "BadgePainter.h"
+#include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchListView.h"
@@ -110,7 +111,7 @@ QString ContentRowDelegate::markToolTip(
         return index.data(PatchRoles::HasUserIR).toBool() ? tr("User impulse response") : tr("Stock impulse response");
     }
     if (firmwareRect(option).contains(position)) {
-        return tr("Firmware %1").arg(index.data(PatchRoles::Version).toString());
+        return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
     }
     return {};
 }

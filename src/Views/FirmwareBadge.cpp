@@ -12,3 +12,9 @@ FirmwareBadge FirmwareBadge::of(const QString &version)
     }
     return badge;
 }
+
+QString FirmwareBadge::shownVersion(const QString &version)
+{
+    QString text = version;
+    return text.remove(QChar::Null);
+}

@@ -11,4 +11,6 @@ struct FirmwareBadge {
     std::optional<QColor> colour; ///< absent: the accent
 
     [[nodiscard]] static FirmwareBadge of(const QString &version);
+    /// The version as a text for people: its field is padded with zero characters.
+    [[nodiscard]] static QString shownVersion(const QString &version);
 };

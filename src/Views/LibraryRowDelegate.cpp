@@ -1,5 +1,6 @@
 #include "LibraryRowDelegate.h"
 
+#include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchRoles.h"
@@ -113,7 +114,7 @@ QString LibraryRowDelegate::markToolTip(
         return tr("Default patch");
     }
     if (firmwareRect(option).contains(position)) {
-        return tr("Firmware %1").arg(index.data(PatchRoles::Version).toString());
+        return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
     }
     return {};
 }

@@ -14,16 +14,10 @@ PVersionView::PVersionView(QWidget *parent)
 void PVersionView::setVersion(const QString &version)
 {
     m_version = version;
-    setAccessibleName(tr("Firmware %1").arg(shown(version)));
-    setToolTip(tr("Firmware %1").arg(shown(version)));
+    setAccessibleName(tr("Firmware %1").arg(FirmwareBadge::shownVersion(version)));
+    setToolTip(tr("Firmware %1").arg(FirmwareBadge::shownVersion(version)));
     updateGeometry();
     update();
-}
-
-QString PVersionView::shown(const QString &version)
-{
-    QString text = version;
-    return text.remove(QChar::Null);
 }
 
 QSize PVersionView::sizeHint() const

@@ -10,8 +10,6 @@ public:
     explicit PVersionView(QWidget *parent);
 
     void setVersion(const QString &version);
-    /// The version as it is written out: a shorter text fills its field with zero bytes, which are not shown.
-    [[nodiscard]] static QString shown(const QString &version);
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -1,5 +1,7 @@
 #include "PatchRoles.h"
 
+#include "FirmwareBadge.h"
+
 #include <QCoreApplication>
 
 namespace {
@@ -17,5 +19,5 @@ QString PatchRoles::spokenRow(const QString &text, bool hasUserIR)
 
 QString PatchRoles::firmwareText(const QString &version)
 {
-    return Texts::tr("firmware %1").arg(version);
+    return Texts::tr("firmware %1").arg(FirmwareBadge::shownVersion(version));
 }

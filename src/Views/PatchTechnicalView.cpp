@@ -2,6 +2,7 @@
 
 #include "DetailLabel.h"
 #include "DetailMeasures.h"
+#include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "PVersionView.h"
 #include "ValueLabel.h"
@@ -77,7 +78,7 @@ ValueLabel *PatchTechnicalView::addLine(const QString &label, QWidget *before)
 void PatchTechnicalView::showPatch(const VelgorPatch &patch)
 {
     m_badge->setVersion(patch.version);
-    m_version->setValue(PVersionView::shown(patch.version));
+    m_version->setValue(FirmwareBadge::shownVersion(patch.version));
     m_soundHash->setValue(soundHashText(patch.soundHash()));
     m_tailBit->setValue(tailBitText(patch.headerData));
     m_id->setValue(QString::number(patch.id()));

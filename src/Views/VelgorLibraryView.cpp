@@ -102,7 +102,7 @@ void VelgorLibraryView::setContextMenu(QMenu *menu)
 
 void VelgorLibraryView::setLoading(bool isLoading)
 {
-    m_filter->setEnabled(!isLoading);
+    m_filter->setControlsEnabled(!isLoading);
     m_commands.setLibraryUsable(!isLoading);
     m_list->setEnabled(!isLoading);
     m_loading->setLoading(isLoading);
