@@ -7,6 +7,9 @@
 #include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr int contentMinimum = 252;
@@ -46,11 +49,11 @@ void LibraryContentMainView::setLoading(bool isLoading)
 
 void LibraryContentMainView::setStartWidths(int windowWidth)
 {
+    constexpr int narrow = 1024;
     constexpr int wide = 1280;
-    if (windowWidth >= wide) {
-        const int half = (windowWidth - wide) / 2;
-        setSizes({280, 456 + half, windowWidth - 280 - 456 - half - 2});
-    } else {
-        setSizes({262, 420, windowWidth - 262 - 420 - 2});
-    }
+    const double share = std::clamp((windowWidth - narrow) / double(wide - narrow), 0.0, 1.0);
+    const int spare = std::max(windowWidth - wide, 0);
+    const int content = static_cast<int>(std::lerp(262.0, 280.0, share));
+    const int library = static_cast<int>(std::lerp(420.0, 456.0, share)) + spare / 2;
+    setSizes({content, library, windowWidth - content - library - 2 * handleWidth()});
 }
