@@ -66,21 +66,29 @@ def new_session(desktop, scheme, executable, command_line, samples):
     return session
 
 
+def park(desktop):
+    """Moves the pointer beside the window, where it lights nothing."""
+    desktop.mouse.move(1, 1)
+
+
 def take_pictures(desktop, scheme, pictures, *paths):
     def take(name):
-        desktop.mouse.move(640, 795)
-        desktop.still_screenshot(pictures / f"{name}-{scheme}.png")
+        left, top, width, height = program.find("frame", None).rectangle
+        picture = desktop.still_screenshot().crop((left, top, left + width, top + height))
+        picture.save(pictures / f"{name}-{scheme}.png", optimize=True)
 
     session = new_session(desktop, scheme, *paths)
-    session.start()
+    program = session.start()
+    park(desktop)
     take("first-start")
-    session.program.end()
+    program.end()
 
     session = new_session(desktop, scheme, *paths)
     program = session.start(prepare_library(session))
     program.row(CONTENT, 0)
     shown = next(name for name in program.rows_of(LIBRARY) if name.startswith(SHOWN))
     program.click(program.row(LIBRARY, shown))
+    park(desktop)
     take("main")
 
     program.press("ctrl+Delete")
@@ -93,13 +101,8 @@ def take_pictures(desktop, scheme, pictures, *paths):
     for index in TICKED:
         program.click(program.row(LIBRARY, index))
         program.press("space")
-    picture = pictures / f"ticking-{scheme}.png"
-    program.drag(
-        program.row(LIBRARY, TICKED[1]),
-        program.row(CONTENT, 6),
-        cancel=True,
-        over_target=lambda: desktop.still_screenshot(picture),
-    )
+    source, target = program.row(LIBRARY, TICKED[1]), program.row(CONTENT, 6)
+    program.drag(source, target, cancel=True, over_target=lambda: take("ticking"))
     program.end()
 
 

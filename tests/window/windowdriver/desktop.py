@@ -19,7 +19,7 @@ from .errors import Failure, Gone
 from .input import Keyboard, Mouse
 from .program import Program
 
-# The main window has no decoration, so that it fills the screen of a screenshot.
+# The main window has no decoration, so that its pictures show nothing but the program.
 WINDOW_MANAGER_CONFIGURATION = """<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
  <focus><focusNew>yes</focusNew><focusLast>yes</focusLast><followMouse>no</followMouse></focus>
@@ -43,7 +43,8 @@ SESSION_BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D
 """
 
 KEPT_VARIABLES = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS")
-SCREEN = "1280x800x24"
+# Has room around a main window of 1280 by 800.
+SCREEN = "1400x900x24"
 PR_SET_CHILD_SUBREAPER = 36
 
 
@@ -195,7 +196,7 @@ class Desktop:
             picture.save(path)
         return picture
 
-    def still_screenshot(self, path=None):
+    def still_screenshot(self):
         """Waits until two pictures in a row are equal."""
         pictures = [self.screenshot()]
 
@@ -205,8 +206,6 @@ class Desktop:
             return pictures[-1].tobytes() == pictures[-2].tobytes()
 
         self.wait(is_still, "a picture that does not change")
-        if path is not None:
-            pictures[-1].save(path)
         return pictures[-1]
 
     def keep_evidence(self):
