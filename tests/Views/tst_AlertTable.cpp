@@ -1,0 +1,404 @@
+#include "AlertTexts.h"
+#include "Alerts.h"
+#include "TestDesk.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include <functional>
+
+namespace {
+
+/// A window with messages over it.
+struct Window {
+    TestDesk desk;
+    QWidget widget;
+    Alerts *alerts = new Alerts(desk.desk, widget);
+
+    explicit Window(const QString &library = {})
+        : desk(library)
+    {
+        widget.show();
+        QTest::qWait(1);
+    }
+};
+
+QList<QMessageBox *> shownBoxes()
+{
+    QList<QMessageBox *> boxes;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget *widget : widgets) {
+        auto *box = qobject_cast<QMessageBox *>(widget);
+        if (box && box->isVisible()) {
+            boxes.append(box);
+        }
+    }
+    return boxes;
+}
+
+/// The only message on screen; nullptr when there is none or more than one.
+QMessageBox *shownBox()
+{
+    QTest::qWait(1);
+    const QList<QMessageBox *> boxes = shownBoxes();
+    return boxes.size() == 1 ? boxes.first() : nullptr;
+}
+
+QString shownTitle()
+{
+    const QMessageBox *box = shownBox();
+    return box ? box->text() : QString();
+}
+
+QAbstractButton *buttonOf(const QMessageBox &box, const QString &label)
+{
+    const QList<QAbstractButton *> buttons = box.buttons();
+    for (QAbstractButton *button : buttons) {
+        if (button->text().remove(u'&') == label) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+void press(const QString &label)
+{
+    QMessageBox *box = shownBox();
+    QVERIFY(box);
+    QAbstractButton *button = buttonOf(*box, label);
+    QVERIFY2(button, qPrintable(label));
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Space);
+    QTest::qWait(1);
+}
+
+using Raise = std::function<void(TestDesk &)>;
+using IsRaised = std::function<bool(TestDesk &)>;
+
+struct Message {
+    const char *name;
+    const char *title;
+    const char *buttons; ///< sorted; the safe one first, separated by "|"
+    Raise raise;
+    IsRaised isRaised;
+};
+
+const QList<Message> &messages()
+{
+    static const QList<Message> all{
+        {"import failed", "Could not import file", "OK", [](TestDesk &desk) { desk.content.setOpenError(true); },
+            [](TestDesk &desk) { return desk.content.openError(); }},
+        {"export failed", "Could not export file", "OK", [](TestDesk &desk) { desk.content.setSaveError(true); },
+            [](TestDesk &desk) { return desk.content.saveError(); }},
+        {"no default patch", "You have to select a default patch in the library", "OK",
+            [](TestDesk &desk) { desk.content.setSelectDefault(true); },
+            [](TestDesk &desk) { return desk.content.selectDefault(); }},
+        {"mixed versions", "You should not mix various versions of Velgor firmware in a preset file", "OK",
+            [](TestDesk &desk) { desk.content.setMixVersions(true); },
+            [](TestDesk &desk) { return desk.content.mixVersions(); }},
+        {"library not read", "Could not access to library directory.", "OK",
+            [](TestDesk &desk) { desk.storage.setReadError(true); },
+            [](TestDesk &desk) { return desk.storage.readError(); }},
+        {"library not written", "Could not save one or more library files", "OK",
+            [](TestDesk &desk) { desk.storage.setWriteError(true); },
+            [](TestDesk &desk) { return desk.storage.writeError(); }},
+        {"delete one", "Do you really want to delete 1 patch?", "No|Yes",
+            [](TestDesk &desk) {
+                desk.select(1);
+                desk.library.setDeleteConfirm(true);
+            },
+            [](TestDesk &desk) { return desk.library.deleteConfirm(); }},
+        {"delete one ticked", "Do you really want to delete 1 patches?", "No|Yes",
+            [](TestDesk &desk) {
+                desk.tick({1});
+                desk.library.setDeleteConfirm(true);
+            },
+            [](TestDesk &desk) { return desk.library.deleteConfirm(); }},
+        {"delete two ticked", "Do you really want to delete 2 patches?", "No|Yes",
+            [](TestDesk &desk) {
+                desk.tick({0, 2});
+                desk.library.setDeleteConfirm(true);
+            },
+            [](TestDesk &desk) { return desk.library.deleteConfirm(); }},
+    };
+    return all;
+}
+
+const QString disclaimer =
+    QStringLiteral("I know that this file has not been created by a genuine Ostrel product and I "
+                   "assume taking the risk of using it.");
+
+} // namespace
+
+class TestAlertTable : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QCoreApplication::setApplicationName(QStringLiteral("Velgor Library Manager")); }
+    void cleanup() { QTRY_VERIFY(shownBoxes().isEmpty()); }
+
+    void aFlagShowsItsMessageUntilDismissed_data()
+    {
+        QTest::addColumn<int>("message");
+        QTest::addColumn<int>("key");
+        for (int i = 0; i < messages().size(); ++i) {
+            QTest::addRow("%s, Escape", messages().at(i).name) << i << static_cast<int>(Qt::Key_Escape);
+            QTest::addRow("%s, Return", messages().at(i).name) << i << static_cast<int>(Qt::Key_Return);
+            QTest::addRow("%s, closed", messages().at(i).name) << i << 0;
+        }
+    }
+
+    void aFlagShowsItsMessageUntilDismissed()
+    {
+        QFETCH(const int, message);
+        QFETCH(const int, key);
+        const Message &expected = messages().at(message);
+        Window window(QStringLiteral("A B C"));
+        expected.raise(window.desk);
+        QVERIFY(shownBoxes().isEmpty());
+        QPointer<QMessageBox> box = shownBox();
+        QVERIFY(box);
+        QVERIFY(window.alerts->isShowing());
+        QCOMPARE(box->text(), QString::fromLatin1(expected.title));
+        QVERIFY(!box->informativeText().isEmpty());
+        QCOMPARE(box->windowTitle(), QStringLiteral("Velgor Library Manager"));
+        QCOMPARE(box->parentWidget(), &window.widget);
+        QVERIFY(box->isModal());
+        const QStringList buttons = QString::fromLatin1(expected.buttons).split(u'|');
+        QCOMPARE(box->buttons().size(), buttons.size());
+        QAbstractButton *const safe = buttonOf(*box, buttons.first());
+        QVERIFY(safe);
+        QCOMPARE(box->defaultButton(), safe);
+        QCOMPARE(box->escapeButton(), safe);
+        QCOMPARE(box->buttonRole(safe), QMessageBox::RejectRole);
+        if (buttons.size() > 1) {
+            QAbstractButton *const accept = buttonOf(*box, buttons.last());
+            QVERIFY(accept);
+            QCOMPARE(box->buttonRole(accept), QMessageBox::DestructiveRole);
+        }
+
+        if (key == 0) {
+            box->close();
+        } else {
+            QTest::keyClick(box, static_cast<Qt::Key>(key));
+        }
+        QTest::qWait(1);
+        QVERIFY(!expected.isRaised(window.desk));
+        QVERIFY(shownBoxes().isEmpty());
+        QVERIFY(!window.alerts->isShowing());
+        QCOMPARE(window.desk.shown(), QStringLiteral("A B C"));
+        QTRY_VERIFY(!box);
+
+        expected.raise(window.desk);
+        QCOMPARE(shownTitle(), QString::fromLatin1(expected.title));
+        press(buttons.first());
+        QCOMPARE(window.desk.shown(), QStringLiteral("A B C"));
+    }
+
+    void yesDeletes_data()
+    {
+        QTest::addColumn<QList<qsizetype>>("ticked");
+        QTest::addColumn<QString>("left");
+        QTest::newRow("selected") << QList<qsizetype>() << QStringLiteral("A C");
+        QTest::newRow("ticked") << QList<qsizetype>{0, 2} << QStringLiteral("B");
+    }
+
+    void yesDeletes()
+    {
+        QFETCH(const QList<qsizetype>, ticked);
+        QFETCH(const QString, left);
+        Window window(QStringLiteral("A B C"));
+        window.desk.select(1);
+        if (!ticked.isEmpty()) {
+            window.desk.tick(ticked);
+        }
+        window.desk.library.setDeleteConfirm(true);
+        press(QStringLiteral("Yes"));
+        QTRY_COMPARE(window.desk.shown(), left);
+        QVERIFY(!window.desk.library.deleteConfirm());
+    }
+
+    void flagsRaisedTogetherAreShownOneAfterTheOther()
+    {
+        Window window(QStringLiteral("A B C"));
+        for (const Message &message : messages().first(6)) {
+            message.raise(window.desk);
+        }
+        for (const Message &message : messages().first(6)) {
+            QCOMPARE(shownTitle(), QString::fromLatin1(message.title));
+            QVERIFY(message.isRaised(window.desk));
+            QTest::keyClick(shownBox(), Qt::Key_Escape);
+            QVERIFY(!message.isRaised(window.desk));
+        }
+        QTest::qWait(1);
+        QVERIFY(shownBoxes().isEmpty());
+    }
+
+    void aFlagRaisedDuringAMessageWaits()
+    {
+        Window window(QStringLiteral("A B C"));
+        window.desk.storage.setWriteError(true);
+        QVERIFY(shownBox());
+        window.desk.content.setOpenError(true);
+        QCOMPARE(shownTitle(), QStringLiteral("Could not save one or more library files"));
+        QTest::keyClick(shownBox(), Qt::Key_Escape);
+        QVERIFY(!window.desk.storage.writeError());
+        QVERIFY(window.desk.content.openError());
+        QCOMPARE(shownTitle(), QStringLiteral("Could not import file"));
+        QTest::keyClick(shownBox(), Qt::Key_Escape);
+    }
+
+    void aFlagRaisedAndClearedAtOnceShowsNothing()
+    {
+        Window window;
+        window.desk.content.setMixVersions(true);
+        window.desk.content.setMixVersions(false);
+        QTest::qWait(1);
+        QVERIFY(shownBoxes().isEmpty());
+    }
+
+    void aFlagRaisedBeforeTheWindowIsShownIsShownThen()
+    {
+        TestDesk desk;
+        desk.storage.setReadError(true);
+        QWidget widget;
+        new Alerts(desk.desk, widget);
+        QVERIFY(shownBoxes().isEmpty());
+        widget.show();
+        QCOMPARE(shownTitle(), QStringLiteral("Could not access to library directory."));
+        QTest::keyClick(shownBox(), Qt::Key_Escape);
+    }
+
+    void theRefusedDisclaimerExportsNothing_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("button") << 0;
+        QTest::newRow("Return") << static_cast<int>(Qt::Key_Return);
+        QTest::newRow("Escape") << static_cast<int>(Qt::Key_Escape);
+    }
+
+    void theRefusedDisclaimerExportsNothing()
+    {
+        QFETCH(const int, key);
+        Window window;
+        window.desk.fillContent(QStringLiteral("x y"));
+        window.desk.dialogs.answer = QStringLiteral("out");
+        window.alerts->confirmExport();
+        QCOMPARE(shownTitle(), disclaimer);
+        if (key == 0) {
+            press(QStringLiteral("I don't accept"));
+        } else {
+            QTest::keyClick(shownBox(), static_cast<Qt::Key>(key));
+        }
+        QTest::qWait(1);
+        QCOMPARE(window.desk.dialogs.asked, QStringList());
+        QVERIFY(window.desk.files.files.isEmpty());
+        QVERIFY(!window.desk.content.saveError());
+        QVERIFY(shownBoxes().isEmpty());
+    }
+
+    void theAcceptedDisclaimerExports()
+    {
+        Window window;
+        window.desk.fillContent(QStringLiteral("x y"));
+        window.desk.dialogs.answer = QStringLiteral("out");
+        window.alerts->confirmExport();
+        press(QStringLiteral("OK"));
+        QTRY_VERIFY(window.desk.files.files.contains(QStringLiteral("out")));
+        QCOMPARE(SPresetFile::fromData(window.desk.files.files.value(QStringLiteral("out")))->patches.size(), 2);
+        QTest::qWait(1);
+        QVERIFY(shownBoxes().isEmpty());
+    }
+
+    void theDisclaimerTakesTheRiskNeitherByDefaultNorOnEscape()
+    {
+        Window window;
+        window.alerts->confirmExport();
+        const QMessageBox *box = shownBox();
+        QVERIFY(box);
+        QCOMPARE(box->buttons().size(), 2);
+        QAbstractButton *const safe = buttonOf(*box, QStringLiteral("I don't accept"));
+        QVERIFY(safe);
+        QCOMPARE(box->defaultButton(), safe);
+        QCOMPARE(box->escapeButton(), safe);
+        QCOMPARE(box->buttonRole(buttonOf(*box, QStringLiteral("OK"))), QMessageBox::DestructiveRole);
+        press(QStringLiteral("I don't accept"));
+    }
+
+    void anExportThatFailsIsToldOfAfterTheDisclaimer()
+    {
+        Window window;
+        window.desk.fillContent(QStringLiteral("x"));
+        window.desk.dialogs.answer = QStringLiteral("out");
+        window.desk.files.writeError = QStringLiteral("disk full");
+        window.alerts->confirmExport();
+        press(QStringLiteral("OK"));
+        QTRY_COMPARE(shownTitle(), QStringLiteral("Could not export file"));
+        QVERIFY(shownBox()->informativeText().contains(QStringLiteral("out: disk full")));
+        press(QStringLiteral("OK"));
+    }
+
+    void anAcceptedMessageIsDoneBeforeTheNextOneIsShown()
+    {
+        Window window(QStringLiteral("A B C"));
+        window.desk.select(1);
+        window.desk.library.setDeleteConfirm(true);
+        QVERIFY(shownBox());
+        window.desk.content.setOpenError(true);
+        press(QStringLiteral("Yes"));
+        QCOMPARE(shownTitle(), QStringLiteral("Could not import file"));
+        QCOMPARE(window.desk.shown(), QStringLiteral("A C"));
+        press(QStringLiteral("OK"));
+    }
+
+    void namesFromFilesAreNoMarkup()
+    {
+        Window window(QStringLiteral("<b>x</b>"));
+        window.desk.select(0);
+        window.desk.library.setDeleteConfirm(true);
+        const QMessageBox *box = shownBox();
+        QVERIFY(box);
+        QCOMPARE(box->textFormat(), Qt::PlainText);
+        QVERIFY(box->informativeText().contains(QStringLiteral("<b>x</b>")));
+        press(QStringLiteral("No"));
+    }
+
+    void deletingSaysWhatBecomesOfTheSlots_data()
+    {
+        QTest::addColumn<QString>("slotNames");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("unused") << QStringLiteral("x y") << QString();
+        QTest::newRow("one") << QStringLiteral("A x") << QStringLiteral("The slot that uses it keeps its copy.");
+        QTest::newRow("two") << QStringLiteral("A x A") << QStringLiteral("The 2 slots that use it keep their copies.");
+    }
+
+    void deletingSaysWhatBecomesOfTheSlots()
+    {
+        QFETCH(const QString, slotNames);
+        QFETCH(const QString, said);
+        TestDesk desk(QStringLiteral("A B"));
+        desk.select(0);
+        desk.fillContent(slotNames);
+        const Alert alert = AlertTexts::deleteConfirm(desk.desk);
+        QVERIFY(alert.text.startsWith(QStringLiteral("\"A\" ")));
+        QCOMPARE(alert.text.contains(QStringLiteral("slot")), !said.isEmpty());
+        QVERIFY2(alert.text.endsWith(said), qPrintable(alert.text));
+    }
+
+    void mixedVersionsAreCounted()
+    {
+        Window window(QStringLiteral("A"));
+        window.desk.fillContent(QStringLiteral("x y z"));
+        window.desk.library.append(TestPatches::imported(QStringLiteral("Other"), 9, {}, "V1.21"), false, false);
+        window.desk.contentEditor.dropDest(window.desk.idOf(1), 0);
+        QVERIFY(shownBox());
+        QVERIFY2(shownBox()->informativeText().contains(QStringLiteral("V1.20: 2, V1.21: 1")),
+            qPrintable(shownBox()->informativeText()));
+        press(QStringLiteral("OK"));
+    }
+};
+
+QTEST_MAIN(TestAlertTable)
+#include "tst_AlertTable.moc"

@@ -1,0 +1,525 @@
+#include "CommandTable.h"
+#include "Commands.h"
+#include "TestDesk.h"
+#include "WebPages.h"
+#include "WindowTasks.h"
+
+#include <QAction>
+#include <QDesktopServices>
+#include <QTest>
+
+namespace {
+
+/// Writes down what commands ask of their window.
+class RecordingTasks : public WindowTasks {
+public:
+    QStringList asked;
+    bool canMove = false;
+
+    void confirmExport() override { asked.append(QStringLiteral("confirmExport")); }
+    void flipTick() override { asked.append(QStringLiteral("flipTick")); }
+    void moveLibraryPatch(int step) override { asked.append(QStringLiteral("move %1").arg(step)); }
+    [[nodiscard]] bool canMoveLibraryPatch(int) const override { return canMove; }
+    void focusFilter() override { asked.append(QStringLiteral("focusFilter")); }
+    void closeWindow() override { asked.append(QStringLiteral("closeWindow")); }
+};
+
+/// Stands for the browser and the file manager.
+class OpenedPages : public QObject {
+    Q_OBJECT
+public:
+    QList<QUrl> urls;
+public Q_SLOTS:
+    void open(const QUrl &url) { urls.append(url); }
+};
+
+struct Window {
+    TestDesk desk;
+    RecordingTasks tasks;
+    Commands commands{desk.desk, tasks};
+
+    explicit Window(const QString &library = {})
+        : desk(library)
+    {
+    }
+
+    [[nodiscard]] QAction &action(CommandId id) const { return *commands.action(id); }
+    [[nodiscard]] QString label(CommandId id) const { return action(id).text().remove(u'&'); }
+    [[nodiscard]] QString buttonLabel(CommandId id) { return commands.command(id).buttonLabel(desk.desk); }
+    [[nodiscard]] QString symbol(CommandId id) { return commands.command(id).symbol(desk.desk); }
+};
+
+/// How a library and a list stand when the enabling of commands is looked at.
+enum State {
+    Empty = 0x1, ///< an empty library and no list
+    One = 0x2, ///< one patch, not selected, and a list without a selected slot
+    OneSelected = 0x4, ///< one patch, selected
+    TwoSelected = 0x8, ///< two patches, one of them selected, and a list with a selected slot in its middle
+    TwoTicked = 0x10, ///< two patches, one of them ticked, none selected
+    Always = 0x1f,
+    Never = 0,
+};
+
+void bringTo(Window &window, State state)
+{
+    switch (state) {
+    case Empty:
+        window.desk.library.setSelection(window.desk.idOf(0));
+        break;
+    case One:
+        window.desk.fillContent(QStringLiteral("x y z"));
+        window.desk.content.setSelections({});
+        break;
+    case OneSelected:
+        window.desk.select(0);
+        break;
+    case TwoSelected:
+        window.desk.select(0);
+        window.desk.fillContent(QStringLiteral("x y z"));
+        window.desk.content.setSelections({window.desk.content.velgorContentPatchList().at(1).id});
+        break;
+    case TwoTicked:
+        window.desk.tick({1});
+        break;
+    default:
+        QFAIL("no such state");
+    }
+}
+
+QString libraryOf(State state)
+{
+    return state == Empty                      ? QString()
+        : state == One || state == OneSelected ? QStringLiteral("A")
+                                               : QStringLiteral("A B");
+}
+
+} // namespace
+
+class TestCommandTable : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyCommandStandsInTheTableOnce()
+    {
+        QList<int> ids;
+        for (const Command &command : commandTable()) {
+            QVERIFY(!ids.contains(static_cast<int>(command.id)));
+            ids.append(static_cast<int>(command.id));
+            QVERIFY(command.label && command.run);
+        }
+        QCOMPARE(ids.size(), static_cast<int>(CommandId::OnlineHelp) + 1);
+    }
+
+    void aCommandIsAsItIsToldOf_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QString>("shortcuts");
+        QTest::addColumn<int>("enabledIn");
+        const auto row = [](CommandId id, const char *label, const char *shortcuts, int enabledIn) {
+            QTest::newRow(label) << static_cast<int>(id) << QString::fromUtf8(label) << QString::fromLatin1(shortcuts)
+                                 << enabledIn;
+        };
+        constexpr int selected = OneSelected | TwoSelected;
+        constexpr int list = One | TwoSelected;
+        row(CommandId::NewVelgorFile, "New Velgor file", "", Always);
+        row(CommandId::Import, "Import...", "Ctrl+O", Always);
+        row(CommandId::Export, "Export...", "Ctrl+S", list);
+        row(CommandId::NormalTailBit, "Normal tail bit", "", Always);
+        row(CommandId::InvertedTailBit, "Inverted tail bit", "", Always);
+        row(CommandId::Quit, "Quit", "Ctrl+Q", Always);
+        row(CommandId::Reset, "Reset to Default Patch", "", Always);
+        row(CommandId::PutIntoSlot, "Put Library Patch into Slot", "Return; Enter", TwoSelected);
+        row(CommandId::ReplaceSlots, "Replace Every Selected Slot with Library Patch", "Shift+Return; Shift+Enter",
+            TwoSelected);
+        row(CommandId::KeepInLibrary, "Keep Selected Slots in Library", "Ctrl+K", TwoSelected);
+        row(CommandId::MoveSlotUp, "Move Selected Slots Up", "Alt+Up", TwoSelected);
+        row(CommandId::MoveSlotDown, "Move Selected Slots Down", "Alt+Down", TwoSelected);
+        row(CommandId::MovePatchUp, "Move Library Patch Up", "Alt+Up", Never);
+        row(CommandId::MovePatchDown, "Move Library Patch Down", "Alt+Down", Never);
+        row(CommandId::Select, "Tick Several Library Patches", "", Always & ~Empty);
+        row(CommandId::Tick, "Tick Library Patch", "Ctrl+T", Always & ~Empty);
+        row(CommandId::FocusFilter, "Go to Filter", "Ctrl+L", Always);
+        row(CommandId::Guitar, "Guitar", "Ctrl+1", selected);
+        row(CommandId::Bass, "Bass", "Ctrl+2", selected);
+        row(CommandId::Rythm, "Rythm", "Ctrl+3", selected);
+        row(CommandId::Solo, "Solo", "Ctrl+4", selected);
+        row(CommandId::Clean, "Clean", "Ctrl+5", selected);
+        row(CommandId::Crunch, "Crunch", "Ctrl+6", selected);
+        row(CommandId::Drive, "Drive", "Ctrl+7", selected);
+        row(CommandId::Higain, "Higain", "Ctrl+8", selected);
+        row(CommandId::SystemScheme, "System", "", Always);
+        row(CommandId::DarkScheme, "Dark", "", Always);
+        row(CommandId::LightScheme, "Light", "", Always);
+        row(CommandId::Sort, "Sort ascend", "", TwoSelected | TwoTicked);
+        row(CommandId::ShowLibraryFolder, "Show library folder", "", Always);
+        row(CommandId::ExportOnePatch, "Export One Patch", "Ctrl+Shift+S", selected);
+        row(CommandId::SetAsDefault, "Set as Default Patch", "Ctrl+Return; Ctrl+Enter", selected);
+        row(CommandId::Duplicate, "Duplicate Patch", "Ctrl+D", selected);
+        row(CommandId::FindSimilar, "Find Similar Patches", "Ctrl+F", TwoSelected);
+        row(CommandId::SelectAll, "Select All", "Ctrl+Shift+A", Always & ~Empty);
+        row(CommandId::Delete, "Delete patch", "Ctrl+Del", selected | TwoTicked);
+        row(CommandId::Donate, "Send Mon\u20ACy to $upport Development", "", Always);
+        row(CommandId::OnlineHelp, "Online help", "", Always);
+    }
+
+    void aCommandIsAsItIsToldOf()
+    {
+        QFETCH(const int, id);
+        QFETCH(const QString, label);
+        QFETCH(const QString, shortcuts);
+        QFETCH(const int, enabledIn);
+        const auto command = static_cast<CommandId>(id);
+        QCOMPARE(Window().label(command), label);
+        QCOMPARE(QKeySequence::listToString(Window().action(command).shortcuts()), shortcuts);
+        for (const State state : {Empty, One, OneSelected, TwoSelected, TwoTicked}) {
+            Window window(libraryOf(state));
+            bringTo(window, state);
+            QVERIFY2(window.action(command).isEnabled() == ((enabledIn & state) != 0),
+                qPrintable(QStringLiteral("state %1").arg(state)));
+        }
+    }
+
+    void aSelectedPatchThatIsGoneEnablesNothingOfPatches()
+    {
+        Window window(QStringLiteral("A B"));
+        window.desk.library.setSelection(12);
+        for (const CommandId id :
+            {CommandId::ExportOnePatch, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::Guitar}) {
+            QVERIFY(!window.action(id).isEnabled());
+        }
+    }
+
+    void deleteIsInThePluralFromOneTickOn_data()
+    {
+        QTest::addColumn<QList<qsizetype>>("ticked");
+        QTest::addColumn<QString>("label");
+        QTest::newRow("none") << QList<qsizetype>() << QStringLiteral("Delete patch");
+        QTest::newRow("one") << QList<qsizetype>{1} << QStringLiteral("Delete patches");
+        QTest::newRow("two") << QList<qsizetype>{0, 1} << QStringLiteral("Delete patches");
+    }
+
+    void deleteIsInThePluralFromOneTickOn()
+    {
+        QFETCH(const QList<qsizetype>, ticked);
+        QFETCH(const QString, label);
+        Window window(QStringLiteral("A B"));
+        window.desk.tick(ticked);
+        QCOMPARE(window.label(CommandId::Delete), label);
+        QCOMPARE(window.action(CommandId::Delete).isEnabled(), !ticked.isEmpty());
+        QCOMPARE(window.buttonLabel(CommandId::Delete), QStringLiteral("Delete"));
+        QCOMPARE(window.buttonLabel(CommandId::Select), QStringLiteral("Select (%1)").arg(ticked.size()));
+        window.desk.library.setIsMultiSel(false);
+        QCOMPARE(window.label(CommandId::Delete), label);
+        QCOMPARE(window.buttonLabel(CommandId::Select), QStringLiteral("Select (0)"));
+    }
+
+    void sortSaysWhatComesNext()
+    {
+        Window window(QStringLiteral("B A"));
+        const auto sort = [&window] { window.action(CommandId::Sort).trigger(); };
+        const auto said = [&window] {
+            return window.label(CommandId::Sort) + u' ' + window.symbol(CommandId::Sort) + u' ' + window.desk.shown();
+        };
+        QCOMPARE(said(), QStringLiteral("Sort ascend arrow.up B A"));
+        sort();
+        QCOMPARE(said(), QStringLiteral("Sort previous arrow.right A B"));
+        sort();
+        QCOMPARE(said(), QStringLiteral("Sort descend arrow.down B A"));
+        sort();
+        QCOMPARE(said(), QStringLiteral("Sort ascend arrow.up B A"));
+        QCOMPARE(window.buttonLabel(CommandId::Sort), QStringLiteral("Sort"));
+    }
+
+    void buttonsHaveTheirLabelAndSymbol_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("said");
+        const auto row = [](CommandId id, const char *said) {
+            QTest::newRow(said) << static_cast<int>(id) << QString::fromLatin1(said);
+        };
+        row(CommandId::Import, "Import arrow.up.square");
+        row(CommandId::Export, "Export arrow.down.square");
+        row(CommandId::Reset, "Reset delete.left");
+        row(CommandId::Select, "Select (0) circle");
+        row(CommandId::Delete, "Delete trash");
+        row(CommandId::Duplicate, "Duplicate doc.on.doc");
+    }
+
+    void buttonsHaveTheirLabelAndSymbol()
+    {
+        QFETCH(const int, id);
+        QFETCH(const QString, said);
+        Window window(QStringLiteral("A"));
+        const auto command = static_cast<CommandId>(id);
+        QCOMPARE(window.buttonLabel(command) + u' ' + window.symbol(command), said);
+    }
+
+    void theMarkOfSelectShowsTheMode()
+    {
+        Window window(QStringLiteral("A"));
+        window.action(CommandId::Select).trigger();
+        QCOMPARE(window.symbol(CommandId::Select), QStringLiteral("circle.badge.checkmark"));
+        QVERIFY(window.action(CommandId::Select).isChecked());
+        window.action(CommandId::Select).trigger();
+        QVERIFY(!window.action(CommandId::Select).isChecked());
+    }
+
+    void newAndResetFillAListOrAskForADefault_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::newRow("new") << static_cast<int>(CommandId::NewVelgorFile);
+        QTest::newRow("reset") << static_cast<int>(CommandId::Reset);
+    }
+
+    void newAndResetFillAListOrAskForADefault()
+    {
+        QFETCH(const int, id);
+        Window window(QStringLiteral("A"));
+        QAction &action = window.action(static_cast<CommandId>(id));
+        action.trigger();
+        QVERIFY(window.desk.content.selectDefault());
+        QVERIFY(window.desk.content.velgorContentPatchList().isEmpty());
+        window.desk.libraryEditor.setDefaultPatch(window.desk.idOf(0));
+        window.desk.content.setSelectDefault(false);
+        action.trigger();
+        QVERIFY(!window.desk.content.selectDefault());
+        QCOMPARE(window.desk.content.velgorContentPatchList().size(), 99);
+    }
+
+    void importFillsTheList()
+    {
+        Window window;
+        window.desk.files.files.insert(
+            QStringLiteral("in"), TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Lead"))}));
+        window.desk.dialogs.answer = QStringLiteral("in");
+        window.action(CommandId::Import).trigger();
+        QCOMPARE(window.desk.content.velgorContentPatchList().size(), 1);
+        QVERIFY(window.action(CommandId::Export).isEnabled());
+    }
+
+    void exportAsksForTheDisclaimerAndWritesNothing()
+    {
+        Window window(QStringLiteral("A"));
+        window.desk.fillContent(QStringLiteral("x"));
+        window.desk.dialogs.answer = QStringLiteral("out");
+        window.action(CommandId::Export).trigger();
+        QCOMPARE(window.tasks.asked, QStringList{QStringLiteral("confirmExport")});
+        QVERIFY(window.desk.files.files.isEmpty());
+    }
+
+    void withoutAListThereIsNothingToExport()
+    {
+        Window window(QStringLiteral("A"));
+        window.action(CommandId::Export).trigger();
+        QCOMPARE(window.tasks.asked, QStringList());
+        QVERIFY(!window.desk.content.saveError());
+    }
+
+    void exportOfOnePatchIsThatOfTheSelectedOne()
+    {
+        Window window(QStringLiteral("A B"));
+        window.desk.select(1);
+        window.desk.dialogs.answer = QStringLiteral("out");
+        window.action(CommandId::ExportOnePatch).trigger();
+        QCOMPARE(window.desk.dialogs.asked, QStringList{QStringLiteral("Save patch: B.prst")});
+        const auto file = SPresetFile::fromData(window.desk.files.files.value(QStringLiteral("out")));
+        QVERIFY(file && file->patches.size() == 1);
+        QCOMPARE(file->patches.first().name, QStringLiteral("B"));
+    }
+
+    void theTailBitIsOneOfTwo()
+    {
+        Window window;
+        QAction &normal = window.action(CommandId::NormalTailBit);
+        QAction &inverted = window.action(CommandId::InvertedTailBit);
+        QVERIFY(normal.isChecked() && !inverted.isChecked());
+        inverted.trigger();
+        QVERIFY(window.desk.content.inverseTailBit());
+        QVERIFY(!normal.isChecked() && inverted.isChecked());
+        inverted.trigger();
+        QVERIFY(!normal.isChecked() && inverted.isChecked());
+        normal.trigger();
+        QVERIFY(!window.desk.content.inverseTailBit());
+        QVERIFY(normal.isChecked() && !inverted.isChecked());
+    }
+
+    void theColourSchemeIsOneOfThree()
+    {
+        Window window;
+        const QList<CommandId> ids{CommandId::SystemScheme, CommandId::DarkScheme, CommandId::LightScheme};
+        QVERIFY(window.action(CommandId::SystemScheme).isChecked());
+        for (int scheme = 2; scheme >= 0; --scheme) {
+            window.action(ids.at(scheme)).trigger();
+            QCOMPARE(static_cast<int>(window.desk.preferences.colorScheme()), scheme);
+            for (const CommandId id : ids) {
+                QCOMPARE(window.action(id).isChecked(), id == ids.at(scheme));
+            }
+        }
+    }
+
+    void libraryCommandsActOnTheSelectedPatch()
+    {
+        Window window(QStringLiteral("A B"));
+        window.desk.select(1);
+        window.action(CommandId::SetAsDefault).trigger();
+        QVERIFY(window.desk.libraryEditor.isDefaultPatch(window.desk.idOf(1)));
+        window.action(CommandId::Duplicate).trigger();
+        QCOMPARE(window.desk.shown(), QStringLiteral("A B B-1"));
+        window.action(CommandId::FindSimilar).trigger();
+        QVERIFY(window.desk.library.isMultiSel());
+        QCOMPARE(TestPatches::names(window.desk.library.getMultiSelection()).join(u' '), QStringLiteral("B B-1"));
+        window.action(CommandId::SelectAll).trigger();
+        QCOMPARE(window.desk.library.multiSelections().count(true), 3);
+    }
+
+    void deleteOnlyAsksForConfirmation()
+    {
+        Window window(QStringLiteral("A B"));
+        window.desk.select(1);
+        window.action(CommandId::Delete).trigger();
+        QVERIFY(window.desk.library.deleteConfirm());
+        QCOMPARE(window.desk.shown(), QStringLiteral("A B"));
+    }
+
+    void aFlagCommandFlipsItsFlag_data()
+    {
+        using Flag = bool VelgorPatch::*;
+        QTest::addColumn<int>("id");
+        QTest::addColumn<Flag>("flag");
+        QTest::newRow("Guitar") << static_cast<int>(CommandId::Guitar) << &VelgorPatch::guitar;
+        QTest::newRow("Bass") << static_cast<int>(CommandId::Bass) << &VelgorPatch::bass;
+        QTest::newRow("Rythm") << static_cast<int>(CommandId::Rythm) << &VelgorPatch::rythm;
+        QTest::newRow("Solo") << static_cast<int>(CommandId::Solo) << &VelgorPatch::solo;
+        QTest::newRow("Clean") << static_cast<int>(CommandId::Clean) << &VelgorPatch::clean;
+        QTest::newRow("Crunch") << static_cast<int>(CommandId::Crunch) << &VelgorPatch::crunch;
+        QTest::newRow("Drive") << static_cast<int>(CommandId::Drive) << &VelgorPatch::drive;
+        QTest::newRow("Higain") << static_cast<int>(CommandId::Higain) << &VelgorPatch::higain;
+    }
+
+    void aFlagCommandFlipsItsFlag()
+    {
+        using Flag = bool VelgorPatch::*;
+        QFETCH(const int, id);
+        QFETCH(const Flag, flag);
+        Window window(QStringLiteral("A"));
+        window.desk.select(0);
+        QAction &action = window.action(static_cast<CommandId>(id));
+        QVERIFY(!action.isChecked());
+        VelgorPatch expected = window.desk.library.patches().first();
+        expected.*flag = true;
+        action.trigger();
+        QVERIFY(window.desk.library.patches().first() == expected);
+        QVERIFY(action.isChecked());
+        action.trigger();
+        QVERIFY(!(window.desk.library.patches().first().*flag));
+        QVERIFY(!action.isChecked());
+    }
+
+    void slotCommandsActOnTheSelectedSlots()
+    {
+        Window window(QStringLiteral("A"));
+        window.desk.select(0);
+        window.desk.fillContent(QStringLiteral("x y z"));
+        const auto slotNames = [&window] {
+            QStringList names;
+            for (const VelgorContentPatch &slot : window.desk.content.velgorContentPatchList()) {
+                names.append(slot.patch.name);
+            }
+            return names.join(u' ');
+        };
+        QVERIFY(!window.action(CommandId::MoveSlotUp).isEnabled());
+        window.action(CommandId::MoveSlotDown).trigger();
+        QCOMPARE(slotNames(), QStringLiteral("y x z"));
+        window.action(CommandId::MoveSlotUp).trigger();
+        QCOMPARE(slotNames(), QStringLiteral("x y z"));
+        window.action(CommandId::KeepInLibrary).trigger();
+        QCOMPARE(window.desk.shown(), QStringLiteral("A x"));
+        window.desk.select(0);
+        window.action(CommandId::PutIntoSlot).trigger();
+        QCOMPARE(slotNames(), QStringLiteral("A y z"));
+        window.action(CommandId::ReplaceSlots).trigger();
+        QCOMPARE(slotNames(), QStringLiteral("A A z"));
+    }
+
+    void whatTheWindowDoesIsAskedOfIt()
+    {
+        Window window(QStringLiteral("A B"));
+        window.tasks.canMove = true;
+        window.commands.refresh();
+        for (const CommandId id : {CommandId::Quit, CommandId::Tick, CommandId::FocusFilter, CommandId::MovePatchUp,
+                 CommandId::MovePatchDown}) {
+            window.action(id).trigger();
+        }
+        QCOMPARE(window.tasks.asked.join(u';'), QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1"));
+    }
+
+    void pagesAndTheFolderAreOpenedOutside()
+    {
+        OpenedPages opened;
+        QDesktopServices::setUrlHandler(QStringLiteral("https"), &opened, "open");
+        Window window;
+        window.desk.storage.setShowDirectory([&opened](const QUrl &url) { opened.open(url); });
+        window.action(CommandId::Donate).trigger();
+        window.action(CommandId::OnlineHelp).trigger();
+        window.action(CommandId::ShowLibraryFolder).trigger();
+        QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+        QCOMPARE(opened.urls,
+            (QList{WebPages::donation(), WebPages::project(), QUrl::fromLocalFile(window.desk.directory.path())}));
+    }
+
+    void whileTheLibraryLoadsOnlyWhatNeedsItIsDisabled()
+    {
+        Window window(QStringLiteral("A B"));
+        window.desk.select(0);
+        window.desk.fillContent(QStringLiteral("x y"));
+        window.commands.setLibraryUsable(false);
+        for (const CommandId id : {CommandId::NewVelgorFile, CommandId::Reset, CommandId::PutIntoSlot,
+                 CommandId::ReplaceSlots, CommandId::KeepInLibrary, CommandId::Select, CommandId::Tick,
+                 CommandId::Guitar, CommandId::Sort, CommandId::ExportOnePatch, CommandId::SetAsDefault,
+                 CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, CommandId::Delete}) {
+            QVERIFY2(!window.action(id).isEnabled(), qPrintable(window.label(id)));
+        }
+        for (const CommandId id : {CommandId::Import, CommandId::Export, CommandId::Quit, CommandId::MoveSlotDown,
+                 CommandId::ShowLibraryFolder, CommandId::OnlineHelp}) {
+            QVERIFY2(window.action(id).isEnabled(), qPrintable(window.label(id)));
+        }
+        window.commands.setLibraryUsable(true);
+        QVERIFY(window.action(CommandId::Sort).isEnabled());
+    }
+
+    void aListOwnsTheKeysThatItUses()
+    {
+        Window window(QStringLiteral("A"));
+        QWidget widget;
+        QWidget contentList;
+        QWidget libraryList;
+        window.commands.addShortcuts(widget, contentList, libraryList);
+        const auto places = [&](CommandId id) {
+            QAction *const action = &window.action(id);
+            return QStringLiteral("%1%2%3")
+                .arg(widget.actions().contains(action))
+                .arg(contentList.actions().contains(action))
+                .arg(libraryList.actions().contains(action));
+        };
+        QCOMPARE(places(CommandId::Import), QStringLiteral("100"));
+        QCOMPARE(places(CommandId::Delete), QStringLiteral("100"));
+        QCOMPARE(places(CommandId::PutIntoSlot), QStringLiteral("011"));
+        QCOMPARE(places(CommandId::MoveSlotUp), QStringLiteral("010"));
+        QCOMPARE(places(CommandId::MovePatchUp), QStringLiteral("001"));
+        // Two commands with one key in one place would block each other.
+        for (const QWidget *place : {&widget, &contentList, &libraryList}) {
+            QSet<QKeySequence> keys;
+            const QList<QAction *> actions = place->actions();
+            for (const QAction *action : actions) {
+                for (const QKeySequence &key : action->shortcuts()) {
+                    QVERIFY2(!keys.contains(key), qPrintable(key.toString()));
+                    keys.insert(key);
+                }
+            }
+        }
+    }
+};
+
+QTEST_MAIN(TestCommandTable)
+#include "tst_CommandTable.moc"
