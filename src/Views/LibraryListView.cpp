@@ -17,11 +17,16 @@ LibraryListView::LibraryListView(
     setAccessibleName(tr("Library"));
     setSelectionMode(SingleSelection);
     setItemDelegate(new LibraryRowDelegate(this));
+    // View and selection model would both go on to a neighbour of the selected row. Connected before theirs.
+    connect(&model, &QAbstractItemModel::rowsAboutToBeRemoved, this, [this] { m_isRemoving = true; });
     setModel(&model);
     connect(&library, &VelgorLibrary::selectionChanged, this, &LibraryListView::followLibrary);
     connect(&library, &VelgorLibrary::isMultiSelChanged, this, &LibraryListView::followTicking);
     connect(&model, &QAbstractItemModel::modelReset, this, &LibraryListView::followLibrary);
-    connect(&model, &QAbstractItemModel::rowsRemoved, this, &LibraryListView::followLibrary);
+    connect(&model, &QAbstractItemModel::rowsRemoved, this, [this] {
+        m_isRemoving = false;
+        followLibrary();
+    });
     connect(&model, &QAbstractItemModel::rowsInserted, this, &LibraryListView::followLibrary);
 }
 
@@ -84,19 +89,12 @@ QModelIndexList LibraryListView::draggedIndexes() const
 void LibraryListView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     PatchListView::selectionChanged(selected, deselected);
-    if (m_isFollowing) {
+    if (m_isFollowing || m_isRemoving) {
         return;
     }
     const QScopedValueRollback following(m_isFollowing, true);
     const QModelIndexList indexes = selectedIndexes();
     m_library.setSelection(indexes.isEmpty() ? std::nullopt : std::optional(m_model.idAt(indexes.first().row())));
-}
-
-void LibraryListView::rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end)
-{
-    // The view would select a neighbour.
-    const QScopedValueRollback following(m_isFollowing, true);
-    PatchListView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void LibraryListView::followLibrary()

@@ -26,7 +26,6 @@ protected:
     void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
     [[nodiscard]] QModelIndexList draggedIndexes() const override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
-    void rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end) override;
 
 private:
     void followLibrary();
@@ -36,4 +35,5 @@ private:
     LibraryEditor &m_editor;
     LibraryListModel &m_model;
     bool m_isFollowing = false;
+    bool m_isRemoving = false;
 };
