@@ -1,8 +1,6 @@
 #include "WindowFixture.h"
 
-#include "ContentListView.h"
 #include "LibraryContentMainView.h"
-#include "LibraryListView.h"
 #include "PatchRoles.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
@@ -68,7 +66,7 @@ WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::mil
     if (!qobject_cast<VelgorStyle *>(QApplication::style())) {
         QApplication::setStyle(new VelgorStyle);
     }
-    QCoreApplication::setApplicationName(QStringLiteral("Velgor Library Manager"));
+    QCoreApplication::setApplicationName(QStringLiteral("velgor"));
     window = std::make_unique<ContentView>(desk, systemColorScheme, state);
 }
 

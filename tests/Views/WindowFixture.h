@@ -2,6 +2,7 @@
 
 #include "ContentEditor.h"
 #include "ContentFiles.h"
+#include "ContentListView.h"
 #include "ContentView.h"
 #include "Desk.h"
 #include "DiagnosticRecorder.h"
@@ -10,6 +11,7 @@
 #include "LibraryDirectory.h"
 #include "LibraryEditor.h"
 #include "LibraryJson.h"
+#include "LibraryListView.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "PatchFileHandler.h"
@@ -21,9 +23,6 @@
 
 #include <memory>
 
-class ContentListView;
-class LibraryListView;
-class PatchListView;
 class QAbstractButton;
 class QDropEvent;
 class QMessageBox;

@@ -1,6 +1,4 @@
-#include "ContentListView.h"
 #include "LibraryContentMainView.h"
-#include "LibraryListView.h"
 #include "LoadingView.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
@@ -8,7 +6,6 @@
 #include "WindowFixture.h"
 
 #include <QLineEdit>
-#include <QMimeData>
 #include <QProgressBar>
 #include <QSignalSpy>
 

@@ -1,0 +1,346 @@
+#include "ShownWidgets.h"
+#include "TestLibraries.h"
+#include "WindowFixture.h"
+
+#include <QAction>
+#include <QLineEdit>
+
+using namespace ShownWidgets;
+
+namespace {
+
+const QString noSelection = QStringLiteral("Select item in library to see details");
+
+QLineEdit *field(const WindowFixture &window, const char *name)
+{
+    return named<QLineEdit>(*window.window, QLatin1String(name));
+}
+
+void clickTick(const WindowFixture &window, int row)
+{
+    constexpr int tickMiddle = 21;
+    LibraryListView *list = window.libraryList();
+    const QRect rect = list->visualRect(list->model()->index(row, 0));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(tickMiddle, rect.center().y()));
+    WindowFixture::settle();
+}
+
+QString selectLabel(const WindowFixture &window)
+{
+    return named<QAbstractButton>(*window.window, QStringLiteral("Select"))->text();
+}
+
+QString ticks(const WindowFixture &window)
+{
+    return TestPatches::names(window.library.getMultiSelection()).join(u' ');
+}
+
+} // namespace
+
+class TestLibraryRegion : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void thePlaceholderCountsAsNothing()
+    {
+        const auto window = WindowFixture::shown({});
+        QCOMPARE(window->libraryList()->model()->rowCount(), 1);
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 0 element out of 0")));
+        QCOMPARE(selectLabel(*window), QStringLiteral("Select (0)"));
+        WindowFixture::click(window->libraryList(), 0);
+        for (const char *button : {"Sort", "Select", "Delete", "Duplicate"}) {
+            QVERIFY2(!window->isEnabled(QLatin1String(button)), button);
+        }
+        QVERIFY(!window->menuEntry(QStringLiteral("Select All"))->isEnabled());
+        QVERIFY(!window->isSaid(noSelection));
+    }
+
+    void oneMatchIsOneElement()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Lean Bells Choir"));
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 4 elements out of 4")));
+        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("bell"));
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 1 element out of 4")));
+        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("x"));
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 0 element out of 4")));
+        QVERIFY(window->libraryRows().isEmpty());
+    }
+
+    void everyKeystrokeNarrowsTheListAndClearsTheSelection()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Lean Bells"));
+        QStringList lists;
+        for (const QChar letter : QStringLiteral("lead")) {
+            WindowFixture::click(window->libraryList(), 0);
+            QVERIFY(window->library.selection());
+            QTest::keyClick(field(*window, "Filter by name"), letter.toLatin1());
+            lists.append(window->libraryRows());
+            QVERIFY(!window->library.selection());
+            QCOMPARE(window->selectedRows(window->libraryList()), QString());
+            QVERIFY(window->isSaid(noSelection));
+        }
+        QCOMPARE(lists.join(u'/'), QStringLiteral("Lead Lean Bells/Lead Lean/Lead Lean/Lead"));
+    }
+
+    void guitarTwiceGivesTheFormerListBack()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
+        WindowFixture::click(window->libraryList(), 1);
+        QVERIFY(window->press(QStringLiteral("Guitar")));
+        QVERIFY(window->press(QStringLiteral("Filter: Guitar")));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Bells"));
+        QVERIFY(window->press(QStringLiteral("Filter: Guitar")));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells"));
+    }
+
+    void sortGoesUpBackAndDownAndDeselects()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"), QStringLiteral("One Two"));
+        WindowFixture::click(window->contentList(), 1);
+        QStringList lists;
+        for (int i = 0; i < 4; ++i) {
+            WindowFixture::click(window->libraryList(), 0);
+            QVERIFY(window->press(QStringLiteral("Sort")));
+            lists.append(window->libraryRows());
+            QVERIFY(!window->library.selection());
+            QCOMPARE(window->selectedRows(window->libraryList()), QString());
+            QCOMPARE(window->selectedRows(window->contentList()), QStringLiteral("1"));
+        }
+        QCOMPARE(
+            lists.join(u'/'), QStringLiteral("Bells Choir Lead/Lead Bells Choir/Lead Choir Bells/Bells Choir Lead"));
+    }
+
+    void aSinglePatchIsNotSorted()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"));
+        QVERIFY(!window->isEnabled(QStringLiteral("Sort")));
+        QVERIFY(window->isEnabled(QStringLiteral("Select")));
+        WindowFixture::click(window->libraryList(), 0);
+        QVERIFY(!window->menuEntry(QStringLiteral("Find Similar Patches"))->isEnabled());
+        QVERIFY(window->menuEntry(QStringLiteral("Export One Patch"))->isEnabled());
+    }
+
+    void tickingIsCountedAndBeginsAfreshEachTime()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
+        clickTick(*window, 1);
+        QCOMPARE(selectLabel(*window), QStringLiteral("Select (0)"));
+        QVERIFY(window->press(QStringLiteral("Select")));
+        clickTick(*window, 1);
+        clickTick(*window, 2);
+        clickTick(*window, 0);
+        clickTick(*window, 2);
+        QCOMPARE(ticks(*window), QStringLiteral("Lead Bells"));
+        QCOMPARE(selectLabel(*window), QStringLiteral("Select (2)"));
+        QVERIFY(window->menuEntry(QStringLiteral("Delete patches")) != nullptr);
+        QVERIFY(window->press(QStringLiteral("Select")));
+        QCOMPARE(selectLabel(*window), QStringLiteral("Select (0)"));
+        QVERIFY(window->press(QStringLiteral("Select")));
+        QCOMPARE(ticks(*window), QString());
+        QVERIFY(window->menuEntry(QStringLiteral("Delete patch")) != nullptr);
+    }
+
+    void selectAllAndFindSimilarShowTheirTicks()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
+        WindowFixture::click(window->libraryList(), 1);
+        QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
+        WindowFixture::click(window->libraryList(), 1);
+        QVERIFY(window->choose(QStringLiteral("Find Similar Patches")));
+        QCOMPARE(selectLabel(*window), QStringLiteral("Select (2)"));
+        QCOMPARE(window->libraryList()->model()->index(3, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+        QVERIFY(window->choose(QStringLiteral("Select All")));
+        QCOMPARE(selectLabel(*window), QStringLiteral("Select (4)"));
+    }
+
+    void deletingAsksWithTheNumberOfTicks_data()
+    {
+        QTest::addColumn<QList<int>>("ticked");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("left");
+        QTest::addColumn<QString>("call");
+        QTest::newRow("selected") << QList<int>{} << QStringLiteral("Do you really want to delete 1 patch?")
+                                  << QStringLiteral("Lead Choir") << "remove 1";
+        QTest::newRow("one tick") << QList<int>{2} << QStringLiteral("Do you really want to delete 1 patches?")
+                                  << QStringLiteral("Lead Bells") << "remove 1";
+        QTest::newRow("two ticks") << QList<int>{0, 2} << QStringLiteral("Do you really want to delete 2 patches?")
+                                   << QStringLiteral("Bells") << "remove 2";
+    }
+
+    void deletingAsksWithTheNumberOfTicks()
+    {
+        QFETCH(const QList<int>, ticked);
+        QFETCH(const QString, title);
+        QFETCH(const QString, call);
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
+        WindowFixture::click(window->libraryList(), 1);
+        if (!ticked.isEmpty()) {
+            QVERIFY(window->press(QStringLiteral("Select")));
+            for (const int row : ticked) {
+                clickTick(*window, row);
+            }
+        }
+        QVERIFY(window->press(QStringLiteral("Delete")));
+        QCOMPARE(window->message(), title);
+        QVERIFY(window->answer(QStringLiteral("No")));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells Choir"));
+        QVERIFY(window->calls.calls.isEmpty() && !window->library.deleteConfirm());
+        QVERIFY(window->choose(ticked.isEmpty() ? QStringLiteral("Delete patch") : QStringLiteral("Delete patches")));
+        QCOMPARE(window->message(), title);
+        QVERIFY(window->answer(QStringLiteral("Yes")));
+        QTEST(window->libraryRows(), "left");
+        QCOMPARE(window->library.isMultiSel(), !ticked.isEmpty());
+        QVERIFY(!window->library.selection());
+        QCOMPARE(window->selectedRows(window->libraryList()), QString());
+        QVERIFY(window->isSaid(noSelection));
+        QCOMPARE(window->calls.calls.first(2), (QStringList{call, QStringLiteral("save")}));
+        QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), window->libraryRows());
+    }
+
+    void theLastDeletionLeavesTheEmptyLibrary()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"));
+        WindowFixture::click(window->libraryList(), 0);
+        QVERIFY(window->press(QStringLiteral("Delete")));
+        QVERIFY(window->answer(QStringLiteral("Yes")));
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 0 element out of 0")));
+        QVERIFY(!window->isSaid(noSelection));
+        QVERIFY(!window->isEnabled(QStringLiteral("Delete")));
+        QVERIFY(!window->isEnabled(QStringLiteral("Select")));
+    }
+
+    void deletingInAFilteredListSelectsNoNeighbour()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Lean Choir Leap"));
+        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("lea"));
+        WindowFixture::click(window->libraryList(), 1);
+        QVERIFY(window->press(QStringLiteral("Delete")));
+        QVERIFY(window->answer(QStringLiteral("Yes")));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Leap"));
+        QCOMPARE(window->selectedRows(window->libraryList()), QString());
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 2 elements out of 4")));
+    }
+
+    void detailsStayWhileTheEditedPatchFallsOutOfTheFilter()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Lean Bells"));
+        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("lea"));
+        WindowFixture::click(window->libraryList(), 0);
+        QLineEdit *name = field(*window, "Name");
+        name->setFocus();
+        name->selectAll();
+        QTest::keyClicks(name, QStringLiteral("Organ"));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lean"));
+        QCOMPARE(name->text(), QStringLiteral("Organ"));
+        QVERIFY(name->hasFocus());
+        QCOMPARE(window->selectedName(), QStringLiteral("Organ"));
+        QCOMPARE(window->selectedRows(window->libraryList()), QString());
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 1 element out of 3")));
+        name->selectAll();
+        QTest::keyClicks(name, QStringLiteral("Leaf"));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Leaf Lean"));
+        QCOMPARE(window->selectedRows(window->libraryList()), QStringLiteral("0"));
+        QVERIFY(name->hasFocus());
+    }
+
+    void anEditReachesTheSlotsAndIsSavedOnce()
+    {
+        const LibraryDirectory directory;
+        TestLibraries::save(directory, {{WindowFixture::patch(QStringLiteral("Lead"))}, std::nullopt});
+        WindowFixture window(directory, std::chrono::milliseconds(50));
+        QVERIFY(window.open());
+        window.importList(QStringLiteral("Lead Bells"));
+        WindowFixture::click(window.libraryList(), 0);
+        QLineEdit *name = field(window, "Name");
+        name->end(false);
+        QTest::keyClicks(name, QStringLiteral("er"));
+        QVERIFY(window.press(QStringLiteral("Crunch")));
+        QCOMPARE(window.slotNames(), QStringLiteral("Leader Bells"));
+        QCOMPARE(window.status(), QStringLiteral("Saving changes"));
+        QTRY_COMPARE(window.status(), QStringLiteral("All changes saved"));
+        const QStringList lines = window.recorder.take();
+        QCOMPARE(lines.filter(QStringLiteral("Saving in progress...")).size(), 1);
+        const QList<VelgorPatch> stored = TestLibraries::loaded(directory);
+        QVERIFY(stored.first().crunch);
+        QCOMPARE(stored.first().name, QStringLiteral("Leader"));
+    }
+
+    void duplicateAddsACopyAtTheEndAndNeedsASelection()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
+        QVERIFY(!window->isEnabled(QStringLiteral("Duplicate")));
+        WindowFixture::click(window->libraryList(), 0);
+        QVERIFY(window->press(QStringLiteral("Duplicate")));
+        QCOMPARE(window->library.count(), 3);
+        QVERIFY(window->libraryRows().startsWith(QStringLiteral("Lead Bells Lead")));
+        QCOMPARE(window->calls.calls, QStringList{QStringLiteral("delayedSave")});
+    }
+
+    void theDefaultPatchIsSetFromTheMenuAndTheDetails()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
+        QVERIFY(!window->menuEntry(QStringLiteral("Set as Default Patch"))->isEnabled());
+        WindowFixture::click(window->libraryList(), 1);
+        QVERIFY(window->choose(QStringLiteral("Set as Default Patch")));
+        QCOMPARE(window->library.defaultPatch(), window->library.selection());
+        WindowFixture::click(window->libraryList(), 0);
+        QVERIFY(window->press(QStringLiteral("Default")));
+        QCOMPARE(window->library.defaultPatch(), std::optional(window->library.patches().first().id()));
+    }
+
+    void anyNumberOfPatchesIsHandled_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("deleted");
+        QTest::newRow("1") << 1 << 1;
+        QTest::newRow("99") << 99 << 50;
+        QTest::newRow("10,000") << 10'000 << 1000;
+    }
+
+    void anyNumberOfPatchesIsHandled()
+    {
+        QFETCH(const int, count);
+        QFETCH(const int, deleted);
+        const LibraryDirectory directory;
+        LibraryJson::Content stored;
+        for (int i = 0; i < count; ++i) {
+            const QString name = QStringLiteral("Sound %1").arg((i * 7919) % count, 5, 10, QChar(u'0'));
+            stored.patches.append(TestLibraries::patch(name, 1000 + static_cast<quint64>(i), i));
+        }
+        TestLibraries::save(directory, stored);
+        WindowFixture window(directory);
+        QVERIFY(window.open());
+        const QAbstractItemModel *rows = window.libraryList()->model();
+        QCOMPARE(rows->rowCount(), count);
+        QTest::keyClicks(field(window, "Filter by name"), QStringLiteral("0000"));
+        QCOMPARE(rows->rowCount(), std::min(count, 10));
+        QVERIFY(window.press(QStringLiteral("Clear")));
+        QCOMPARE(rows->rowCount(), count);
+        if (window.press(QStringLiteral("Sort"))) {
+            QCOMPARE(rows->index(count - 1, 0).data().toString(),
+                QStringLiteral("Sound %1").arg(count - 1, 5, 10, QChar(u'0')));
+        }
+        QVERIFY(window.choose(QStringLiteral("Select All")));
+        QCOMPARE(selectLabel(window), QStringLiteral("Select (%1)").arg(count));
+        QVERIFY(window.press(QStringLiteral("Select")));
+        QVERIFY(window.press(QStringLiteral("Select")));
+        MultiSelections ticked;
+        for (int i = 0; i < deleted; ++i) {
+            ticked.multiSelections.insert(window.library.patches().at(i * count / deleted).id(), true);
+        }
+        window.library.setMultiSelections(ticked);
+        window.calls.calls.clear();
+        QVERIFY(window.press(QStringLiteral("Delete")));
+        QCOMPARE(window.message(), QStringLiteral("Do you really want to delete %1 patches?").arg(deleted));
+        QVERIFY(window.answer(QStringLiteral("Yes")));
+        QCOMPARE(window.library.count(), count - deleted);
+        // The request for a later save finds nothing left to write.
+        QCOMPARE(window.calls.calls,
+            (QStringList{
+                QStringLiteral("remove %1").arg(deleted), QStringLiteral("save"), QStringLiteral("delayedSave")}));
+        QCOMPARE(directory.files().size(), count - deleted + 1);
+    }
+};
+
+QTEST_MAIN(TestLibraryRegion)
+#include "tst_LibraryRegion.moc"
