@@ -1,0 +1,320 @@
+#include "DragOver.h"
+#include "ShownWidgets.h"
+#include "TestLibraries.h"
+#include "WindowFixture.h"
+
+#include <QLineEdit>
+
+using namespace ShownWidgets;
+
+namespace {
+
+constexpr qreal upperHalf = 0.2;
+constexpr qreal lowerHalf = 0.8;
+
+QPoint pointIn(const PatchListView *list, int row, qreal part = 0.5)
+{
+    const QRect rect = list->visualRect(list->model()->index(row, 0));
+    return {rect.center().x(), rect.top() + static_cast<int>(rect.height() * part)};
+}
+
+QPoint belowRows(const PatchListView *list)
+{
+    return {20, list->visualRect(list->model()->index(list->model()->rowCount() - 1, 0)).bottom() + 20};
+}
+
+/// What a drag of these rows carries.
+QMimeData *rows(const PatchListView *list, const QList<int> &rows)
+{
+    QModelIndexList indexes;
+    for (const int row : rows) {
+        indexes.append(list->model()->index(row, 0));
+    }
+    return list->model()->mimeData(indexes);
+}
+
+bool drop(const PatchListView *from, const QList<int> &dragged, const PatchListView *to, const QPoint &point)
+{
+    DragOver drag(to->viewport(), rows(from, dragged));
+    const bool isTaken = drag.dropAt(point);
+    WindowFixture::settle();
+    return isTaken;
+}
+
+void tick(WindowFixture &window, const QList<qsizetype> &ticked)
+{
+    window.libraryEditor.flipMultiSelection();
+    for (const qsizetype row : ticked) {
+        window.libraryEditor.flipTick(window.library.patches().at(row).id());
+    }
+    WindowFixture::settle();
+}
+
+} // namespace
+
+class TestDragAndDrop : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aLibraryPatchReplacesTheSlotUnderIt()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B C D E F G"));
+        const auto before = window->content.velgorContentPatchList();
+        QVERIFY(drop(window->libraryList(), {1}, window->contentList(), pointIn(window->contentList(), 5, lowerHalf)));
+        QCOMPARE(window->slotNames(), QStringLiteral("A B C D E Bells G"));
+        const auto &after = window->content.velgorContentPatchList();
+        QCOMPARE(QPair(after.at(5).bank, after.at(5).number), QPair(2, 3));
+        for (qsizetype row = 0; row < after.size(); ++row) {
+            QCOMPARE(after.at(row).patch.id() == before.at(row).patch.id(), row != 5);
+        }
+        QCOMPARE(window->message(), QString());
+        QCOMPARE(window->library.count(), 2);
+    }
+
+    void theSlotThatWouldBeReplacedIsHighlighted()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B C D"));
+        ContentListView *list = window->contentList();
+        const QImage before = list->viewport()->grab().toImage();
+        DragOver drag(list->viewport(), rows(window->libraryList(), {0}));
+        QVERIFY(drag.moveTo(pointIn(list, 2)));
+        QCOMPARE(list->dropMark(), (DropMark{DropMark::Replace, 2, 1, {QStringLiteral("Lead")}}));
+        QCOMPARE(window->status(), QStringLiteral("Replaces slot 1.3"));
+        const QImage during = list->viewport()->grab().toImage();
+        const auto strip = [list](const QImage &image, int row) {
+            return image.copy(list->visualRect(list->model()->index(row, 0)).adjusted(0, 4, 0, -4));
+        };
+        QVERIFY(strip(during, 2) != strip(before, 2));
+        QCOMPARE(strip(during, 1), strip(before, 1));
+        QVERIFY(drag.moveTo(pointIn(list, 0)));
+        QCOMPARE(list->dropMark().row, 0);
+        drag.leave();
+        QCOMPARE(list->dropMark(), DropMark());
+        QCOMPARE(window->status(), QStringLiteral("All changes saved"));
+        QCOMPARE(list->viewport()->grab().toImage(), before);
+        QVERIFY(drag.dropAt(pointIn(list, 0)));
+        QCOMPARE(list->dropMark(), DropMark());
+    }
+
+    void ofSeveralLibraryPatchesOnlyTheFirstIsPlaced()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B C"));
+        QVERIFY(drop(window->libraryList(), {1, 0}, window->contentList(), pointIn(window->contentList(), 0)));
+        QCOMPARE(window->slotNames(), QStringLiteral("Bells B C"));
+    }
+
+    void tickedPatchesAreCutAtTheLastSlot()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir Drum"), QStringLiteral("A B C D"));
+        tick(*window, {3, 0, 1});
+        DragOver drag(window->contentList()->viewport(), rows(window->libraryList(), {1}));
+        QVERIFY(drag.moveTo(pointIn(window->contentList(), 2)));
+        const QStringList names{QStringLiteral("Lead"), QStringLiteral("Bells")};
+        QCOMPARE(window->contentList()->dropMark(), (DropMark{DropMark::Replace, 2, 2, names}));
+        QCOMPARE(window->status(), QStringLiteral("Replaces 2 slots, 1.3 to 2.1"));
+        QVERIFY(drag.dropAt(pointIn(window->contentList(), 2)));
+        WindowFixture::settle();
+        QCOMPARE(window->slotNames(), QStringLiteral("A B Lead Bells"));
+        QVERIFY(!window->library.isMultiSel());
+        QVERIFY(named<QAbstractButton>(*window->window, QStringLiteral("Select"))->text().endsWith(u"(0)"));
+    }
+
+    void belowTheLastSlotAPatchIsRefused()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        QVERIFY(!drop(window->libraryList(), {0}, window->contentList(), belowRows(window->contentList())));
+        QCOMPARE(window->slotNames(), QStringLiteral("A B"));
+        DragOver drag(window->contentList()->viewport(), rows(window->libraryList(), {0}));
+        QVERIFY(drag.moveTo(pointIn(window->contentList(), 1)));
+        QVERIFY(!drag.moveTo(belowRows(window->contentList())));
+        QCOMPARE(window->contentList()->dropMark(), DropMark());
+    }
+
+    void anEmptyListTakesNoPatch()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"));
+        QVERIFY(!drop(window->libraryList(), {0}, window->contentList(), QPoint(20, 20)));
+        QCOMPARE(window->content.velgorContentPatchList().size(), 0);
+        QCOMPARE(window->message(), QString());
+    }
+
+    void slotsMoveBetweenTheOthers_data()
+    {
+        QTest::addColumn<QList<int>>("dragged");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<qreal>("part");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("down") << QList<int>{0} << 2 << lowerHalf << QStringLiteral("B C A D E");
+        QTest::newRow("up") << QList<int>{4} << 1 << upperHalf << QStringLiteral("A E B C D");
+        QTest::newRow("onto itself") << QList<int>{2} << 2 << upperHalf << QStringLiteral("A B C D E");
+        QTest::newRow("just below itself") << QList<int>{2} << 2 << lowerHalf << QStringLiteral("A B C D E");
+        QTest::newRow("to the end") << QList<int>{1} << 4 << lowerHalf << QStringLiteral("A C D E B");
+        QTest::newRow("below the rows") << QList<int>{1} << -1 << upperHalf << QStringLiteral("A C D E B");
+        QTest::newRow("several apart") << QList<int>{0, 3} << 1 << lowerHalf << QStringLiteral("B A D C E");
+        QTest::newRow("several, dragged backwards")
+            << QList<int>{4, 1} << 0 << upperHalf << QStringLiteral("B E A C D");
+        QTest::newRow("all") << QList<int>{0, 1, 2, 3, 4} << 2 << lowerHalf << QStringLiteral("A B C D E");
+    }
+
+    void slotsMoveBetweenTheOthers()
+    {
+        QFETCH(const QList<int>, dragged);
+        QFETCH(const int, row);
+        QFETCH(const qreal, part);
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B C D E"));
+        ContentListView *list = window->contentList();
+        WindowFixture::click(list, dragged.first());
+        const QSet<QUuid> selected = window->content.selections();
+        const QPoint point = row < 0 ? belowRows(list) : pointIn(list, row, part);
+        DragOver drag(list->viewport(), rows(list, dragged));
+        QVERIFY(drag.moveTo(point));
+        QCOMPARE(list->dropMark().kind, DropMark::Insert);
+        QCOMPARE(list->dropMark().row, row < 0 ? 5 : row + (part > 0.5 ? 1 : 0));
+        QVERIFY(drag.dropAt(point));
+        WindowFixture::settle();
+        QTEST(window->slotNames(), "expected");
+        for (int i = 0; i < 5; ++i) {
+            const VelgorContentPatch &slot = window->content.velgorContentPatchList().at(i);
+            QCOMPARE(QPair(slot.bank, slot.number), QPair(i / 3 + 1, i % 3 + 1));
+            const bool isSelected = list->selectionModel()->isSelected(list->model()->index(i, 0));
+            QCOMPARE(isSelected, selected.contains(slot.id));
+        }
+        QCOMPARE(window->content.selections(), selected);
+    }
+
+    void slotsAreKeptAtTheEndWhereverTheyAreDropped_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::newRow("on the first row") << 0;
+        QTest::newRow("below the rows") << -1;
+    }
+
+    void slotsAreKeptAtTheEndWhereverTheyAreDropped()
+    {
+        QFETCH(const int, row);
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B C D"));
+        LibraryListView *list = window->libraryList();
+        const QPoint point = row < 0 ? belowRows(list) : pointIn(list, row);
+        DragOver drag(list->viewport(), rows(window->contentList(), {2, 0, 3}));
+        QVERIFY(drag.moveTo(point));
+        QCOMPARE(list->dropMark().kind, DropMark::WholeList);
+        QVERIFY(drag.dropAt(point));
+        WindowFixture::settle();
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells A C D"));
+        QCOMPARE(window->selectedName(), QStringLiteral("A"));
+        QCOMPARE(window->selectedRows(list), QStringLiteral("2"));
+        QVERIFY(window->recorder.lines().contains(QStringLiteral("Select %1").arg(*window->library.selection())));
+        QCOMPARE(window->calls.calls, QStringList{QStringLiteral("delayedSave")});
+        QCOMPARE(window->library.order(), TestPatches::ids(window->library.patches()));
+        QCOMPARE(window->slotNames(), QStringLiteral("A B C D"));
+    }
+
+    void thePlaceholderGivesWayToTheFirstPatch()
+    {
+        const auto window = WindowFixture::shown({}, QStringLiteral("A B"));
+        LibraryListView *list = window->libraryList();
+        QVERIFY(!list->model()->flags(list->model()->index(0, 0)).testFlag(Qt::ItemIsDragEnabled));
+        QVERIFY(!drop(list, {0}, window->contentList(), pointIn(window->contentList(), 0)));
+        QVERIFY(!drop(list, {0}, list, belowRows(list)));
+        QCOMPARE(window->slotNames(), QStringLiteral("A B"));
+        QVERIFY(drop(window->contentList(), {1}, list, belowRows(list)));
+        QCOMPARE(window->libraryRows(), QStringLiteral("B"));
+        QVERIFY(window->isSaid(QStringLiteral("Showing: 1 element out of 1")));
+    }
+
+    void aKnownPatchIsNotDoubledButSelected()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A Bells"));
+        QVERIFY(drop(window->contentList(), {1}, window->libraryList(), pointIn(window->libraryList(), 0)));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells"));
+        QCOMPARE(window->selectedName(), QStringLiteral("Bells"));
+    }
+
+    void aSlotThatIsGoneMeanwhileIsLeftOut()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        DragOver toLibrary(window->libraryList()->viewport(), rows(window->contentList(), {0}));
+        DragOver toContent(window->contentList()->viewport(), rows(window->contentList(), {0}));
+        QVERIFY(toLibrary.moveTo(pointIn(window->libraryList(), 0)));
+        toLibrary.leave();
+        window->importList(QStringLiteral("C D"));
+        QVERIFY(!toLibrary.dropAt(pointIn(window->libraryList(), 0)));
+        QVERIFY(!toContent.dropAt(pointIn(window->contentList(), 1)));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead"));
+        QCOMPARE(window->slotNames(), QStringLiteral("C D"));
+        QVERIFY(!window->library.selection());
+        QVERIFY(window->calls.calls.isEmpty());
+    }
+
+    void aPatchThatIsGoneMeanwhileIsNotPlaced()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B"));
+        DragOver drag(window->contentList()->viewport(), rows(window->libraryList(), {0}));
+        window->library.setSelection(window->library.patches().first().id());
+        window->libraryEditor.deleteSelected();
+        QVERIFY(!drag.dropAt(pointIn(window->contentList(), 0)));
+        QCOMPARE(window->slotNames(), QStringLiteral("A B"));
+    }
+
+    void aLibraryPatchMovesBetweenTheOthers_data()
+    {
+        QTest::addColumn<QList<int>>("dragged");
+        QTest::addColumn<QString>("filter");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<qreal>("part");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("onto itself") << QList<int>{1} << "" << 1 << upperHalf << QStringLiteral("Ann Bea Abe Ada");
+        QTest::newRow("just below itself")
+            << QList<int>{1} << "" << 1 << lowerHalf << QStringLiteral("Ann Bea Abe Ada");
+        QTest::newRow("to the end") << QList<int>{0} << "" << 3 << lowerHalf << QStringLiteral("Bea Abe Ada Ann");
+        QTest::newRow("below the rows") << QList<int>{0} << "" << -1 << lowerHalf << QStringLiteral("Bea Abe Ada Ann");
+        QTest::newRow("to the top") << QList<int>{3} << "" << 0 << upperHalf << QStringLiteral("Ada Ann Bea Abe");
+        QTest::newRow("the shown row counts in the whole list")
+            << QList<int>{0} << "a" << 1 << lowerHalf << QStringLiteral("Bea Ann Abe Ada");
+        QTest::newRow("several stay") << QList<int>{0, 1} << "" << 3 << lowerHalf << QStringLiteral("Ann Bea Abe Ada");
+    }
+
+    void aLibraryPatchMovesBetweenTheOthers()
+    {
+        QFETCH(const QList<int>, dragged);
+        QFETCH(const QString, filter);
+        QFETCH(const int, row);
+        QFETCH(const qreal, part);
+        QFETCH(const QString, expected);
+        const auto window = WindowFixture::shown(QStringLiteral("Ann Bea Abe Ada"));
+        LibraryListView *list = window->libraryList();
+        QTest::keyClicks(named<QLineEdit>(*window->window, QStringLiteral("Filter by name")), filter);
+        WindowFixture::click(list, dragged.first());
+        const QString selected = window->selectedName();
+        const bool isTaken = drop(list, dragged, list, row < 0 ? belowRows(list) : pointIn(list, row, part));
+        QCOMPARE(isTaken, dragged.size() == 1);
+        QCOMPARE(TestPatches::names(window->library.patches()).join(u' '), expected);
+        QCOMPARE(window->library.order(), TestPatches::ids(window->library.patches()));
+        QCOMPARE(window->calls.calls.size(), isTaken ? 1 : 0);
+        QCOMPARE(window->selectedName(), selected);
+        const QModelIndexList indexes = list->selectionModel()->selectedIndexes();
+        QCOMPARE(indexes.size(), 1);
+        QCOMPARE(indexes.first().data().toString(), selected);
+    }
+
+    void aDropThatMixesFirmwareVersionsWarnsAtOnce()
+    {
+        const LibraryDirectory directory;
+        TestLibraries::save(directory,
+            {{WindowFixture::patch(QStringLiteral("Old")), WindowFixture::patch(QStringLiteral("New"), "V1.30")}, {}});
+        WindowFixture window(directory);
+        QVERIFY(window.open());
+        window.importList(QStringLiteral("A B"));
+        QVERIFY(drop(window.libraryList(), {0}, window.contentList(), pointIn(window.contentList(), 0)));
+        QCOMPARE(window.message(), QString());
+        QVERIFY(drop(window.libraryList(), {1}, window.contentList(), pointIn(window.contentList(), 1)));
+        QCOMPARE(window.slotNames(), QStringLiteral("Old New"));
+        QCOMPARE(window.message(),
+            QStringLiteral("You should not mix various versions of Velgor firmware in a preset file"));
+        QVERIFY(window.answer(QStringLiteral("OK")));
+        QVERIFY(!window.content.mixVersions());
+    }
+};
+
+QTEST_MAIN(TestDragAndDrop)
+#include "tst_DragAndDrop.moc"
