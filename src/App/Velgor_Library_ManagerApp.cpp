@@ -9,8 +9,13 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDir>
 #include <QMessageBox>
-#include <QTimer>
+
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
 
 Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     : storage(preferences)
@@ -19,9 +24,12 @@ Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     , m_libraryEditor(velgorLibrary, velgorContent, storage)
     , m_contentEditor(velgorLibrary, velgorContent)
     , m_contentFiles(velgorContent, m_files)
-    , m_desk{
-          velgorLibrary, velgorContent, storage, preferences, m_files, m_libraryEditor, m_contentEditor, m_contentFiles}
+    , m_desk{velgorLibrary, velgorContent, storage, preferences, m_libraryEditor, m_contentEditor, m_contentFiles}
 {
+    m_desk.moveLibrary = [this] { moveLibrary(); };
+    m_openAgain.setSingleShot(true);
+    m_openAgain.setInterval(200ms);
+    connect(&m_openAgain, &QTimer::timeout, this, &Velgor_Library_ManagerApp::openWaiting);
     storage.setShowDirectory([this](const QUrl &directory) {
         if (!QDesktopServices::openUrl(directory) && m_window) {
             m_window->alerts().show(AlertTexts::cannotShowDirectory(directory.toLocalFile()), [](bool) {});
@@ -33,8 +41,8 @@ Velgor_Library_ManagerApp::~Velgor_Library_ManagerApp() = default;
 
 int Velgor_Library_ManagerApp::run(const QString &file)
 {
-    SingleInstance instance(storage.libDirectory());
-    const SingleInstance::Outcome outcome = instance.start(file);
+    m_instance = std::make_unique<SingleInstance>(storage.libDirectory());
+    const SingleInstance::Outcome outcome = m_instance->start(file);
     if (outcome == SingleInstance::Outcome::HandedOver) {
         return 0;
     }
@@ -42,7 +50,7 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     if (outcome == SingleInstance::Outcome::Refused) {
         // Without the window, which would show a library that is not this program's.
         MessageBox::show(
-            nullptr, AlertTexts::directoryInUse(instance.reason()), [](bool) { QCoreApplication::quit(); });
+            nullptr, AlertTexts::directoryInUse(m_instance->reason()), [](bool) { QCoreApplication::quit(); });
         QCoreApplication::exec();
         return 1;
     }
@@ -51,25 +59,62 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     connect(&signalsFromSystem, &TerminationSignals::terminated, this, &Velgor_Library_ManagerApp::terminate);
     connect(
         qApp, &QGuiApplication::commitDataRequest, this, [this] { storage.saveUnsaved(); }, Qt::DirectConnection);
-    connect(&instance, &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
+    follow(*m_instance);
     connect(m_window.get(), &ContentView::libraryLoaded, this, [this] { storage.sweepLeftovers(); });
     m_window->show();
-    if (!instance.reason().isEmpty()) {
-        m_window->alerts().show(AlertTexts::directoryInUse(instance.reason()), [](bool) {});
+    if (!m_instance->reason().isEmpty()) {
+        m_window->alerts().show(AlertTexts::directoryInUse(m_instance->reason()), [](bool) {});
     }
     if (!file.isEmpty()) {
-        QTimer::singleShot(0, this, [this, file] { m_window->importFile(file); });
+        m_waitingFile = file;
+        m_openAgain.start();
     }
     const int status = QCoreApplication::exec();
     storage.saveUnsaved();
     return status;
 }
 
+void Velgor_Library_ManagerApp::follow(SingleInstance &instance)
+{
+    connect(&instance, &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
+}
+
 void Velgor_Library_ManagerApp::open(const QString &file)
 {
     m_window->raiseToFront();
     if (!file.isEmpty()) {
-        m_window->importFile(file);
+        m_waitingFile = file;
+        openWaiting();
+    }
+}
+
+void Velgor_Library_ManagerApp::openWaiting()
+{
+    if (QApplication::activeModalWidget() || m_window->alerts().isShowing()) {
+        m_openAgain.start();
+    } else {
+        m_window->importFile(std::exchange(m_waitingFile, QString()));
+    }
+}
+
+void Velgor_Library_ManagerApp::moveLibrary()
+{
+    const std::optional<QString> chosen = m_dialogs.askDirectory(tr("Move the library to a folder"));
+    if (!chosen) {
+        return;
+    }
+    // Its files get a folder to themselves.
+    const QString directory =
+        QDir(*chosen).isEmpty() ? *chosen : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
+    const QString problem = storage.moveTo(directory, velgorLibrary);
+    if (!problem.isEmpty()) {
+        m_window->alerts().show(AlertTexts::cannotMoveLibrary(problem), [](bool) {});
+        return;
+    }
+    auto instance = std::make_unique<SingleInstance>(storage.libDirectory());
+    if (instance->start(QString()) == SingleInstance::Outcome::First) {
+        follow(*instance);
+        m_instance = std::move(instance);
     }
 }
 
@@ -77,5 +122,6 @@ void Velgor_Library_ManagerApp::terminate()
 {
     // Nothing is asked, and a dialog that is open must not hold the program up.
     storage.saveUnsaved();
+    m_window->closeUnasked();
     QCoreApplication::exit(0);
 }

@@ -16,8 +16,12 @@
 #include "WindowState.h"
 
 #include <QObject>
+#include <QString>
+#include <QTimer>
 
 #include <memory>
+
+class SingleInstance;
 
 /// Owns what lives as long as the application: the shared objects, what works on them, and the window.
 class Velgor_Library_ManagerApp : public QObject {
@@ -33,7 +37,11 @@ public:
     [[nodiscard]] int run(const QString &file);
 
 private:
+    void follow(SingleInstance &instance);
     void open(const QString &file);
+    /// Opens the file that waits, once no dialog and no message is about the list that it would replace.
+    void openWaiting();
+    void moveLibrary();
     void terminate();
 
     LibraryManagerPreferences preferences;
@@ -49,5 +57,8 @@ private:
     ContentFiles m_contentFiles;
     Desk m_desk;
     SystemColorScheme m_systemColorScheme;
+    std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<ContentView> m_window;
+    QString m_waitingFile;
+    QTimer m_openAgain;
 };

@@ -135,6 +135,34 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
     return std::move(result.library);
 }
 
+QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library)
+{
+    const QString target = QDir(directory).absolutePath();
+    if (!LibraryFileNames::isListable(target)) {
+        return tr("%1: the path holds characters that keep the directory from being listed").arg(target);
+    }
+    if (existence(target + u'/' + LibraryFileNames::libraryFile()) != FileExistence::none) {
+        return tr("%1: there is a library already").arg(target);
+    }
+    finishBackgroundWork();
+    const QString error = existence(target) == FileExistence::directory ? QString() : DiskFiles::makeDirectory(target);
+    if (!error.isEmpty()) {
+        return tr("%1: %2").arg(target, error);
+    }
+    const LibraryWriteResult result = LibraryWriter(target, {}).save(LibrarySnapshot::take(library));
+    if (result.hasError()) {
+        return result.problems.join(u'\n');
+    }
+    m_delay.cancel();
+    setLibraryToSave(nullptr);
+    m_directory = target;
+    takeResult(result, &library);
+    if (m_preferences) {
+        m_preferences->setLibraryDirectory(target);
+    }
+    return {};
+}
+
 void LibraryStorageManager::sweepLeftovers()
 {
     finishBackgroundWork();

@@ -80,6 +80,10 @@ public:
     [[nodiscard]] bool isLoading() const { return m_loading.isRunning(); }
     /// What decodeLibrary() would have returned, once.
     [[nodiscard]] std::unique_ptr<VelgorLibrary> takeLoadedLibrary() { return std::move(m_loadedLibrary); }
+    /// Saves the library in another directory, which is made if need be, and keeps it there from then on; the former
+    /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. The reason when that
+    /// failed, and the library stays where it was; empty on success. Translated.
+    [[nodiscard]] QString moveTo(const QString &directory, const VelgorLibrary &library);
     /// Removes what an interrupted program left behind. To be called after loading, which finds out what is still
     /// needed, and only while this program alone uses the directory.
     void sweepLeftovers();

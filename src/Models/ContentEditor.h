@@ -29,7 +29,7 @@ public:
     void reset();
     /// Moves slots, keeping their order, to stand above the slot that is now at `offset`.
     void moveSlots(const QList<qsizetype> &rows, qsizetype offset);
-    /// Moves the selected slots up or down by one.
+    /// Moves the selected slots up (-1) or down (1) by one. Those that do not stand together are brought together.
     void moveSelectedSlots(int step);
 
     /// Rows of the selected slots, upwards.

@@ -70,6 +70,19 @@ QList<VelgorPatch> LibraryViewFilter::filter(const QList<VelgorPatch> &patches) 
     return shown;
 }
 
+std::vector<qsizetype> LibraryViewFilter::shownRows(const QList<VelgorPatch> &patches) const
+{
+    const Criteria criteria(filterPatch);
+    std::vector<qsizetype> rows;
+    rows.reserve(static_cast<size_t>(patches.size()));
+    for (qsizetype row = 0; row < patches.size(); ++row) {
+        if (criteria.meets(patches.at(row))) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
 bool LibraryViewFilter::containsComment(const QString &searchin, const QString &comment)
 {
     return containsWords(searchin, commentWords(comment));

@@ -3,6 +3,7 @@
 #include "ContentFiles.h"
 #include "FirmwareBadge.h"
 #include "LibraryEditor.h"
+#include "LibraryFileNames.h"
 #include "LibraryStorageManager.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
@@ -86,6 +87,16 @@ Alert AlertTexts::readError(const Desk &desk)
 
 Alert AlertTexts::writeError(const Desk &desk)
 {
+    if (!LibraryFileNames::isListable(desk.storage.libDirectory())) {
+        return {.title = Texts::tr("Could not save one or more library files"),
+            .text = inParagraphs(desk.storage.libDirectory(),
+                Texts::tr(
+                    "The path of the library folder holds spaces or letters beyond A to Z. Patches are saved there, "
+                    "but the files of renamed and deleted patches stay behind. Move the library to a folder "
+                    "whose path does without.")),
+            .acceptLabel = Texts::tr("Move Library..."),
+            .safeLabel = Texts::tr("Not Now")};
+    }
     return notice(Texts::tr("Could not save one or more library files"),
         inParagraphs(firstLines(desk.storage.writeProblems()),
             Texts::tr("Your changes are in the window. They are saved with the next change, or when the window "
@@ -136,7 +147,7 @@ Alert AlertTexts::closeUnexported(const Desk &desk)
 {
     Q_UNUSED(desk)
     return {.title = Texts::tr("The list has changes that were not exported"),
-        .text = Texts::tr("They are lost when the window closes. The library is saved in any case."),
+        .text = Texts::tr("They are lost when the window closes. Patches of the library are not affected."),
         .acceptLabel = Texts::tr("Close without Exporting"),
         .safeLabel = Texts::tr("Cancel"),
         .isDestructive = true};
@@ -161,6 +172,20 @@ Alert AlertTexts::cannotShowDirectory(const QString &directory)
 {
     return notice(Texts::tr("Could not show the library folder"),
         Texts::tr("No program of the desktop opens folders. The library is in %1").arg(directory));
+}
+
+Alert AlertTexts::cannotMoveLibrary(const QString &problem)
+{
+    return notice(
+        Texts::tr("Could not move the library"), inParagraphs(problem, Texts::tr("The library is where it was.")));
+}
+
+Alert AlertTexts::keptFiles(const Desk &desk)
+{
+    return notice(Texts::tr("The former library file is kept"),
+        inParagraphs(firstLines(desk.storage.keptFiles()),
+            Texts::tr(
+                "It names patches that could not be loaded, and their comments. The last five such files stay.")));
 }
 
 Alert AlertTexts::incompleteLibrary(const Desk &desk)

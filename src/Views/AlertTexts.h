@@ -22,6 +22,9 @@ namespace AlertTexts {
 [[nodiscard]] Alert directoryInUse(const QString &reason);
 /// The desktop has nothing that shows a directory.
 [[nodiscard]] Alert cannotShowDirectory(const QString &directory);
+[[nodiscard]] Alert cannotMoveLibrary(const QString &problem);
+/// A save has put the former library file aside.
+[[nodiscard]] Alert keptFiles(const Desk &desk);
 /// Loading left patches out; says which, and that nothing of the old library file is lost.
 [[nodiscard]] Alert incompleteLibrary(const Desk &desk);
 

@@ -33,7 +33,12 @@ const QList<Alerts::Entry> &Alerts::table()
         {[](const Alerts &alerts) { return alerts.m_desk.storage.readError(); }, AlertTexts::readError,
             [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.storage.writeError(); }, AlertTexts::writeError,
-            [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
+            [](Desk &desk) {
+                if (desk.moveLibrary) {
+                    desk.moveLibrary();
+                }
+            }},
         {[](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); }, AlertTexts::deleteConfirm,
             [](Alerts &alerts) { alerts.m_desk.library.setDeleteConfirm(false); },
             [](Desk &desk) { desk.libraryEditor.deleteSelected(); }},

@@ -26,6 +26,7 @@ enum class CommandId {
     Select,
     Tick,
     FocusFilter,
+    Rename,
     Guitar,
     Bass,
     Rythm,

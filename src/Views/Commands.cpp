@@ -53,7 +53,8 @@ void Commands::follow()
         {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged, &VelgorContent::wasReset}) {
         connect(&content, signal, this, &Commands::refresh);
     }
-    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved}) {
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
+             &VelgorContent::rowsChanged}) {
         connect(&content, signal, this, &Commands::refresh);
     }
     connect(&m_desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);

@@ -2,6 +2,7 @@
 
 #include "LookMeasures.h"
 
+#include <QMimeData>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextDocument>
@@ -93,4 +94,9 @@ void CommentEdit::noteEdit()
         m_comment = edited;
         Q_EMIT commentEdited(edited);
     }
+}
+
+bool CommentEdit::canInsertFromMimeData(const QMimeData *source) const
+{
+    return !source->hasUrls() && QPlainTextEdit::canInsertFromMimeData(source);
 }

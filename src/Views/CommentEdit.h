@@ -21,6 +21,8 @@ Q_SIGNALS:
     void commentEdited(const QString &comment);
 
 protected:
+    /// A file that is dropped is for the window, which imports it.
+    [[nodiscard]] bool canInsertFromMimeData(const QMimeData *source) const override;
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 

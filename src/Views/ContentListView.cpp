@@ -22,6 +22,8 @@ ContentListView::ContentListView(
     connect(&content, &VelgorContent::selectionsChanged, this, &ContentListView::followContent);
     // The view forgets its selection with a new list; the slots that it named are gone.
     connect(&model, &QAbstractItemModel::modelReset, this, &ContentListView::publishSelection);
+    connect(
+        &model, &QAbstractItemModel::rowsMoved, this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
 }
 
 void ContentListView::showSlot(int row)
@@ -69,6 +71,12 @@ DropMark ContentListView::markFor(const QList<TransferablePatch> &items, const Q
     }
     mark.count = static_cast<int>(mark.names.size());
     return mark.count > 0 ? mark : DropMark();
+}
+
+bool ContentListView::hasUserIR(const TransferablePatch &payload) const
+{
+    const QList<qsizetype> rows = rowsOf({payload});
+    return !rows.isEmpty() && m_content.velgorContentPatchList().at(rows.first()).patch.hasUserIR;
 }
 
 void ContentListView::take(const QList<TransferablePatch> &items, const DropMark &mark)

@@ -20,6 +20,7 @@ public:
 
 protected:
     [[nodiscard]] DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const override;
+    [[nodiscard]] bool hasUserIR(const TransferablePatch &payload) const override;
     void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 

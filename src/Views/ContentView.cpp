@@ -20,6 +20,7 @@
 #include "VelgorLibrary.h"
 #include "VelgorLibraryManagerMenu.h"
 #include "VelgorLibraryView.h"
+#include "VelgorPatchDetailView.h"
 #include "WindowState.h"
 
 #include <QCloseEvent>
@@ -195,7 +196,10 @@ bool ContentView::mayClose()
         return false;
     }
     if (!m_desk.storage.saveUnsaved()) {
-        m_alerts->show(AlertTexts::closeUnsaved(m_desk), closeIfAccepted);
+        const Alert alert = AlertTexts::closeUnsaved(m_desk);
+        // This message says what that of the flag would say.
+        m_desk.storage.setWriteError(false);
+        m_alerts->show(alert, closeIfAccepted);
         return false;
     }
     return true;
@@ -244,6 +248,11 @@ void ContentView::focusFilter()
     m_columns->library()->filter()->focusName();
 }
 
+void ContentView::focusName()
+{
+    m_columns->details()->focusName();
+}
+
 void ContentView::closeWindow()
 {
     close();
@@ -283,4 +292,14 @@ void ContentView::refreshStatus()
 {
     const QString drop = StatusText::ofDrop(m_columns->content()->list()->dropMark());
     m_status->setText(drop.isEmpty() ? StatusText::ofLibrary(m_desk) : drop);
+    noteKeptFiles();
+}
+
+void ContentView::noteKeptFiles()
+{
+    const QStringList kept = m_desk.storage.keptFiles();
+    if (kept != m_notedKeptFiles) {
+        m_notedKeptFiles = kept;
+        m_alerts->show(AlertTexts::keptFiles(m_desk), [](bool) {});
+    }
 }

@@ -27,7 +27,7 @@ public:
     void importFile(const QString &path);
     /// Brings the window in front of the others.
     void raiseToFront();
-    /// Closes without asking about a list that was not exported. The library is saved all the same.
+    /// Closes without asking about anything that was not exported or saved.
     void closeUnasked();
     [[nodiscard]] Alerts &alerts() const { return *m_alerts; }
     [[nodiscard]] LibraryContentMainView &columns() const { return *m_columns; }
@@ -49,11 +49,13 @@ private:
     void moveLibraryPatch(int step) override;
     [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
     void focusFilter() override;
+    void focusName() override;
     void closeWindow() override;
 
     void followLoading();
     void finishLoading();
     void applyColorScheme();
+    void noteKeptFiles();
     void refreshTitle();
     void refreshStatus();
     [[nodiscard]] bool mayClose();
@@ -70,4 +72,5 @@ private:
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
     bool m_isExportWaived = false;
     bool m_isTitleDue = false;
+    QStringList m_notedKeptFiles;
 };

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <functional>
+
 class ContentEditor;
 class ContentFiles;
 class LibraryEditor;
 class LibraryManagerPreferences;
 class LibraryStorageManager;
-class PatchFileHandler;
 class VelgorContent;
 class VelgorLibrary;
 
@@ -15,8 +16,9 @@ struct Desk {
     VelgorContent &content;
     LibraryStorageManager &storage;
     LibraryManagerPreferences &preferences;
-    PatchFileHandler &files;
     LibraryEditor &libraryEditor;
     ContentEditor &contentEditor;
     ContentFiles &contentFiles;
+    /// Asks for another directory and moves the library there.
+    std::function<void()> moveLibrary = {};
 };

@@ -46,3 +46,9 @@ std::optional<QString> DesktopFileDialogs::askSaveFile(const QString &title, con
     m_state.setExportDirectory(QFileInfo(chosen).absolutePath());
     return chosen;
 }
+
+std::optional<QString> DesktopFileDialogs::askDirectory(const QString &title)
+{
+    const QString chosen = QFileDialog::getExistingDirectory(m_parent, title, QDir::homePath());
+    return chosen.isEmpty() ? std::nullopt : std::optional(chosen);
+}

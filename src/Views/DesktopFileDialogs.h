@@ -20,6 +20,9 @@ public:
     [[nodiscard]] std::optional<QString> askOpenFile(const QString &title) override;
     [[nodiscard]] std::optional<QString> askSaveFile(const QString &title, const QString &proposedName) override;
 
+    /// One directory, which may be made in the dialog.
+    [[nodiscard]] std::optional<QString> askDirectory(const QString &title);
+
 private:
     WindowState &m_state;
     QPointer<QWidget> m_parent;

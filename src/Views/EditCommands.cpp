@@ -97,6 +97,9 @@ QList<Command> editCommands()
                 },
             .toolTip =
                 [](const Desk &desk) {
+                    if (desk.library.count() == 0) {
+                        return Texts::tr("Keep a patch in the library first");
+                    }
                     return desk.library.isMultiSel() ? Texts::tr("Stop ticking") : Texts::tr("Tick several patches");
                 },
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
@@ -108,6 +111,13 @@ QList<Command> editCommands()
             .label = [](const Desk &) { return Texts::tr("&Tick Library Patch"); },
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
             .run = [](Desk &, WindowTasks &window) { window.flipTick(); }},
+        {.id = CommandId::Rename,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::Key_F2)},
+            .label = [](const Desk &) { return Texts::tr("Re&name Library Patch"); },
+            .isEnabled = [](const Desk &desk,
+                             const WindowTasks &) { return desk.libraryEditor.selectedPatch() != nullptr; },
+            .run = [](Desk &, WindowTasks &window) { window.focusName(); }},
         {.id = CommandId::FocusFilter,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_L)},
             .label = [](const Desk &) { return Texts::tr("Go to &Filter"); },

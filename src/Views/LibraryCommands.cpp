@@ -91,8 +91,11 @@ QList<Command> libraryCommands()
             .symbol = [](const Desk &) { return QStringLiteral("trash"); },
             .toolTip =
                 [](const Desk &desk) {
-                    return desk.library.isMultiSel() ? Texts::tr("Delete the ticked patches")
-                                                     : selectFirst(desk, Texts::tr("Delete the patch"));
+                    if (!desk.library.isMultiSel()) {
+                        return selectFirst(desk, Texts::tr("Delete the patch"));
+                    }
+                    return desk.library.multiSelections().count(true) > 0 ? Texts::tr("Delete the ticked patches")
+                                                                          : Texts::tr("Tick a patch first");
                 },
             .isEnabled = canDelete,
             .run = [](Desk &desk, WindowTasks &) { desk.library.setDeleteConfirm(true); }},

@@ -9,7 +9,7 @@
 LibraryListModel::LibraryListModel(VelgorLibrary &library, QObject *parent)
     : QAbstractListModel(parent)
     , m_library(library)
-    , m_rows(shownRows())
+    , m_rows(m_filter.shownRows(m_library.patches()))
 {
     connectLibrary();
 }
@@ -30,11 +30,15 @@ void LibraryListModel::connectLibrary()
     connect(&m_library, &VelgorLibrary::reordered, this, &LibraryListModel::takeReordered);
     connect(&m_library, &VelgorLibrary::aboutToBeReset, this, [this] { beginResetModel(); });
     connect(&m_library, &VelgorLibrary::wasReset, this, [this] {
-        m_rows = shownRows();
+        m_rows = m_filter.shownRows(m_library.patches());
         endResetModel();
     });
     connect(&m_library, &VelgorLibrary::isMultiSelChanged, this, &LibraryListModel::tickingChanged);
-    connect(&m_library, &VelgorLibrary::multiSelectionsChanged, this, &LibraryListModel::tickingChanged);
+    connect(&m_library, &VelgorLibrary::multiSelectionsChanged, this, [this] {
+        if (m_library.isMultiSel()) {
+            tickingChanged();
+        }
+    });
     connect(&m_library, &VelgorLibrary::defaultPatchChanged, this, [this] {
         if (!m_rows.empty()) {
             Q_EMIT dataChanged(index(0), index(rowCount() - 1), {PatchRoles::IsDefault, Qt::AccessibleDescriptionRole});
@@ -138,7 +142,7 @@ Qt::DropActions LibraryListModel::supportedDragActions() const
 void LibraryListModel::setFilter(const LibraryViewFilter &filter)
 {
     m_filter = filter;
-    std::vector<qsizetype> rows = shownRows();
+    std::vector<qsizetype> rows = m_filter.shownRows(m_library.patches());
     if (rows != m_rows) {
         beginResetModel();
         m_rows = std::move(rows);
@@ -170,18 +174,6 @@ quint64 LibraryListModel::idAt(int row) const
 qsizetype LibraryListModel::libraryRow(int row) const
 {
     return row < rowCount() ? m_rows.at(static_cast<size_t>(row)) : m_library.patches().size();
-}
-
-std::vector<qsizetype> LibraryListModel::shownRows() const
-{
-    std::vector<qsizetype> rows;
-    rows.reserve(static_cast<size_t>(m_library.patches().size()));
-    for (qsizetype row = 0; row < m_library.patches().size(); ++row) {
-        if (isShown(row)) {
-            rows.push_back(row);
-        }
-    }
-    return rows;
 }
 
 int LibraryListModel::firstShownFrom(qsizetype libraryRow) const
@@ -245,7 +237,7 @@ void LibraryListModel::announceMove(qsizetype from, qsizetype offset)
 
 void LibraryListModel::takeMoved()
 {
-    m_rows = shownRows();
+    m_rows = m_filter.shownRows(m_library.patches());
     if (m_isMoving) {
         endMoveRows();
     }
@@ -276,7 +268,7 @@ void LibraryListModel::takeReordered(const QList<qsizetype> &formerRows)
     for (size_t row = 0; row < m_rows.size(); ++row) {
         formerRowOf[static_cast<size_t>(m_rows[row])] = static_cast<int>(row);
     }
-    m_rows = shownRows();
+    m_rows = m_filter.shownRows(m_library.patches());
     for (size_t row = 0; row < m_rows.size(); ++row) {
         const int former = formerRowOf[static_cast<size_t>(formerRows.at(m_rows[row]))];
         newRowOfFormer[static_cast<size_t>(former)] = static_cast<int>(row);

@@ -42,7 +42,6 @@ public:
 
 private:
     void connectLibrary();
-    [[nodiscard]] std::vector<qsizetype> shownRows() const;
     [[nodiscard]] int firstShownFrom(qsizetype libraryRow) const;
     [[nodiscard]] bool isShown(qsizetype libraryRow) const;
     void takeInserted(qsizetype first, qsizetype last);

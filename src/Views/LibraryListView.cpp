@@ -73,6 +73,12 @@ DropMark LibraryListView::markFor(const QList<TransferablePatch> &items, const Q
     return m_editor.canKeep(items) ? DropMark{DropMark::WholeList, 0, 0, {}} : DropMark();
 }
 
+bool LibraryListView::hasUserIR(const TransferablePatch &payload) const
+{
+    const auto found = m_library.getPatchFromId(payload.id);
+    return found && found->patch->hasUserIR;
+}
+
 void LibraryListView::take(const QList<TransferablePatch> &items, const DropMark &mark)
 {
     m_editor.drop(items, mark.kind == DropMark::Insert ? mark.row : 0);

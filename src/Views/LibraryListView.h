@@ -23,6 +23,7 @@ public:
 
 protected:
     [[nodiscard]] DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const override;
+    [[nodiscard]] bool hasUserIR(const TransferablePatch &payload) const override;
     void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
     [[nodiscard]] QModelIndexList draggedIndexes() const override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;

@@ -19,6 +19,8 @@ void styleLabel(QLabel *label, const QFont &font, QPalette::ColorRole role)
     if (label) {
         label->setFont(font);
         label->setWordWrap(true);
+        // Texts come from files and their names; nothing of them is markup.
+        label->setTextFormat(Qt::PlainText);
         label->setFixedWidth(textWidth);
         label->setForegroundRole(role);
         // Reasons and paths are often copied into a mail.
@@ -49,8 +51,6 @@ QMessageBox *MessageBox::show(QWidget *parent, const Alert &alert, const std::fu
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowTitle(QCoreApplication::applicationName());
     box->setIcon(QMessageBox::Warning);
-    // Texts come from files and their names; nothing of them is markup.
-    box->setTextFormat(Qt::PlainText);
     box->setText(alert.title);
     box->setInformativeText(alert.text);
     QPushButton *const safe = box->addButton(alert.safeLabel, QMessageBox::RejectRole);

@@ -2,7 +2,9 @@
 
 #include "LookMeasures.h"
 
+#include <QDragEnterEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QScopedValueRollback>
 
 #include <limits>
@@ -70,4 +72,13 @@ void NameField::keyPressEvent(QKeyEvent *event)
         return;
     }
     QLineEdit::keyPressEvent(event);
+}
+
+void NameField::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls()) {
+        event->ignore();
+    } else {
+        QLineEdit::dragEnterEvent(event);
+    }
 }

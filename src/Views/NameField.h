@@ -19,6 +19,8 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    /// A file that is dropped is for the window, which imports it.
+    void dragEnterEvent(QDragEnterEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 

@@ -4,12 +4,12 @@
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchPayload.h"
-#include "PatchRoles.h"
 #include "RowDelegate.h"
 
 #include <QApplication>
 #include <QDrag>
 #include <QDragEnterEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
@@ -40,6 +40,8 @@ void PatchListView::setHint(const EmptyHint &hint)
 {
     if (m_hint != hint) {
         m_hint = hint;
+        // What is painted is said too.
+        setAccessibleDescription(hint.isEmpty() ? QString() : hint.title + QStringLiteral(". ") + hint.text);
         viewport()->update();
     }
 }
@@ -93,8 +95,8 @@ void PatchListView::startDrag(Qt::DropActions supportedActions)
     const QList<TransferablePatch> payloads = PatchPayload::unpack(carried.get());
     auto *drag = new QDrag(this);
     drag->setMimeData(carried.release());
-    const bool hasUserIR = indexes.first().data(PatchRoles::HasUserIR).toBool();
-    drag->setPixmap(DragPicture::paint(payloads.first().name, hasUserIR, payloads.size(), font(), devicePixelRatioF()));
+    drag->setPixmap(DragPicture::paint(
+        payloads.first().name, hasUserIR(payloads.first()), payloads.size(), font(), devicePixelRatioF()));
     drag->setHotSpot(QPoint(0, 0));
     drag->exec(supportedActions, Qt::MoveAction);
 }
@@ -172,6 +174,23 @@ void PatchListView::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange) {
         verticalScrollBar()->setSingleStep(LookMeasures::rowHeight(fontMetrics()));
         scheduleDelayedItemsLayout();
+    }
+}
+
+void PatchListView::keyPressEvent(QKeyEvent *event)
+{
+    // Alt and an arrow move rows. Where there is no further to go, the selection must not move instead.
+    if (event->modifiers().testFlag(Qt::AltModifier)) {
+        event->ignore();
+        return;
+    }
+    QListView::keyPressEvent(event);
+    // The row on which the focus arrived is current, and the view would leave it so.
+    const bool isGoingToIt =
+        event->key() == Qt::Key_Home || event->key() == Qt::Key_Up || event->key() == Qt::Key_PageUp;
+    if (isGoingToIt && event->modifiers() == Qt::NoModifier && selectionMode() != NoSelection
+        && selectedIndexes().isEmpty()) {
+        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
     }
 }
 

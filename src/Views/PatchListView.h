@@ -27,6 +27,8 @@ protected:
     /// Where these payloads would land at a place of the viewport; no mark refuses them.
     [[nodiscard]] virtual DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const = 0;
     virtual void take(const QList<TransferablePatch> &items, const DropMark &mark) = 0;
+    /// Whether the patch that a payload stands for has a user impulse response.
+    [[nodiscard]] virtual bool hasUserIR(const TransferablePatch &payload) const = 0;
     /// The rows that a drag takes along.
     [[nodiscard]] virtual QModelIndexList draggedIndexes() const;
 
@@ -42,6 +44,7 @@ protected:
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     [[nodiscard]] QSize viewportSizeHint() const override;

@@ -11,6 +11,7 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTextDocument>
 #include <QToolTip>
 
 namespace {
@@ -138,7 +139,9 @@ bool RowDelegate::helpEvent(
     if (text.isEmpty() && option.fontMetrics.horizontalAdvance(name) > nameRect(option, index).width()) {
         text = name;
     }
-    QToolTip::showText(event->globalPos(), text, view);
+    // A name that looks like markup is shown as it stands.
+    const QString shown = Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+    QToolTip::showText(event->globalPos(), shown, view);
     return true;
 }
 

@@ -5,7 +5,9 @@
 #include "Symbols.h"
 
 #include <QAction>
+#include <QDragEnterEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QStyle>
 
@@ -79,4 +81,13 @@ void SearchField::paintEvent(QPaintEvent *event)
     const LookTokens &tokens = LookTokens::current();
     paintSymbol(&painter, QStringLiteral("search"), isEnabled() ? tokens.secondary : tokens.disabledText,
         QStyle::visualRect(layoutDirection(), rect(), place));
+}
+
+void SearchField::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls()) {
+        event->ignore();
+    } else {
+        QLineEdit::dragEnterEvent(event);
+    }
 }

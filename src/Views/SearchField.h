@@ -14,6 +14,8 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    /// A file that is dropped is for the window, which imports it.
+    void dragEnterEvent(QDragEnterEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 

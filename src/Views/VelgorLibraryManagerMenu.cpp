@@ -33,6 +33,7 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(Commands &commands, QMenuBar 
             CommandId::MoveSlotDown});
     add(*m_libraryMenu, {CommandId::PutIntoSlot, CommandId::ReplaceSlots, divider, CommandId::Tick});
     m_libraryMenu->addMenu(m_flagsMenu);
+    add(*m_libraryMenu, {CommandId::Rename});
     add(*m_libraryMenu,
         {divider, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::FindSimilar, CommandId::ExportOnePatch,
             divider, CommandId::MovePatchUp, CommandId::MovePatchDown, divider, CommandId::Delete});
@@ -69,6 +70,7 @@ void VelgorLibraryManagerMenu::addEditMenu(QMenuBar &bar)
             CommandId::MoveSlotDown, CommandId::MovePatchUp, CommandId::MovePatchDown, divider, CommandId::Select,
             CommandId::Tick});
     menu->addMenu(m_flagsMenu);
+    add(*menu, {CommandId::Rename});
     add(*menu, {divider, CommandId::FocusFilter});
 }
 

@@ -55,6 +55,8 @@ VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
 
 QLayout *VelgorLibraryView::makeButtons()
 {
+    // Made in the order of the Tab key.
+    auto *const sort = new CommandButton(m_commands, CommandId::Sort, this);
     auto *const select = new CommandButton(m_commands, CommandId::Select, this);
     // Two digits of ticked patches, so that ticking does not move the neighbours.
     select->reserve(tr("Select (%1)").arg(88));
@@ -70,8 +72,7 @@ QLayout *VelgorLibraryView::makeButtons()
     const int above = gap - focusGutter + tinyGap;
     buttons->setContentsMargins(columnPadding - focusGutter, above, columnPadding - focusGutter, above);
     buttons->setSpacing(gap - 2 * focusGutter);
-    for (CommandButton *button : {new CommandButton(m_commands, CommandId::Sort, this), select,
-             new CommandButton(m_commands, CommandId::Delete, this),
+    for (CommandButton *button : {sort, select, new CommandButton(m_commands, CommandId::Delete, this),
              new CommandButton(m_commands, CommandId::Duplicate, this)}) {
         button->setMaximumWidth(barButtonMaximumWidth);
         buttons->addWidget(button, 1);
@@ -86,6 +87,9 @@ void VelgorLibraryView::followLibrary()
         connect(m_model, signal, this, &VelgorLibraryView::refresh);
     }
     connect(m_model, &QAbstractItemModel::modelReset, this, &VelgorLibraryView::refresh);
+    // Whether a patch can move on depends on the neighbours that are shown.
+    connect(m_model, &QAbstractItemModel::rowsMoved, &m_commands, &Commands::refresh);
+    connect(m_model, &QAbstractItemModel::layoutChanged, &m_commands, &Commands::refresh);
     // A patch that the filter hides counts too.
     const VelgorLibrary &library = m_commands.desk().library;
     for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved}) {
@@ -117,6 +121,7 @@ void VelgorLibraryView::setLoadProgress(qsizetype loaded, qsizetype total)
 
 void VelgorLibraryView::refresh()
 {
+    m_commands.refresh();
     const VelgorLibrary &library = m_commands.desk().library;
     const qsizetype shown = m_model->filteredVelgorPatchesCount();
     const qsizetype all = library.count();
@@ -127,8 +132,11 @@ void VelgorLibraryView::refresh()
             tr("Drag patches from the list on the left into this list.")});
     } else if (shown == 0) {
         m_list->setHint({QStringLiteral("search"), tr("No patch matches the filter"),
-            tr("The name, every comment word and every lit button must match. Clear the filter to see all %1 patches.")
-                .arg(all)});
+            all == 1 ? tr("The name, every comment word and every lit button must match. Clear the filter to see the "
+                          "patch.")
+                     : tr("The name, every comment word and every lit button must match. Clear the filter to see all "
+                          "%1 patches.")
+                           .arg(all)});
     } else {
         m_list->setHint({});
     }

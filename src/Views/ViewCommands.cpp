@@ -62,6 +62,9 @@ QList<Command> viewCommands()
                 },
             .toolTip =
                 [](const Desk &desk) {
+                    if (desk.library.count() < 2) {
+                        return Texts::tr("Keep two patches in the library first");
+                    }
                     switch (desk.library.inverseSort()) {
                     case TripleBool::tripleFalse:
                         return Texts::tr("Sort by name, ascending");

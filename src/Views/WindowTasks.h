@@ -16,5 +16,6 @@ public:
     virtual void moveLibraryPatch(int step) = 0;
     [[nodiscard]] virtual bool canMoveLibraryPatch(int step) const = 0;
     virtual void focusFilter() = 0;
+    virtual void focusName() = 0;
     virtual void closeWindow() = 0;
 };

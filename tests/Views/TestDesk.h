@@ -32,10 +32,11 @@ struct TestDesk {
     LibraryEditor libraryEditor{library, content, storage};
     ContentEditor contentEditor{library, content};
     ContentFiles contentFiles{content, handler};
-    Desk desk{library, content, storage, preferences, handler, libraryEditor, contentEditor, contentFiles};
+    Desk desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles};
 
     /// A library of these patches, one sound each.
-    explicit TestDesk(const QString &names = {})
+    explicit TestDesk(const QString &names = {}, const QString &directoryName = QStringLiteral("library"))
+        : directory(directoryName)
     {
         for (const QString &name : names.split(u' ', Qt::SkipEmptyParts)) {
             library.append(patch(name), false, false);

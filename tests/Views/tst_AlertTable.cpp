@@ -271,6 +271,25 @@ private Q_SLOTS:
         QTest::keyClick(shownBox(), Qt::Key_Escape);
     }
 
+    void aDirectoryThatCannotBeListedIsExplainedAndLeft()
+    {
+        TestDesk desk(QStringLiteral("A"), QStringLiteral("my library"));
+        int moves = 0;
+        desk.desk.moveLibrary = [&moves] { ++moves; };
+        QWidget widget;
+        new Alerts(desk.desk, widget);
+        widget.show();
+        for (const QString &answer : {QStringLiteral("Not Now"), QStringLiteral("Move Library...")}) {
+            desk.storage.setWriteError(true);
+            QCOMPARE(shownTitle(), QStringLiteral("Could not save one or more library files"));
+            QVERIFY(shownBox()->informativeText().contains(desk.storage.libDirectory()));
+            press(answer);
+            QTest::qWait(1);
+            QVERIFY(!desk.storage.writeError());
+        }
+        QCOMPARE(moves, 1);
+    }
+
     void theRefusedDisclaimerExportsNothing_data()
     {
         QTest::addColumn<int>("key");

@@ -21,6 +21,7 @@ public:
     void moveLibraryPatch(int step) override { asked.append(QStringLiteral("move %1").arg(step)); }
     [[nodiscard]] bool canMoveLibraryPatch(int) const override { return canMove; }
     void focusFilter() override { asked.append(QStringLiteral("focusFilter")); }
+    void focusName() override { asked.append(QStringLiteral("focusName")); }
     void closeWindow() override { asked.append(QStringLiteral("closeWindow")); }
 };
 
@@ -139,6 +140,7 @@ private Q_SLOTS:
         row(CommandId::MovePatchDown, "Move Library Patch Down", "Alt+Down", Never);
         row(CommandId::Select, "Tick Several Library Patches", "", Always & ~Empty);
         row(CommandId::Tick, "Tick Library Patch", "Ctrl+T", Always & ~Empty);
+        row(CommandId::Rename, "Rename Library Patch", "F2", selected);
         row(CommandId::FocusFilter, "Go to Filter", "Ctrl+L", Always);
         row(CommandId::Guitar, "Guitar", "Ctrl+1", selected);
         row(CommandId::Bass, "Bass", "Ctrl+2", selected);

@@ -81,6 +81,7 @@ public:
     }
 
 private:
-    QTemporaryDir m_parent;
+    /// Not named for the program, whose name may hold a space.
+    QTemporaryDir m_parent{QDir::tempPath() + QStringLiteral("/velgor-XXXXXX")};
     QString m_path;
 };

@@ -1,0 +1,103 @@
+#include "DiagnosticRecorder.h"
+#include "LibraryDirectory.h"
+#include "LibraryFileNames.h"
+#include "LibraryManagerPreferences.h"
+#include "LibraryStorageManager.h"
+#include "TestPatches.h"
+
+#include <QTest>
+
+/// A library moves to another directory, and the former one stays as it is.
+class TestLibraryMove : public QObject {
+    Q_OBJECT
+
+    const DiagnosticRecorder m_silence;
+
+    static std::unique_ptr<QSettings> settingsIn(const LibraryDirectory &directory)
+    {
+        return std::make_unique<QSettings>(directory.parentPath() + QStringLiteral("/settings"), QSettings::IniFormat);
+    }
+
+    static void fill(VelgorLibrary &library)
+    {
+        library.append(TestPatches::imported(QStringLiteral("Lead"), 1), false, false);
+        library.append(TestPatches::imported(QStringLiteral("Clean"), 2), false, false);
+    }
+
+private Q_SLOTS:
+    void theLibraryIsKeptInTheNewDirectoryFromThenOn()
+    {
+        const LibraryDirectory former(QStringLiteral("my library"));
+        const LibraryDirectory place;
+        LibraryManagerPreferences preferences(settingsIn(place));
+        preferences.setLibraryDirectory(former.path());
+        LibraryStorageManager storage(preferences);
+        VelgorLibrary library;
+        fill(library);
+        storage.save(library);
+        const QStringList formerFiles = former.files();
+
+        const QString target = place.filePath(QStringLiteral("moved"));
+        QCOMPARE(storage.moveTo(target, library), QString());
+        QCOMPARE(storage.libDirectory(), target);
+        QCOMPARE(preferences.libraryDirectory(), target);
+        QCOMPARE(former.files(), formerFiles);
+
+        library.append(TestPatches::imported(QStringLiteral("Later"), 3), false, false);
+        storage.save(library);
+        QCOMPARE(former.files(), formerFiles);
+        LibraryStorageManager again(target);
+        const std::unique_ptr<VelgorLibrary> loaded = again.decodeLibrary();
+        QVERIFY(loaded);
+        QCOMPARE(TestPatches::names(loaded->patches()),
+            QStringList({QStringLiteral("Lead"), QStringLiteral("Clean"), QStringLiteral("Later")}));
+    }
+
+    void unsavedChangesGoAlong()
+    {
+        const LibraryDirectory former;
+        const LibraryDirectory place;
+        LibraryStorageManager storage(former.path(), std::chrono::hours(1));
+        VelgorLibrary library;
+        fill(library);
+        storage.delayedSave(library);
+        QCOMPARE(storage.moveTo(place.path(), library), QString());
+        QVERIFY(!storage.hasUnsavedChanges());
+        QVERIFY(!storage.waitingToSave());
+        QVERIFY(QFile::exists(place.filePath(LibraryFileNames::libraryFile())));
+        QCOMPARE(former.files(), QStringList());
+    }
+
+    void aDirectoryThatCannotTakeTheLibraryIsRefused_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("path that cannot be listed") << QStringLiteral("with space");
+        QTest::newRow("holds a library") << QStringLiteral("taken");
+        QTest::newRow("a file is in its place") << QStringLiteral("file");
+        QTest::newRow("below a file") << QStringLiteral("file/library");
+    }
+
+    void aDirectoryThatCannotTakeTheLibraryIsRefused()
+    {
+        QFETCH(const QString, name);
+        const LibraryDirectory former;
+        const LibraryDirectory place;
+        VelgorLibrary library;
+        fill(library);
+        QDir().mkpath(place.filePath(QStringLiteral("taken")));
+        LibraryStorageManager(place.filePath(QStringLiteral("taken"))).save(library);
+        place.write(QStringLiteral("file"), "x");
+        const QStringList files = place.files();
+
+        LibraryStorageManager storage(former.path());
+        storage.save(library);
+        const QString problem = storage.moveTo(place.filePath(name), library);
+        QVERIFY(problem.contains(place.filePath(name)));
+        QCOMPARE(storage.libDirectory(), former.path());
+        QCOMPARE(place.files(), files);
+        QVERIFY(!storage.writeError());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryMove)
+#include "tst_LibraryMove.moc"
