@@ -60,7 +60,7 @@ WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::mil
     , libraryEditor(library, content, calls)
     , contentEditor(library, content)
     , contentFiles(content, files)
-    , desk{library, content, storage, preferences, files, libraryEditor, contentEditor, contentFiles}
+    , desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles}
     , m_parentPath(directory.parentPath())
 {
     if (!qobject_cast<VelgorStyle *>(QApplication::style())) {
