@@ -59,7 +59,7 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     connect(&signalsFromSystem, &TerminationSignals::terminated, this, &Velgor_Library_ManagerApp::terminate);
     connect(
         qApp, &QGuiApplication::commitDataRequest, this, [this] { storage.saveUnsaved(); }, Qt::DirectConnection);
-    follow(*m_instance);
+    connect(m_instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
     connect(m_window.get(), &ContentView::libraryLoaded, this, [this] { storage.sweepLeftovers(); });
     m_window->show();
     if (!m_instance->reason().isEmpty()) {
@@ -72,11 +72,6 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     const int status = QCoreApplication::exec();
     storage.saveUnsaved();
     return status;
-}
-
-void Velgor_Library_ManagerApp::follow(SingleInstance &instance)
-{
-    connect(&instance, &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
 }
 
 void Velgor_Library_ManagerApp::open(const QString &file)
@@ -113,7 +108,7 @@ void Velgor_Library_ManagerApp::moveLibrary()
     }
     auto instance = std::make_unique<SingleInstance>(storage.libDirectory());
     if (instance->start(QString()) == SingleInstance::Outcome::First) {
-        follow(*instance);
+        connect(instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
         m_instance = std::move(instance);
     }
 }

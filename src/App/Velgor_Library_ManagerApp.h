@@ -37,7 +37,6 @@ public:
     [[nodiscard]] int run(const QString &file);
 
 private:
-    void follow(SingleInstance &instance);
     void open(const QString &file);
     /// Opens the file that waits, once no dialog and no message is about the list that it would replace.
     void openWaiting();

@@ -55,7 +55,7 @@ enum class CommandScope { Window, ContentList, LibraryList, BothLists };
 
 /// One thing that the user can ask for, in menus, on buttons and by shortcut.
 struct Command {
-    CommandId id;
+    CommandId id = CommandId::NewVelgorFile;
     CommandScope scope = CommandScope::Window;
     /// Disabled while the library is being loaded.
     bool needsLibrary = false;

@@ -57,10 +57,10 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     applyColorScheme();
     m_columns = new LibraryContentMainView(*m_commands, this);
     setCentralWidget(m_columns);
-    m_menu = new VelgorLibraryManagerMenu(*m_commands, *menuBar(), this);
+    const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, *menuBar(), this);
     m_commands->addShortcuts(*this, *m_columns->content()->list(), *m_columns->library()->list());
-    m_columns->content()->setContextMenu(m_menu->contentContextMenu());
-    m_columns->library()->setContextMenu(m_menu->libraryContextMenu());
+    m_columns->content()->setContextMenu(menu->contentContextMenu());
+    m_columns->library()->setContextMenu(menu->libraryContextMenu());
     new EditingKeys(this);
     setAcceptDrops(true);
 
@@ -135,12 +135,12 @@ void ContentView::finishLoading()
     }
     m_columns->setLoading(false);
     refreshStatus();
+    Q_EMIT libraryLoaded();
     if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
         m_alerts->show(AlertTexts::readError(m_desk), [](bool) {});
     } else if (!m_desk.storage.droppedPatches().isEmpty()) {
         m_alerts->show(AlertTexts::incompleteLibrary(m_desk), [](bool) {});
     }
-    Q_EMIT libraryLoaded();
 }
 
 void ContentView::importFile(const QString &path)

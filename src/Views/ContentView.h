@@ -10,7 +10,6 @@ class Commands;
 class LibraryContentMainView;
 class QLabel;
 class SystemColorScheme;
-class VelgorLibraryManagerMenu;
 class WindowState;
 
 /// The main window. It shows what the desk holds; nothing of that is its own.
@@ -66,7 +65,6 @@ private:
     WindowState &m_state;
     LibraryContentMainView *m_columns = nullptr; ///< asked for by the commands, which come first
     Commands *m_commands;
-    VelgorLibraryManagerMenu *m_menu = nullptr;
     Alerts *m_alerts;
     QLabel *m_status;
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported

@@ -30,7 +30,7 @@ void styleLabel(QLabel *label, const QFont &font, QPalette::ColorRole role)
 
 void dress(QMessageBox &box)
 {
-    const QFont font = box.font();
+    const QFont &font = box.font();
     styleLabel(box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label")), LookMeasures::strongFont(font),
         QPalette::WindowText);
     styleLabel(box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")), font, QPalette::PlaceholderText);

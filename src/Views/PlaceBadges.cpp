@@ -157,7 +157,7 @@ bool PlaceBadges::moveFocus(const QObject *from, int key)
     const qsizetype last = m_places.size() - 1;
     const auto index = std::find_if(m_badges.begin(), m_badges.end(), isFrom) - m_badges.begin();
     const int step = layoutDirection() == Qt::RightToLeft ? -1 : 1;
-    qsizetype next = index;
+    qsizetype next = 0;
     switch (key) {
     case Qt::Key_Left:
         next = index - step;
