@@ -15,12 +15,15 @@ using namespace LookMeasures;
 
 namespace {
 
-const QString unknown = QStringLiteral("–");
+QString unknown()
+{
+    return QStringLiteral("–");
+}
 
 QString soundHashText(const std::optional<quint64> &hash)
 {
     if (!hash) {
-        return unknown;
+        return unknown();
     }
     QString digits = QStringLiteral("%1").arg(*hash, 16, 16, QLatin1Char('0')).toUpper();
     for (const int position : {12, 8, 4}) {
@@ -32,7 +35,7 @@ QString soundHashText(const std::optional<quint64> &hash)
 QString tailBitText(const std::optional<SHeaderDesc> &header)
 {
     if (!header) {
-        return unknown;
+        return unknown();
     }
     return QStringLiteral("0x") + QStringLiteral("%1").arg(header->tailBit, 2, 16, QLatin1Char('0')).toUpper();
 }

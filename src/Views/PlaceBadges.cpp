@@ -114,7 +114,7 @@ void PlaceBadges::arrange()
 int PlaceBadges::heightForWidth(int width) const
 {
     const int atLeast = m_badges.first()->sizeHint().height();
-    return std::max(arranged(width).last().bottom() + 1, atLeast);
+    return std::max(arranged(width).constLast().bottom() + 1, atLeast);
 }
 
 QSize PlaceBadges::sizeHint() const

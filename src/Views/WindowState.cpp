@@ -8,12 +8,11 @@
 
 namespace {
 
-const QString geometryKey = QStringLiteral("window/geometry");
-const QString maximizedKey = QStringLiteral("window/maximized");
-const QString splitterKey = QStringLiteral("window/columns");
-const QString importKey = QStringLiteral("directories/import");
-const QString exportKey = QStringLiteral("directories/export");
-const QString recentKey = QStringLiteral("files/recent");
+constexpr QLatin1StringView geometryKey{"window/geometry"};
+constexpr QLatin1StringView splitterKey{"window/columns"};
+constexpr QLatin1StringView importKey{"directories/import"};
+constexpr QLatin1StringView exportKey{"directories/export"};
+constexpr QLatin1StringView recentKey{"files/recent"};
 
 } // namespace
 
@@ -40,16 +39,6 @@ QByteArray WindowState::geometry() const
 void WindowState::setGeometry(const QByteArray &geometry)
 {
     m_store.setValue(geometryKey, geometry);
-}
-
-bool WindowState::isMaximized() const
-{
-    return m_store.value(maximizedKey).toBool();
-}
-
-void WindowState::setMaximized(bool isMaximized)
-{
-    m_store.setValue(maximizedKey, isMaximized);
 }
 
 QList<int> WindowState::splitterSizes() const
@@ -94,7 +83,7 @@ void WindowState::setExportDirectory(const QString &directory)
     m_store.setValue(exportKey, QDir(directory).absolutePath());
 }
 
-QString WindowState::directory(const QString &key) const
+QString WindowState::directory(QLatin1StringView key) const
 {
     const QString path = m_store.value(key).toString();
     return QDir::isAbsolutePath(path) && QFileInfo(path).isDir() ? path : QString();

@@ -18,12 +18,10 @@ public:
 
     explicit WindowState(const QString &file = usualFile());
 
-    /// As QWidget::saveGeometry() gives it and restoreGeometry() checks it; empty when there is none.
+    /// Place, size and whether it is maximized, as QWidget::saveGeometry() gives it and restoreGeometry() checks it;
+    /// empty when there is none.
     [[nodiscard]] QByteArray geometry() const;
     void setGeometry(const QByteArray &geometry);
-
-    [[nodiscard]] bool isMaximized() const;
-    void setMaximized(bool isMaximized);
 
     /// The widths of the window's columns; empty when there are none.
     [[nodiscard]] QList<int> splitterSizes() const;
@@ -40,7 +38,7 @@ public:
     void addRecentFile(const QString &file);
 
 private:
-    [[nodiscard]] QString directory(const QString &key) const;
+    [[nodiscard]] QString directory(QLatin1StringView key) const;
 
     QSettings m_store;
 };
