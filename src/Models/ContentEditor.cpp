@@ -100,7 +100,8 @@ QList<qsizetype> ContentEditor::selectedRows() const
 
 bool ContentEditor::canPut() const
 {
-    const bool hasPatch = m_library.isMultiSel() ? m_library.multiSelections().count(true) > 0 : selectedPatch() != nullptr;
+    const bool hasPatch =
+        m_library.isMultiSel() ? m_library.multiSelections().count(true) > 0 : selectedPatch() != nullptr;
     return hasPatch && !selectedRows().isEmpty();
 }
 

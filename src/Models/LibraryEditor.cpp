@@ -138,9 +138,8 @@ bool LibraryEditor::canKeep(const QList<TransferablePatch> &items) const
         }
     }
     const auto &list = m_content.velgorContentPatchList();
-    return std::any_of(list.begin(), list.end(), [&slotIds](const VelgorContentPatch &slot) {
-        return slot.patch.patchData && slotIds.contains(slot.id);
-    });
+    return std::any_of(list.begin(), list.end(),
+        [&slotIds](const VelgorContentPatch &slot) { return slot.patch.patchData && slotIds.contains(slot.id); });
 }
 
 QList<TransferablePatch> LibraryEditor::selectedSlots() const

@@ -113,8 +113,8 @@ void PlaceBadges::arrange()
 
 int PlaceBadges::heightForWidth(int width) const
 {
-    const int atLeast = m_badges.first()->sizeHint().height();
-    return std::max(arranged(width).constLast().bottom() + 1, atLeast);
+    const int oneRow = m_badges.first()->sizeHint().height();
+    return std::max(arranged(width).constLast().bottom() + 1, oneRow);
 }
 
 QSize PlaceBadges::sizeHint() const
