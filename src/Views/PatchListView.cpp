@@ -19,6 +19,14 @@
 #include <algorithm>
 #include <memory>
 
+namespace {
+
+/// Between two steps of scrolling while a drag is held at an edge. The view's own scrolling starts over with every
+/// move that the desktop reports, and some report them all the time. In milliseconds.
+constexpr int edgeInterval = 30;
+
+} // namespace
+
 PatchListView::PatchListView(QWidget *parent)
     : QListView(parent)
 {
@@ -104,6 +112,7 @@ void PatchListView::startDrag(Qt::DropActions supportedActions)
 void PatchListView::dragEnterEvent(QDragEnterEvent *event)
 {
     m_dragged = PatchPayload::unpack(event->mimeData());
+    m_dragPosition = event->position().toPoint();
     if (m_dragged.isEmpty()) {
         event->ignore();
         return;
@@ -118,11 +127,33 @@ void PatchListView::dragMoveEvent(QDragMoveEvent *event)
     setMark(markFor(m_dragged, position));
     event->setDropAction(event->possibleActions().testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction);
     event->setAccepted(m_mark.kind != DropMark::None);
-    const bool isAtEdge =
-        position.y() < autoScrollMargin() || position.y() >= viewport()->height() - autoScrollMargin();
-    if (hasAutoScroll() && isAtEdge) {
-        startAutoScroll();
+    m_dragPosition = position;
+    if (edgeDirection() == 0) {
+        m_edgeTimer.stop();
+    } else if (!m_edgeTimer.isActive()) {
+        m_edgeSteps = 0;
+        m_edgeTimer.start(edgeInterval, this);
     }
+}
+
+int PatchListView::edgeDirection() const
+{
+    if (m_dragPosition.y() < autoScrollMargin()) {
+        return -1;
+    }
+    return m_dragPosition.y() >= viewport()->height() - autoScrollMargin() ? 1 : 0;
+}
+
+void PatchListView::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_edgeTimer.timerId()) {
+        QListView::timerEvent(event);
+        return;
+    }
+    // Slowly at first, so that a near row is not missed, then faster, up to a row a step.
+    ++m_edgeSteps;
+    const int step = std::min(2 + m_edgeSteps / 4, LookMeasures::rowHeight(fontMetrics()));
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + edgeDirection() * step);
 }
 
 void PatchListView::dragLeaveEvent(QDragLeaveEvent *event)
@@ -146,8 +177,7 @@ void PatchListView::dropEvent(QDropEvent *event)
 
 void PatchListView::endDrag()
 {
-    stopAutoScroll();
-    setState(NoState);
+    m_edgeTimer.stop();
     m_dragged.clear();
     setMark({});
 }
@@ -164,7 +194,7 @@ void PatchListView::setMark(const DropMark &mark)
 void PatchListView::updateMarkAfterScroll()
 {
     if (!m_dragged.isEmpty()) {
-        setMark(markFor(m_dragged, viewport()->mapFromGlobal(QCursor::pos())));
+        setMark(markFor(m_dragged, m_dragPosition));
     }
 }
 

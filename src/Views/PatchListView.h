@@ -4,6 +4,7 @@
 #include "EmptyHint.h"
 #include "TransferablePatch.h"
 
+#include <QBasicTimer>
 #include <QListView>
 
 #include <optional>
@@ -43,6 +44,7 @@ protected:
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
@@ -50,6 +52,8 @@ protected:
     [[nodiscard]] QSize viewportSizeHint() const override;
 
 private:
+    /// Where to scroll for the drag: -1 up, 1 down, 0 not at all.
+    [[nodiscard]] int edgeDirection() const;
     void setMark(const DropMark &mark);
     void updateMarkAfterScroll();
     void endDrag();
@@ -58,6 +62,9 @@ private:
 
     std::optional<QPoint> m_pressedAt; ///< where the button went down on a row that can be dragged
     QList<TransferablePatch> m_dragged; ///< of the drag that is over this list
+    QPoint m_dragPosition;
+    QBasicTimer m_edgeTimer; ///< scrolls while the drag is held at the upper or lower edge
+    int m_edgeSteps = 0;
     DropMark m_mark;
     EmptyHint m_hint;
 };
