@@ -297,6 +297,30 @@ private Q_SLOTS:
         QCOMPARE(indexes.first().data().toString(), selected);
     }
 
+    void aListScrollsWhileADragIsHeldAtItsEdge()
+    {
+        QStringList names;
+        for (int i = 0; i < 99; ++i) {
+            names.append(QStringLiteral("S%1").arg(i));
+        }
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), names.join(u' '));
+        const PatchListView *const list = window->contentList();
+        const QScrollBar *const bar = list->verticalScrollBar();
+        DragOver drag(list->viewport(), rows(window->libraryList(), {0}));
+        QVERIFY(drag.moveTo(QPoint(100, list->viewport()->height() - 5)));
+        QTRY_VERIFY(bar->value() > 200);
+        const int row = list->indexAt(QPoint(100, list->viewport()->height() - 5)).row();
+        QVERIFY(qAbs(list->dropMark().row - row) <= 1);
+        QVERIFY(drag.moveTo(QPoint(100, 5)));
+        QTRY_COMPARE(bar->value(), 0);
+        QVERIFY(drag.moveTo(QPoint(100, list->viewport()->height() - 5)));
+        QTRY_VERIFY(bar->value() > 0);
+        drag.leave();
+        const int left = bar->value();
+        QTest::qWait(100);
+        QCOMPARE(bar->value(), left);
+    }
+
     void aDropThatMixesFirmwareVersionsWarnsAtOnce()
     {
         const LibraryDirectory directory;
