@@ -4,6 +4,7 @@
 #include "WindowFixture.h"
 
 #include <QLineEdit>
+#include <QScrollBar>
 
 using namespace ShownWidgets;
 
