@@ -5,17 +5,21 @@
 #include "LibraryEditor.h"
 #include "LibraryFileNames.h"
 #include "LibraryStorageManager.h"
+#include "Utf8Text.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
-#include <QDir>
+#include <QFileInfo>
 
 namespace {
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(AlertTexts)
 };
+
+/// Of a name in a message; longer ones push the buttons off the screen.
+constexpr qsizetype longestName = 80;
 
 Alert notice(const QString &title, const QString &text)
 {
@@ -116,7 +120,8 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
     }
     alert.title = Texts::tr("Do you really want to delete 1 patch?");
     if (const VelgorPatch *patch = desk.libraryEditor.selectedPatch()) {
-        alert.text = Texts::tr("\"%1\" is removed from the library and its file is deleted.").arg(patch->name);
+        alert.text = Texts::tr("\"%1\" is removed from the library and its file is deleted.")
+                         .arg(Utf8Text::firstCharacters(patch->name.simplified(), longestName));
         const qsizetype uses = desk.libraryEditor.inContentPatch(patch->id()).size();
         if (uses == 1) {
             alert.text += u' ' + Texts::tr("The slot that uses it keeps its copy.");
@@ -140,6 +145,15 @@ Alert AlertTexts::confirmExport(const Desk &desk)
                   .arg(slotCount),
         .acceptLabel = Texts::tr("OK"),
         .safeLabel = Texts::tr("I don't accept"),
+        .isDestructive = true};
+}
+
+Alert AlertTexts::replaceUnexported(const QString &path)
+{
+    return {.title = Texts::tr("The list has changes that were not exported"),
+        .text = Texts::tr("They are lost when %1 takes its place.").arg(QFileInfo(path).fileName()),
+        .acceptLabel = Texts::tr("Import"),
+        .safeLabel = Texts::tr("Cancel"),
         .isDestructive = true};
 }
 

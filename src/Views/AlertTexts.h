@@ -14,6 +14,8 @@ namespace AlertTexts {
 [[nodiscard]] Alert writeError(const Desk &desk);
 [[nodiscard]] Alert deleteConfirm(const Desk &desk);
 [[nodiscard]] Alert confirmExport(const Desk &desk);
+/// A file was dropped or handed over while the list was not exported.
+[[nodiscard]] Alert replaceUnexported(const QString &path);
 /// The window closes while the list was not exported.
 [[nodiscard]] Alert closeUnexported(const Desk &desk);
 /// The window closes and the library could not be saved.

@@ -94,6 +94,13 @@ void Alerts::open(const Alert &alert, const Answered &answered)
     });
 }
 
+void Alerts::raise()
+{
+    if (m_box) {
+        m_box->activateWindow();
+    }
+}
+
 void Alerts::showNext()
 {
     if (m_box || !m_window.isVisible()) {

@@ -28,6 +28,8 @@ public:
     /// first.
     void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
     [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
+    /// Gives the keyboard to the message that is shown, if there is one.
+    void raise();
 
 private:
     using Answered = std::function<void(bool isAccepted)>;

@@ -145,7 +145,15 @@ void ContentView::finishLoading()
 
 void ContentView::importFile(const QString &path)
 {
-    m_desk.contentFiles.importFile(path);
+    if (!m_desk.contentFiles.isModified()) {
+        m_desk.contentFiles.importFile(path);
+        return;
+    }
+    m_alerts->show(AlertTexts::replaceUnexported(path), [this, path](bool isAccepted) {
+        if (isAccepted) {
+            m_desk.contentFiles.importFile(path);
+        }
+    });
 }
 
 void ContentView::raiseToFront()
@@ -160,6 +168,15 @@ void ContentView::closeUnasked()
 {
     m_isCloseConfirmed = true;
     close();
+}
+
+void ContentView::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    // Some window managers let a click activate the window behind its message, where no key would reach anything.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        m_alerts->raise();
+    }
 }
 
 void ContentView::closeEvent(QCloseEvent *event)

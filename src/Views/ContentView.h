@@ -22,7 +22,8 @@ public:
     ~ContentView() override;
     Q_DISABLE_COPY_MOVE(ContentView)
 
-    /// Fills the list from a preset file, as the import does.
+    /// Fills the list from a preset file that came without being asked for; asks first if that loses changes that were
+    /// not exported.
     void importFile(const QString &path);
     /// Brings the window in front of the others.
     void raiseToFront();
@@ -38,6 +39,7 @@ Q_SIGNALS:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QStandardPaths>
 
 namespace {
@@ -14,6 +15,21 @@ QString firstDirectory()
 {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+/// One path, or nothing when the user cancelled.
+std::optional<QString> ask(QFileDialog &dialog)
+{
+    // Where Qt draws the dialog itself, a list of completions that is open when the dialog closes leaves the window
+    // without the focus.
+    const QList<QLineEdit *> fields = dialog.findChildren<QLineEdit *>();
+    for (QLineEdit *field : fields) {
+        field->setCompleter(nullptr);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return dialog.selectedFiles().constFirst();
 }
 
 } // namespace
@@ -26,11 +42,12 @@ DesktopFileDialogs::DesktopFileDialogs(WindowState &state)
 std::optional<QString> DesktopFileDialogs::askOpenFile(const QString &title)
 {
     const QString used = m_state.importDirectory();
-    const QString chosen = QFileDialog::getOpenFileName(m_parent, title, used.isEmpty() ? firstDirectory() : used);
-    if (chosen.isEmpty()) {
-        return std::nullopt;
+    QFileDialog dialog(m_parent, title, used.isEmpty() ? firstDirectory() : used);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    std::optional<QString> chosen = ask(dialog);
+    if (chosen) {
+        m_state.setImportDirectory(QFileInfo(*chosen).absolutePath());
     }
-    m_state.setImportDirectory(QFileInfo(chosen).absolutePath());
     return chosen;
 }
 
@@ -38,17 +55,22 @@ std::optional<QString> DesktopFileDialogs::askSaveFile(const QString &title, con
 {
     const QString used = m_state.exportDirectory();
     const QString directory = used.isEmpty() ? m_state.importDirectory() : used;
-    const QString proposed = QDir(directory.isEmpty() ? firstDirectory() : directory).filePath(proposedName);
-    const QString chosen = QFileDialog::getSaveFileName(m_parent, title, proposed);
-    if (chosen.isEmpty()) {
-        return std::nullopt;
+    QFileDialog dialog(m_parent, title, directory.isEmpty() ? firstDirectory() : directory);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(QStringLiteral("prst"));
+    dialog.selectFile(proposedName);
+    std::optional<QString> chosen = ask(dialog);
+    if (chosen) {
+        m_state.setExportDirectory(QFileInfo(*chosen).absolutePath());
     }
-    m_state.setExportDirectory(QFileInfo(chosen).absolutePath());
     return chosen;
 }
 
 std::optional<QString> DesktopFileDialogs::askDirectory(const QString &title)
 {
-    const QString chosen = QFileDialog::getExistingDirectory(m_parent, title, QDir::homePath());
-    return chosen.isEmpty() ? std::nullopt : std::optional(chosen);
+    QFileDialog dialog(m_parent, title, QDir::homePath());
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return ask(dialog);
 }

@@ -11,6 +11,20 @@
 
 using namespace LookMeasures;
 
+namespace {
+
+/// Pasted text may hold line breaks, which a name shown in one line cannot.
+QString onOneLine(QString name)
+{
+    for (const QChar lineBreak :
+        {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)}) {
+        name.replace(lineBreak, u' ');
+    }
+    return name;
+}
+
+} // namespace
+
 NameField::NameField(QWidget *parent)
     : QLineEdit(parent)
 {
@@ -21,7 +35,7 @@ NameField::NameField(QWidget *parent)
     // Not textEdited: assistive technology sets the text.
     connect(this, &QLineEdit::textChanged, this, [this](const QString &name) {
         if (!m_isShowing) {
-            Q_EMIT nameEdited(name);
+            Q_EMIT nameEdited(onOneLine(name));
         }
     });
     connect(this, &QLineEdit::returnPressed, this, [this] { m_nameBefore = text(); });

@@ -81,6 +81,24 @@ private Q_SLOTS:
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead"));
     }
 
+    void aFileDroppedOnAListWithUnexportedChangesAsksFirst()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        window->contentEditor.moveSlots({0}, 2);
+        const QString path = window->presetFile(QStringLiteral("new.prst"), QStringLiteral("New"));
+        for (const bool isAccepted : {false, true}) {
+            auto *file = new QMimeData;
+            file->setUrls({QUrl::fromLocalFile(path)});
+            QVERIFY(DragOver(window->window.get(), file).dropAt(QPoint(30, 30)));
+            WindowFixture::settle();
+            QCOMPARE(window->message(), QStringLiteral("The list has changes that were not exported"));
+            QCOMPARE(window->slotNames(), QStringLiteral("B A"));
+            QVERIFY(window->answer(isAccepted ? QStringLiteral("Import") : QStringLiteral("Cancel")));
+            WindowFixture::settle();
+            QCOMPARE(window->slotNames(), isAccepted ? QStringLiteral("New") : QStringLiteral("B A"));
+        }
+    }
+
     void whatIsNoLocalPresetFileIsNotImported()
     {
         const auto window = WindowFixture::shown({}, QStringLiteral("A B"));

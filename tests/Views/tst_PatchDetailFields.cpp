@@ -2,6 +2,10 @@
 #include "VelgorStyle.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QGuiApplication>
+#include <QMimeData>
 #include <QShortcut>
 #include <QSignalSpy>
 #include <QTest>
@@ -21,6 +25,30 @@ private Q_SLOTS:
         QCOMPARE(details.patch().name, QStringLiteral("Lead 2"));
         QCOMPARE(details.callbacks.changedIds, QList<quint64>(2, details.patch().id()));
         QCOMPARE(details.patch(1).name, QStringLiteral("Solo"));
+    }
+
+    void pastedLineBreaksBecomeBlanksInTheName()
+    {
+        DetailFixture details;
+        QGuiApplication::clipboard()->setText(QStringLiteral("one\ntwo"));
+        details.name()->selectAll();
+        details.name()->paste();
+        QCOMPARE(details.patch().name, QStringLiteral("one two"));
+        QCOMPARE(details.name()->text(), QStringLiteral("one two"));
+    }
+
+    void filesDroppedOnTheFieldsAreForTheWindow()
+    {
+        DetailFixture details;
+        for (QWidget *field : {static_cast<QWidget *>(details.name()), details.comment()->viewport()}) {
+            QMimeData file;
+            file.setUrls({QUrl::fromLocalFile(QStringLiteral("/list.prst"))});
+            file.setText(QStringLiteral("/list.prst"));
+            QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &file, Qt::LeftButton, Qt::NoModifier);
+            enter.ignore();
+            QCoreApplication::sendEvent(field, &enter);
+            QVERIFY(!enter.isAccepted());
+        }
     }
 
     void anUnchangedNameIsNoRename()
