@@ -67,7 +67,7 @@ void ContentRowDelegate::paintPosition(
     const QRect rect = positionRect(option, index);
     if (index.data(PatchRoles::IsPlaceUsed).toBool() && !state.isDropTarget) {
         const int width = option.fontMetrics.horizontalAdvance(position);
-        const int height = std::min(18, rect.height() - 4);
+        const int height = std::min(std::max(18, option.fontMetrics.height() + 2), rect.height() - 4);
         const QRectF badge(
             rect.right() + 1 - width - 4.5, rect.top() + (rect.height() - height) / 2.0, width + 9, height);
         painter.setPen(Qt::NoPen);
