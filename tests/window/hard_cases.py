@@ -76,6 +76,20 @@ def check_second_start(session):
     check_equal(len(program.windows), 1, "windows after the second start")
 
 
+def check_second_start_behind_a_message(session):
+    """A file that is handed over waits until the message is answered that is about the list shown now."""
+    program = session.program
+    shown = program.rows_of(CONTENT)
+    program.press("ctrl+s")
+    dialog = program.dialog()
+    second = session.desktop.start([session.executable, session.demo], session.home)
+    check_equal(second.wait_exit(), 0, "exit status of the second start")
+    check_equal(program.rows_of(CONTENT), shown, "slots behind the message")
+    program.press("Escape")
+    program.wait_closed(dialog)
+    program.find("label", content_title(len(session.velgor.patches(session.demo))))
+
+
 def check_termination(session):
     """An edit that was made a moment ago is not lost."""
     program = session.program
@@ -102,6 +116,7 @@ def hard_cases(session):
     check_foreign_payload(session)
     check_malformed_import(session)
     check_second_start(session)
+    check_second_start_behind_a_message(session)
     check_termination(session)
 
 
