@@ -158,7 +158,7 @@ void VelgorStyle::drawButtonLabel(const QStyleOptionButton &option, QPainter *pa
     const ButtonLook look = ButtonLook::of(option, widget);
     QRect room = proxy()->subElementRect(SE_PushButtonContents, &option, widget);
     if (option.features & QStyleOptionButton::HasMenu) {
-        QStyleOption arrow = option;
+        QStyleOptionButton arrow = option;
         const int side = option.iconSize.width() / 2;
         arrow.rect = visualRect(
             option.direction, room, QRect(room.right() - side + 1, room.center().y() - side / 2, side, side));
