@@ -85,6 +85,10 @@ void Velgor_Library_ManagerApp::open(const QString &file)
 
 void Velgor_Library_ManagerApp::openWaiting()
 {
+    // A file that came later may have been opened in the meantime.
+    if (m_waitingFile.isEmpty()) {
+        return;
+    }
     if (QApplication::activeModalWidget() || m_window->alerts().isShowing()) {
         m_openAgain.start();
     } else {
