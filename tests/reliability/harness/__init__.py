@@ -1,0 +1,26 @@
+"""What the process tests of reliability share: generated presets, a library on disk and its state, operations with
+the state they lead to, and the figures printed in the end. Standard library only."""
+
+from .figures import Figures, skip
+from .library import Library, LibraryBroken, Velgor
+from .operations import Operation, random_operation
+from .presets import Preset, decode, encode, random_presets
+from .state import Patch, State, difference, same
+
+__all__ = [
+    "Figures",
+    "Library",
+    "LibraryBroken",
+    "Operation",
+    "Patch",
+    "Preset",
+    "State",
+    "Velgor",
+    "decode",
+    "difference",
+    "encode",
+    "random_operation",
+    "random_presets",
+    "same",
+    "skip",
+]
