@@ -75,7 +75,9 @@ void setFileTime(const LibraryDirectory &directory, const QString &name, const Q
 /// A name that a save of that year would give to the library file that it keeps.
 QString datedName(int year, int number = 0)
 {
-    return QStringLiteral("velgorlibrary-%10101T000000-%2.json").arg(year, 4, 10, QChar(u'0')).arg(number, 2, 10, QChar(u'0'));
+    return QStringLiteral("velgorlibrary-%1-%2.json")
+        .arg(QStringLiteral("%1").arg(year, 4, 10, QChar(u'0')) + QStringLiteral("0101T000000"))
+        .arg(number, 2, 10, QChar(u'0'));
 }
 
 } // namespace
