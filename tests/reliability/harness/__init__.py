@@ -1,6 +1,7 @@
 """What the process tests of reliability share: generated presets, a library on disk and its state, operations with
 the state they lead to, and the figures printed in the end. Standard library only."""
 
+from .checks import check_after_stop, check_next_export, check_next_start
 from .figures import Figures, skip
 from .library import Library, LibraryBroken, Velgor
 from .operations import Operation, random_operation
@@ -16,6 +17,9 @@ __all__ = [
     "Preset",
     "State",
     "Velgor",
+    "check_after_stop",
+    "check_next_export",
+    "check_next_start",
     "decode",
     "difference",
     "encode",

@@ -15,6 +15,7 @@ from .state import Patch, State
 LIBRARY_FILE = "velgorlibrary.json"
 DATED_COPY = re.compile(r"velgorlibrary-\d{8}T\d{6}-\d{2,}\.json")
 LOSS = re.compile(r"left out|cannot|could not|error|not a complete|no library file", re.IGNORECASE)
+KEPT = re.compile(r"was kept as")
 SLOWEST = 60  # seconds; a command that takes longer hangs
 
 
@@ -74,8 +75,10 @@ class Library:
     def command(self, *arguments: str | pathlib.Path) -> subprocess.CompletedProcess[str]:
         """A command that has to succeed without a word of loss."""
         done = self.run(*arguments)
-        if done.returncode != 0 or LOSS.search(done.stderr):
-            raise LibraryBroken(f"library {' '.join(map(str, arguments))}: {done.returncode}: {done.stderr.strip()}")
+        lost = [line for line in done.stderr.splitlines() if LOSS.search(line) and not KEPT.search(line)]
+        if done.returncode != 0 or lost:
+            told = "; ".join(dict.fromkeys(lost or done.stderr.splitlines()))
+            raise LibraryBroken(f"library {arguments[0]}: status {done.returncode}: {told}")
         return done
 
     def state(self) -> State:
