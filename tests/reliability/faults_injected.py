@@ -87,7 +87,8 @@ def _inject(figures: Figures, scenario: Scenario, call: Call, error: str, last: 
         figures.count("missed")
         return
     where = hit[0].split(None, 1)[1].replace(str(scenario.place), "...")[:160]
-    case = Case(scenario, f"{error} at {call.name} {call.number}{last} ({where})", (os.strerror(getattr(errno, error)),))
+    reason = os.strerror(getattr(errno, error))
+    case = Case(scenario, f"{error} at {call.name} {call.number}{last} ({where})", (reason,))
     figures.count("faults injected")
     case.check(figures, done)
     if call.name in SYNCHRONISING and done.returncode == 0 and LOCK not in hit[0]:

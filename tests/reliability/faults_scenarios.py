@@ -102,7 +102,12 @@ class Case:
     reasons: tuple[str, ...]
     prefix: list[str] | None = None
 
-    def check(self, figures: Figures, done: subprocess.CompletedProcess[str], end_of_fault=contextlib.nullcontext()) -> str:
+    def check(
+        self,
+        figures: Figures,
+        done: subprocess.CompletedProcess[str],
+        end_of_fault: contextlib.AbstractContextManager[object] = contextlib.nullcontext(),
+    ) -> str:
         """`end_of_fault` is entered before anything is tried again. What was found is returned: "old" or "new"."""
         scenario = self.scenario
         label = f"{scenario.name}, {self.fault}"
