@@ -90,7 +90,8 @@ def kill_editing(program: pathlib.Path, chance: random.Random, scratch: pathlib.
     loaded = subprocess.run([program, "state", directory], capture_output=True, text=True)
     allowed = {text: number for number, text in hashes.items() if number >= saved}
     if loaded.returncode != 0:
-        figures.fail("lost", f"what was edited does not load: {'; '.join(loaded.stderr.split('\n'))}")
+        told = "; ".join(loaded.stderr.split("\n"))
+        figures.fail("lost", f"what was edited does not load: {told}")
     elif hashes and loaded.stdout.strip() not in allowed:
         old = [number for number, text in hashes.items() if text == loaded.stdout.strip()]
         figures.fail("lost", f"edits {sorted(allowed.values())} expected, found {old or 'a state that never was'}")
