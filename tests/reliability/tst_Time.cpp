@@ -17,6 +17,8 @@ namespace {
 constexpr int roundTrips = 1'000'000;
 constexpr int rounds = 100;
 constexpr int patchesInStore = 40;
+/// Old library files that stay.
+constexpr qsizetype keptFileLimit = 5;
 
 const QString libraryFile = LibraryFileNames::libraryFile();
 
@@ -222,7 +224,7 @@ private Q_SLOTS:
         QFile kept(manager.keptFiles().constFirst());
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), old);
-        QCOMPARE(datedCopies(directory).size(), LibraryWriter::keptFileLimit);
+        QCOMPARE(datedCopies(directory).size(), keptFileLimit);
         // A later save that has nothing to keep prunes nothing.
         const QStringList before = datedCopies(directory);
         manager.save(*library);
@@ -234,7 +236,7 @@ private Q_SLOTS:
         const DiagnosticRecorder silence;
         const LibraryDirectory directory;
         QByteArrayList damaged;
-        for (int i = 0; i < LibraryWriter::keptFileLimit; ++i) {
+        for (int i = 0; i < keptFileLimit; ++i) {
             damaged.append("{ \"" + QByteArray::number(i));
             directory.write(libraryFile, damaged.last());
             LibraryStorageManager manager(directory.path());
