@@ -8,6 +8,7 @@ import pathlib
 import shutil
 import struct
 import subprocess
+import time
 
 SHUT_DOWN = 0x8004587D  # EXT4_IOC_SHUTDOWN
 WITHOUT_FLUSHING = 2  # the journal in memory is lost too
@@ -25,7 +26,17 @@ class Disk:
         self.mount()
 
     def mount(self) -> None:
-        run("mount", "-o", "loop", str(self.image), str(self.mount_point))
+        """Waits for a file system that really starts anew. One that was cut stays as it is, and comes back with a
+        mount, as long as any other program of the machine looks at it."""
+        for _ in range(100):
+            run("mount", "-o", "loop", str(self.image), str(self.mount_point))
+            try:
+                (self.mount_point / "lost+found" / "probe").touch()
+                return
+            except OSError:
+                self.unmount()
+                time.sleep(0.2)
+        raise RuntimeError(f"{self.image} does not come back")
 
     def unmount(self) -> None:
         run("umount", str(self.mount_point))
