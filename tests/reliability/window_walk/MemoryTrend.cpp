@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qsizetype fewestSamples = 12;
+constexpr qsizetype fewestSamples = 40;
 
 } // namespace
 
@@ -30,7 +30,7 @@ qint64 MemoryTrend::growth() const
         return 0;
     }
     const qsizetype quarter = m_samples.size() / 4;
-    const qint64 early = *std::max_element(m_samples.begin() + quarter, m_samples.begin() + 2 * quarter);
+    const qint64 early = *std::min_element(m_samples.begin() + quarter, m_samples.begin() + 2 * quarter);
     return *std::min_element(m_samples.end() - quarter, m_samples.end()) - early;
 }
 

@@ -141,13 +141,12 @@ QPoint UserActions::anyPoint(const PatchListView &list)
     return {m_random.bounded(list.viewport()->width()), m_random.bounded(list.viewport()->height())};
 }
 
-template <typename Widget>
-Widget *UserActions::anyUsable()
+QWidget *UserActions::anyUsable(const char *className)
 {
-    QList<Widget *> usable = m_window.window->findChildren<Widget *>();
-    usable.removeIf([this](const Widget *widget) {
-        return !widget->isVisible() || !widget->isEnabled() || widget->visibleRegion().isEmpty()
-            || widget->window() != m_window.window.get();
+    QList<QWidget *> usable = m_window.window->findChildren<QWidget *>();
+    usable.removeIf([this, className](const QWidget *widget) {
+        return !widget->inherits(className) || !widget->isVisible() || !widget->isEnabled()
+            || widget->visibleRegion().isEmpty() || widget->window() != m_window.window.get();
     });
     return usable.isEmpty() ? nullptr : usable.at(m_random.bounded(usable.size()));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QPoint>
 #include <QRandomGenerator>
 #include <QString>
 
@@ -59,8 +60,8 @@ private:
     [[nodiscard]] PatchListView *anyList();
     [[nodiscard]] int anyRow(const PatchListView &list);
     [[nodiscard]] QPoint anyPoint(const PatchListView &list);
-    template <typename Widget>
-    [[nodiscard]] Widget *anyUsable();
+    /// A widget of this class that can be seen and used; nullptr when there is none.
+    [[nodiscard]] QWidget *anyUsable(const char *className);
     [[nodiscard]] Qt::KeyboardModifiers anyModifiers();
 
     WindowFixture &m_window;

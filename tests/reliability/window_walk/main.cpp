@@ -12,6 +12,7 @@
 #include <QCommandLineParser>
 #include <QDesktopServices>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 namespace {
@@ -24,7 +25,9 @@ QStringList warnings;
 
 void takeQtMessage(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    if (type != QtDebugMsg && type != QtInfoMsg) {
+    // The offscreen platform has no window manager to tell of anything.
+    const bool isOfPlatform = message.startsWith(QStringLiteral("This plugin does not support"));
+    if (type != QtDebugMsg && type != QtInfoMsg && !isOfPlatform) {
         warnings.append(message);
     }
     if (type == QtFatalMsg) {
@@ -110,6 +113,11 @@ private:
 int main(int argc, char *argv[])
 {
     qInstallMessageHandler(takeQtMessage);
+    // Nothing of the user's own, whose settings may be anything.
+    const QTemporaryDir home;
+    for (const char *variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
+        qputenv(variable, QFile::encodeName(home.path()));
+    }
     const QApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser parser;
