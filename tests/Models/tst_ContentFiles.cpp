@@ -321,6 +321,36 @@ private Q_SLOTS:
         QCOMPARE(desk.files.files.value(out), threePatches());
     }
 
+    void aSlotWithoutPresetDataDiffersFromOneWithIt_data()
+    {
+        QTest::addColumn<qsizetype>("row");
+        QTest::newRow("first, which gives the file its header") << qsizetype(0);
+        QTest::newRow("another") << qsizetype(1);
+    }
+
+    void aSlotWithoutPresetDataDiffersFromOneWithIt()
+    {
+        QFETCH(const qsizetype, row);
+        Desk desk;
+        desk.contentFiles.importFile();
+        const VelgorPatch before = desk.patch(row);
+        desk.content.setPatch(VelgorPatch(QStringLiteral("nothing"), false), row);
+        QVERIFY(desk.contentFiles.isModified());
+        desk.content.setPatch(before, row);
+        QVERIFY(!desk.contentFiles.isModified());
+    }
+
+    void aListWithoutPresetDataCannotBeExported()
+    {
+        Desk desk;
+        desk.content.createNew(VelgorPatch(QStringLiteral("nothing"), false));
+        QVERIFY(desk.contentFiles.isModified());
+        desk.dialogs.answer = out;
+        QVERIFY(!desk.contentFiles.exportList());
+        QVERIFY(desk.content.saveError());
+        QVERIFY(!desk.files.files.contains(out));
+    }
+
     void anotherFirmwareInTheFirstSlotIsAChange()
     {
         Desk desk;

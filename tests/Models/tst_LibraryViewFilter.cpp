@@ -184,6 +184,17 @@ private Q_SLOTS:
         filter.filterPatch.bass = true;
         QVERIFY(!(filter == LibraryViewFilter()));
     }
+
+    void shownRowsAreThoseOfTheShownPatches()
+    {
+        const QList<VelgorPatch> patches{named(QStringLiteral("Solo")), named(QStringLiteral("Big")),
+            named(QStringLiteral("Clean")), named(QStringLiteral("Amp"))};
+        LibraryViewFilter filter;
+        QCOMPARE(filter.shownRows(patches), (std::vector<qsizetype>{0, 1, 2, 3}));
+        filter.filterPatch.name = QStringLiteral("l");
+        QCOMPARE(filter.shownRows(patches), (std::vector<qsizetype>{0, 2}));
+        QCOMPARE(filter.shownRows({}), std::vector<qsizetype>());
+    }
 };
 
 QTEST_GUILESS_MAIN(TestLibraryViewFilter)

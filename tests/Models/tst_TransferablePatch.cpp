@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <functional>
+
 #include <limits>
 
 namespace {
@@ -19,6 +21,8 @@ QByteArray payload(const QByteArray &rest)
 
 class TestTransferablePatch : public QObject {
     Q_OBJECT
+
+    using Change = std::function<void(TransferablePatch &)>;
 
 private Q_SLOTS:
     void libraryPatchHasNoSlot()
@@ -192,6 +196,26 @@ private Q_SLOTS:
     {
         const QByteArray nested = QByteArray(100'000, '[') + QByteArray(100'000, ']');
         QVERIFY(TransferablePatch::decode(payload("\"x\":" + nested + ",")));
+    }
+
+    void aDifferenceInAnyFieldCounts_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("slot", [](TransferablePatch &payload) { payload.cid = QUuid(); });
+        row("id", [](TransferablePatch &payload) { ++payload.id; });
+        row("name", [](TransferablePatch &payload) { payload.name += u'x'; });
+        row("origin", [](TransferablePatch &payload) { payload.origin = TransferablePatch::fromLibrary; });
+    }
+
+    void aDifferenceInAnyFieldCounts()
+    {
+        QFETCH(const Change, change);
+        const TransferablePatch one = {.cid = QUuid::createUuid(), .id = 42, .name = QStringLiteral("Lead")};
+        TransferablePatch other = one;
+        QVERIFY(one == other);
+        change(other);
+        QVERIFY(one != other);
     }
 };
 

@@ -4,8 +4,12 @@
 
 #include <QTest>
 
+#include <functional>
+
 class TestSHeaderDesc : public QObject {
     Q_OBJECT
+
+    using Change = std::function<void(SHeaderDesc &)>;
 
 private Q_SLOTS:
     void thirtyTwoBytesParse()
@@ -78,6 +82,30 @@ private Q_SLOTS:
         QVERIFY(header);
         QCOMPARE(header->nbpatches, 0);
         QCOMPARE(header->length, 32);
+    }
+
+    void aDifferenceInAnyFieldCounts_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("tag", [](SHeaderDesc &header) { header.tsrp[3] = 'x'; });
+        row("size", [](SHeaderDesc &header) { ++header.size; });
+        row("version", [](SHeaderDesc &header) { header.pm0[4] = 'x'; });
+        row("separator", [](SHeaderDesc &header) { ++header.sep; });
+        row("count", [](SHeaderDesc &header) { ++header.nbpatches; });
+        row("filler", [](SHeaderDesc &header) { header.filler[15] = 'x'; });
+        row("length", [](SHeaderDesc &header) { ++header.length; });
+        row("tail byte", [](SHeaderDesc &header) { ++header.tailBit; });
+    }
+
+    void aDifferenceInAnyFieldCounts()
+    {
+        QFETCH(const Change, change);
+        const SHeaderDesc one = TestRecords::header();
+        SHeaderDesc other = one;
+        QVERIFY(one == other);
+        change(other);
+        QVERIFY(one != other);
     }
 };
 

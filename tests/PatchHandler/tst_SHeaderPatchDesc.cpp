@@ -3,8 +3,12 @@
 
 #include <QTest>
 
+#include <functional>
+
 class TestSHeaderPatchDesc : public QObject {
     Q_OBJECT
+
+    using Change = std::function<void(SHeaderPatchDesc &)>;
 
 private Q_SLOTS:
     void eightBytesParse()
@@ -42,6 +46,25 @@ private Q_SLOTS:
         DiagnosticRecorder recorder;
         QVERIFY(!SHeaderPatchDesc::fromData(QByteArray(size, 'x'), offset));
         QCOMPARE(recorder.take(), QStringList{QStringLiteral("Wrong data size in HeaderPatchDesc")});
+    }
+
+    void aDifferenceInAnyFieldCounts_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("offset", [](SHeaderPatchDesc &descriptor) { ++descriptor.offset; });
+        row("size", [](SHeaderPatchDesc &descriptor) { ++descriptor.size; });
+        row("length", [](SHeaderPatchDesc &descriptor) { ++descriptor.length; });
+    }
+
+    void aDifferenceInAnyFieldCounts()
+    {
+        QFETCH(const Change, change);
+        const SHeaderPatchDesc one = {.offset = 48, .size = 92};
+        SHeaderPatchDesc other = one;
+        QVERIFY(one == other);
+        change(other);
+        QVERIFY(one != other);
     }
 };
 

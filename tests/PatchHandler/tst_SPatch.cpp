@@ -5,6 +5,8 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <functional>
+
 namespace {
 
 /// A patch block that claims `size` bytes and has `dataBytes` bytes of data.
@@ -22,6 +24,8 @@ const QStringList refusal{QStringLiteral("Wrong data size in Patch data")};
 
 class TestSPatch : public QObject {
     Q_OBJECT
+
+    using Change = std::function<void(SPatch &)>;
 
 private Q_SLOTS:
     void everyFieldStandsAtItsOffset()
@@ -157,6 +161,30 @@ private Q_SLOTS:
         QCOMPARE(other.simpleHash(), patch.simpleHash());
         other.name = QStringLiteral("NineBite!");
         QVERIFY(other.simpleHash() != patch.simpleHash());
+    }
+
+    void aDifferenceInAnyFieldCounts_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("tag", [](SPatch &patch) { patch.mrap[3] = 'x'; });
+        row("size", [](SPatch &patch) { ++patch.size; });
+        row("first separator", [](SPatch &patch) { ++patch.sep; });
+        row("position", [](SPatch &patch) { ++patch.pos; });
+        row("second separator", [](SPatch &patch) { ++patch.sep2; });
+        row("name", [](SPatch &patch) { patch.name += u'x'; });
+        row("last data byte", [](SPatch &patch) { patch.data.back() = static_cast<char>(patch.data.back() + 1); });
+        row("length", [](SPatch &patch) { ++patch.length; });
+    }
+
+    void aDifferenceInAnyFieldCounts()
+    {
+        QFETCH(const Change, change);
+        const SPatch one = TestRecords::patch(QStringLiteral("Lead"));
+        SPatch other = one;
+        QVERIFY(one == other);
+        change(other);
+        QVERIFY(one != other);
     }
 };
 

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <functional>
+
 namespace {
 
 // Of a file with two patches: 48 bytes of header and descriptors, then blocks of 28 bytes and the data.
@@ -47,6 +49,8 @@ QStringList lines(const char *recordLine, const QString &fileLine)
 
 class TestSPresetFile : public QObject {
     Q_OBJECT
+
+    using Change = std::function<void(SPresetFile &)>;
 
 private Q_SLOTS:
     void descriptorSizesEqualToThePatchesGivePlaceholders()
@@ -257,6 +261,29 @@ private Q_SLOTS:
             (void)SPresetFile::fromRecords(TestRecords::header(2), patches, {SUserIR(), SUserIR()});
         });
         QCOMPARE(message.has_value(), stops);
+    }
+
+    void aDifferenceInAnyFieldCounts_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("header", [](SPresetFile &file) { ++file.headerDesc.sep; });
+        row("descriptor", [](SPresetFile &file) { ++file.headerPatchDescs.last().offset; });
+        row("patch", [](SPresetFile &file) { file.patches.last().name += u'x'; });
+        row("impulse response", [](SPresetFile &file) { ++file.userIRs.last().size; });
+        row("tail byte", [](SPresetFile &file) { ++file.tailBit; });
+        row("checksum", [](SPresetFile &file) { ++file.checksum; });
+        row("length", [](SPresetFile &file) { ++file.length; });
+    }
+
+    void aDifferenceInAnyFieldCounts()
+    {
+        QFETCH(const Change, change);
+        const SPresetFile one = TestRecords::file(twoPatches());
+        SPresetFile other = one;
+        QVERIFY(one == other);
+        change(other);
+        QVERIFY(one != other);
     }
 };
 

@@ -5,6 +5,8 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <functional>
+
 namespace {
 
 /// A user-IR block that claims `size` bytes.
@@ -24,6 +26,8 @@ SUserIR withData(const QByteArray &data)
 
 class TestSUserIR : public QObject {
     Q_OBJECT
+
+    using Change = std::function<void(SUserIR &)>;
 
 private Q_SLOTS:
     void everyFieldStandsAtItsOffset()
@@ -126,6 +130,27 @@ private Q_SLOTS:
         QFETCH(const QByteArray, data);
         QFETCH(const quint64, hash);
         QCOMPARE(withData(data).simpleHash(), hash);
+    }
+
+    void aDifferenceInAnyFieldCounts_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("tag", [](SUserIR &userIR) { userIR.risu[3] = 'x'; });
+        row("size", [](SUserIR &userIR) { ++userIR.size; });
+        row("number", [](SUserIR &userIR) { userIR.data[0] = 'x'; });
+        row("last byte", [](SUserIR &userIR) { userIR.data.back() = static_cast<char>(userIR.data.back() + 1); });
+        row("length", [](SUserIR &userIR) { ++userIR.length; });
+    }
+
+    void aDifferenceInAnyFieldCounts()
+    {
+        QFETCH(const Change, change);
+        const SUserIR one = TestRecords::userIR(7);
+        SUserIR other = one;
+        QVERIFY(one == other);
+        change(other);
+        QVERIFY(one != other);
     }
 };
 
