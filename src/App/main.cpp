@@ -5,8 +5,14 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 
+#include <csignal>
+
 int main(int argc, char *argv[])
 {
+#ifdef SIGXFSZ
+    // A file that grows beyond what the user may write is a failed write like any other.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("velgor"));
     QCoreApplication::setApplicationName(QStringLiteral("Velgor Library Manager"));

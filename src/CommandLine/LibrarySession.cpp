@@ -168,7 +168,14 @@ int LibrarySession::report()
         }
     }
     for (const QString &kept : m_storage.keptFiles()) {
-        Output::warn(tr("a library file that could not be loaded whole was kept as %1").arg(kept));
+        if (!LibraryFileNames::isDatedCopy(QFileInfo(kept).fileName())) {
+            Output::warn(tr("a patch file that cannot be read was kept as %1").arg(kept));
+        } else if (m_storage.wasChangedByOthers()) {
+            Output::warn(
+                tr("another program changed the library file meanwhile; what it wrote was kept as %1").arg(kept));
+        } else {
+            Output::warn(tr("a library file that could not be loaded whole was kept as %1").arg(kept));
+        }
     }
     return isSafe ? Done : Failed;
 }

@@ -38,6 +38,10 @@ int main(int argc, char *argv[])
     // A reader that goes away is a failed write like any other.
     std::signal(SIGPIPE, SIG_IGN);
 #endif
+#ifdef SIGXFSZ
+    // So is a file that grows beyond what the user may write.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
     const QCoreApplication application(argc, argv);
     // Names of files and patches may hold what would play with a terminal.
     Diagnostics::setSink(

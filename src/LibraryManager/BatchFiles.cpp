@@ -3,6 +3,7 @@
 #include "DiskFiles.h"
 #include "DiskSync.h"
 
+#include <algorithm>
 #include <utility>
 
 BatchFiles::BatchFiles(const QString &directory)
@@ -24,34 +25,45 @@ FileReadResult BatchFiles::read(const QString &path)
 
 QString BatchFiles::write(const QString &path, const QByteArray &bytes)
 {
+    QString error = DiskFiles::whyNotReplaceable(path);
+    if (!error.isEmpty()) {
+        return error;
+    }
     Staged file{.temporary = {}, .path = path};
-    QString error = DiskFiles::stage(path, bytes, !DiskSync::canSyncFileSystem(), file.temporary);
+    error = DiskFiles::stage(path, bytes, !DiskSync::canSyncFileSystem(), file.temporary);
     if (error.isEmpty()) {
         m_staged.append(file);
+    } else {
+        m_isBlocked = true;
     }
     return error;
 }
 
+void BatchFiles::discard(const QString &path)
+{
+    const auto found =
+        std::find_if(m_staged.begin(), m_staged.end(), [&path](const Staged &file) { return file.path == path; });
+    if (found != m_staged.end()) {
+        std::ignore = DiskFiles::remove(found->temporary);
+        m_staged.erase(found);
+    }
+}
+
+QString BatchFiles::sync() const
+{
+    const bool isNeeded = !m_staged.isEmpty() && DiskSync::canSyncFileSystem();
+    return isNeeded ? DiskSync::syncFileSystem(m_directory) : QString();
+}
+
 QList<BatchFiles::Failure> BatchFiles::finish()
 {
-    const QList<Staged> staged = std::exchange(m_staged, {});
     QList<Failure> failures;
-    if (staged.isEmpty()) {
-        return failures;
-    }
-    if (DiskSync::canSyncFileSystem() && !DiskSync::syncFileSystem(m_directory)) {
-        for (const Staged &file : staged) {
-            std::ignore = DiskFiles::remove(file.temporary);
-            failures.append({file.path, DiskFiles::tr("the file system reported an error")});
-        }
-        return failures;
-    }
+    const QList<Staged> staged = std::exchange(m_staged, {});
     for (const Staged &file : staged) {
         const QString error = DiskFiles::commit(file.temporary, file.path);
         if (!error.isEmpty()) {
             failures.append({file.path, error});
         }
     }
-    DiskSync::syncDirectory(m_directory);
     return failures;
 }

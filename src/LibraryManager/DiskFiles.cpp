@@ -3,10 +3,12 @@
 #include "DiskSync.h"
 #include "LibraryFileNames.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QSysInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -16,6 +18,7 @@
 #include <system_error>
 
 #ifndef Q_OS_WIN
+#include <csignal>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -122,10 +125,37 @@ QString endOfLinks(const QString &path)
 }
 
 /// Writes and checks every byte; a full disk may show only when the file is flushed or measured.
-bool writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
+QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
 {
-    return file.write(bytes) == bytes.size() && file.flush() && file.size() == bytes.size()
-        && (!isSynced || DiskSync::syncFile(file));
+    if (file.write(bytes) == bytes.size() && file.flush() && file.size() == bytes.size()) {
+        return isSynced ? DiskSync::syncFile(file) : QString();
+    }
+    return file.error() == QFileDevice::NoError ? DiskFiles::tr("not all bytes were written") : file.errorString();
+}
+
+/// Starts the names of temporary files that this process writes; other processes know by it whose they are.
+QString ownTemporaryPrefix()
+{
+    static const QString prefix =
+        LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
+    return prefix;
+}
+
+/// A program that was killed while it wrote into this directory left a file that nothing will ever use.
+void sweepLeftovers(const QDir &directory)
+{
+#ifdef Q_OS_UNIX
+    const QStringList names = directory.entryList(
+        {LibraryFileNames::temporaryPrefix() + u'*'}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const QString &name : names) {
+        const auto process = LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName());
+        if (process && ::kill(static_cast<pid_t>(*process), 0) != 0 && errno == ESRCH) {
+            std::ignore = DiskFiles::remove(directory.filePath(name));
+        }
+    }
+#else
+    Q_UNUSED(directory)
+#endif
 }
 
 } // namespace
@@ -142,6 +172,9 @@ QString DiskFiles::write(const QString &path, const QByteArray &bytes)
     const QString name = target.fileName();
     if (isLibraryDirectory && (LibraryFileNames::isReserved(name) || LibraryFileNames::patchFileId(name))) {
         return tr("the file belongs to a library and is not replaced by an export");
+    }
+    if (!isLibraryDirectory) {
+        sweepLeftovers(target.absoluteDir());
     }
     return replace(target.filePath(), bytes);
 }
@@ -206,29 +239,34 @@ QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
     if (error.isEmpty()) {
         error = commit(temporary, path);
     }
-    if (error.isEmpty()) {
-        DiskSync::syncDirectory(QFileInfo(path).absolutePath());
-    }
-    return error;
+    return error.isEmpty() ? DiskSync::syncDirectory(QFileInfo(path).absolutePath()) : error;
+}
+
+QString DiskFiles::whyNotReplaceable(const QString &path)
+{
+    const QFileInfo target(path);
+    const bool isOther = target.exists() && !target.isFile() && !target.isSymLink();
+    return isOther ? tr("there is something else than a file") : QString();
 }
 
 QString DiskFiles::stage(const QString &path, const QByteArray &bytes, bool isSynced, QString &temporary)
 {
-    const QFileInfo target(path);
-    if (target.exists() && !target.isFile() && !target.isSymLink()) {
-        return tr("there is something else than a file");
+    QString error = whyNotReplaceable(path);
+    if (!error.isEmpty()) {
+        return error;
     }
+    const QFileInfo target(path);
     const QDir directory = target.absoluteDir();
     QFile file;
     do {
         const QString random = QString::number(QRandomGenerator::global()->generate64(), 36);
-        file.setFileName(directory.filePath(LibraryFileNames::temporaryPrefix() + random));
+        file.setFileName(directory.filePath(ownTemporaryPrefix() + random));
     } while (file.exists());
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
         return file.errorString();
     }
-    if (!writeChecked(file, bytes, isSynced)) {
-        QString error = file.error() == QFileDevice::NoError ? tr("not all bytes were written") : file.errorString();
+    error = writeChecked(file, bytes, isSynced);
+    if (!error.isEmpty()) {
         file.remove();
         return error;
     }
@@ -261,10 +299,7 @@ QString DiskFiles::overwriteInPlace(const QString &path, const QByteArray &bytes
         return file.errorString();
     }
     wasTouched = true;
-    if (!writeChecked(file, bytes, true)) {
-        return file.error() == QFileDevice::NoError ? tr("not all bytes were written") : file.errorString();
-    }
-    return {};
+    return writeChecked(file, bytes, true);
 }
 
 QString DiskFiles::move(const QString &from, const QString &to)

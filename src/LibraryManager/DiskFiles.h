@@ -20,10 +20,12 @@ public:
     /// Reads a regular file, or the one a link leads to. Never waits for a pipe or a device.
     [[nodiscard]] FileReadResult read(const QString &path) override;
     /// Replaces a file, or the one a link leads to, safely: see replace(). Refuses the files of a library, which an
-    /// export would destroy.
+    /// export would destroy. Removes what programs that were killed while they wrote into that directory left there.
     [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
 
     [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);
+    /// Why nothing can take the place of `path`: there is something that is neither a file nor a link.
+    [[nodiscard]] static QString whyNotReplaceable(const QString &path);
     /// Writes a temporary file beside `path`, checks and synchronises it, and renames it over `path`, so that an
     /// interruption leaves the old file or the new one. Refuses to take the place of anything but a file or link.
     [[nodiscard]] static QString replace(const QString &path, const QByteArray &bytes);

@@ -1,6 +1,7 @@
 #include "DiskSync.h"
 
-#include <QtGlobal>
+#include <cerrno>
+#include <system_error>
 
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -11,17 +12,27 @@
 
 namespace DiskSync {
 
-#ifdef Q_OS_WIN
+namespace {
 
-bool syncFile(QFile &file)
+QString reasonUnless(bool isSuccess)
 {
-    return _commit(file.handle()) == 0;
+    return isSuccess ? QString()
+                     : QString::fromLocal8Bit(std::error_code(errno, std::generic_category()).message().c_str());
 }
 
-bool syncDirectory(const QString &directory)
+} // namespace
+
+#ifdef Q_OS_WIN
+
+QString syncFile(const QFile &file)
+{
+    return reasonUnless(_commit(file.handle()) == 0);
+}
+
+QString syncDirectory(const QString &directory)
 {
     Q_UNUSED(directory)
-    return true;
+    return {};
 }
 
 #else
@@ -29,33 +40,37 @@ bool syncDirectory(const QString &directory)
 namespace {
 
 template <typename Sync>
-bool withOpenDirectory(const QString &directory, Sync sync)
+QString withOpenDirectory(const QString &directory, Sync sync)
 {
     const int handle = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (handle < 0) {
-        return false;
+        return reasonUnless(false);
     }
-    const bool isSynced = sync(handle) == 0;
+    const QString reason = reasonUnless(sync(handle) == 0);
     ::close(handle);
-    return isSynced;
+    return reason;
 }
 
 } // namespace
 
-bool syncFile(QFile &file)
+QString syncFile(const QFile &file)
 {
 #ifdef Q_OS_DARWIN
     // fsync leaves the bytes in the drive's own memory there.
     if (::fcntl(file.handle(), F_FULLFSYNC) == 0) {
-        return true;
+        return {};
     }
 #endif
-    return ::fsync(file.handle()) == 0;
+    return reasonUnless(::fsync(file.handle()) == 0);
 }
 
-bool syncDirectory(const QString &directory)
+QString syncDirectory(const QString &directory)
 {
-    return withOpenDirectory(directory, [](int handle) { return ::fsync(handle); });
+    return withOpenDirectory(directory, [](int handle) {
+        const int result = ::fsync(handle);
+        // Some network file systems have no such thing.
+        return result != 0 && errno == EINVAL ? 0 : result;
+    });
 }
 
 #endif
@@ -67,7 +82,7 @@ bool canSyncFileSystem()
     return true;
 }
 
-bool syncFileSystem(const QString &directory)
+QString syncFileSystem(const QString &directory)
 {
     return withOpenDirectory(directory, [](int handle) { return ::syncfs(handle); });
 }
@@ -79,10 +94,10 @@ bool canSyncFileSystem()
     return false;
 }
 
-bool syncFileSystem(const QString &directory)
+QString syncFileSystem(const QString &directory)
 {
     Q_UNUSED(directory)
-    return true;
+    return {};
 }
 
 #endif

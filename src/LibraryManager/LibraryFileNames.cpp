@@ -2,6 +2,7 @@
 
 #include "Utf8Text.h"
 
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QRegularExpression>
 
@@ -47,9 +48,41 @@ QString lockFile()
     return QStringLiteral(".velgorlibrary.lock");
 }
 
+QString journalFile()
+{
+    return QStringLiteral(".velgorlibrary.journal");
+}
+
+QString lockRemovalFile()
+{
+    return lockFile() + QStringLiteral(".rmlock");
+}
+
+QString writeTestFile(const QString &directory)
+{
+    return directory + QStringLiteral(".testfile.txt");
+}
+
+QByteArray writeTestText()
+{
+    return QByteArrayLiteral("Test file that can be removed");
+}
+
 QString temporaryPrefix()
 {
     return QStringLiteral(".velgor-writing-");
+}
+
+QString temporaryPrefix(const QString &host, qint64 process)
+{
+    const QByteArray hash = QCryptographicHash::hash(host.toUtf8(), QCryptographicHash::Sha1).toHex().first(8);
+    return temporaryPrefix() + QStringLiteral("%1-%2-").arg(QString::fromLatin1(hash)).arg(process);
+}
+
+std::optional<qint64> temporaryFileOwner(const QString &name, const QString &host)
+{
+    const qint64 process = name.section(u'-', 3, 3).toLongLong();
+    return process > 0 && name.startsWith(temporaryPrefix(host, process)) ? std::optional(process) : std::nullopt;
 }
 
 QString datedCopy(int attempt)
@@ -71,8 +104,8 @@ QString damagedFile(quint64 patchID, int attempt)
 
 bool isReserved(const QString &name)
 {
-    return name == libraryFile() || name == libraryCopy() || name == lockFile() || name.startsWith(temporaryPrefix())
-        || isDatedCopy(name);
+    return name == libraryFile() || name == libraryCopy() || name == lockFile() || name == lockRemovalFile()
+        || name == journalFile() || name.startsWith(temporaryPrefix()) || isDatedCopy(name);
 }
 
 QString patchFile(const QString &patchName, quint64 patchID)

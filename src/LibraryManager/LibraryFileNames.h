@@ -13,8 +13,20 @@ namespace LibraryFileNames {
 [[nodiscard]] QString libraryFile();
 [[nodiscard]] QString libraryCopy();
 [[nodiscard]] QString lockFile();
-/// Every file being written starts with this; no such name holds a patch id.
+/// What a save is about to do to patch files.
+[[nodiscard]] QString journalFile();
+/// What taking over the lock of a program that died leaves, when it is itself interrupted.
+[[nodiscard]] QString lockRemovalFile();
+/// The file with which a new directory is tested, beside it; and what stands in it.
+[[nodiscard]] QString writeTestFile(const QString &directory);
+[[nodiscard]] QByteArray writeTestText();
+
+/// Every file being written starts with this; no such name holds a patch id between dots.
 [[nodiscard]] QString temporaryPrefix();
+/// The same, for files that one process of one computer writes.
+[[nodiscard]] QString temporaryPrefix(const QString &host, qint64 process);
+/// The process that writes or wrote a temporary file; nothing when it was on another computer than `host`.
+[[nodiscard]] std::optional<qint64> temporaryFileOwner(const QString &name, const QString &host);
 
 /// Where an old library file is kept: a name of its own for each `attempt` within the present second.
 [[nodiscard]] QString datedCopy(int attempt);

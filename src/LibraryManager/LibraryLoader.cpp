@@ -6,12 +6,26 @@
 #include "LibraryFileNames.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
-#include "RandomId.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
+
+namespace {
+
+/// Spread over 63 bits like any other id, and the same at every reading of a library, which nothing else may save.
+quint64 freshId(quint64 id)
+{
+    // The finaliser of the SplitMix64 generator.
+    id += 0x9e3779b97f4a7c15;
+    id = (id ^ (id >> 30)) * 0xbf58476d1ce4e5b9;
+    id = (id ^ (id >> 27)) * 0x94d049bb133111eb;
+    return (id ^ (id >> 31)) & std::numeric_limits<qint64>::max();
+}
+
+} // namespace
 
 LibraryLoader::LibraryLoader(const QString &directory, Report report)
     : m_directory(directory)
@@ -26,6 +40,10 @@ LibraryLoadResult LibraryLoader::load()
     Diagnostics::printLine(QStringLiteral("Loading library from directory"));
     LibraryLoadResult result;
     const std::optional<LibraryJson::Content> content = readLibraryFile(result);
+    result.leftovers.areKnown = result.problem.isEmpty();
+    const FileReadResult journal =
+        DiskFiles::readRegular(pathOf(LibraryFileNames::journalFile()), DiskFiles::Links::Refuse);
+    m_journal = journal.bytes ? LibraryJournal::decode(*journal.bytes).value_or(LibraryJournal()) : LibraryJournal();
     if (!content) {
         return result;
     }
@@ -44,7 +62,20 @@ LibraryLoadResult LibraryLoader::load()
         result.library = withoutUnfilled(*result.library);
     }
     noteDropped(entries, result);
+    noteRemoved(entries, result);
     return result;
+}
+
+void LibraryLoader::noteRemoved(const QList<Entry> &entries, LibraryLoadResult &result) const
+{
+    QSet<quint64> present;
+    if (!m_journal.removed.isEmpty()) {
+        for (const Entry &entry : entries) {
+            present.insert(entry.storedId);
+        }
+    }
+    result.leftovers.removed = m_journal.removed;
+    result.leftovers.removed.removeIf([&present](quint64 id) { return present.contains(id); });
 }
 
 std::unique_ptr<VelgorLibrary> LibraryLoader::withoutUnfilled(const VelgorLibrary &library)
@@ -72,9 +103,10 @@ void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &r
             result.droppedPatches.append(entry.patch.name);
         }
     }
-    const QString source = result.isCopySpare ? LibraryFileNames::libraryFile() : LibraryFileNames::libraryCopy();
-    if (!result.filesToKeep.contains(source)) {
-        result.filesToKeep.append(source);
+    const QString source =
+        result.leftovers.isCopySpare ? LibraryFileNames::libraryFile() : LibraryFileNames::libraryCopy();
+    if (!result.writeState.filesToKeep.contains(source)) {
+        result.writeState.filesToKeep.append(source);
     }
 }
 
@@ -83,34 +115,43 @@ std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadRe
     const QString path = pathOf(LibraryFileNames::libraryFile());
     const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
     FileReadResult file;
-    const auto decode = [&file](const QString &source) {
+    const auto decode = [&](const QString &source) {
         file = DiskFiles::readRegular(source, DiskFiles::Links::Refuse);
+        if (source == path && file.bytes) {
+            result.writeState.libraryFile = LibraryFileStamp::of(path, *file.bytes);
+        }
         return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
     };
     std::optional<LibraryJson::Content> content = decode(path);
-    result.isCopySpare = content.has_value();
+    result.leftovers.isCopySpare = content.has_value();
     if (content) {
         return content;
     }
+    const FileReadResult damaged = file;
     content = decode(copyPath);
+    const FileReadResult copy = file;
     if (!content) {
         // Another program may just have finished writing the file, and have removed the copy with that.
         content = decode(path);
-        result.isCopySpare = content.has_value();
+        result.leftovers.isCopySpare = content.has_value();
     }
-    if (result.isCopySpare) {
+    if (result.leftovers.isCopySpare) {
         return content;
     }
     const bool isThere = QFileInfo::exists(path) || QFileInfo(path).isSymLink();
-    if (isThere) {
-        result.filesToKeep.append(LibraryFileNames::libraryFile());
+    // A library file that is the beginning of its copy was cut while it was written, and holds nothing of its own.
+    const bool isCut = content && (!isThere || (damaged.bytes && copy.bytes->startsWith(*damaged.bytes)));
+    if (isCut) {
+        result.leftovers.completeText = *copy.bytes;
+    } else if (isThere) {
+        result.writeState.filesToKeep.append(LibraryFileNames::libraryFile());
     }
     if (content) {
         Diagnostics::printLine(tr("The library file was not complete; its copy %1 is used").arg(copyPath));
         return content;
     }
     if (existence(copyPath) == FileExistence::file) {
-        result.filesToKeep.append(LibraryFileNames::libraryCopy());
+        result.writeState.filesToKeep.append(LibraryFileNames::libraryCopy());
     }
     if (file.bytes) {
         Diagnostics::printLine(QStringLiteral("Cannot decode library"));
@@ -133,7 +174,7 @@ QList<LibraryLoader::Entry> LibraryLoader::withUniqueIds(const QList<VelgorPatch
     for (const VelgorPatch &patch : patches) {
         Entry entry{.patch = patch, .storedId = patch.id()};
         while (ids.contains(entry.patch.id())) {
-            entry.patch = patch.withId(randomId());
+            entry.patch = patch.withId(freshId(entry.patch.id()));
         }
         ids.insert(entry.patch.id());
         entries.append(entry);
@@ -161,7 +202,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
             ++progress.loaded;
             if (entry.patch.id() != entry.storedId) {
                 // It will be stored anew under its own id; its former file still carries the other patch's.
-                result.leftAlone.insert(fileName);
+                result.writeState.leftAlone.insert(fileName);
             }
         } else {
             progress.complete = false;
@@ -183,14 +224,27 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
     if (file.bytes) {
         presets = SPresetFile::fromData(*file.bytes);
         if (!presets) {
-            result.damagedFiles.insert(fileName);
+            result.writeState.damagedFiles.insert(fileName);
         }
+    }
+    if (!presets) {
+        presets = readFromJournal(entry, result);
     }
     if (!presets) {
         presets = readFromOtherFile(entry, fileName);
     }
     if (!presets && !file.bytes) {
         Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(path));
+    }
+    return presets;
+}
+
+std::optional<SPresetFile> LibraryLoader::readFromJournal(const Entry &entry, LibraryLoadResult &result)
+{
+    const QString temporary = m_journal.staged.value(entry.storedId);
+    std::optional<SPresetFile> presets = temporary.isEmpty() ? std::nullopt : readOnePatch(temporary);
+    if (presets) {
+        result.leftovers.unfinished.insert(temporary, LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
     }
     return presets;
 }
@@ -207,14 +261,19 @@ std::optional<SPresetFile> LibraryLoader::readFromOtherFile(const Entry &entry, 
         if (isTaken || m_listing->kindOf(candidate.name) != DirectoryListing::Kind::RegularFile) {
             continue;
         }
-        const FileReadResult file = DiskFiles::readRegular(pathOf(candidate.name), DiskFiles::Links::Refuse);
-        std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
-        if (presets && presets->patches.size() == 1) {
+        if (std::optional<SPresetFile> presets = readOnePatch(candidate.name)) {
             fileName = candidate.name;
             return presets;
         }
     }
     return std::nullopt;
+}
+
+std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name) const
+{
+    const FileReadResult file = DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
+    std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
+    return presets && presets->patches.size() == 1 ? presets : std::nullopt;
 }
 
 QString LibraryLoader::pathOf(const QString &name) const

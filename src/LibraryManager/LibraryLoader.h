@@ -1,6 +1,9 @@
 #pragma once
 
+#include "LibraryJournal.h"
 #include "LibraryJson.h"
+#include "LibrarySweeper.h"
+#include "LibraryWriteResult.h"
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
@@ -20,14 +23,12 @@ struct LibraryLoadResult {
     bool readError = false; ///< the library file is there and could not be decoded, nor its copy
     QString problem; ///< why the library file could not be read or decoded; names the file; translated
     QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
-    /// The next save loses something that these library files hold now, so they have to be kept under other names.
-    QStringList filesToKeep;
-    QSet<QString> damagedFiles; ///< patch files that are there and cannot be read
-    bool isCopySpare = false; ///< the library file itself was good; a copy beside it serves nothing
-    QSet<QString> leftAlone; ///< files that saves shall not touch
+    LibraryWriteState writeState; ///< what the save that follows has to know
+    LibraryLeftovers leftovers;
 };
 
-/// Reads a library directory: the library file first, then every patch's preset file. Changes nothing on disk.
+/// Reads a library directory: the library file first, then every patch's preset file. Changes nothing on disk. What
+/// an interrupted save did not put in place any more is read from where it lies.
 class LibraryLoader {
     Q_DECLARE_TR_FUNCTIONS(LibraryLoader)
 
@@ -61,11 +62,15 @@ private:
     Progress loadPatches(VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const Entry &entry, QString &fileName, LibraryLoadResult &result);
+    [[nodiscard]] std::optional<SPresetFile> readFromJournal(const Entry &entry, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
+    [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name) const;
+    void noteRemoved(const QList<Entry> &entries, LibraryLoadResult &result) const;
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
     Report m_report;
     QSet<QString> m_expectedNames; ///< the file name of every entry
+    LibraryJournal m_journal; ///< of a save that has not ended
     std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
 };

@@ -7,6 +7,7 @@
 #include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
 #include "LibrarySnapshot.h"
+#include "LibraryWriter.h"
 #include "ObservableProperty.h"
 
 #include <QDir>
@@ -80,9 +81,9 @@ void LibraryStorageManager::createDirectoryLibrary()
 
 void LibraryStorageManager::testWrite()
 {
-    const QString path = m_directory + QStringLiteral(".testfile.txt");
+    const QString path = LibraryFileNames::writeTestFile(m_directory);
     bool wasTouched = false;
-    QString error = DiskFiles::overwriteInPlace(path, "Test file that can be removed", wasTouched);
+    QString error = DiskFiles::overwriteInPlace(path, LibraryFileNames::writeTestText(), wasTouched);
     if (error.isEmpty()) {
         error = DiskFiles::remove(path);
     }
@@ -126,9 +127,8 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
 {
     m_readProblem = result.problem;
     m_droppedPatches = result.droppedPatches;
-    m_isCopySpare = result.isCopySpare;
-    m_writeState = {
-        .filesToKeep = result.filesToKeep, .damagedFiles = result.damagedFiles, .leftAlone = result.leftAlone};
+    m_leftovers = result.leftovers;
+    m_writeState = result.writeState;
     if (result.readError) {
         setReadError(true);
     }
@@ -166,7 +166,17 @@ QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibr
 void LibraryStorageManager::sweepLeftovers()
 {
     finishBackgroundWork();
-    LibraryWriter::sweepLeftovers(m_directory, m_isCopySpare);
+    LibrarySweeper sweeper(m_directory, m_leftovers);
+    sweeper.sweep();
+    if (sweeper.isLibraryFileCompleted()) {
+        const QString path = m_directory + u'/' + LibraryFileNames::libraryFile();
+        m_writeState.libraryFile = LibraryFileStamp::of(path, m_leftovers.completeText);
+        // What the copy held that could not be loaded is in the library file now.
+        if (m_writeState.filesToKeep.removeAll(LibraryFileNames::libraryCopy()) > 0) {
+            m_writeState.filesToKeep.append(LibraryFileNames::libraryFile());
+        }
+    }
+    m_leftovers = {};
 }
 
 QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
@@ -182,11 +192,7 @@ QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
 void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
 {
     finishBackgroundWork();
-    const LibraryWriteResult result = LibraryWriter(m_directory, m_writeState).remove(patchIDs);
-    m_wereFilesRemoved = result.areFilesRemoved;
-    for (const QString &problem : result.problems) {
-        addWriteError(problem);
-    }
+    m_writeState.idsToRemove.append(patchIDs);
 }
 
 void LibraryStorageManager::save(const VelgorLibrary &library)
@@ -232,16 +238,18 @@ void LibraryStorageManager::startBackgroundSave()
     }
     m_libraryBeingSaved = m_libraryToSave;
     m_unsaved.clear();
-    LibraryWriter writer(m_directory, m_writeState);
     const LibraryJson::Content content = LibrarySnapshot::take(*m_libraryToSave);
+    const auto write = [directory = m_directory, state = m_writeState, content] {
+        return LibraryWriter(directory, state).save(content);
+    };
     try {
-        m_thread = std::thread([this, writer, content]() mutable {
-            m_backgroundResult = writer.save(content);
+        m_thread = std::thread([this, write] {
+            m_backgroundResult = write();
             QMetaObject::invokeMethod(this, &LibraryStorageManager::finishBackgroundSave, Qt::QueuedConnection);
         });
     } catch (const std::system_error &) {
         // Without another thread to be had, the save takes place on this one.
-        const LibraryWriteResult result = writer.save(content);
+        const LibraryWriteResult result = write();
         setLibraryToSave(nullptr);
         m_delay.saveFinished();
         takeResult(result, m_libraryBeingSaved);
@@ -273,8 +281,10 @@ void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const V
 {
     m_writeState = result.state;
     m_wasLastSaveWritten = result.isLibraryFileWritten && result.arePatchesWritten;
+    m_wereFilesRemoved = result.areFilesRemoved;
     if (!result.keptFiles.isEmpty()) {
         m_keptFiles = result.keptFiles;
+        m_wasChangedByOthers = result.wasChangedByOthers;
     }
     if (library) {
         m_unsaved = m_wasLastSaveWritten ? nullptr : library;

@@ -3,7 +3,8 @@
 #include "DelayedSave.h"
 #include "LibraryLoading.h"
 #include "LibraryStorage.h"
-#include "LibraryWriter.h"
+#include "LibrarySweeper.h"
+#include "LibraryWriteResult.h"
 #include "VelgorLibrary.h"
 
 #include <QObject>
@@ -56,12 +57,15 @@ public:
     [[nodiscard]] QString readProblem() const { return m_readProblem; }
     /// Names of the patches that the last load had to leave out.
     [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
-    /// Where the last save that had to keep old library files put them; empty when none had to.
+    /// Where the last save that had to keep something aside put it: old library files under dated names, and patch
+    /// files that cannot be read; empty when none had to.
     [[nodiscard]] QStringList keptFiles() const { return m_keptFiles; }
     /// The last save wrote everything; what failed, if anything, was tidying up.
     [[nodiscard]] bool wasLastSaveWritten() const { return m_wasLastSaveWritten; }
 
-    /// The last removal left none of the files behind that it found.
+    /// Among keptFiles() is a library file that another program had changed since this one read or wrote it.
+    [[nodiscard]] bool wasChangedByOthers() const { return m_wasChangedByOthers; }
+    /// The last save left none of the files of removed patches behind.
     [[nodiscard]] bool wereFilesRemoved() const { return m_wereFilesRemoved; }
 
     /// Makes sure that the directory exists, and records it in the preferences, if there are any.
@@ -84,12 +88,13 @@ public:
     /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. The reason when that
     /// failed, and the library stays where it was; empty on success. Translated.
     [[nodiscard]] QString moveTo(const QString &directory, const VelgorLibrary &library);
-    /// Removes what an interrupted program left behind. To be called after loading, which finds out what is still
-    /// needed, and only while this program alone uses the directory.
+    /// Finishes what an interrupted program began, and removes what it left behind. To be called after loading, which
+    /// finds out what is still needed, and only while this program alone uses the directory.
     void sweepLeftovers();
     /// Relative paths of the files that carry this patch id.
     [[nodiscard]] QStringList getPathsForPatchID(quint64 patchID);
 
+    /// The files go with the next save, once the library file does not hold the patches any more.
     void remove(const QList<quint64> &patchIDs) override;
     void save(const VelgorLibrary &library) override;
     void delayedSave(const VelgorLibrary &library) override;
@@ -138,7 +143,8 @@ private:
     QStringList m_keptFiles;
     bool m_wasLastSaveWritten = true;
     bool m_wereFilesRemoved = true;
-    bool m_isCopySpare = false;
+    bool m_wasChangedByOthers = false;
+    LibraryLeftovers m_leftovers;
     LibraryWriteState m_writeState;
     LibraryLoading m_loading;
     std::unique_ptr<VelgorLibrary> m_loadedLibrary;

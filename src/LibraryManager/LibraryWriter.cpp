@@ -1,10 +1,12 @@
 #include "LibraryWriter.h"
 
-#include "BatchFiles.h"
 #include "Diagnostics.h"
 #include "DiskFiles.h"
+#include "DiskSync.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
+#include "LibraryFileWriter.h"
+#include "LibraryJournal.h"
 #include "PatchFileHandler.h"
 
 #include <QDir>
@@ -12,6 +14,7 @@
 
 LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &state)
     : m_directory(directory)
+    , m_files(directory)
 {
     m_result.state = state;
 }
@@ -19,8 +22,17 @@ LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &
 LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
 {
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
-    encodeLibrary(library);
-    savePatches(library.patches);
+    forgetRemovalsOf(library.patches);
+    if (prepare(library.patches) && writeJournal()) {
+        LibraryFileWriter(m_directory, m_result).write(LibraryJson::encode(library));
+        carryOut();
+    } else {
+        Diagnostics::printLine(QStringLiteral("cannot encode library"));
+        m_result.arePatchesWritten = false;
+    }
+    if (library.patches.isEmpty()) {
+        Diagnostics::printLine(QStringLiteral("Nothing to save in library"));
+    }
     if (m_result.arePatchesWritten) {
         Diagnostics::printLine(QStringLiteral("Saving done %1 patches").arg(m_result.written));
     } else {
@@ -30,144 +42,177 @@ LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
     return m_result;
 }
 
-// What a crash leaves at each step: before the copy is complete, the old library file; from then on the copy, which
-// loading uses while the library file does not decode; after the rewriting, the new library file.
-void LibraryWriter::encodeLibrary(const LibraryJson::Content &library)
+void LibraryWriter::forgetRemovalsOf(const QList<VelgorPatch> &patches)
 {
-    const QString path = pathOf(LibraryFileNames::libraryFile());
-    const QString copy = pathOf(LibraryFileNames::libraryCopy());
-    const QByteArray text = LibraryJson::encode(library);
-    const auto fail = [this](const QString &name, const QString &error) {
-        Diagnostics::printLine(QStringLiteral("cannot encode library"));
-        addProblem(name, error);
-    };
-    if (!keepOldFiles()) {
-        fail(LibraryFileNames::libraryFile(), tr("it is not replaced, because the old one could not be kept"));
+    QList<quint64> &ids = m_result.state.idsToRemove;
+    if (ids.isEmpty()) {
         return;
     }
-    QString error = DiskFiles::replace(copy, text);
-    if (!error.isEmpty()) {
-        fail(LibraryFileNames::libraryCopy(), error);
-        return;
+    QSet<quint64> present;
+    for (const VelgorPatch &patch : patches) {
+        present.insert(patch.id());
     }
-    bool wasTouched = false;
-    error = DiskFiles::overwriteInPlace(path, text, wasTouched);
-    if (!error.isEmpty()) {
-        fail(LibraryFileNames::libraryFile(), error);
-    }
-    m_result.isLibraryFileWritten = error.isEmpty();
-    if (error.isEmpty() || !wasTouched) {
-        std::ignore = DiskFiles::remove(copy);
-    }
+    ids.removeIf([&present](quint64 id) { return present.contains(id); });
 }
 
-bool LibraryWriter::keepOldFiles()
+bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
 {
-    const QStringList files = m_result.state.filesToKeep;
-    for (const QString &name : files) {
-        if (!keepOldFile(name)) {
-            return false;
-        }
-        m_result.state.filesToKeep.removeOne(name);
+    if (!patches.isEmpty() || !m_result.state.idsToRemove.isEmpty()) {
+        m_result.isTidy = scan();
     }
-    if (!files.isEmpty()) {
-        pruneKeptFiles();
-    }
-    return true;
-}
-
-bool LibraryWriter::keepOldFile(const QString &name)
-{
-    const QString path = pathOf(name);
-    if (existence(path) == FileExistence::none) {
-        return true;
-    }
-    const FileReadResult old = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    if (!old.bytes) {
-        addProblem(name, old.error);
-        return false;
-    }
-    int attempt = 0;
-    QString kept = pathOf(LibraryFileNames::datedCopy(attempt));
-    while (existence(kept) != FileExistence::none) {
-        kept = pathOf(LibraryFileNames::datedCopy(++attempt));
-    }
-    const QString error = DiskFiles::replace(kept, *old.bytes);
-    if (!error.isEmpty()) {
-        m_result.problems.append(tr("%1: %2").arg(kept, error));
-        return false;
-    }
-    m_result.keptFiles.append(kept);
-    return true;
-}
-
-void LibraryWriter::pruneKeptFiles()
-{
-    QStringList kept = QDir(m_directory).entryList(QDir::Files, QDir::Name);
-    // What was kept just now stays, even if the clock went back and its name says that it is the oldest.
-    kept.removeIf([this](const QString &name) {
-        return !LibraryFileNames::isDatedCopy(name) || m_result.keptFiles.contains(pathOf(name));
-    });
-    while (!kept.isEmpty() && kept.size() + m_result.keptFiles.size() > keptFileLimit) {
-        std::ignore = DiskFiles::remove(pathOf(kept.takeFirst()));
-    }
-}
-
-void LibraryWriter::setDamagedFileAside(const QString &name, quint64 patchID)
-{
-    int attempt = 0;
-    QString aside = LibraryFileNames::damagedFile(patchID, attempt);
-    while (existence(pathOf(aside)) != FileExistence::none) {
-        aside = LibraryFileNames::damagedFile(patchID, ++attempt);
-    }
-    const QString error = DiskFiles::move(pathOf(name), pathOf(aside));
-    if (!error.isEmpty()) {
-        addProblem(name, error);
-        return;
-    }
-    m_result.state.damagedFiles.remove(name);
-    if (m_listing) {
-        m_listing->moved(name, aside);
-    }
-}
-
-void LibraryWriter::savePatches(const QList<VelgorPatch> &patches)
-{
-    if (patches.isEmpty()) {
-        Diagnostics::printLine(QStringLiteral("Nothing to save in library"));
-        return;
-    }
-    m_result.isTidy = scan();
-    BatchFiles files(m_directory);
-    PatchFileHandler handler(files);
-    qsizetype staged = 0;
     for (const VelgorPatch &patch : patches) {
         const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
         if (m_listing) {
-            renameIfNeeded(patch, name);
+            planMoves(patch, name);
         }
-        if (isStored(name) && m_result.state.damagedFiles.contains(name)) {
-            setDamagedFileAside(name, patch.id());
+        const bool isDamaged = isStored(name) && m_result.state.damagedFiles.contains(name);
+        if (isDamaged) {
+            m_damagedFiles.insert(name, patch.id());
         }
-        if (isStored(name)) {
-            continue;
-        }
-        if (handler.save(patch, pathOf(name))) {
-            ++staged;
-        } else {
-            m_result.problems.append(handler.problem());
-            m_result.arePatchesWritten = false;
+        if ((!isStored(name) || isDamaged) && !stage(patch, name, m_files)) {
+            return false;
         }
     }
+    const QString error = m_files.sync();
+    if (!error.isEmpty()) {
+        addProblem({}, error);
+    }
+    return error.isEmpty();
+}
+
+bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)
+{
+    PatchFileHandler handler(files);
+    if (handler.save(patch, pathOf(name))) {
+        m_newFiles.insert(pathOf(name), patch.id());
+        return true;
+    }
+    m_result.problems.append(handler.problem());
+    m_result.arePatchesWritten = false;
+    return !files.isBlocked();
+}
+
+bool LibraryWriter::writeJournal()
+{
+    LibraryJournal journal;
+    journal.removed = m_result.state.idsToRemove;
+    for (const BatchFiles::Staged &file : m_files.staged()) {
+        journal.staged.insert(m_newFiles.value(file.path), QFileInfo(file.temporary).fileName());
+    }
+    if (journal.isEmpty()) {
+        return true;
+    }
+    const QString error = DiskFiles::replace(pathOf(LibraryFileNames::journalFile()), journal.encode());
+    if (!error.isEmpty()) {
+        addProblem(LibraryFileNames::journalFile(), error);
+    }
+    m_hasJournal = error.isEmpty();
+    return error.isEmpty();
+}
+
+void LibraryWriter::carryOut()
+{
+    setDamagedFilesAside();
+    moveFiles();
+    putInPlace(m_files);
+    if (m_result.isLibraryFileWritten) {
+        removeFiles();
+    }
+    const QString error = m_hasJournal ? DiskSync::syncDirectory(m_directory) : QString();
+    if (!error.isEmpty()) {
+        addProblem({}, error);
+        m_result.arePatchesWritten = false;
+    }
+    // A journal of what could not be done stays for the next start.
+    if (m_hasJournal && error.isEmpty() && m_result.state.idsToRemove.isEmpty()) {
+        std::ignore = DiskFiles::remove(pathOf(LibraryFileNames::journalFile()));
+    }
+}
+
+void LibraryWriter::setDamagedFilesAside()
+{
+    for (auto file = m_damagedFiles.cbegin(); file != m_damagedFiles.cend(); ++file) {
+        int attempt = 0;
+        QString aside = LibraryFileNames::damagedFile(file.value(), attempt);
+        while (existence(pathOf(aside)) != FileExistence::none) {
+            aside = LibraryFileNames::damagedFile(file.value(), ++attempt);
+        }
+        const QString error = DiskFiles::move(pathOf(file.key()), pathOf(aside));
+        if (error.isEmpty()) {
+            m_result.state.damagedFiles.remove(file.key());
+            m_result.keptFiles.append(pathOf(aside));
+        } else {
+            addProblem(file.key(), error);
+            m_result.arePatchesWritten = false;
+            m_files.discard(pathOf(file.key()));
+        }
+    }
+}
+
+void LibraryWriter::moveFiles()
+{
+    BatchFiles instead(m_directory);
+    for (const Move &move : std::as_const(m_moves)) {
+        const QString error = DiskFiles::move(pathOf(move.candidate.name), pathOf(move.to));
+        if (error.isEmpty()) {
+            continue;
+        }
+        reportMove(move.candidate, error);
+        if (stage(move.patch, move.to, instead)) {
+            m_result.state.leftAlone.insert(move.candidate.name);
+        }
+    }
+    const QString error = instead.sync();
+    if (error.isEmpty()) {
+        putInPlace(instead);
+    } else {
+        addProblem({}, error);
+        m_result.arePatchesWritten = false;
+    }
+}
+
+void LibraryWriter::putInPlace(BatchFiles &files)
+{
+    const qsizetype count = files.staged().size();
     const QList<BatchFiles::Failure> failures = files.finish();
     for (const BatchFiles::Failure &failure : failures) {
         m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));
         m_result.arePatchesWritten = false;
     }
-    m_result.written = staged - failures.size();
+    m_result.written += count - failures.size();
 }
 
-void LibraryWriter::renameIfNeeded(const VelgorPatch &patch, const QString &currentName)
+void LibraryWriter::removeFiles()
+{
+    QList<quint64> &ids = m_result.state.idsToRemove;
+    if (!ids.isEmpty() && !m_listing) {
+        addProblem({}, tr("the files of removed patches stay in it"));
+    }
+    QSet<QString> handled;
+    QList<quint64> failed;
+    for (const quint64 id : std::as_const(ids)) {
+        const auto candidates =
+            m_listing ? PatchFileMatcher::candidates(*m_listing, id) : QList<PatchFileMatcher::Candidate>();
+        for (const PatchFileMatcher::Candidate &candidate : candidates) {
+            if (handled.contains(candidate.name)) {
+                continue;
+            }
+            handled.insert(candidate.name);
+            const QString error = DiskFiles::remove(pathOf(candidate.name));
+            if (!error.isEmpty()) {
+                Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
+                addProblem(candidate.name, error);
+                m_result.areFilesRemoved = false;
+                if (m_listing->kindOf(candidate.name)) {
+                    failed.append(id);
+                }
+            }
+        }
+    }
+    ids = failed;
+}
+
+void LibraryWriter::planMoves(const VelgorPatch &patch, const QString &currentName)
 {
     for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, patch.id())) {
         const bool isSettled = candidate.name == currentName || m_result.state.leftAlone.contains(candidate.name);
@@ -175,19 +220,14 @@ void LibraryWriter::renameIfNeeded(const VelgorPatch &patch, const QString &curr
         if (isSettled || (candidate.isNamedForPatch && isStored(currentName))) {
             continue;
         }
-        QString error;
-        if (canMove(candidate, patch, currentName, error)) {
-            error = DiskFiles::move(pathOf(candidate.name), pathOf(currentName));
-        }
-        if (error.isEmpty()) {
+        QString reason;
+        if (canMove(candidate, patch, currentName, reason)) {
+            m_moves.append({candidate, currentName, patch});
             m_listing->moved(candidate.name, currentName);
-            continue;
+        } else {
+            reportMove(candidate, reason);
+            m_result.state.leftAlone.insert(candidate.name);
         }
-        const QString address = LibraryFileNames::address(QDir::current().absoluteFilePath(candidate.path));
-        Diagnostics::printLine(QStringLiteral("Error renaming item ") + address);
-        addProblem(candidate.name, error);
-        m_result.isTidy = false;
-        m_result.state.leftAlone.insert(candidate.name);
     }
 }
 
@@ -211,6 +251,14 @@ bool LibraryWriter::canMove(const PatchFileMatcher::Candidate &candidate, const 
     return true;
 }
 
+void LibraryWriter::reportMove(const PatchFileMatcher::Candidate &candidate, const QString &reason)
+{
+    const QString address = LibraryFileNames::address(QDir::current().absoluteFilePath(candidate.path));
+    Diagnostics::printLine(QStringLiteral("Error renaming item ") + address);
+    addProblem(candidate.name, reason);
+    m_result.isTidy = false;
+}
+
 bool LibraryWriter::isStored(const QString &name) const
 {
     if (m_listing) {
@@ -218,45 +266,6 @@ bool LibraryWriter::isStored(const QString &name) const
     }
     const QFileInfo info(pathOf(name));
     return info.isFile() && !info.isSymLink();
-}
-
-LibraryWriteResult LibraryWriter::remove(const QList<quint64> &patchIDs)
-{
-    m_result.isLibraryFileWritten = true;
-    m_result.isTidy = scan();
-    if (!m_listing) {
-        addProblem({}, tr("the files of removed patches stay in it"));
-        return m_result;
-    }
-    QSet<QString> handled;
-    for (const quint64 id : patchIDs) {
-        for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, id)) {
-            if (handled.contains(candidate.name)) {
-                continue;
-            }
-            handled.insert(candidate.name);
-            const QString error = DiskFiles::remove(pathOf(candidate.name));
-            if (!error.isEmpty()) {
-                Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
-                addProblem(candidate.name, error);
-                m_result.areFilesRemoved = false;
-            }
-        }
-    }
-    return m_result;
-}
-
-void LibraryWriter::sweepLeftovers(const QString &directory, bool isCopySpare)
-{
-    const QDir folder(directory);
-    QStringList filters{LibraryFileNames::temporaryPrefix() + u'*'};
-    if (isCopySpare) {
-        filters.append(LibraryFileNames::libraryCopy());
-    }
-    for (const QString &name :
-        folder.entryList(filters, QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::CaseSensitive)) {
-        std::ignore = DiskFiles::remove(folder.filePath(name));
-    }
 }
 
 bool LibraryWriter::scan()

@@ -12,7 +12,8 @@ public:
     virtual ~LibraryStorage() = default;
     Q_DISABLE_COPY_MOVE(LibraryStorage)
 
-    /// Removes the stored files of these patches; a patch without files is no error.
+    /// The stored files of these patches are to go. They go with the next save, so that an interruption between the two
+    /// loses nothing; a patch without files is no error.
     virtual void remove(const QList<quint64> &patchIDs) = 0;
     /// Saves before it returns.
     virtual void save(const VelgorLibrary &library) = 0;

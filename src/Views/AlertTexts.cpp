@@ -196,10 +196,13 @@ Alert AlertTexts::cannotMoveLibrary(const QString &problem)
 
 Alert AlertTexts::keptFiles(const Desk &desk)
 {
-    return notice(Texts::tr("The former library file is kept"),
-        inParagraphs(firstLines(desk.storage.keptFiles()),
-            Texts::tr(
-                "It names patches that could not be loaded, and their comments. The last five such files stay.")));
+    const QString reason = desk.storage.wasChangedByOthers()
+        ? Texts::tr("Another program changed the library file after it was loaded here. What it wrote is kept; the "
+                    "library file now holds what this window shows.")
+        : Texts::tr("They hold what could not be loaded: patches and their comments, or files that cannot be read. "
+                    "Of former library files the last five stay.");
+    return notice(Texts::tr("The former files of the library are kept"),
+        inParagraphs(firstLines(desk.storage.keptFiles()), reason));
 }
 
 Alert AlertTexts::incompleteLibrary(const Desk &desk)

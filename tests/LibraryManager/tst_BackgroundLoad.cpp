@@ -227,7 +227,7 @@ private Q_SLOTS:
         QTest::addColumn<Call>("call");
         QTest::addColumn<int>("stored");
         QTest::newRow("save") << Call([](auto &manager, auto &library) { manager.save(library); }) << 3;
-        QTest::newRow("remove") << Call([](auto &manager, auto &) { manager.remove({42}); }) << 2;
+        QTest::newRow("remove") << Call([](auto &manager, auto &) { manager.remove({42}); }) << 3;
         QTest::newRow("save at the end") << Call([](auto &manager, auto &library) {
             manager.delayedSave(library);
             QVERIFY(manager.saveUnsaved());

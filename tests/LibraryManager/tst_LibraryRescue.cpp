@@ -1,6 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "DiskFiles.h"
 #include "LibraryLock.h"
+#include "LibraryStorageManager.h"
 #include "TestLibraries.h"
 
 #include <QTest>
@@ -43,21 +44,50 @@ private Q_SLOTS:
         QVERIFY(!run(directory, nothing).hasError());
     }
 
+    void damagedLibraryFileAndItsCopyAreBothKeptWhenAPatchWasDropped_data()
+    {
+        QTest::addColumn<QByteArray>("damaged");
+        QTest::addColumn<int>("keptCount");
+        QTest::newRow("cut") << LibraryJson::encode(three()).first(300) << 1;
+        QTest::newRow("something else") << QByteArray("{garbled") << 2;
+    }
     void damagedLibraryFileAndItsCopyAreBothKeptWhenAPatchWasDropped()
     {
+        QFETCH(const QByteArray, damaged);
+        QFETCH(const int, keptCount);
         const DiagnosticRecorder silence;
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         const QByteArray old = directory.read(m_libraryFile);
         directory.write(m_copy, old);
-        directory.write(m_libraryFile, old.first(old.size() / 2));
+        directory.write(m_libraryFile, damaged);
         QFile::remove(directory.filePath(m_leadFile));
         QVERIFY(!run(directory, nothing).hasError());
         QByteArrayList kept;
         for (const QString &name : datedCopies(directory)) {
             kept.append(directory.read(name));
         }
-        QVERIFY(kept.contains(old) && kept.contains(old.first(old.size() / 2)));
+        // A part of the copy holds nothing that the copy does not.
+        QCOMPARE(kept.size(), keptCount);
+        QVERIFY(kept.contains(old) && (keptCount == 1 || kept.contains(damaged)));
+    }
+
+    void patchDroppedFromACutLibraryIsKeptAfterSweeping()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QByteArray old = directory.read(m_libraryFile);
+        directory.write(m_copy, old);
+        directory.write(m_libraryFile, old.first(10));
+        QFile::remove(directory.filePath(m_leadFile));
+        LibraryStorageManager manager(directory.path());
+        const auto library = manager.decodeLibrary();
+        manager.sweepLeftovers();
+        manager.save(*library);
+        QCOMPARE(datedCopies(directory).size(), 1);
+        QCOMPARE(directory.read(datedCopies(directory).first()), old);
+        QVERIFY(!directory.has(m_copy));
     }
 
     void renamedPatchTakesItsOwnFileAndNotAnotherSoundUnderItsId()

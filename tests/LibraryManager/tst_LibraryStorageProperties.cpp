@@ -112,7 +112,7 @@ private:
     static void checkStored(const LibraryDirectory &directory, const VelgorLibrary &library)
     {
         const LibraryLoadResult result = load(directory);
-        QVERIFY(!result.readError && result.filesToKeep.isEmpty());
+        QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
         QCOMPARE(result.library != nullptr, library.count() > 0);
         if (result.library) {
             const QList<VelgorPatch> &loaded = result.library->patches();

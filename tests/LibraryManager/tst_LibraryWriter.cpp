@@ -14,8 +14,7 @@ namespace {
 const QString libraryFile = LibraryFileNames::libraryFile();
 const QString libraryCopy = LibraryFileNames::libraryCopy();
 const QString leadFile = QStringLiteral("lib-Lead.42.prst");
-const LibraryWriteState mustKeep{
-    .filesToKeep = {QStringLiteral("velgorlibrary.json")}, .damagedFiles = {}, .leftAlone = {}};
+const LibraryWriteState mustKeep{.filesToKeep = {QStringLiteral("velgorlibrary.json")}};
 const QStringList threeFiles{
     QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), leadFile, libraryFile};
 
@@ -95,10 +94,12 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         DirectoryWatch watch(directory.path());
-        QVERIFY(!remove(directory, {42, 43, 44}).hasError());
+        LibraryWriteState state = stateOf(directory);
+        state.idsToRemove = {42, 43, 44};
+        QVERIFY(!save(directory, {}, state).hasError());
         watch.look();
         QCOMPARE(watch.scans, 1);
-        QCOMPARE(watch.opened, QStringList());
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
         QCOMPARE(directory.files(), QStringList{libraryFile});
     }
 
@@ -230,6 +231,7 @@ private Q_SLOTS:
         QVERIFY(areIdentical(loaded(directory), three().patches));
         QVERIFY(remove(directory, {42}).hasError());
         QVERIFY(directory.has(leadFile));
+        QVERIFY(!directory.has(LibraryFileNames::journalFile()));
     }
 
     void missingDirectoryFailsEverything()
@@ -299,7 +301,7 @@ private Q_SLOTS:
         directory.write(libraryFile, "garbled");
         QVERIFY(!save(directory, three(), mustKeep).hasError());
         const QStringList kept = datedCopies(directory);
-        QCOMPARE(kept.size(), LibraryWriter::keptFileLimit);
+        QCOMPARE(kept.size(), 5);
         QCOMPARE(kept.first(4), old.last(4));
         QCOMPARE(directory.read(kept.last()), QByteArray("garbled"));
         QCOMPARE(directory.read(users), QByteArray("mine"));
@@ -346,10 +348,7 @@ private Q_SLOTS:
         QVERIFY(areIdentical(result.library->patches(), three().patches));
         QVERIFY(!save(directory, three(), stateAfter(result)).hasError());
         QCOMPARE(directory.read(libraryFile), text);
-        QCOMPARE(datedCopies(directory).size(), libraryBytes < 0 ? 0 : 1);
-        QStringList files = directory.files();
-        files.removeIf([](const QString &name) { return LibraryFileNames::isDatedCopy(name); });
-        QCOMPARE(files, threeFiles);
+        QCOMPARE(directory.files(), threeFiles);
     }
 
     void leftoversAreSweptAndNothingElse()
@@ -357,32 +356,110 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         QDir(directory.path()).mkdir(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"));
-        directory.write(LibraryFileNames::libraryCopy(), "{}");
         directory.write(QStringLiteral("sub/") + LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "x");
         const auto before = directory.stamps();
         directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
         directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("2"), {});
-        LibraryWriter::sweepLeftovers(directory.path(), false);
+        directory.write(LibraryFileNames::journalFile(), "remove 42\nremove 77\nend\n");
+        directory.write(LibraryFileNames::lockRemovalFile(), {});
+        sweep(directory);
         QCOMPARE(directory.stamps(), before);
         QVERIFY(QFileInfo(directory.filePath(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"))).isDir());
     }
 
-    void spareCopyIsSweptAndANeededOneStays()
+    void libraryFileIsCompletedFromTheCopyThatServed_data()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("missing") << false << QByteArray();
+        QTest::newRow("empty") << true << QByteArray();
+        QTest::newRow("cut") << true << LibraryJson::encode(three()).first(50);
+        QTest::newRow("whole") << true << LibraryJson::encode(three());
+    }
+    void libraryFileIsCompletedFromTheCopyThatServed()
+    {
+        QFETCH(const bool, isThere);
+        QFETCH(const QByteArray, text);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        directory.write(libraryCopy, LibraryJson::encode(three()));
+        QFile::remove(directory.filePath(libraryFile));
+        if (isThere) {
+            directory.write(libraryFile, text);
+        }
+        sweep(directory);
+        QCOMPARE(directory.files(), threeFiles);
+        QCOMPARE(directory.read(libraryFile), LibraryJson::encode(three()));
+    }
+
+    void damagedLibraryFileAndTheCopyThatServedStayUntilTheNextSave()
     {
         const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
         directory.write(libraryCopy, LibraryJson::encode(three()));
-        QVERIFY(!load(directory).isCopySpare);
-        LibraryWriter::sweepLeftovers(directory.path(), load(directory).isCopySpare);
-        QVERIFY(directory.has(libraryCopy));
-        directory.write(libraryFile, LibraryJson::encode(three()));
-        QVERIFY(load(directory).isCopySpare);
-        LibraryWriter::sweepLeftovers(directory.path(), load(directory).isCopySpare);
-        QCOMPARE(directory.files(), QStringList{libraryFile});
+        directory.write(libraryFile, "something else");
+        const auto before = directory.stamps();
+        sweep(directory);
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void nothingIsSweptWhileTheLibraryCannotBeRead()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        directory.write(libraryFile, "garbled");
+        directory.write(LibraryFileNames::journalFile(), "remove 42\nend\n");
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
+        const auto before = directory.stamps();
+        sweep(directory);
+        QCOMPARE(directory.stamps(), before);
     }
 
     void sweepingAMissingDirectoryDoesNothing()
     {
-        LibraryWriter::sweepLeftovers(QStringLiteral("/no/such/directory"), true);
+        LibraryLeftovers leftovers;
+        leftovers.areKnown = true;
+        leftovers.isCopySpare = true;
+        LibrarySweeper(QStringLiteral("/no/such/directory"), leftovers).sweep();
+        QVERIFY(!QFileInfo::exists(QStringLiteral("/no/such/directory")));
+    }
+
+    // Another program at work
+
+    void libraryFileChangedByAnotherProgramIsKept()
+    {
+        const LibraryDirectory directory;
+        const LibraryWriteResult first = save(directory, three());
+        LibraryJson::Content others = three();
+        others.patches.first().comment = QStringLiteral("theirs");
+        const QByteArray text = LibraryJson::encode(others);
+        directory.write(libraryFile, text);
+        const LibraryWriteResult second = save(directory, three(), first.state);
+        QVERIFY(!second.hasError() && second.wasChangedByOthers);
+        QCOMPARE(datedCopies(directory).size(), 1);
+        QCOMPARE(second.keptFiles, QStringList{directory.filePath(datedCopies(directory).first())});
+        QCOMPARE(directory.read(datedCopies(directory).first()), text);
+        const LibraryWriteResult third = save(directory, three(), second.state);
+        QVERIFY(!third.wasChangedByOthers && third.keptFiles.isEmpty());
+    }
+
+    void libraryFileThatAppearedSinceLoadingIsKept()
+    {
+        const LibraryDirectory directory;
+        const LibraryLoadResult result = load(directory);
+        const QByteArray text = LibraryJson::encode(one(QStringLiteral("Theirs")));
+        directory.write(libraryFile, text);
+        QVERIFY(save(directory, three(), stateAfter(result)).wasChangedByOthers);
+        QCOMPARE(directory.read(datedCopies(directory).first()), text);
+    }
+
+    void touchedLibraryFileIsNotKept()
+    {
+        const LibraryDirectory directory;
+        const LibraryWriteResult first = save(directory, three());
+        directory.write(libraryFile, directory.read(libraryFile));
+        QVERIFY(!save(directory, three(), first.state).wasChangedByOthers);
+        QCOMPARE(directory.files(), threeFiles);
     }
 };
 

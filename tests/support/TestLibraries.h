@@ -40,15 +40,40 @@ inline QByteArray patchBytes(const VelgorPatch &patch)
     return TestRecords::fileBytes({*patch.patchData}, {*patch.userIRData});
 }
 
-inline LibraryWriteResult save(
-    const LibraryDirectory &directory, const LibraryJson::Content &content, const LibraryWriteState &state = {})
+/// What a program remembers that has just read or written the library file.
+inline LibraryWriteState stateOf(const LibraryDirectory &directory)
 {
+    const QString path = directory.filePath(LibraryFileNames::libraryFile());
+    // A pipe would be waited for.
+    const bool isFile = QFileInfo(path).isFile();
+    return {.libraryFile =
+                LibraryFileStamp::of(path, isFile ? directory.read(LibraryFileNames::libraryFile()) : QByteArray())};
+}
+
+inline LibraryWriteResult save(const LibraryDirectory &directory, const LibraryJson::Content &content,
+    const std::optional<LibraryWriteState> &state = std::nullopt)
+{
+    return LibraryWriter(directory.path(), state.value_or(stateOf(directory))).save(content);
+}
+
+/// Saves the library of the directory without these patches.
+inline LibraryWriteResult remove(const LibraryDirectory &directory, const QList<quint64> &ids)
+{
+    const LibraryLoadResult before = LibraryLoader(directory.path()).load();
+    LibraryJson::Content content;
+    if (before.library) {
+        content.patches = before.library->patches();
+    }
+    content.patches.removeIf([&ids](const VelgorPatch &patch) { return ids.contains(patch.id()); });
+    LibraryWriteState state = stateOf(directory);
+    state.idsToRemove = ids;
     return LibraryWriter(directory.path(), state).save(content);
 }
 
-inline LibraryWriteResult remove(const LibraryDirectory &directory, const QList<quint64> &ids)
+/// Starts as a program does that alone uses the directory: loads, and sweeps what was left.
+inline void sweep(const LibraryDirectory &directory)
 {
-    return LibraryWriter(directory.path(), {}).remove(ids);
+    LibrarySweeper(directory.path(), LibraryLoader(directory.path()).load().leftovers).sweep();
 }
 
 inline LibraryLoadResult load(const LibraryDirectory &directory)
@@ -84,7 +109,7 @@ inline QStringList datedCopies(const LibraryDirectory &directory)
 /// What the loader remembers for the save that follows it.
 inline LibraryWriteState stateAfter(const LibraryLoadResult &result)
 {
-    return {.filesToKeep = result.filesToKeep, .damagedFiles = result.damagedFiles, .leftAlone = result.leftAlone};
+    return result.writeState;
 }
 
 } // namespace TestLibraries

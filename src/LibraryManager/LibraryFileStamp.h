@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+/// What tells whether a library file is still the one that was read or written last.
+struct LibraryFileStamp {
+    qint64 size = 0;
+    QDateTime modified;
+    QDateTime changed; ///< of the file's metadata too, which no program can set back
+    std::size_t hash = 0; ///< of the bytes; good within one run of the program
+
+    bool operator==(const LibraryFileStamp &) const = default;
+
+    /// The stamp of a file whose bytes are known; nothing where there is no file.
+    [[nodiscard]] static std::optional<LibraryFileStamp> of(const QString &path, const QByteArray &bytes);
+    /// False only when the file at `path` cannot be told from the one of the stamp without reading it.
+    [[nodiscard]] bool looksChanged(const QString &path) const;
+    [[nodiscard]] bool isOf(const QByteArray &bytes) const;
+};

@@ -1,0 +1,102 @@
+#include "LibrarySweeper.h"
+
+#include "DirectoryListing.h"
+#include "DiskFiles.h"
+#include "DiskSync.h"
+#include "FileExistence.h"
+#include "LibraryFileNames.h"
+#include "PatchFileMatcher.h"
+
+#include <QDir>
+
+LibrarySweeper::LibrarySweeper(const QString &directory, const LibraryLeftovers &leftovers)
+    : m_directory(directory)
+    , m_leftovers(leftovers)
+{
+}
+
+void LibrarySweeper::sweep()
+{
+    removeWriteTestFile();
+    remove(LibraryFileNames::lockRemovalFile());
+    if (!m_leftovers.areKnown) {
+        return;
+    }
+    completeLibraryFile();
+    putInPlace();
+    removePatchFiles();
+    removeTemporaryFiles();
+    // What was put in place must be on the disk before the last trace of it goes.
+    if (m_leftovers.unfinished.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty()) {
+        remove(LibraryFileNames::journalFile());
+    }
+    if (m_leftovers.isCopySpare || m_isLibraryFileCompleted) {
+        remove(LibraryFileNames::libraryCopy());
+    }
+}
+
+void LibrarySweeper::completeLibraryFile()
+{
+    if (m_leftovers.completeText.isEmpty()) {
+        return;
+    }
+    bool wasTouched = false;
+    const QString error =
+        DiskFiles::overwriteInPlace(pathOf(LibraryFileNames::libraryFile()), m_leftovers.completeText, wasTouched);
+    m_isLibraryFileCompleted = error.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty();
+}
+
+void LibrarySweeper::putInPlace()
+{
+    for (auto file = m_leftovers.unfinished.begin(); file != m_leftovers.unfinished.end();) {
+        const bool isDone = DiskFiles::move(pathOf(file.key()), pathOf(file.value())).isEmpty();
+        file = isDone ? m_leftovers.unfinished.erase(file) : std::next(file);
+    }
+}
+
+void LibrarySweeper::removePatchFiles()
+{
+    if (m_leftovers.removed.isEmpty() || !LibraryFileNames::isListable(m_directory)) {
+        return;
+    }
+    const auto listing = DirectoryListing::scan(m_directory).value_or(DirectoryListing());
+    for (const quint64 id : std::as_const(m_leftovers.removed)) {
+        for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(listing, id)) {
+            remove(candidate.name);
+        }
+    }
+}
+
+void LibrarySweeper::removeTemporaryFiles()
+{
+    const QStringList names = QDir(m_directory)
+                                  .entryList({LibraryFileNames::temporaryPrefix() + u'*'},
+                                      QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::CaseSensitive);
+    for (const QString &name : names) {
+        // One that could not be put in place is the only file of its patch.
+        if (!m_leftovers.unfinished.contains(name)) {
+            remove(name);
+        }
+    }
+}
+
+void LibrarySweeper::removeWriteTestFile()
+{
+    const QString path = LibraryFileNames::writeTestFile(m_directory);
+    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    if (file.bytes && LibraryFileNames::writeTestText().startsWith(*file.bytes)) {
+        std::ignore = DiskFiles::remove(path);
+    }
+}
+
+void LibrarySweeper::remove(const QString &name)
+{
+    if (existence(pathOf(name)) == FileExistence::file) {
+        std::ignore = DiskFiles::remove(pathOf(name));
+    }
+}
+
+QString LibrarySweeper::pathOf(const QString &name) const
+{
+    return m_directory + u'/' + name;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+/// What a program that was interrupted left in a library directory, as loading found it.
+struct LibraryLeftovers {
+    bool areKnown = false; ///< false when the library could not be read: anything may still be needed then
+    bool isCopySpare = false; ///< the library file itself was good; a copy beside it serves nothing
+    QByteArray completeText; ///< of the library file, where that one is missing or was cut while it was written
+    QHash<QString, QString> unfinished; ///< temporary file that holds a patch, to the name that it is to have
+    QList<quint64> removed; ///< ids whose files were to go, and that the library file does not hold
+};
+
+/// Finishes what an interrupted program began, and removes what is left of it. Only for the one program that uses the
+/// directory, after it has loaded the library.
+class LibrarySweeper {
+public:
+    /// `directory` is a path without a slash at its end.
+    LibrarySweeper(const QString &directory, const LibraryLeftovers &leftovers);
+
+    void sweep();
+    /// The library file was completed from its copy by sweep().
+    [[nodiscard]] bool isLibraryFileCompleted() const { return m_isLibraryFileCompleted; }
+
+private:
+    void completeLibraryFile();
+    void putInPlace();
+    void removePatchFiles();
+    void removeTemporaryFiles();
+    void removeWriteTestFile();
+    void remove(const QString &name);
+    [[nodiscard]] QString pathOf(const QString &name) const;
+
+    QString m_directory;
+    LibraryLeftovers m_leftovers;
+    bool m_isLibraryFileCompleted = false;
+};

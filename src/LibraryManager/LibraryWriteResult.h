@@ -1,0 +1,38 @@
+#pragma once
+
+#include "LibraryFileStamp.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What a save remembers for the next one.
+struct LibraryWriteState {
+    QStringList filesToKeep = {}; ///< library files that hold what this program could not load
+    QSet<QString> damagedFiles = {}; ///< patch files that cannot be read; they make room for a good one
+    QSet<QString> leftAlone = {}; ///< files that could not be moved, and are not tried again
+    QList<quint64> idsToRemove = {}; ///< their files go once the library file no longer holds them
+    std::optional<LibraryFileStamp> libraryFile = {}; ///< as last read or written; nothing when there was none
+};
+
+/// What a save came to. Everything that can be done is done, whatever fails before.
+struct LibraryWriteResult {
+    bool isLibraryFileWritten = false;
+    bool arePatchesWritten = true;
+    bool areFilesRemoved = true; ///< no file that was found for removal is left
+    bool isTidy = true; ///< the directory could be listed, and every file moved as it should
+    bool wasChangedByOthers = false; ///< the library file was no longer the one that was read; it was kept
+    qsizetype written = 0; ///< patch files written
+    QStringList problems; ///< one for each failure, naming the file and the reason; translated
+    QStringList keptFiles; ///< where old library files and damaged patch files were kept, if any had to be
+    LibraryWriteState state;
+
+    /// True when something failed.
+    [[nodiscard]] bool hasError() const
+    {
+        return !isLibraryFileWritten || !arePatchesWritten || !areFilesRemoved || !isTidy;
+    }
+};
