@@ -91,6 +91,7 @@ def main() -> None:
     parser = options.parser(__doc__ or "")
     parser.add_argument("--cuts", type=int, default=40)
     arguments = parser.parse_args()
+    disk.with_private_mounts()
     with options.scratch(arguments) as directory:
         scratch = pathlib.Path(directory)
         reason = disk.why_not(scratch)

@@ -88,7 +88,7 @@ def main() -> None:
     if reason:
         skip("system calls", reason)
     chance = options.chance(arguments, "system calls")
-    figures = Figures("system calls", "kills", "lost", "leftovers", "not killed", "old", "new")
+    figures = Figures("system calls", "kills", "lost", "leftovers", "hung", "not killed", "old", "new")
     names = [name for name in operations.OPERATIONS if name != "export"]
     with options.scratch(arguments) as directory:
         for name in [*names, "export", "export over a file", "first start"]:

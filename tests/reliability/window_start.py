@@ -12,7 +12,8 @@ import time
 
 from harness import Figures, Library, LibraryBroken, State, Velgor, calls, check_next_start, random_presets, same
 
-SLOWEST = 20.0  # seconds
+SLOWEST = 60.0  # seconds
+PATIENCE = 10.0  # seconds within which a start and the end after it are expected
 SETTLED = 0.3  # seconds from the lock to a window that has loaded its library
 
 
@@ -108,7 +109,10 @@ def kill_window(
 def check_window(window: Window, library: Library, before: State, figures: Figures, where: str) -> None:
     try:
         is_whole = same(before, library.state())
+        begin = time.monotonic()
         status = window.run([])
+        if time.monotonic() - begin > PATIENCE:
+            figures.fail("hung", f"{where}: the next start and end took {time.monotonic() - begin:.0f} seconds")
         is_whole = is_whole and same(before, library.state())
     except LibraryBroken as broken:
         figures.fail("lost", f"{where}: {broken}")

@@ -8,11 +8,23 @@ import pathlib
 import shutil
 import struct
 import subprocess
+import sys
 import time
 
 SHUT_DOWN = 0x8004587D  # EXT4_IOC_SHUTDOWN
 WITHOUT_FLUSHING = 2  # the journal in memory is lost too
 MEGABYTES = 64
+IN_NAMESPACE = "VELGOR_MOUNTS_ARE_PRIVATE"
+
+
+def with_private_mounts() -> None:
+    """Starts the script again where its mounts are seen by nothing else. A program that starts a namespace of its own
+    would hold on to them otherwise, and a file system that was cut comes back as it was while anything holds it."""
+    if os.environ.get(IN_NAMESPACE) or os.geteuid() != 0 or not shutil.which("unshare"):
+        return
+    if subprocess.run(["unshare", "--mount", "true"], capture_output=True).returncode == 0:
+        os.environ[IN_NAMESPACE] = "yes"
+        os.execvp("unshare", ["unshare", "--mount", sys.executable, "-B", *sys.argv])
 
 
 class Disk:
@@ -26,8 +38,7 @@ class Disk:
         self.mount()
 
     def mount(self) -> None:
-        """Waits for a file system that really starts anew. One that was cut stays as it is, and comes back with a
-        mount, as long as any other program of the machine looks at it."""
+        """Waits for a file system that really starts anew, while another program may still look at the last one."""
         for _ in range(100):
             run("mount", "-o", "loop", str(self.image), str(self.mount_point))
             try:
