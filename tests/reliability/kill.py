@@ -100,6 +100,7 @@ def kill_editing(program: pathlib.Path, chance: random.Random, scratch: pathlib.
 def main() -> None:
     parser = options.parser(__doc__ or "")
     parser.add_argument("--kills", type=int, default=300)
+    parser.add_argument("--edits-only", action="store_true", help="kills only the program that edits")
     arguments = parser.parse_args()
     chance = options.chance(arguments, "kill")
     figures = Figures("kill", "kills", "lost", "leftovers", "libraries", "old", "new", "finished before", "edits")
@@ -107,7 +108,7 @@ def main() -> None:
         scratch = pathlib.Path(directory)
         killer = Killer(Velgor(arguments.velgor), chance, scratch, figures)
         while figures.counts["kills"] < arguments.kills:
-            if arguments.edit_process and figures.counts["kills"] % 4 == 3:
+            if arguments.edits_only or arguments.edit_process and figures.counts["kills"] % 4 == 3:
                 kill_editing(arguments.edit_process, chance, scratch, figures)
             else:
                 killer.kill_once()
