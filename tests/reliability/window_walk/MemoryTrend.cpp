@@ -1,11 +1,13 @@
 #include "MemoryTrend.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include <malloc.h>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+// GCC comes without the header of this.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 namespace {

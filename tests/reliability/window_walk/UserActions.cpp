@@ -45,11 +45,11 @@ const QList<UserActions::Kind> &UserActions::kinds()
 {
     static const QList<Kind> all{{20, &UserActions::clickRow}, {4, &UserActions::doubleClickRow},
         {20, &UserActions::pressKey}, {12, &UserActions::pressShortcut}, {12, &UserActions::runCommand},
-        {14, &UserActions::pressButton}, {12, &UserActions::typeText}, {16, &UserActions::dragRows},
-        {1, &UserActions::dropFile}, {2, &UserActions::importFile}, {2, &UserActions::exportList},
-        {3, &UserActions::openContextMenu}, {2, &UserActions::openMenu}, {3, &UserActions::turnWheel},
-        {1, &UserActions::resizeWindow}, {1, &UserActions::changeFont}, {1, &UserActions::closeAndReopen},
-        {3, &UserActions::waitABit}};
+        {14, &UserActions::pressButton}, {12, &UserActions::typeText}, {4, &UserActions::clearFilter},
+        {16, &UserActions::dragRows}, {1, &UserActions::dropFile}, {2, &UserActions::importFile},
+        {2, &UserActions::exportList}, {3, &UserActions::openContextMenu}, {2, &UserActions::openMenu},
+        {3, &UserActions::turnWheel}, {1, &UserActions::resizeWindow}, {1, &UserActions::changeFont},
+        {1, &UserActions::closeAndReopen}, {3, &UserActions::waitABit}};
     return all;
 }
 
@@ -181,6 +181,12 @@ QString UserActions::doubleClickRow()
     list->scrollTo(index);
     QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, list->visualRect(index).center());
     return QStringLiteral("double-clicked row %1 of %2").arg(row).arg(list->accessibleName());
+}
+
+QString UserActions::clearFilter()
+{
+    m_window.window->columns().library()->filter()->clear();
+    return QStringLiteral("cleared the filter");
 }
 
 QString UserActions::dragRows()

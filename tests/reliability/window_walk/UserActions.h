@@ -37,6 +37,7 @@ private:
     QString runCommand();
     QString pressButton();
     QString typeText();
+    QString clearFilter();
     QString dragRows();
     QString dropFile();
     QString importFile();
