@@ -5,6 +5,7 @@ fourth hits a program that edits without end through the window's delayed and ba
 
 from __future__ import annotations
 
+import os
 import pathlib
 import random
 import subprocess
@@ -31,7 +32,7 @@ class Killer:
         )
         self.state = self.library.state()
 
-    def run_killed(self, operation: Operation) -> bool:
+    def run_killed(self, operation: Operation, where: str) -> bool:
         """True when the operation was faster."""
         begin = time.monotonic()
         process = self.velgor.start(*self.library.arguments(*operation.arguments))
@@ -40,6 +41,9 @@ class Killer:
         except subprocess.TimeoutExpired:
             process.kill()
         status = process.wait()
+        if status > 0:
+            names = sorted(name for name in os.listdir(self.library.directory) if not name.startswith("lib-"))
+            self.figures.fail("refused", f"{where}: status {status}; there are {names}")
         if status == 0:
             self.usual += 0.2 * (time.monotonic() - begin - self.usual)
         else:
@@ -50,7 +54,7 @@ class Killer:
     def kill_once(self) -> None:
         operation = random_operation(self.chance, self.state, self.scratch)
         where = f"kill {self.figures.counts['kills']}, {operation.name} in {self.library.directory.name}"
-        finished = self.run_killed(operation)
+        finished = self.run_killed(operation, where)
         self.figures.count("finished before" if finished else "kills")
         found = check_after_stop(self.library, self.state, operation, self.figures, where, finished)
         if found is None:
@@ -103,7 +107,7 @@ def main() -> None:
     parser.add_argument("--edits-only", action="store_true", help="kills only the program that edits")
     arguments = parser.parse_args()
     chance = options.chance(arguments, "kill")
-    figures = Figures("kill", "kills", "lost", "leftovers", "libraries", "old", "new", "finished before", "edits")
+    figures = Figures("kill", "kills", "lost", "leftovers", "refused", "libraries", "old", "new", "finished before", "edits")
     with options.scratch(arguments) as directory:
         scratch = pathlib.Path(directory)
         killer = Killer(Velgor(arguments.velgor), chance, scratch, figures)

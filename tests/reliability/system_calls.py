@@ -12,6 +12,7 @@ from harness import check_after_stop, check_next_export, check_next_start, rando
 from window_start import kill_window
 
 PATCHES = 8
+AFTER_A_KILL = "edit after a kill"
 
 
 class Scenario:
@@ -32,7 +33,16 @@ class Scenario:
             return
         self.template = Library.create(velgor, self.template.directory, random_presets(chance, PATCHES))
         self.before = self.template.state()
-        if name.startswith("export"):
+        if name == AFTER_A_KILL:
+            # On top of what another kill has left: the lock of a program that is gone.
+            self.operation = operations.edit(chance, self.before, scratch)
+            ends = [call for call in self.record() if "unlink" in call.name and "velgorlibrary.lock" in call.text]
+            self.reset()
+            self.library.run(*self.operation.arguments, prefix=calls.killer(ends[-1]))
+            self.library.copy_to(self.template.directory)
+            self.before = self.template.state()
+            self.operation = operations.edit(chance, self.before, scratch)
+        elif name.startswith("export"):
             self.operation = operations.export(chance, self.before, self.work, exists=name == "export over a file")
         else:
             # Two files at least, where an operation can have several.
@@ -83,15 +93,19 @@ class Scenario:
 
 
 def main() -> None:
-    arguments = options.parser(__doc__ or "").parse_args()
+    parser = options.parser(__doc__ or "")
+    parser.add_argument("--only", help="one kind of operation")
+    arguments = parser.parse_args()
     reason = calls.why_not()
     if reason:
         skip("system calls", reason)
     chance = options.chance(arguments, "system calls")
-    figures = Figures("system calls", "kills", "lost", "leftovers", "hung", "not killed", "old", "new")
+    figures = Figures("system calls", "kills", "lost", "leftovers", "refused", "hung", "not killed", "old", "new")
     names = [name for name in operations.OPERATIONS if name != "export"]
     with options.scratch(arguments) as directory:
-        for name in [*names, "export", "export over a file", "first start"]:
+        for name in [*names, AFTER_A_KILL, "export", "export over a file", "first start"]:
+            if arguments.only not in (None, name):
+                continue
             scenario = Scenario(name, Velgor(arguments.velgor), chance, pathlib.Path(directory))
             found = scenario.record()
             for call in found:

@@ -42,7 +42,8 @@ def check_next_start(library: Library, state: State, figures: Figures, where: st
         library.tidy()
         found = library.state()
     except LibraryBroken as broken:
-        figures.fail("lost", f"{where}: after the next start: {broken}")
+        name = "refused" if "in use by another" in str(broken) else "lost"
+        figures.fail(name, f"{where}: after the next start: {broken}")
         return
     if not same(state, found):
         figures.fail("lost", f"{where}: changed by the next start: {difference(state, found)}")
