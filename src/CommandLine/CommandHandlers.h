@@ -17,5 +17,6 @@ int libraryRemove(const Arguments &arguments);
 int librarySimilar(const Arguments &arguments);
 int libraryExport(const Arguments &arguments);
 int libraryCompose(const Arguments &arguments);
+int libraryDoctor(const Arguments &arguments);
 
 } // namespace CommandHandlers

@@ -105,5 +105,16 @@ QList<Command> CommandTable::libraryCommands()
             tr("Composes a new list of 99 slots, filled with the default patch, and exports it."),
             text("velgor library compose --slot 1.1=8725204569585644227 -o gig.prst"),
             &CommandHandlers::libraryCompose},
+        {text("library doctor"), {}, 0, 0,
+            {json, {text("repair"), {}, tr("adds what can be rescued, and clears what interruptions left"), {}},
+                {text("preview"), text("FILE"), tr("tells what restoring this former library file would change"), {}},
+                {text("restore"), text("FILE"),
+                    tr("goes back to this former library file; the present one is kept, so that this can be taken "
+                       "back"),
+                    {}}},
+            tr("Compares the library file with the files of the library directory: patches without a file, files "
+               "without a patch, files that cannot be read or hold something else, files of others that are taken "
+               "for a patch's, leftovers, and what was kept aside. Ends with 1 when it finds anything."),
+            text("velgor library doctor --repair"), &CommandHandlers::libraryDoctor},
     };
 }

@@ -29,16 +29,33 @@ LibrarySession::LibrarySession(const Arguments &arguments)
 {
 }
 
-bool LibrarySession::open(Access access)
+bool LibrarySession::isUsable(FileExistence found) const
 {
     if (m_isNameEmpty) {
         Output::fail(tr("--library needs a directory"));
         return false;
     }
+    if (found == FileExistence::file) {
+        Output::fail(tr("%1: not a directory").arg(m_storage.libDirectory()));
+        return false;
+    }
+    return true;
+}
+
+bool LibrarySession::exists() const
+{
+    const FileExistence found = existence(m_storage.libDirectory());
+    if (isUsable(found) && found == FileExistence::none) {
+        Output::fail(tr("%1: there is no such library directory").arg(m_storage.libDirectory()));
+    }
+    return !m_isNameEmpty && found == FileExistence::directory;
+}
+
+bool LibrarySession::open(Access access)
+{
     const QString directory = m_storage.libDirectory();
     const FileExistence found = existence(directory);
-    if (found == FileExistence::file) {
-        Output::fail(tr("%1: not a directory").arg(directory));
+    if (!isUsable(found)) {
         return false;
     }
     if (found == FileExistence::none && access != Access::Create) {
@@ -56,15 +73,17 @@ bool LibrarySession::open(Access access)
             return false;
         }
     }
-    if (access != Access::Read && !lock()) {
+    const bool isChange = access != Access::Read && access != Access::Inspect;
+    if (isChange && !lock()) {
         return false;
     }
     load(access);
-    if (!m_storage.readProblem().isEmpty()) {
+    const bool isRescue = (access == Access::Rescue || access == Access::Inspect) && m_storage.readError();
+    if (!m_storage.readProblem().isEmpty() && !isRescue) {
         Output::fail(m_storage.readProblem());
         return false;
     }
-    if (access != Access::Read) {
+    if (isChange) {
         m_storage.sweepLeftovers();
     }
     if (!m_storage.droppedPatches().isEmpty()) {
@@ -91,7 +110,8 @@ void LibrarySession::load(Access access)
         // Without a lock, reading may fall into another program's change and miss files that are about to be there.
         const bool isChanging =
             directory.exists(LibraryFileNames::lockFile()) || QFileInfo(file).lastModified() != before;
-        if (access != Access::Read || isWhole || !isChanging) {
+        const bool isLocked = access != Access::Read && access != Access::Inspect;
+        if (isLocked || isWhole || !isChanging) {
             return;
         }
         std::this_thread::sleep_for(pause);
@@ -174,7 +194,7 @@ int LibrarySession::report()
             Output::warn(
                 tr("another program changed the library file meanwhile; what it wrote was kept as %1").arg(kept));
         } else {
-            Output::warn(tr("a library file that could not be loaded whole was kept as %1").arg(kept));
+            Output::warn(tr("the former library file was kept as %1").arg(kept));
         }
     }
     return isSafe ? Done : Failed;

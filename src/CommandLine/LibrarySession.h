@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Arguments.h"
+#include "FileExistence.h"
 #include "LibraryLock.h"
 #include "LibraryStorageManager.h"
 #include "VelgorLibrary.h"
@@ -22,10 +23,14 @@ public:
         Read, ///< a missing directory that was not asked for by name is an empty library
         Change, ///< the same, locked
         Create, ///< locked, and made if it is missing
+        Inspect, ///< as Read, but a library file that cannot be decoded is an empty library
+        Rescue, ///< the same, locked; the library file is kept when saving
     };
 
     explicit LibrarySession(const Arguments &arguments);
 
+    /// Says on standard error what is wrong when there is no library directory.
+    [[nodiscard]] bool exists() const;
     /// Loads the library. On failure says why on standard error and returns false; nothing was touched then.
     [[nodiscard]] bool open(Access access);
 
@@ -43,6 +48,7 @@ public:
     [[nodiscard]] int report();
 
 private:
+    [[nodiscard]] bool isUsable(FileExistence found) const;
     [[nodiscard]] bool lock();
     void load(Access access);
     void warnOfOrphans() const;

@@ -97,9 +97,22 @@ bool isDatedCopy(const QString &name)
     return pattern.match(name).hasMatch();
 }
 
+QDateTime dateOfCopy(const QString &name)
+{
+    QDateTime date = QDateTime::fromString(name.section(u'-', 1, 1), QStringLiteral("yyyyMMdd'T'HHmmss"));
+    date.setTimeSpec(Qt::UTC);
+    return date;
+}
+
 QString damagedFile(quint64 patchID, int attempt)
 {
     return QStringLiteral("damaged-%1-%2.prst").arg(patchID).arg(attempt, 2, 10, QChar(u'0'));
+}
+
+bool isDamagedFile(const QString &name)
+{
+    static const QRegularExpression pattern(QStringLiteral("^damaged-\\d+-\\d{2,}\\.prst\\z"));
+    return pattern.match(name).hasMatch();
 }
 
 bool isReserved(const QString &name)

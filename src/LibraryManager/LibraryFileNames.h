@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QList>
 #include <QString>
 #include <QUrl>
@@ -31,8 +32,11 @@ namespace LibraryFileNames {
 /// Where an old library file is kept: a name of its own for each `attempt` within the present second.
 [[nodiscard]] QString datedCopy(int attempt);
 [[nodiscard]] bool isDatedCopy(const QString &name);
+/// When a dated copy was made, in UTC.
+[[nodiscard]] QDateTime dateOfCopy(const QString &name);
 /// Where a patch file that cannot be read is set aside: a name without the id between dots.
 [[nodiscard]] QString damagedFile(quint64 patchID, int attempt);
+[[nodiscard]] bool isDamagedFile(const QString &name);
 /// True for every file that belongs to the library as a whole and never to one patch.
 [[nodiscard]] bool isReserved(const QString &name);
 

@@ -41,19 +41,37 @@ LibraryLoadResult LibraryLoader::load()
     LibraryLoadResult result;
     const std::optional<LibraryJson::Content> content = readLibraryFile(result);
     result.leftovers.areKnown = result.problem.isEmpty();
-    const FileReadResult journal =
-        DiskFiles::readRegular(pathOf(LibraryFileNames::journalFile()), DiskFiles::Links::Refuse);
-    m_journal = journal.bytes ? LibraryJournal::decode(*journal.bytes).value_or(LibraryJournal()) : LibraryJournal();
-    if (!content) {
-        return result;
+    readJournal();
+    if (content) {
+        fill(*content, result);
     }
-    const QList<Entry> entries = withUniqueIds(content->patches);
+    return result;
+}
+
+LibraryLoadResult LibraryLoader::loadEntries(const LibraryJson::Content &content)
+{
+    LibraryLoadResult result;
+    readJournal();
+    fill(content, result);
+    return result;
+}
+
+void LibraryLoader::readJournal()
+{
+    const FileReadResult file =
+        DiskFiles::readRegular(pathOf(LibraryFileNames::journalFile()), DiskFiles::Links::Refuse);
+    m_journal = file.bytes ? LibraryJournal::decode(*file.bytes).value_or(LibraryJournal()) : LibraryJournal();
+}
+
+void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult &result)
+{
+    const QList<Entry> entries = withUniqueIds(content.patches);
     QList<VelgorPatch> patches;
     patches.reserve(entries.size());
     for (const Entry &entry : entries) {
         patches.append(entry.patch);
     }
-    result.library = std::make_unique<VelgorLibrary>(patches, content->defaultPatch);
+    result.library = std::make_unique<VelgorLibrary>(patches, content.defaultPatch);
     const Progress progress = loadPatches(*result.library, entries, result);
     if (!progress.complete) {
         Diagnostics::printLine(QStringLiteral("Incomplete library loading: %1 out of %2")
@@ -63,7 +81,6 @@ LibraryLoadResult LibraryLoader::load()
     }
     noteDropped(entries, result);
     noteRemoved(entries, result);
-    return result;
 }
 
 void LibraryLoader::noteRemoved(const QList<Entry> &entries, LibraryLoadResult &result) const
@@ -101,6 +118,7 @@ void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &r
     for (const Entry &entry : stored) {
         if (!result.library || !result.library->getPatchFromId(entry.patch.id())) {
             result.droppedPatches.append(entry.patch.name);
+            result.droppedEntries.append(entry.patch);
         }
     }
     const QString source =

@@ -23,6 +23,7 @@ struct LibraryLoadResult {
     bool readError = false; ///< the library file is there and could not be decoded, nor its copy
     QString problem; ///< why the library file could not be read or decoded; names the file; translated
     QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
+    QList<VelgorPatch> droppedEntries; ///< the same entries whole, without preset data
     LibraryWriteState writeState; ///< what the save that follows has to know
     LibraryLeftovers leftovers;
 };
@@ -42,8 +43,13 @@ public:
     Q_DISABLE_COPY_MOVE(LibraryLoader)
 
     [[nodiscard]] LibraryLoadResult load();
+    /// The same for another library file of this directory, one that was kept: the patches of `content` whose preset
+    /// files are still there.
+    [[nodiscard]] LibraryLoadResult loadEntries(const LibraryJson::Content &content);
 
 private:
+    void readJournal();
+    void fill(const LibraryJson::Content &content, LibraryLoadResult &result);
     struct Progress {
         bool complete = true;
         qsizetype loaded = 0;

@@ -195,6 +195,14 @@ void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
     m_writeState.idsToRemove.append(patchIDs);
 }
 
+void LibraryStorageManager::keepLibraryFile()
+{
+    finishBackgroundWork();
+    if (!m_writeState.filesToKeep.contains(LibraryFileNames::libraryFile())) {
+        m_writeState.filesToKeep.append(LibraryFileNames::libraryFile());
+    }
+}
+
 void LibraryStorageManager::save(const VelgorLibrary &library)
 {
     finishBackgroundWork();

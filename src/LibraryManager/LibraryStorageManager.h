@@ -96,6 +96,8 @@ public:
 
     /// The files go with the next save, once the library file does not hold the patches any more.
     void remove(const QList<quint64> &patchIDs) override;
+    /// The next save keeps the present library file under a dated name, for a change that may be taken back by it.
+    void keepLibraryFile();
     void save(const VelgorLibrary &library) override;
     void delayedSave(const VelgorLibrary &library) override;
 

@@ -1,0 +1,112 @@
+#include "Arguments.h"
+#include "CommandHandlers.h"
+#include "DoctorReport.h"
+#include "KeptLibraries.h"
+#include "LibraryDoctor.h"
+#include "LibrarySession.h"
+#include "Output.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+
+/// The context of this file's texts.
+struct DoctorCommand {
+    Q_DECLARE_TR_FUNCTIONS(DoctorCommand)
+};
+
+std::optional<KeptLibraries::Preview> previewOf(const QString &file, LibrarySession &session)
+{
+    const QString name = QFileInfo(file).fileName();
+    auto preview = KeptLibraries::preview(session.storage().libDirectory(), name, session.library().patches());
+    if (!preview) {
+        Output::fail(DoctorCommand::tr("%1: no former library file of %2").arg(file, session.storage().libDirectory()));
+    }
+    return preview;
+}
+
+int examine(const Arguments &arguments)
+{
+    LibrarySession session(arguments);
+    if (!session.exists()) {
+        return Failed;
+    }
+    const LibraryHealth health = LibraryDoctor(session.storage().libDirectory()).examine();
+    DoctorReport(session.storage().libDirectory(), health).print(arguments.has(QStringLiteral("json")));
+    return health.findings.isEmpty() ? Done : Found;
+}
+
+int repair(const Arguments &arguments)
+{
+    LibrarySession session(arguments);
+    if (!session.open(LibrarySession::Access::Rescue)) {
+        return Failed;
+    }
+    const QString directory = session.storage().libDirectory();
+    const QList<VelgorPatch> rescued = LibraryDoctor(directory).examine().rescuedPatches();
+    for (const VelgorPatch &patch : rescued) {
+        session.library().append(patch, false, false);
+    }
+    const int status = rescued.isEmpty() ? session.report() : session.save();
+    const LibraryHealth left = LibraryDoctor(directory).examine();
+    DoctorReport report(directory, left);
+    report.setAdded(rescued);
+    report.print(arguments.has(QStringLiteral("json")));
+    return status != Done ? status : left.findings.isEmpty() ? Done : Found;
+}
+
+int preview(const Arguments &arguments)
+{
+    LibrarySession session(arguments);
+    if (!session.open(LibrarySession::Access::Inspect)) {
+        return Failed;
+    }
+    const auto preview = previewOf(*arguments.value(QStringLiteral("preview")), session);
+    if (preview) {
+        DoctorReport::printPreview(*preview, arguments.has(QStringLiteral("json")));
+    }
+    return preview ? Done : Failed;
+}
+
+int restore(const Arguments &arguments)
+{
+    LibrarySession session(arguments);
+    if (!session.open(LibrarySession::Access::Rescue)) {
+        return Failed;
+    }
+    const auto preview = previewOf(*arguments.value(QStringLiteral("restore")), session);
+    if (!preview) {
+        return Failed;
+    }
+    if (preview->patches.isEmpty()) {
+        return Output::fail(
+            DoctorCommand::tr("none of its patches has a file that could be read; nothing was changed"));
+    }
+    session.library().takeOver(VelgorLibrary(preview->patches, preview->defaultPatch));
+    session.storage().keepLibraryFile();
+    const int status = session.save();
+    if (status == Done) {
+        DoctorReport::printPreview(*preview, arguments.has(QStringLiteral("json")));
+    }
+    return status;
+}
+
+} // namespace
+
+int CommandHandlers::libraryDoctor(const Arguments &arguments)
+{
+    const bool isRepair = arguments.has(QStringLiteral("repair"));
+    const bool isPreview = arguments.has(QStringLiteral("preview"));
+    const bool isRestore = arguments.has(QStringLiteral("restore"));
+    if (int(isRepair) + int(isPreview) + int(isRestore) > 1) {
+        return Output::fail(DoctorCommand::tr("library doctor takes one of --repair, --preview and --restore"));
+    }
+    if (isRepair) {
+        return repair(arguments);
+    }
+    if (isPreview) {
+        return preview(arguments);
+    }
+    return isRestore ? restore(arguments) : examine(arguments);
+}

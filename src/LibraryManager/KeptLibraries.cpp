@@ -1,0 +1,81 @@
+#include "KeptLibraries.h"
+
+#include "DiskFiles.h"
+#include "LibraryFileNames.h"
+#include "LibraryLoader.h"
+
+#include <QDir>
+#include <QHash>
+
+namespace KeptLibraries {
+
+namespace {
+
+std::optional<LibraryJson::Content> contentOf(const QString &path)
+{
+    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
+}
+
+QHash<quint64, VelgorPatch> byId(const QList<VelgorPatch> &patches)
+{
+    QHash<quint64, VelgorPatch> result;
+    for (const VelgorPatch &patch : patches) {
+        if (!patch.empty) {
+            result.insert(patch.id(), patch);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+Found find(const QString &directory)
+{
+    Found found;
+    const QDir folder(directory);
+    const QStringList names = folder.entryList(QDir::Files | QDir::NoSymLinks, QDir::Name | QDir::Reversed);
+    for (const QString &name : names) {
+        if (LibraryFileNames::isDatedCopy(name)) {
+            found.libraries.append({.file = name,
+                .keptAt = LibraryFileNames::dateOfCopy(name),
+                .content = contentOf(folder.filePath(name))});
+        } else if (LibraryFileNames::isDamagedFile(name)) {
+            found.patchFiles.prepend(name);
+        }
+    }
+    return found;
+}
+
+std::optional<Preview> preview(const QString &directory, const QString &file, const QList<VelgorPatch> &present)
+{
+    const std::optional<LibraryJson::Content> content = contentOf(directory + u'/' + file);
+    if (!content) {
+        return std::nullopt;
+    }
+    const LibraryLoadResult loaded = LibraryLoader(directory).loadEntries(*content);
+    Preview result;
+    result.withoutFile = loaded.droppedPatches;
+    if (loaded.library) {
+        result.patches = loaded.library->patches();
+        result.defaultPatch = loaded.library->defaultPatch();
+    }
+    const QHash<quint64, VelgorPatch> now = byId(present);
+    const QHash<quint64, VelgorPatch> then = byId(result.patches);
+    for (const VelgorPatch &patch : std::as_const(result.patches)) {
+        const auto other = now.constFind(patch.id());
+        if (other == now.cend()) {
+            result.comingBack.append(patch.name);
+        } else if (!(*other == patch)) {
+            result.changing.append(patch.name);
+        }
+    }
+    for (const VelgorPatch &patch : present) {
+        if (!patch.empty && !then.contains(patch.id())) {
+            result.leaving.append(patch.name);
+        }
+    }
+    return result;
+}
+
+} // namespace KeptLibraries

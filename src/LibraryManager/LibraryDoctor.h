@@ -1,0 +1,46 @@
+#pragma once
+
+#include "DirectoryListing.h"
+#include "LibraryHealth.h"
+#include "LibraryLoader.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+#include <optional>
+
+/// Examines a library directory: what the library file names against what is there. Changes nothing on disk.
+class LibraryDoctor {
+    Q_DECLARE_TR_FUNCTIONS(LibraryDoctor)
+
+public:
+    /// `directory` is a path without a slash at its end.
+    explicit LibraryDoctor(const QString &directory);
+
+    [[nodiscard]] LibraryHealth examine();
+
+private:
+    void noteLibraryFile(const LibraryLoadResult &loaded);
+    void examineFile(const QString &name);
+    void examinePatchFile(const QString &name, quint64 id);
+    void examineFileWithoutEntry(const QString &name, quint64 id, const VelgorPatch &patch);
+    void examineContents();
+    void examineSubdirectories();
+    void noteDropped();
+    /// The patch that a preset file holds; nothing, and why, where it holds none or several.
+    [[nodiscard]] std::optional<VelgorPatch> readPatch(const QString &name, QString &reason) const;
+    void noteKeptFiles();
+    void add(LibraryFinding::Kind kind, const QString &file, quint64 id, const QString &name = {},
+        const QString &reason = {}, const std::optional<VelgorPatch> &rescued = std::nullopt);
+
+    QString m_directory;
+    LibraryHealth m_health;
+    std::optional<DirectoryListing> m_listing;
+    QHash<quint64, VelgorPatch> m_loaded; ///< by id, with preset data
+    QHash<quint64, VelgorPatch> m_dropped; ///< by id, without
+    QHash<quint64, VelgorPatch> m_former; ///< by id, what the latest of the kept library files that knows it says
+    QSet<quint64> m_unreadable; ///< ids in the names of files that cannot be read
+    QHash<quint64, VelgorPatch> m_spare; ///< what files hold that belong to no patch of the library, by content
+};
