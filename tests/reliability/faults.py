@@ -13,12 +13,13 @@ import sys
 import tempfile
 
 import faults_injected
+import faults_reads
 import faults_rights
 import faults_space
 from faults_scenarios import COUNTS, scenarios
 from harness import Figures, Velgor
 
-PARTS = ("calls", "disk", "sizes", "rights")
+PARTS = ("calls", "reads", "disk", "sizes", "rights")
 IN_NAMESPACE = "VELGOR_MOUNTS_ARE_PRIVATE"
 
 
@@ -51,6 +52,8 @@ def run(arguments: argparse.Namespace, scratch: pathlib.Path, figures: Figures) 
             left_out("failing system calls", reason)
         else:
             faults_injected.run(figures, made(6), scratch, arguments.long)
+    if "reads" in arguments.parts and not faults_injected.why_not():
+        faults_reads.run(figures, made(6, faults_reads.SCENARIOS), scratch)
     if "sizes" in arguments.parts:
         faults_space.run_file_sizes(figures, made(10))
     if "rights" in arguments.parts:
