@@ -1,0 +1,298 @@
+#include "DiagnosticRecorder.h"
+#include "KeptLibraries.h"
+#include "LibraryDoctor.h"
+#include "LibraryJournal.h"
+#include "LibraryStorageManager.h"
+#include "TestLibraries.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+using namespace TestLibraries;
+using Kind = LibraryFinding::Kind;
+
+namespace {
+
+const QString libraryFile = LibraryFileNames::libraryFile();
+
+/// A patch whose id is the hash of its content, as an import gives it.
+VelgorPatch imported(const QString &name, int seed)
+{
+    const VelgorPatch any = TestLibraries::patch(name, 1, seed);
+    VelgorPatch patch(*any.patchData, *any.userIRData, *any.headerData);
+    patch.date = any.date;
+    patch.comment = QStringLiteral("words about ") + name;
+    patch.guitar = true;
+    return patch;
+}
+
+LibraryJson::Content importedThree()
+{
+    return {
+        {imported(QStringLiteral("Lead"), 1), imported(QStringLiteral("A/B"), 2), imported(QStringLiteral("Clean"), 3)},
+        std::nullopt};
+}
+
+QString fileOf(const VelgorPatch &patch)
+{
+    return LibraryFileNames::patchFile(patch.name, patch.id());
+}
+
+LibraryHealth examine(const LibraryDirectory &directory)
+{
+    return LibraryDoctor(directory.path()).examine();
+}
+
+/// The one finding that there is to be.
+LibraryFinding only(const LibraryHealth &health)
+{
+    return health.findings.size() == 1 ? health.findings.first() : LibraryFinding();
+}
+
+/// Does what repairing does: loads, sweeps, adds what was rescued, saves.
+void repair(const LibraryDirectory &directory)
+{
+    LibraryStorageManager manager(directory.path());
+    auto library = manager.decodeLibrary();
+    if (!library) {
+        library = std::make_unique<VelgorLibrary>();
+    }
+    manager.sweepLeftovers();
+    for (const VelgorPatch &patch : examine(directory).rescuedPatches()) {
+        library->append(patch, false, false);
+    }
+    manager.save(*library);
+}
+
+} // namespace
+
+class TestLibraryDoctor : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<DiagnosticRecorder> m_lines;
+    LibraryJson::Content m_three = importedThree();
+    VelgorPatch m_lead = m_three.patches.first();
+
+private Q_SLOTS:
+    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
+    void cleanup() { m_lines.reset(); }
+
+    void soundLibraryHasNoFindings()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(QStringLiteral("notes.txt"), "mine");
+        const auto before = directory.stamps();
+        QVERIFY(examine(directory).findings.isEmpty());
+        QCOMPARE(directory.stamps(), before);
+        QVERIFY(examine(LibraryDirectory()).findings.isEmpty());
+    }
+
+    void patchWithoutFileIsFound()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        QFile::remove(directory.filePath(fileOf(m_lead)));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::PatchWithoutFile && !finding.rescued);
+        QCOMPARE(finding.name, QStringLiteral("Lead"));
+        QCOMPARE(finding.id, m_lead.id());
+    }
+
+    void patchWithoutFileIsRescuedFromAFileThatHoldsIt()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        QVERIFY(QFile::rename(directory.filePath(fileOf(m_lead)), directory.filePath(QStringLiteral("lib-x.7.prst"))));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::PatchWithoutFile && finding.rescued);
+        repair(directory);
+        QList<VelgorPatch> patches = loaded(directory);
+        QCOMPARE(patches.size(), 3);
+        QVERIFY(TestPatches::isIdentical(patches.last(), m_lead));
+    }
+
+    void fileWithoutEntryIsAdopted()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content two = m_three;
+        two.patches.removeFirst();
+        QVERIFY(!save(directory, two).hasError());
+        directory.write(fileOf(m_lead), patchBytes(m_lead));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::FileWithoutEntry && finding.rescued);
+        repair(directory);
+        QVERIFY(examine(directory).findings.isEmpty());
+        const VelgorPatch adopted = loaded(directory).last();
+        QCOMPARE(adopted.id(), m_lead.id());
+        QCOMPARE(adopted.patchData, m_lead.patchData);
+    }
+
+    void adoptedFileGetsBackWhatAFormerLibraryFileKnows()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        VelgorPatch renamed = m_lead.withId(m_lead.id());
+        renamed.name = QStringLiteral("Renamed");
+        LibraryJson::Content former = m_three;
+        former.patches.first() = renamed;
+        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
+        directory.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), LibraryJson::encode(former));
+        LibraryJson::Content two = m_three;
+        two.patches.removeFirst();
+        directory.write(libraryFile, LibraryJson::encode(two));
+        repair(directory);
+        QVERIFY(TestPatches::isIdentical(loaded(directory).last(), renamed));
+        QVERIFY(examine(directory).findings.isEmpty());
+    }
+
+    void unreadableFileIsFoundOnce()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(fileOf(m_lead), "damaged");
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::UnreadableFile && !finding.rescued && !finding.reason.isEmpty());
+        QCOMPARE(finding.file, fileOf(m_lead));
+        QCOMPARE(finding.name, QStringLiteral("Lead"));
+    }
+
+    void fileOfAnotherPatchIsFound()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(fileOf(m_lead), patchBytes(m_three.patches.at(1)));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::FileOfOtherContent && !finding.rescued);
+        QCOMPARE(finding.file, fileOf(m_lead));
+        QVERIFY(finding.reason.contains(QStringLiteral("A/B")));
+    }
+
+    void renamedPatchIsNoFinding()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        m_three.patches.first().name = QStringLiteral("Renamed");
+        QVERIFY(!save(directory, m_three).hasError());
+        QVERIFY(examine(directory).findings.isEmpty());
+        m_three = importedThree();
+    }
+
+    void foreignFilesWithAnIdAreFound_data()
+    {
+        QTest::addColumn<QString>("file");
+        const QString id = QString::number(m_lead.id());
+        QTest::newRow("copy") << QStringLiteral("my copy.%1.bak").arg(id);
+        QTest::newRow("second file of the patch") << QStringLiteral("lib-Other.%1.prst").arg(id);
+        QTest::newRow("in a directory") << QStringLiteral("sub/lib-Lead.%1.prst").arg(id);
+    }
+    void foreignFilesWithAnIdAreFound()
+    {
+        QFETCH(const QString, file);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(file, patchBytes(m_lead));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::ForeignFile && !finding.rescued);
+        QCOMPARE(finding.file, file);
+        QCOMPARE(finding.id, m_lead.id());
+    }
+
+    void leftoversAreFoundAndSwept()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
+        directory.write(LibraryFileNames::journalFile(), LibraryJournal().encode());
+        directory.write(LibraryFileNames::libraryCopy(), "{");
+        const LibraryHealth health = examine(directory);
+        QCOMPARE(health.findings.size(), 3);
+        QVERIFY(std::all_of(health.findings.begin(), health.findings.end(),
+            [](const LibraryFinding &finding) { return finding.kind == Kind::Leftover; }));
+        repair(directory);
+        QVERIFY(examine(directory).findings.isEmpty());
+    }
+
+    void damagedLibraryFileIsRebuiltFromThePatchFiles()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
+        directory.write(libraryFile, "garbled");
+        const LibraryHealth health = examine(directory);
+        QVERIFY(health.findings.first().kind == Kind::DamagedLibraryFile);
+        QCOMPARE(health.rescuedPatches().size(), 3);
+        repair(directory);
+        QList<VelgorPatch> patches = loaded(directory);
+        QCOMPARE(patches.size(), 3);
+        for (const VelgorPatch &patch : std::as_const(m_three.patches)) {
+            QVERIFY(std::any_of(patches.begin(), patches.end(),
+                [&patch](const VelgorPatch &other) { return TestPatches::isIdentical(patch, other); }));
+        }
+        QCOMPARE(datedCopies(directory).size(), 2);
+        QCOMPARE(directory.read(datedCopies(directory).last()), QByteArray("garbled"));
+    }
+
+    void keptFilesAreListedTheLatestFirst()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(QStringLiteral("velgorlibrary-20260101T100203-00.json"), LibraryJson::encode(m_three));
+        directory.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), "garbled");
+        directory.write(LibraryFileNames::damagedFile(42, 0), "damaged");
+        const LibraryHealth health = examine(directory);
+        QVERIFY(health.findings.isEmpty());
+        QCOMPARE(health.keptLibraries.size(), 2);
+        QVERIFY(!health.keptLibraries.first().content);
+        QCOMPARE(health.keptLibraries.last().content->patches.size(), 3);
+        QCOMPARE(health.keptLibraries.last().keptAt, QDateTime({2026, 1, 1}, {10, 2, 3}, Qt::UTC));
+        QCOMPARE(health.keptPatchFiles, QStringList{LibraryFileNames::damagedFile(42, 0)});
+    }
+
+    void restoringIsPreviewedAndCanBeTakenBack()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+        LibraryJson::Content then = m_three;
+        then.patches.removeAt(2);
+        then.patches.first().comment = QStringLiteral("former words");
+        then.patches.append(imported(QStringLiteral("Gone"), 7));
+        then.defaultPatch = m_lead.id();
+        directory.write(former, LibraryJson::encode(then));
+
+        LibraryStorageManager manager(directory.path());
+        auto library = manager.decodeLibrary();
+        const auto preview = KeptLibraries::preview(directory.path(), former, library->patches());
+        QVERIFY(preview);
+        QCOMPARE(preview->comingBack, QStringList());
+        QCOMPARE(preview->changing, QStringList{QStringLiteral("Lead")});
+        QCOMPARE(preview->leaving, QStringList{QStringLiteral("Clean")});
+        QCOMPARE(preview->withoutFile, QStringList{QStringLiteral("Gone")});
+
+        library->takeOver(VelgorLibrary(preview->patches, preview->defaultPatch));
+        manager.keepLibraryFile();
+        manager.save(*library);
+        QCOMPARE(manager.keptFiles().size(), 1);
+        QCOMPARE(loadedNames(directory), (QStringList{QStringLiteral("Lead"), QStringLiteral("A/B")}));
+        QCOMPARE(load(directory).library->defaultPatch(), std::optional(m_lead.id()));
+
+        const QString kept = QFileInfo(manager.keptFiles().constFirst()).fileName();
+        const auto back = KeptLibraries::preview(directory.path(), kept, library->patches());
+        QCOMPARE(back->comingBack, QStringList{QStringLiteral("Clean")});
+        QVERIFY(areIdentical(back->patches, m_three.patches));
+    }
+
+    void formerLibraryFileThatCannotBeReadHasNoPreview()
+    {
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), "garbled");
+        QVERIFY(!KeptLibraries::preview(directory.path(), QStringLiteral("velgorlibrary-20260101T000000-00.json"), {}));
+        QVERIFY(!KeptLibraries::preview(directory.path(), QStringLiteral("missing.json"), {}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLibraryDoctor)
+#include "tst_LibraryDoctor.moc"
