@@ -1,0 +1,199 @@
+#include "DiagnosticRecorder.h"
+#include "DiskFiles.h"
+#include "LibraryStorageManager.h"
+#include "PatchFileHandler.h"
+#include "TestLibraries.h"
+#include "TreeRecord.h"
+
+#include <QTest>
+
+using namespace TestLibraries;
+
+namespace {
+
+QStringList hostileNames()
+{
+    return {
+        QStringLiteral("../../outside"),
+        QStringLiteral("/etc/passwd"),
+        QStringLiteral("a/b/../../../c"),
+        QStringLiteral("..\\..\\outside"),
+        QStringLiteral("C:\\x"),
+        QStringLiteral("a") + QChar(0) + QStringLiteral("/b"),
+        QStringLiteral("line\nfeed\r\t"),
+        QStringLiteral("x.42.prst"),
+        QStringLiteral("x.43."),
+        QStringLiteral(".42.43.44."),
+        QStringLiteral("lib-Lead.43.prst"),
+        QStringLiteral("x").repeated(300),
+        QStringLiteral(u"\u00E9").repeated(300),
+        QStringLiteral(u"\U0001F3B8").repeated(300),
+        QStringLiteral(u"\u202Eabc\u200F\u2066"),
+        QStringLiteral(u"\U0001F468\u200D\U0001F469\u200D\U0001F467"),
+        QStringLiteral(".."),
+        QStringLiteral("."),
+        QString(),
+        QStringLiteral(" "),
+        QStringLiteral("-rf"),
+        QStringLiteral("--help"),
+        QStringLiteral("velgorlibrary.json"),
+        QStringLiteral(".velgor-writing-x"),
+        QStringLiteral(".velgorlibrary.lock"),
+        QStringLiteral("%2e%2e%2f$HOME`id`;&|<>*?\"'"),
+        QStringLiteral(u"\uFEFFmark\uFFFF"),
+    };
+}
+
+/// A patch that was given this name after its import, so that its record still has another.
+VelgorPatch named(const QString &name, qsizetype index)
+{
+    VelgorPatch named = patch(QStringLiteral("Patch"), 42 + static_cast<quint64>(index), static_cast<int>(index) + 1);
+    named.name = name;
+    return named;
+}
+
+} // namespace
+
+/// Patches are stored, found, renamed, removed and exported under any name, and nothing outside of the directory moves.
+class TestHostileNames : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<DiagnosticRecorder> m_silence;
+    std::unique_ptr<LibraryDirectory> m_directory;
+    TreeRecord::Record m_outside;
+
+    [[nodiscard]] TreeRecord::Record outside() const
+    {
+        return TreeRecord::of(m_directory->parentPath(), m_directory->path());
+    }
+
+    /// One start of the program: loads, changes, saves.
+    template <typename Change>
+    void run(Change change)
+    {
+        LibraryStorageManager storage(m_directory->path());
+        auto library = storage.decodeLibrary();
+        QVERIFY(library);
+        change(*library, storage);
+        storage.save(*library);
+        QVERIFY2(!storage.writeError(), qPrintable(storage.writeProblems().join(u'|')));
+        QCOMPARE(outside(), m_outside);
+    }
+
+    void hold(const QStringList &names)
+    {
+        const LibraryLoadResult result = load(*m_directory);
+        QVERIFY(result.library && result.droppedPatches.isEmpty());
+        QCOMPARE(TestPatches::names(result.library->patches()), names);
+        QVERIFY(result.damagedFiles.isEmpty());
+        QCOMPARE(outside(), m_outside);
+        // As many files as patches, each directly in the directory: no name lost or took another's.
+        QCOMPARE(m_directory->files().size(), names.size() + 1);
+        QVERIFY(m_directory->files().filter(QStringLiteral("/")).isEmpty());
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_silence = std::make_unique<DiagnosticRecorder>();
+        m_directory = std::make_unique<LibraryDirectory>(QStringLiteral("a/b/library"));
+        // What names that lead out of the directory would hit.
+        for (const char *path : {"outside", "c", "Lead.42.prst", "velgorlibrary.json", "a/outside", "a/b/outside",
+                 "a/b/lib-Lead.42.prst", "a/b/$outside.42.prst"}) {
+            QFile file(m_directory->parentPath() + u'/' + QString::fromLatin1(path));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("precious") > 0);
+        }
+        m_outside = outside();
+    }
+    void cleanup()
+    {
+        m_directory.reset();
+        m_silence.reset();
+    }
+
+    void patchLivesUnderAnyName_data()
+    {
+        QTest::addColumn<QString>("name");
+        int row = 0;
+        for (const QString &name : hostileNames()) {
+            QTest::addRow("%d %s", row++, name.left(20).toUtf8().toPercentEncoding(" ").constData()) << name;
+        }
+    }
+    void patchLivesUnderAnyName()
+    {
+        QFETCH(const QString, name);
+        const QString second = QStringLiteral("A/B");
+        const QString third = QStringLiteral("Clean");
+        LibraryJson::Content content = three();
+        content.patches[0].name = name;
+        QVERIFY(!save(*m_directory, content).hasError());
+        hold({name, second, third});
+
+        const auto rename = [](const QString &to) {
+            return [to](VelgorLibrary &library, LibraryStorageManager &) {
+                VelgorPatch patch = library.patches().first();
+                patch.name = to;
+                library.update(patch);
+            };
+        };
+        run(rename(QStringLiteral("Plain")));
+        hold({QStringLiteral("Plain"), second, third});
+        run(rename(name));
+        hold({name, second, third});
+
+        const VelgorPatch patch = loaded(*m_directory).first();
+        QCOMPARE(patch.soundHash(), content.patches.first().soundHash());
+        DiskFiles files;
+        PatchFileHandler handler(files);
+        const QString target = m_directory->parentPath() + QStringLiteral("/a/exported.prst");
+        QVERIFY2(handler.exportTo({patch}, target), qPrintable(handler.problem()));
+        const auto exported = handler.read(target);
+        QVERIFY(exported && exported->patches.first().data == content.patches.first().patchData->data);
+        QVERIFY(QFile::remove(target));
+        QCOMPARE(outside(), m_outside);
+
+        run([](VelgorLibrary &library, LibraryStorageManager &storage) { library.deletePatches({42}, storage); });
+        hold({second, third});
+    }
+
+    void namesThatLookAlikeAreKeptApart()
+    {
+        const QStringList names{QStringLiteral("lead"), QStringLiteral("LEAD"), QStringLiteral("Lead"),
+            QStringLiteral(u"caf\u00E9"), QStringLiteral(u"cafe\u0301"), QStringLiteral(u"CAFE\u0301"),
+            QStringLiteral("a/b"), QStringLiteral("a$b"), QStringLiteral("same"), QStringLiteral("same"),
+            QStringLiteral("x").repeated(300), QStringLiteral("x").repeated(301)};
+        LibraryJson::Content content;
+        for (int i = 0; i < names.size(); ++i) {
+            content.patches.append(named(names.at(i), i));
+        }
+        QVERIFY(!save(*m_directory, content).hasError());
+        hold(names);
+        QVERIFY(areIdentical(loaded(*m_directory), content.patches));
+        run([](VelgorLibrary &library, LibraryStorageManager &storage) {
+            library.deletePatches({42, 45, 48}, storage);
+        });
+        QCOMPARE(loadedNames(*m_directory).size(), names.size() - 3);
+        QCOMPARE(load(*m_directory).droppedPatches, QStringList());
+    }
+
+    void allNamesLiveInOneLibrary()
+    {
+        LibraryJson::Content content;
+        for (const QString &name : hostileNames()) {
+            content.patches.append(named(name, content.patches.size()));
+        }
+        QVERIFY(!save(*m_directory, content).hasError());
+        hold(hostileNames());
+        QVERIFY(areIdentical(loaded(*m_directory), content.patches));
+        // Each takes the next one's name, where names hold the numbers of others.
+        for (qsizetype i = 0; i < content.patches.size(); ++i) {
+            content.patches[i].name = hostileNames().at((i + 1) % content.patches.size());
+        }
+        QVERIFY(!save(*m_directory, content).hasError());
+        QVERIFY(areIdentical(loaded(*m_directory), content.patches));
+        QCOMPARE(outside(), m_outside);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestHostileNames)
+#include "tst_HostileNames.moc"
