@@ -1,0 +1,183 @@
+#include "LibraryDirectory.h"
+#include "ProgramFiles.h"
+#include "VelgorProcess.h"
+
+#include <QTest>
+
+namespace {
+
+using Json = VelgorProcess::Json;
+
+const QString libraryFile = QStringLiteral("velgorlibrary.json");
+const QString lead = QStringLiteral("8725204569585644227");
+
+QStringList doctor(std::initializer_list<QString> options = {})
+{
+    return QStringList{QStringLiteral("doctor"), QStringLiteral("--json")} + QStringList(options);
+}
+
+QStringList codes(const Json &document)
+{
+    QStringList result;
+    for (const Json &finding : document["findings"]) {
+        result.append(QString::fromStdString(finding["code"].get<std::string>()));
+    }
+    return result;
+}
+
+QString fileOfLead(const LibraryDirectory &directory)
+{
+    return directory.files().filter(lead).value(0);
+}
+
+QStringList formerFiles(const LibraryDirectory &directory)
+{
+    return directory.files().filter(QStringLiteral("velgorlibrary-"));
+}
+
+} // namespace
+
+class TestDoctorCommand : public QObject {
+    Q_OBJECT
+
+private:
+    VelgorProcess m_velgor;
+
+private Q_SLOTS:
+    void soundLibraryEndsWithNothingFound()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const auto before = directory.stamps();
+        const auto result = m_velgor.library(directory.path(), doctor());
+        QCOMPARE(result.status, 0);
+        QVERIFY(result.json()["findings"].empty() && result.json()["keptLibraries"].empty());
+        const auto lines = m_velgor.library(directory.path(), {QStringLiteral("doctor")});
+        QCOMPARE(lines.status, 0);
+        QVERIFY(lines.output.contains("0 findings"));
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void examiningTellsAndChangesNothing()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        directory.write(fileOfLead(directory), "damaged");
+        directory.write(QStringLiteral("mine.%1.bak").arg(lead), "mine");
+        directory.write(QStringLiteral(".velgor-writing-1"), "x");
+        const auto before = directory.stamps();
+        const auto result = m_velgor.library(directory.path(), doctor());
+        QCOMPARE(result.status, 1);
+        QStringList found = codes(result.json());
+        found.sort();
+        QCOMPARE(found,
+            (QStringList{QStringLiteral("foreignFile"), QStringLiteral("leftover"), QStringLiteral("unreadableFile")}));
+        QCOMPARE(m_velgor.library(directory.path(), {QStringLiteral("doctor")}).status, 1);
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void lostEntryIsAddedWithItsComment()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const QStringList setComment{
+            QStringLiteral("set"), lead, QStringLiteral("--comment"), QStringLiteral("my words")};
+        QCOMPARE(m_velgor.library(directory.path(), setComment).status, 0);
+        const QString file = fileOfLead(directory);
+        const QByteArray bytes = directory.read(file);
+        QVERIFY(QFile::remove(directory.filePath(file)));
+        const QStringList other{QStringLiteral("add"), ProgramFiles::sample(QStringLiteral("realistic/half51"))};
+        QCOMPARE(m_velgor.library(directory.path(), other).status, 0);
+        QVERIFY(!directory.read(libraryFile).contains("my words"));
+        directory.write(file, bytes);
+
+        const auto result = m_velgor.library(directory.path(), doctor({QStringLiteral("--repair")}));
+        QCOMPARE(result.status, 0);
+        QCOMPARE(result.json()["added"].size(), 1U);
+        QCOMPARE(result.json()["added"][0].get<std::string>(), lead.toStdString());
+        QVERIFY(directory.read(libraryFile).contains("my words"));
+        QCOMPARE(m_velgor.library(directory.path(), doctor()).status, 0);
+    }
+
+    void garbledLibraryIsRebuiltAndKept()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const auto before = m_velgor.library(directory.path(), {QStringLiteral("list"), QStringLiteral("--json")});
+        directory.write(libraryFile, "garbled");
+        const auto examined = m_velgor.library(directory.path(), doctor());
+        QCOMPARE(examined.status, 1);
+        QVERIFY(codes(examined.json()).contains(QStringLiteral("damagedLibraryFile")));
+        QCOMPARE(m_velgor.library(directory.path(), doctor({QStringLiteral("--repair")})).status, 0);
+        const auto after = m_velgor.library(directory.path(), {QStringLiteral("list"), QStringLiteral("--json")});
+        QCOMPARE(after.json()["total"].get<int>(), before.json()["total"].get<int>());
+        QCOMPARE(formerFiles(directory).size(), 1);
+        QCOMPARE(directory.read(formerFiles(directory).first()), QByteArray("garbled"));
+    }
+
+    void repairOfNothingWritesNothing()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const auto before = directory.stamps();
+        QCOMPARE(m_velgor.library(directory.path(), doctor({QStringLiteral("--repair")})).status, 0);
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void formerLibraryIsPreviewedRestoredAndTakenBack()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+        directory.write(former, directory.read(libraryFile));
+        const QStringList rename{QStringLiteral("set"), lead, QStringLiteral("--name"), QStringLiteral("Renamed")};
+        QCOMPARE(m_velgor.library(directory.path(), rename).status, 0);
+        const QByteArray renamed = directory.read(libraryFile);
+
+        const auto preview = m_velgor.library(directory.path(), doctor({QStringLiteral("--preview"), former}));
+        QCOMPARE(preview.status, 0);
+        QCOMPARE(preview.json()["changing"].size(), 1U);
+        QVERIFY(preview.json()["leaving"].empty());
+        QCOMPARE(directory.read(libraryFile), renamed);
+
+        QCOMPARE(m_velgor.library(directory.path(), doctor({QStringLiteral("--restore"), former})).status, 0);
+        QCOMPARE(directory.read(libraryFile), directory.read(former));
+        const QString latest = formerFiles(directory).last();
+        QCOMPARE(directory.read(latest), renamed);
+        QCOMPARE(m_velgor.library(directory.path(), doctor({QStringLiteral("--restore"), latest})).status, 0);
+        QCOMPARE(directory.read(libraryFile), renamed);
+    }
+
+    void wrongUseIsRefused_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("two things at once")
+            << doctor({QStringLiteral("--repair"), QStringLiteral("--restore"), QStringLiteral("x")});
+        QTest::newRow("unknown former library") << doctor({QStringLiteral("--restore"), QStringLiteral("x.json")});
+        QTest::newRow("preview of a file elsewhere")
+            << doctor({QStringLiteral("--preview"), QStringLiteral("/etc/hostname")});
+    }
+    void wrongUseIsRefused()
+    {
+        QFETCH(const QStringList, arguments);
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const auto before = directory.stamps();
+        const auto result = m_velgor.library(directory.path(), arguments);
+        QCOMPARE(result.status, 2);
+        QVERIFY(result.errors.contains("velgor: "));
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void missingDirectoryIsNoLibrary()
+    {
+        const LibraryDirectory directory;
+        const QString missing = directory.filePath(QStringLiteral("missing"));
+        QCOMPARE(m_velgor.library(missing, doctor()).status, 2);
+        QCOMPARE(m_velgor.library(missing, doctor({QStringLiteral("--repair")})).status, 2);
+        QVERIFY(!directory.has(QStringLiteral("missing")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDoctorCommand)
+#include "tst_DoctorCommand.moc"
