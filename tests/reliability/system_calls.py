@@ -94,7 +94,7 @@ class Scenario:
 
 def main() -> None:
     parser = options.parser(__doc__ or "")
-    parser.add_argument("--only", help="one kind of operation")
+    parser.add_argument("--only", help="one kind of operation, or \"window\"")
     arguments = parser.parse_args()
     reason = calls.why_not()
     if reason:
@@ -112,7 +112,7 @@ def main() -> None:
                 scenario.kill_at(call, figures)
             kinds = collections.Counter(call.name for call in found)
             print(f"  {name}: " + ", ".join(f"{number} {kind}" for kind, number in kinds.items()), flush=True)
-        if arguments.window:
+        if arguments.window and arguments.only in (None, "window"):
             kill_window(arguments.window, Velgor(arguments.velgor), chance, pathlib.Path(directory), figures)
     figures.finish()
 

@@ -14,7 +14,8 @@ def check_after_stop(
     library: Library, before: State, operation: Operation, figures: Figures, where: str, finished: bool = False
 ) -> State | None:
     """The library opens, without a word of loss, as it was before the operation or after it; a finished operation
-    leaves no choice. Gives what is there, and nothing where going on makes no sense."""
+    leaves no choice. Gives what is there, and nothing where something is lost."""
+    lost = figures.counts["lost"]
     try:
         found = library.state()
     except LibraryBroken as broken:
@@ -33,7 +34,7 @@ def check_after_stop(
     problem = export_problem(operation, finished)
     if problem:
         figures.fail("lost", f"{where}: {problem}")
-    return found
+    return found if figures.counts["lost"] == lost else None
 
 
 def check_next_start(library: Library, state: State, figures: Figures, where: str) -> None:
