@@ -20,6 +20,8 @@ namespace {
 
 constexpr auto savePeriod = 10ms;
 constexpr std::chrono::milliseconds duration = 6s;
+constexpr std::chrono::milliseconds longest = 60s;
+constexpr int fewestSaves = 5;
 /// Edits go on all the time; saves are asked for in every other stretch, so that they fall due in between.
 constexpr std::chrono::milliseconds stretch = 40ms;
 constexpr int mostEditsAtOnce = 20;
@@ -335,7 +337,9 @@ private Q_SLOTS:
         });
         Reader reader(directory.path(), states, writing);
         timer.start();
-        while (clock.elapsed() < duration.count() && problem.isEmpty()) {
+        // A busy machine gets more time to come to enough saves.
+        const auto isEnough = [&] { return saves >= fewestSaves && editsDuringSaves > 0; };
+        while (clock.elapsed() < (isEnough() ? duration : longest).count() && problem.isEmpty()) {
             QTest::qWait(50);
         }
         timer.stop();
@@ -353,7 +357,7 @@ private Q_SLOTS:
             hashOf(library->patches(), library->defaultPatch()));
         qInfo("%d edits, %d of them during saves; %d background saves; %d whole loads, %d loads during saves",
             edits.count(), editsDuringSaves, saves, reader.wholeLoads(), reader.loadsDuringSaves());
-        QVERIFY(edits.count() > 100 && saves >= 5 && editsDuringSaves > 0);
+        QVERIFY(edits.count() > 100 && isEnough());
         QVERIFY(reader.wholeLoads() > 10 && reader.loadsDuringSaves() > 0);
     }
 };
