@@ -2,7 +2,6 @@
 
 #include "Diagnostics.h"
 #include "InstanceMessage.h"
-#include "LibraryFileNames.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -54,7 +53,7 @@ SingleInstance::Outcome SingleInstance::start(const QString &file)
             listen();
             return Outcome::First;
         }
-        const bool isHeld = m_lock.error() == QLockFile::LockFailedError;
+        const bool isHeld = m_lock.isHeldElsewhere();
         // A command holds the lock for a moment, and so does an application that is ending.
         const Reply reply = handOver(request, deadline);
         if (reply == Reply::Yes) {
@@ -66,13 +65,12 @@ SingleInstance::Outcome SingleInstance::start(const QString &file)
             return Outcome::Refused;
         }
         if (!isHeld) {
-            m_reason = tr("%1: the directory cannot be written").arg(m_directory);
+            m_reason = m_lock.reason();
             listen();
             return Outcome::First;
         }
         if (deadline.hasExpired()) {
-            m_reason = tr("%1: the library is in use by another program, says its lock file %2")
-                           .arg(m_directory, LibraryFileNames::lockFile());
+            m_reason = m_lock.reason();
             return Outcome::Refused;
         }
         std::this_thread::sleep_for(pause);

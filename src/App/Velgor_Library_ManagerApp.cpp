@@ -41,6 +41,8 @@ Velgor_Library_ManagerApp::~Velgor_Library_ManagerApp() = default;
 
 int Velgor_Library_ManagerApp::run(const QString &file)
 {
+    // Before the lock is taken: a program that a signal ends leaves none. They come once the event loop runs.
+    const TerminationSignals signalsFromSystem;
     m_instance = std::make_unique<SingleInstance>(storage.libDirectory());
     const SingleInstance::Outcome outcome = m_instance->start(file);
     if (outcome == SingleInstance::Outcome::HandedOver) {
@@ -49,13 +51,13 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     m_window = std::make_unique<ContentView>(m_desk, m_systemColorScheme, m_windowState);
     if (outcome == SingleInstance::Outcome::Refused) {
         // Without the window, which would show a library that is not this program's.
+        connect(&signalsFromSystem, &TerminationSignals::terminated, qApp, &QCoreApplication::quit);
         MessageBox::show(
             nullptr, AlertTexts::directoryInUse(m_instance->reason()), [](bool) { QCoreApplication::quit(); });
         QCoreApplication::exec();
         return 1;
     }
     m_dialogs.setParent(m_window.get());
-    const TerminationSignals signalsFromSystem;
     connect(&signalsFromSystem, &TerminationSignals::terminated, this, &Velgor_Library_ManagerApp::terminate);
     connect(
         qApp, &QGuiApplication::commitDataRequest, this, [this] { storage.saveUnsaved(); }, Qt::DirectConnection);
@@ -105,16 +107,18 @@ void Velgor_Library_ManagerApp::moveLibrary()
     // Its files get a folder to themselves.
     const QString directory =
         QDir(*chosen).isEmpty() ? *chosen : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
-    const QString problem = storage.moveTo(directory, velgorLibrary);
+    std::unique_ptr<SingleInstance> instance;
+    const QString problem = storage.moveTo(directory, velgorLibrary, [&instance](const QString &target) {
+        instance = std::make_unique<SingleInstance>(target);
+        const bool isFirst = instance->start(QString()) == SingleInstance::Outcome::First;
+        return isFirst ? QString() : tr("%1: another program uses the folder").arg(target);
+    });
     if (!problem.isEmpty()) {
         m_window->alerts().show(AlertTexts::cannotMoveLibrary(problem), [](bool) {});
         return;
     }
-    auto instance = std::make_unique<SingleInstance>(storage.libDirectory());
-    if (instance->start(QString()) == SingleInstance::Outcome::First) {
-        connect(instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
-        m_instance = std::move(instance);
-    }
+    connect(instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
+    m_instance = std::move(instance);
 }
 
 void Velgor_Library_ManagerApp::terminate()

@@ -137,10 +137,7 @@ bool LibrarySession::lock()
     if (m_lock->tryLock()) {
         return true;
     }
-    const bool isHeld = m_lock->error() == QLockFile::LockFailedError;
-    Output::fail(isHeld ? tr("%1: the library is in use by another program, says its lock file %2")
-                              .arg(m_storage.libDirectory(), LibraryFileNames::lockFile())
-                        : tr("%1: the directory cannot be written").arg(m_storage.libDirectory()));
+    Output::fail(m_lock->reason());
     return false;
 }
 

@@ -62,7 +62,7 @@ QList<BatchFiles::Failure> BatchFiles::finish()
     for (const Staged &file : staged) {
         const QString error = DiskFiles::commit(file.temporary, file.path);
         if (!error.isEmpty()) {
-            failures.append({file.path, error});
+            failures.append({.path = file.path, .error = error, .temporary = file.temporary});
         }
     }
     return failures;

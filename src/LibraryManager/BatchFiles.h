@@ -17,6 +17,7 @@ public:
     struct Failure {
         QString path;
         QString error;
+        QString temporary; ///< where the file is still
     };
 
     explicit BatchFiles(const QString &directory);

@@ -127,7 +127,14 @@ QString endOfLinks(const QString &path)
 /// Writes and checks every byte; a full disk may show only when the file is flushed or measured.
 QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
 {
-    if (file.write(bytes) == bytes.size() && file.flush() && file.size() == bytes.size()) {
+    qint64 written = 0;
+    qint64 count = 1;
+    // Only the attempt to write the rest says why there was room for a part.
+    while (count > 0 && written < bytes.size()) {
+        count = file.write(bytes.constData() + written, bytes.size() - written);
+        written += std::max<qint64>(count, 0);
+    }
+    if (written == bytes.size() && file.flush() && file.size() == bytes.size()) {
         return isSynced ? DiskSync::syncFile(file) : QString();
     }
     return file.error() == QFileDevice::NoError ? DiskFiles::tr("not all bytes were written") : file.errorString();
@@ -181,7 +188,7 @@ QString DiskFiles::write(const QString &path, const QByteArray &bytes)
 
 FileReadResult DiskFiles::readRegular(const QString &path, Links links)
 {
-    const auto fail = [](const QString &error) { return FileReadResult{std::nullopt, error}; };
+    const auto fail = [](const QString &error) { return FileReadResult{.bytes = std::nullopt, .error = error}; };
     const auto tooLarge = [] { return tr("larger than any preset file"); };
     const auto noMemory = [] { return tr("there is not enough memory for it"); };
     const auto isLink = [] { return tr("a link in the place of a file"); };
@@ -211,7 +218,13 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     const Handle handle(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | linkFlag));
     if (handle.descriptor() < 0) {
-        return fail(errno == ELOOP && links == Links::Refuse ? isLink() : systemError());
+        const bool isLinkRefused = errno == ELOOP && links == Links::Refuse;
+        const bool isMissing = errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
+        // What opening refuses without a try may be no file at all.
+        const bool isSomethingElse = errno == ENXIO || errno == ENODEV || errno == EISDIR;
+        FileReadResult result = fail(isLinkRefused ? isLink() : systemError());
+        result.isUnreadable = !isMissing && !isSomethingElse;
+        return result;
     }
     qint64 size = 0;
     const QString refusal = checkRegular(handle, size);
@@ -226,10 +239,12 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     }
     const QString error = readAll(handle, bytes);
     if (!error.isEmpty()) {
-        return fail(error);
+        FileReadResult result = fail(error);
+        result.isUnreadable = true;
+        return result;
     }
 #endif
-    return {bytes, {}};
+    return {.bytes = bytes, .error = {}};
 }
 
 QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
@@ -238,6 +253,9 @@ QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
     QString error = stage(path, bytes, true, temporary);
     if (error.isEmpty()) {
         error = commit(temporary, path);
+        if (!error.isEmpty()) {
+            std::ignore = remove(temporary);
+        }
     }
     return error.isEmpty() ? DiskSync::syncDirectory(QFileInfo(path).absolutePath()) : error;
 }
@@ -281,9 +299,6 @@ QString DiskFiles::commit(const QString &temporary, const QString &path)
 {
     std::error_code error;
     std::filesystem::rename(nativePath(temporary), nativePath(path), error);
-    if (error) {
-        QFile::remove(temporary);
-    }
     return reason(error);
 }
 

@@ -35,7 +35,7 @@ public:
 
     /// The first step of a replacement: a checked temporary file beside `path`. Its name goes into `temporary`.
     [[nodiscard]] static QString stage(const QString &path, const QByteArray &bytes, bool isSynced, QString &temporary);
-    /// The last step: the temporary file takes the place of `path`. It is removed on failure.
+    /// The last step: the temporary file takes the place of `path`. It stays on failure.
     [[nodiscard]] static QString commit(const QString &temporary, const QString &path);
 
     /// Never replaces another file.

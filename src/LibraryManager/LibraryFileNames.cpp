@@ -123,7 +123,8 @@ bool isReserved(const QString &name)
 
 QString patchFile(const QString &patchName, quint64 patchID)
 {
-    QString name = patchName;
+    // Half a surrogate pair has no form in a file name.
+    QString name = patchName.isValidUtf16() ? patchName : QString::fromUtf8(patchName.toUtf8());
     name.remove(QChar(u'\0'));
     name.replace(u'/', u'$');
     const QString end = u'.' + QString::number(patchID) + patchSuffix;

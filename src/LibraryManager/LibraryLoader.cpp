@@ -121,6 +121,9 @@ void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &r
             result.droppedEntries.append(entry.patch);
         }
     }
+    if (result.droppedEntries.size() == result.writeState.unreadEntries.size()) {
+        return;
+    }
     const QString source =
         result.leftovers.isCopySpare ? LibraryFileNames::libraryFile() : LibraryFileNames::libraryCopy();
     if (!result.writeState.filesToKeep.contains(source)) {
@@ -215,7 +218,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
     qsizetype done = 0;
     for (const Entry &entry : entries) {
         QString fileName;
-        if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
+        if (const std::optional<SPresetFile> presets = readPatch(entry, done, fileName, result)) {
             library.append(*presets, true, entry.patch.id());
             ++progress.loaded;
             if (entry.patch.id() != entry.storedId) {
@@ -233,7 +236,8 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
     return progress;
 }
 
-std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString &fileName, LibraryLoadResult &result)
+std::optional<SPresetFile> LibraryLoader::readPatch(
+    const Entry &entry, qsizetype row, QString &fileName, LibraryLoadResult &result)
 {
     fileName = LibraryFileNames::patchFile(entry.patch.name, entry.storedId);
     const QString path = pathOf(fileName);
@@ -250,6 +254,9 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
     }
     if (!presets) {
         presets = readFromOtherFile(entry, fileName);
+    }
+    if (!presets && file.isUnreadable) {
+        result.writeState.unreadEntries.append({.row = row, .patch = entry.patch.withId(entry.storedId)});
     }
     if (!presets && !file.bytes) {
         Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(path));

@@ -67,7 +67,7 @@ private:
     [[nodiscard]] static QList<Entry> withUniqueIds(const QList<VelgorPatch> &patches);
     Progress loadPatches(VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
-        const Entry &entry, QString &fileName, LibraryLoadResult &result);
+        const Entry &entry, qsizetype row, QString &fileName, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromJournal(const Entry &entry, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
     [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name) const;

@@ -1,12 +1,15 @@
 #include "LibraryLock.h"
 
 #include "LibraryFileNames.h"
+#include "OwnerlessLock.h"
 
-#include <chrono>
-#include <thread>
+#include <QFileInfo>
+
+#include <cerrno>
 
 LibraryLock::LibraryLock(const QString &directory)
-    : m_file(directory + u'/' + LibraryFileNames::lockFile())
+    : m_directory(directory)
+    , m_file(directory + u'/' + LibraryFileNames::lockFile())
 {
     // Only a holder that is gone makes a lock stale, never its age: a library may stay open for days.
     m_file.setStaleLockTime(0);
@@ -14,22 +17,40 @@ LibraryLock::LibraryLock(const QString &directory)
 
 bool LibraryLock::tryLock()
 {
-    return m_file.tryLock(0) || (isWithoutOwner() && m_file.removeStaleLockFile() && m_file.tryLock(0));
+    const QString removal = m_directory + u'/' + LibraryFileNames::lockRemovalFile();
+    m_isPlaceTaken = false;
+    for (const QString &path : {m_file.fileName(), removal}) {
+        const QFileInfo info(path);
+        m_isPlaceTaken = m_isPlaceTaken || info.isSymLink() || (info.exists() && !info.isFile());
+    }
+    if (m_isPlaceTaken) {
+        return false;
+    }
+    errno = 0;
+    if (m_file.tryLock(0)) {
+        return true;
+    }
+    m_systemError = errno;
+    // A program may have died while it took over the lock of one that had died.
+    if (OwnerlessLock::remove(removal) && m_file.tryLock(0)) {
+        return true;
+    }
+    return m_file.error() == QLockFile::LockFailedError && OwnerlessLock::remove(m_file.fileName())
+        && m_file.tryLock(0);
 }
 
-bool LibraryLock::isWithoutOwner() const
+bool LibraryLock::isHeldElsewhere() const
 {
-    // Between making the file and writing its owner goes by no time to speak of, unless the program died there.
-    constexpr int attempts = 10;
-    constexpr std::chrono::milliseconds pause(20);
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        qint64 process = 0;
-        QString host;
-        QString application;
-        if (m_file.error() != QLockFile::LockFailedError || m_file.getLockInfo(&process, &host, &application)) {
-            return false;
-        }
-        std::this_thread::sleep_for(pause);
+    return !m_isPlaceTaken && m_file.error() == QLockFile::LockFailedError;
+}
+
+QString LibraryLock::reason() const
+{
+    const QString name = LibraryFileNames::lockFile();
+    if (m_isPlaceTaken) {
+        return tr("%1: there is something else than a file in the place of the lock file %2").arg(m_directory, name);
     }
-    return true;
+    return isHeldElsewhere()
+        ? tr("%1: the library is in use by another program, says its lock file %2").arg(m_directory, name)
+        : tr("%1: the directory cannot be written (%2)").arg(m_directory, qt_error_string(m_systemError));
 }

@@ -1,19 +1,26 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QLockFile>
 #include <QString>
 
 /// Keeps a library directory to one program. A lock left by a crash is taken over.
 class LibraryLock {
+    Q_DECLARE_TR_FUNCTIONS(LibraryLock)
+
 public:
     explicit LibraryLock(const QString &directory);
 
-    /// False when another program holds the directory or the lock cannot be written; error() says which.
+    /// False when another program holds the directory or the lock cannot be written.
     [[nodiscard]] bool tryLock();
-    [[nodiscard]] QLockFile::LockError error() const { return m_file.error(); }
+    /// After tryLock() was false: another program holds the directory.
+    [[nodiscard]] bool isHeldElsewhere() const;
+    /// After tryLock() was false: why. Names the directory; translated.
+    [[nodiscard]] QString reason() const;
 
 private:
-    [[nodiscard]] bool isWithoutOwner() const;
-
+    QString m_directory;
     QLockFile m_file;
+    int m_systemError = 0; ///< of the last tryLock(), as the system numbers its errors
+    bool m_isPlaceTaken = false; ///< by something that is no file and that must not be opened
 };

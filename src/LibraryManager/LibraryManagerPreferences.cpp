@@ -1,6 +1,7 @@
 #include "LibraryManagerPreferences.h"
 
 #include "ObservableProperty.h"
+#include "OwnerlessLock.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -12,7 +13,10 @@ constexpr QLatin1String libraryDirectoryKey("libraryDirectory");
 
 std::unique_ptr<QSettings> userStore()
 {
-    return std::make_unique<QSettings>(QStringLiteral("velgor"), QStringLiteral("velgor-library-manager"));
+    auto store = std::make_unique<QSettings>(QStringLiteral("velgor"), QStringLiteral("velgor-library-manager"));
+    // Reading and writing would wait half a minute for a program that died while it made the lock.
+    OwnerlessLock::remove(store->fileName() + QStringLiteral(".lock"));
+    return store;
 }
 
 } // namespace

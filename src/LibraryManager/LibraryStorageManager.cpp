@@ -135,7 +135,7 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
     return std::move(result.library);
 }
 
-QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library)
+QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library, const TakeDirectory &take)
 {
     const QString target = QDir(directory).absolutePath();
     if (!LibraryFileNames::isListable(target)) {
@@ -148,6 +148,10 @@ QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibr
     const QString error = existence(target) == FileExistence::directory ? QString() : DiskFiles::makeDirectory(target);
     if (!error.isEmpty()) {
         return tr("%1: %2").arg(target, error);
+    }
+    const QString refusal = take ? take(target) : QString();
+    if (!refusal.isEmpty()) {
+        return refusal;
     }
     const LibraryWriteResult result = LibraryWriter(target, {}).save(LibrarySnapshot::take(library));
     if (result.hasError()) {

@@ -29,6 +29,7 @@ class LibraryStorageManager : public QObject, public LibraryStorage {
     Q_OBJECT
 
 public:
+    using TakeDirectory = std::function<QString(const QString &directory)>;
     using ShowDirectory = std::function<void(const QUrl &directory)>;
 
     /// The directory of the preferences, made if it is missing and recorded there if it can be used.
@@ -85,9 +86,11 @@ public:
     /// What decodeLibrary() would have returned, once.
     [[nodiscard]] std::unique_ptr<VelgorLibrary> takeLoadedLibrary() { return std::move(m_loadedLibrary); }
     /// Saves the library in another directory, which is made if need be, and keeps it there from then on; the former
-    /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. The reason when that
-    /// failed, and the library stays where it was; empty on success. Translated.
-    [[nodiscard]] QString moveTo(const QString &directory, const VelgorLibrary &library);
+    /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. `take` is called once
+    /// the directory is there, to keep other programs from it; a text that it returns ends the move. The reason when
+    /// that failed, and the library stays where it was; empty on success. Translated.
+    [[nodiscard]] QString moveTo(
+        const QString &directory, const VelgorLibrary &library, const TakeDirectory &take = {});
     /// Finishes what an interrupted program began, and removes what it left behind. To be called after loading, which
     /// finds out what is still needed, and only while this program alone uses the directory.
     void sweepLeftovers();

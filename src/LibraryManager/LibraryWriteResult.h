@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LibraryFileStamp.h"
+#include "VelgorPatch.h"
 
 #include <QList>
 #include <QSet>
@@ -9,12 +10,21 @@
 
 #include <optional>
 
+/// A patch of the library file whose preset file is there but could not be read when the library was loaded: it may
+/// be readable tomorrow.
+struct UnreadEntry {
+    qsizetype row = 0; ///< in the library file
+    VelgorPatch patch; ///< without preset data
+};
+
 /// What a save remembers for the next one.
 struct LibraryWriteState {
     QStringList filesToKeep = {}; ///< library files that hold what this program could not load
     QSet<QString> damagedFiles = {}; ///< patch files that cannot be read; they make room for a good one
     QSet<QString> leftAlone = {}; ///< files that could not be moved, and are not tried again
     QList<quint64> idsToRemove = {}; ///< their files go once the library file no longer holds them
+    QStringList prepared = {}; ///< temporary files that could not be put in place; spare once a later save did it
+    QList<UnreadEntry> unreadEntries = {}; ///< they stay in the library file as they are
     std::optional<LibraryFileStamp> libraryFile = {}; ///< as last read or written; nothing when there was none
 };
 

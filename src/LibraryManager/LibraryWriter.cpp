@@ -12,6 +12,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &state)
     : m_directory(directory)
     , m_files(directory)
@@ -24,7 +26,8 @@ LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
     if (prepare(library.patches) && writeJournal()) {
-        LibraryFileWriter(m_directory, m_result).write(LibraryJson::encode(library));
+        const QByteArray text = LibraryJson::encode(withUnreadEntries(library));
+        LibraryFileWriter(m_directory, m_result).write(text);
         carryOut();
     } else {
         Diagnostics::printLine(QStringLiteral("cannot encode library"));
@@ -53,6 +56,29 @@ void LibraryWriter::forgetRemovalsOf(const QList<VelgorPatch> &patches)
         present.insert(patch.id());
     }
     ids.removeIf([&present](quint64 id) { return present.contains(id); });
+}
+
+LibraryJson::Content LibraryWriter::withUnreadEntries(const LibraryJson::Content &library)
+{
+    LibraryJson::Content content = library;
+    if (m_result.state.unreadEntries.isEmpty()) {
+        return content;
+    }
+    QSet<quint64> present;
+    for (const VelgorPatch &patch : library.patches) {
+        present.insert(patch.id());
+    }
+    for (const UnreadEntry &entry : std::as_const(m_result.state.unreadEntries)) {
+        if (!present.contains(entry.patch.id())) {
+            content.patches.insert(std::min(entry.row, content.patches.size()), entry.patch);
+        } else if (!m_result.state.filesToKeep.contains(LibraryFileNames::libraryFile())) {
+            // The patch was imported anew, without what the user had said about it.
+            m_result.state.filesToKeep.append(LibraryFileNames::libraryFile());
+        }
+    }
+    m_result.state.unreadEntries.removeIf(
+        [&present](const UnreadEntry &entry) { return present.contains(entry.patch.id()); });
+    return content;
 }
 
 bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
@@ -114,7 +140,7 @@ void LibraryWriter::carryOut()
 {
     setDamagedFilesAside();
     moveFiles();
-    putInPlace(m_files);
+    putInPlace(m_files, true);
     if (m_result.isLibraryFileWritten) {
         removeFiles();
     }
@@ -124,9 +150,16 @@ void LibraryWriter::carryOut()
         m_result.arePatchesWritten = false;
     }
     // A journal of what could not be done stays for the next start.
-    if (m_hasJournal && error.isEmpty() && m_result.state.idsToRemove.isEmpty()) {
+    if (m_hasJournal && error.isEmpty() && m_result.state.idsToRemove.isEmpty() && m_unfinished.isEmpty()) {
         std::ignore = DiskFiles::remove(pathOf(LibraryFileNames::journalFile()));
     }
+    if (m_hasJournal && m_result.arePatchesWritten) {
+        for (const QString &spare : std::as_const(m_result.state.prepared)) {
+            std::ignore = DiskFiles::remove(spare);
+        }
+        m_result.state.prepared.clear();
+    }
+    m_result.state.prepared.append(m_unfinished);
 }
 
 void LibraryWriter::setDamagedFilesAside()
@@ -164,20 +197,26 @@ void LibraryWriter::moveFiles()
     }
     const QString error = instead.sync();
     if (error.isEmpty()) {
-        putInPlace(instead);
+        putInPlace(instead, false);
     } else {
         addProblem({}, error);
         m_result.arePatchesWritten = false;
     }
 }
 
-void LibraryWriter::putInPlace(BatchFiles &files)
+void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
 {
     const qsizetype count = files.staged().size();
     const QList<BatchFiles::Failure> failures = files.finish();
     for (const BatchFiles::Failure &failure : failures) {
         m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));
         m_result.arePatchesWritten = false;
+        if (isInJournal) {
+            // The next start finds it by the journal.
+            m_unfinished.append(failure.temporary);
+        } else {
+            std::ignore = DiskFiles::remove(failure.temporary);
+        }
     }
     m_result.written += count - failures.size();
 }

@@ -37,6 +37,8 @@ private:
         VelgorPatch patch;
     };
 
+    /// The library with what could not be read of it, where it was.
+    [[nodiscard]] LibraryJson::Content withUnreadEntries(const LibraryJson::Content &library);
     void forgetRemovalsOf(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool prepare(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool stage(const VelgorPatch &patch, const QString &name, BatchFiles &files);
@@ -44,7 +46,7 @@ private:
     void carryOut();
     void setDamagedFilesAside();
     void moveFiles();
-    void putInPlace(BatchFiles &files);
+    void putInPlace(BatchFiles &files, bool isInJournal);
     void removeFiles();
 
     void planMoves(const VelgorPatch &patch, const QString &currentName);
@@ -63,5 +65,6 @@ private:
     QHash<QString, quint64> m_newFiles; ///< path of the file that a patch gets, to the patch's id
     QHash<QString, quint64> m_damagedFiles; ///< name of the file that makes room, to the patch's id
     QList<Move> m_moves;
+    QStringList m_unfinished; ///< temporary files of the journal that are not in place
     bool m_hasJournal = false;
 };

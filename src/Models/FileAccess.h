@@ -9,6 +9,7 @@
 struct FileReadResult {
     std::optional<QByteArray> bytes;
     QString error; ///< the system's reason, without the file's name; empty on success
+    bool isUnreadable = false; ///< the file is there, but the system does not let it be read now
 };
 
 /// How the models read and write whole files, so that disk access stays in one place.

@@ -45,7 +45,7 @@ int ContentListModel::rowCount(const QModelIndex &parent) const
 
 QVariant ContentListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!index.isValid()) {
         return {};
     }
     const VelgorContentPatch &slot = m_content.velgorContentPatchList().at(index.row());

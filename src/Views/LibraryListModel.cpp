@@ -53,7 +53,7 @@ int LibraryListModel::rowCount(const QModelIndex &parent) const
 
 QVariant LibraryListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!index.isValid()) {
         return {};
     }
     const VelgorPatch &patch = m_library.patches().at(libraryRow(index.row()));

@@ -1,5 +1,7 @@
 #include "WindowState.h"
 
+#include "OwnerlessLock.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -29,6 +31,8 @@ QString WindowState::usualFile()
 WindowState::WindowState(const QString &file)
     : m_store(file, QSettings::IniFormat)
 {
+    // Reading and writing would wait half a minute for a program that died while it made the lock.
+    OwnerlessLock::remove(m_store.fileName() + QStringLiteral(".lock"));
 }
 
 QByteArray WindowState::geometry() const

@@ -54,6 +54,7 @@ private Q_SLOTS:
         QCOMPARE(failures.size(), 1);
         QCOMPARE(failures.first().path, directory.filePath(QStringLiteral("b")));
         QVERIFY(!failures.first().error.isEmpty());
+        QVERIFY(QFile::remove(failures.first().temporary));
         QCOMPARE(
             directory.files(), (QStringList{QStringLiteral("a"), QStringLiteral("b/inside"), QStringLiteral("c")}));
     }

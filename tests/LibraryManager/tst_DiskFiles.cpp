@@ -3,6 +3,7 @@
 #include "LibraryFileNames.h"
 
 #include <QElapsedTimer>
+#include <QSysInfo>
 #include <QTest>
 
 #include <csignal>
@@ -226,13 +227,14 @@ private Q_SLOTS:
         QCOMPARE(directory.files(), QStringList{QStringLiteral("lib-A.42.prst")});
     }
 
-    static void failedCommitRemovesTheStagedFile()
+    static void failedCommitKeepsTheStagedFile()
     {
         const LibraryDirectory directory;
         QString temporary;
         QCOMPARE(DiskFiles::stage(directory.filePath(file), "x", true, temporary), QString());
         directory.write(file + QStringLiteral("/inside"), "x");
         QVERIFY(!DiskFiles::commit(temporary, directory.filePath(file)).isEmpty());
+        QVERIFY(QFile::remove(temporary));
         QCOMPARE(directory.files(), QStringList{file + QStringLiteral("/inside")});
     }
 
@@ -289,6 +291,29 @@ private Q_SLOTS:
         QVERIFY(!DiskFiles::makeDirectory(directory.filePath(file)).isEmpty());
         QVERIFY(!DiskFiles::makeDirectory(directory.filePath(file + QStringLiteral("/below"))).isEmpty());
         QCOMPARE(directory.read(file), QByteArray("x"));
+    }
+
+    static void exportSweepsWhatADeadProgramLeftAndNothingElse()
+    {
+        const LibraryDirectory directory;
+        const pid_t child = fork();
+        if (child == 0) {
+            _exit(0);
+        }
+        QCOMPARE(waitpid(child, nullptr, 0), child);
+        const QString host = QSysInfo::machineHostName();
+        const QString own = LibraryFileNames::temporaryPrefix(host, getpid()) + QStringLiteral("a");
+        const QString elsewhere =
+            LibraryFileNames::temporaryPrefix(QStringLiteral("another host"), child) + QStringLiteral("a");
+        const QString other = LibraryFileNames::temporaryPrefix() + QStringLiteral("a");
+        directory.write(LibraryFileNames::temporaryPrefix(host, child) + QStringLiteral("a"), "left");
+        for (const QString &name : {own, elsewhere, other}) {
+            directory.write(name, "in use");
+        }
+        QCOMPARE(DiskFiles().write(directory.filePath(file), "x"), QString());
+        QStringList expected{own, elsewhere, other, file};
+        expected.sort();
+        QCOMPARE(directory.files(), expected);
     }
 };
 

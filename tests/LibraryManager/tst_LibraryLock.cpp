@@ -2,8 +2,13 @@
 #include "LibraryFileNames.h"
 #include "LibraryLock.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 
+#include <cerrno>
+#include <cstring>
+
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,7 +23,8 @@ private Q_SLOTS:
         QVERIFY(first.tryLock());
         LibraryLock second(directory.path());
         QVERIFY(!second.tryLock());
-        QCOMPARE(second.error(), QLockFile::LockFailedError);
+        QVERIFY(second.isHeldElsewhere());
+        QVERIFY(second.reason().contains(directory.path()));
     }
 
     static void lockGoesWithItsHolder()
@@ -76,7 +82,38 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         LibraryLock lock(directory.filePath(QStringLiteral("missing")));
         QVERIFY(!lock.tryLock());
-        QVERIFY(lock.error() != QLockFile::LockFailedError);
+        QVERIFY(!lock.isHeldElsewhere());
+        QVERIFY(lock.reason().contains(QString::fromLatin1(strerror(ENOENT))));
+    }
+
+    static void takingOverThatWasInterruptedIsFinished()
+    {
+        const LibraryDirectory directory;
+        directory.write(LibraryFileNames::lockFile(), {});
+        directory.write(LibraryFileNames::lockRemovalFile(), {});
+        QElapsedTimer timer;
+        timer.start();
+        LibraryLock lock(directory.path());
+        QVERIFY(lock.tryLock());
+        QVERIFY(timer.elapsed() < 10'000);
+        QCOMPARE(directory.files(), QStringList{LibraryFileNames::lockFile()});
+    }
+
+    static void pipeInThePlaceOfTheLockIsNotWaitedFor_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("lock") << LibraryFileNames::lockFile();
+        QTest::newRow("its removal") << LibraryFileNames::lockRemovalFile();
+    }
+    static void pipeInThePlaceOfTheLockIsNotWaitedFor()
+    {
+        QFETCH(const QString, name);
+        const LibraryDirectory directory;
+        QCOMPARE(mkfifo(QFile::encodeName(directory.filePath(name)).constData(), 0600), 0);
+        LibraryLock lock(directory.path());
+        QVERIFY(!lock.tryLock());
+        QVERIFY(!lock.isHeldElsewhere() && lock.reason().contains(directory.path()));
+        QVERIFY(directory.has(name));
     }
 };
 

@@ -53,6 +53,24 @@ private Q_SLOTS:
             QStringList({QStringLiteral("Lead"), QStringLiteral("Clean"), QStringLiteral("Later")}));
     }
 
+    void directoryThatAnotherProgramUsesIsNotWrittenTo()
+    {
+        const LibraryDirectory former;
+        const LibraryDirectory place;
+        LibraryStorageManager storage(former.path());
+        VelgorLibrary library;
+        fill(library);
+        QString taken;
+        const QString problem = storage.moveTo(place.path(), library, [&taken](const QString &directory) {
+            taken = directory;
+            return QStringLiteral("in use");
+        });
+        QCOMPARE(problem, QStringLiteral("in use"));
+        QCOMPARE(taken, place.path());
+        QCOMPARE(place.files(), QStringList());
+        QCOMPARE(storage.libDirectory(), former.path());
+    }
+
     void unsavedChangesGoAlong()
     {
         const LibraryDirectory former;

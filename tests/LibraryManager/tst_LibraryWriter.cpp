@@ -424,6 +424,39 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(QStringLiteral("/no/such/directory")));
     }
 
+    // What could not be read
+
+    void entryThatCouldNotBeReadStaysInTheLibraryFile()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        LibraryWriteState state = stateOf(directory);
+        VelgorPatch unread = three().patches.at(1);
+        unread.patchData.reset();
+        state.unreadEntries = {{.row = 1, .patch = unread}};
+        LibraryJson::Content rest = three();
+        rest.patches.removeAt(1);
+        const LibraryWriteResult result = save(directory, rest, state);
+        QVERIFY(!result.hasError() && result.keptFiles.isEmpty());
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+        rest.patches.clear();
+        QVERIFY(!save(directory, rest, result.state).hasError());
+        QCOMPARE(loadedNames(directory), QStringList{QStringLiteral("A/B")});
+    }
+
+    void entryThatCouldNotBeReadGivesWayToTheImportedPatchAndIsKept()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QByteArray old = directory.read(libraryFile);
+        LibraryWriteState state = stateOf(directory);
+        state.unreadEntries = {{.row = 1, .patch = three().patches.at(1)}};
+        const LibraryWriteResult result = save(directory, three(), state);
+        QVERIFY(!result.hasError() && result.state.unreadEntries.isEmpty());
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QCOMPARE(directory.read(datedCopies(directory).value(0)), old);
+    }
+
     // Another program at work
 
     void libraryFileChangedByAnotherProgramIsKept()
