@@ -1,11 +1,17 @@
 #include "LibraryLock.h"
 
+#include "DirectoryGuard.h"
 #include "LibraryFileNames.h"
 #include "OwnerlessLock.h"
 
 #include <QFileInfo>
+#include <QSysInfo>
 
 #include <cerrno>
+
+#ifdef Q_OS_UNIX
+#include <csignal>
+#endif
 
 LibraryLock::LibraryLock(const QString &directory)
     : m_directory(directory)
@@ -17,26 +23,61 @@ LibraryLock::LibraryLock(const QString &directory)
 
 bool LibraryLock::tryLock()
 {
-    const QString removal = m_directory + u'/' + LibraryFileNames::lockRemovalFile();
-    m_isPlaceTaken = false;
-    for (const QString &path : {m_file.fileName(), removal}) {
-        const QFileInfo info(path);
-        m_isPlaceTaken = m_isPlaceTaken || info.isSymLink() || (info.exists() && !info.isFile());
-    }
+    m_isPlaceTaken = isPlaceTaken();
     if (m_isPlaceTaken) {
         return false;
     }
+    const DirectoryGuard guard(m_directory);
+    if (guard.isHeld()) {
+        removeLeftovers();
+    } else {
+        OwnerlessLock::remove(m_file.fileName());
+    }
     errno = 0;
-    if (m_file.tryLock(0)) {
-        return true;
-    }
+    const bool isLocked = m_file.tryLock(0);
     m_systemError = errno;
-    // A program may have died while it took over the lock of one that had died.
-    if (OwnerlessLock::remove(removal) && m_file.tryLock(0)) {
-        return true;
+    return isLocked;
+}
+
+bool LibraryLock::isPlaceTaken() const
+{
+    for (const QString &path : {m_file.fileName(), m_directory + u'/' + LibraryFileNames::lockRemovalFile()}) {
+        const QFileInfo info(path);
+        if (info.isSymLink() || (info.exists() && !info.isFile())) {
+            return true;
+        }
     }
-    return m_file.error() == QLockFile::LockFailedError && OwnerlessLock::remove(m_file.fileName())
-        && m_file.tryLock(0);
+    return false;
+}
+
+// Qt takes over the lock of a dead program too, but guards that with a lock file of its own, which a program that dies
+// there leaves behind. Under the guard of the directory nobody else is about it.
+void LibraryLock::removeLeftovers()
+{
+    if (isHolderGone()) {
+        m_file.removeStaleLockFile();
+    }
+    OwnerlessLock::remove(m_file.fileName());
+    const QString removal = m_directory + u'/' + LibraryFileNames::lockRemovalFile();
+    for (const QString &path : {removal + QStringLiteral(".rmlock"), removal}) {
+        if (QFileInfo(path).isFile() && !QFileInfo(path).isSymLink()) {
+            QLockFile(path).removeStaleLockFile();
+        }
+    }
+}
+
+bool LibraryLock::isHolderGone() const
+{
+#ifdef Q_OS_UNIX
+    qint64 process = 0;
+    QString host;
+    QString application;
+    return QFileInfo(m_file.fileName()).isFile() && m_file.getLockInfo(&process, &host, &application)
+        && host == QSysInfo::machineHostName() && process > 0 && ::kill(static_cast<pid_t>(process), 0) != 0
+        && errno == ESRCH;
+#else
+    return false;
+#endif
 }
 
 bool LibraryLock::isHeldElsewhere() const

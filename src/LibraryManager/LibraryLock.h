@@ -19,6 +19,10 @@ public:
     [[nodiscard]] QString reason() const;
 
 private:
+    [[nodiscard]] bool isPlaceTaken() const;
+    void removeLeftovers();
+    [[nodiscard]] bool isHolderGone() const;
+
     QString m_directory;
     QLockFile m_file;
     int m_systemError = 0; ///< of the last tryLock(), as the system numbers its errors

@@ -18,7 +18,6 @@ LibrarySweeper::LibrarySweeper(const QString &directory, const LibraryLeftovers 
 void LibrarySweeper::sweep()
 {
     removeWriteTestFile();
-    remove(LibraryFileNames::lockRemovalFile());
     if (!m_leftovers.areKnown) {
         return;
     }

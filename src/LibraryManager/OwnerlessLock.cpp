@@ -6,7 +6,9 @@
 #include <chrono>
 #include <thread>
 
-bool OwnerlessLock::remove(const QString &lockFile)
+namespace {
+
+bool removeOne(const QString &lockFile)
 {
     // Between making the file and writing its owner goes by no time to speak of, unless the program died there.
     constexpr int attempts = 10;
@@ -23,4 +25,15 @@ bool OwnerlessLock::remove(const QString &lockFile)
         std::this_thread::sleep_for(pause);
     }
     return lock.removeStaleLockFile();
+}
+
+} // namespace
+
+bool OwnerlessLock::remove(const QString &lockFile)
+{
+    // Taking over is itself guarded by a lock, and that one likewise.
+    const QString removal = lockFile + QStringLiteral(".rmlock");
+    removeOne(removal + QStringLiteral(".rmlock"));
+    removeOne(removal);
+    return removeOne(lockFile);
 }

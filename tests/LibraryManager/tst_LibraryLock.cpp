@@ -86,17 +86,73 @@ private Q_SLOTS:
         QVERIFY(lock.reason().contains(QString::fromLatin1(strerror(ENOENT))));
     }
 
+    static void takingOverThatWasInterruptedIsFinished_data()
+    {
+        QTest::addColumn<bool>("isNamed");
+        QTest::addColumn<int>("depth");
+        QTest::newRow("lock without a name") << false << 0;
+        QTest::newRow("removal of a lock without a name") << false << 1;
+        QTest::newRow("removal of the lock of a dead program") << true << 1;
+        QTest::newRow("removal of a removal") << true << 2;
+    }
     static void takingOverThatWasInterruptedIsFinished()
     {
+        QFETCH(const bool, isNamed);
+        QFETCH(const int, depth);
         const LibraryDirectory directory;
-        directory.write(LibraryFileNames::lockFile(), {});
-        directory.write(LibraryFileNames::lockRemovalFile(), {});
+        const pid_t child = fork();
+        if (child == 0) {
+            LibraryLock lock(directory.path());
+            _exit(lock.tryLock() ? 0 : 1);
+        }
+        waitpid(child, nullptr, 0);
+        const QByteArray dead = directory.read(LibraryFileNames::lockFile());
+        directory.write(LibraryFileNames::lockFile(), isNamed ? dead : QByteArray());
+        if (depth > 0) {
+            directory.write(LibraryFileNames::lockRemovalFile(), depth > 1 ? dead : QByteArray());
+        }
+        if (depth > 1) {
+            directory.write(LibraryFileNames::lockRemovalFile() + QStringLiteral(".rmlock"), {});
+        }
         QElapsedTimer timer;
         timer.start();
         LibraryLock lock(directory.path());
         QVERIFY(lock.tryLock());
         QVERIFY(timer.elapsed() < 10'000);
         QCOMPARE(directory.files(), QStringList{LibraryFileNames::lockFile()});
+        LibraryLock second(directory.path());
+        QVERIFY(!second.tryLock() && second.isHeldElsewhere());
+    }
+
+    static void manyTakingOverAtOnceLeaveOneHolder()
+    {
+        for (int round = 0; round < 20; ++round) {
+            const LibraryDirectory directory;
+            const pid_t dead = fork();
+            if (dead == 0) {
+                LibraryLock lock(directory.path());
+                _exit(lock.tryLock() ? 0 : 1);
+            }
+            waitpid(dead, nullptr, 0);
+            QList<pid_t> children;
+            for (int i = 0; i < 6; ++i) {
+                const pid_t child = fork();
+                if (child == 0) {
+                    LibraryLock lock(directory.path());
+                    const bool isLocked = lock.tryLock();
+                    usleep(200'000);
+                    _exit(isLocked ? 1 : 0);
+                }
+                children.append(child);
+            }
+            int holders = 0;
+            for (const pid_t child : std::as_const(children)) {
+                int status = 0;
+                waitpid(child, &status, 0);
+                holders += WEXITSTATUS(status);
+            }
+            QCOMPARE(holders, 1);
+        }
     }
 
     static void pipeInThePlaceOfTheLockIsNotWaitedFor_data()

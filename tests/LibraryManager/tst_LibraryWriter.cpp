@@ -361,7 +361,6 @@ private Q_SLOTS:
         directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
         directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("2"), {});
         directory.write(LibraryFileNames::journalFile(), "remove 42\nremove 77\nend\n");
-        directory.write(LibraryFileNames::lockRemovalFile(), {});
         sweep(directory);
         QCOMPARE(directory.stamps(), before);
         QVERIFY(QFileInfo(directory.filePath(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"))).isDir());
