@@ -26,6 +26,13 @@ Alert notice(const QString &title, const QString &text)
     return {.title = title, .text = text, .acceptLabel = {}, .safeLabel = Texts::tr("OK")};
 }
 
+/// A notice from which the user can go on to the check of the library.
+Alert checkable(const QString &title, const QString &text)
+{
+    return {
+        .title = title, .text = text, .acceptLabel = Texts::tr("Check Library..."), .safeLabel = Texts::tr("Not Now")};
+}
+
 /// What happened, and below it what that means.
 QString inParagraphs(const QString &reason, const QString &advice)
 {
@@ -83,7 +90,7 @@ Alert AlertTexts::mixVersions(const Desk &desk)
 
 Alert AlertTexts::readError(const Desk &desk)
 {
-    return notice(Texts::tr("Could not access to library directory."),
+    return checkable(Texts::tr("Could not access to library directory."),
         inParagraphs(desk.storage.readProblem(),
             Texts::tr("The window shows an empty library. The file stays as it is; before the first change is saved "
                       "it is kept under a dated name beside it.")));
@@ -201,13 +208,13 @@ Alert AlertTexts::keptFiles(const Desk &desk)
                     "library file now holds what this window shows.")
         : Texts::tr("They hold what could not be loaded: patches and their comments, or files that cannot be read. "
                     "Of former library files the last five stay.");
-    return notice(Texts::tr("The former files of the library are kept"),
+    return checkable(Texts::tr("The former files of the library are kept"),
         inParagraphs(firstLines(desk.storage.keptFiles()), reason));
 }
 
 Alert AlertTexts::incompleteLibrary(const Desk &desk)
 {
-    return notice(Texts::tr("Some patches of the library could not be loaded"),
+    return checkable(Texts::tr("Some patches of the library could not be loaded"),
         inParagraphs(firstLines(desk.storage.droppedPatches()),
             Texts::tr("Their files are missing or damaged. The library file that names them is kept under a dated "
                       "name in the library folder before the first change is saved.")));

@@ -16,7 +16,7 @@ struct Alerts::Entry {
     bool (*isRaised)(const Alerts &alerts);
     Alert (*alert)(const Desk &desk);
     void (*clear)(Alerts &alerts);
-    void (*accept)(Desk &desk);
+    void (*accept)(Alerts &alerts);
 };
 
 const QList<Alerts::Entry> &Alerts::table()
@@ -31,20 +31,21 @@ const QList<Alerts::Entry> &Alerts::table()
         {[](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); }, AlertTexts::mixVersions,
             [](Alerts &alerts) { alerts.m_desk.content.setMixVersions(false); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.storage.readError(); }, AlertTexts::readError,
-            [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
+            [](Alerts &alerts) { Q_EMIT alerts.libraryCheckWanted(); }},
         {[](const Alerts &alerts) { return alerts.m_desk.storage.writeError(); }, AlertTexts::writeError,
             [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
-            [](Desk &desk) {
-                if (desk.moveLibrary) {
-                    desk.moveLibrary();
+            [](Alerts &alerts) {
+                if (alerts.m_desk.moveLibrary) {
+                    alerts.m_desk.moveLibrary();
                 }
             }},
         {[](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); }, AlertTexts::deleteConfirm,
             [](Alerts &alerts) { alerts.m_desk.library.setDeleteConfirm(false); },
-            [](Desk &desk) { desk.libraryEditor.deleteSelected(); }},
+            [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteSelected(); }},
         {[](const Alerts &alerts) { return alerts.m_isExportToConfirm; }, AlertTexts::confirmExport,
             [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },
-            [](Desk &desk) { desk.contentFiles.exportList(); }},
+            [](Alerts &alerts) { alerts.m_desk.contentFiles.exportList(); }},
     };
     return entries;
 }
@@ -87,7 +88,7 @@ void Alerts::show(const Alert &alert, const Answered &answered)
 
 void Alerts::open(const Alert &alert, const Answered &answered)
 {
-    m_box = MessageBox::show(&m_window, alert, [this, answered](bool isAccepted) {
+    m_box = MessageBox::show(m_frontDialog ? m_frontDialog.data() : &m_window, alert, [this, answered](bool isAccepted) {
         m_box.clear();
         answered(isAccepted);
         QTimer::singleShot(0, this, &Alerts::showNext);
@@ -112,7 +113,7 @@ void Alerts::showNext()
                 entry.clear(*this);
                 if (isAccepted && entry.accept) {
                     // The message is still closing; a file dialog of the answer would stand over it.
-                    QTimer::singleShot(0, this, [this, &entry] { entry.accept(m_desk); });
+                    QTimer::singleShot(0, this, [this, &entry] { entry.accept(*this); });
                 }
             });
             return;

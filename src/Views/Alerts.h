@@ -28,8 +28,14 @@ public:
     /// first.
     void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
     [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
+    /// The dialog over which messages are shown from now on while it is there, instead of the window.
+    void setFrontDialog(QWidget *dialog) { m_frontDialog = dialog; }
     /// Gives the keyboard to the message that is shown, if there is one.
     void raise();
+
+Q_SIGNALS:
+    /// The user answered a message by asking for a check of the library.
+    void libraryCheckWanted();
 
 private:
     using Answered = std::function<void(bool isAccepted)>;
@@ -43,6 +49,7 @@ private:
 
     Desk &m_desk;
     QWidget &m_window;
+    QPointer<QWidget> m_frontDialog;
     QPointer<QMessageBox> m_box;
     QList<std::pair<Alert, Answered>> m_waiting;
     bool m_isExportToConfirm = false;

@@ -40,6 +40,7 @@ enum class CommandId {
     LightScheme,
     Sort,
     ShowLibraryFolder,
+    CheckLibrary,
     ExportOnePatch,
     SetAsDefault,
     Duplicate,

@@ -7,6 +7,7 @@
 #include "ContentListView.h"
 #include "EditingKeys.h"
 #include "Hairline.h"
+#include "LibraryCheckDialog.h"
 #include "LibraryContentMainView.h"
 #include "LibraryListView.h"
 #include "LibraryManagerPreferences.h"
@@ -86,6 +87,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
         connect(&desk.storage, signal, this, &ContentView::refreshStatus, Qt::QueuedConnection);
     }
     connect(m_columns->content()->list(), &PatchListView::dropMarkChanged, this, &ContentView::refreshStatus);
+    connect(m_alerts, &Alerts::libraryCheckWanted, this, &ContentView::checkLibrary);
     followLoading();
     restoreGeometryAndWidths();
     m_columns->content()->list()->setFocus();
@@ -137,9 +139,9 @@ void ContentView::finishLoading()
     refreshStatus();
     Q_EMIT libraryLoaded();
     if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
-        m_alerts->show(AlertTexts::readError(m_desk), [](bool) {});
+        showWithCheck(AlertTexts::readError(m_desk));
     } else if (!m_desk.storage.droppedPatches().isEmpty()) {
-        m_alerts->show(AlertTexts::incompleteLibrary(m_desk), [](bool) {});
+        showWithCheck(AlertTexts::incompleteLibrary(m_desk));
     }
 }
 
@@ -175,6 +177,9 @@ void ContentView::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     // Some window managers let a click activate the window behind its message, where no key would reach anything.
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        if (m_check) {
+            m_check->activateWindow();
+        }
         m_alerts->raise();
     }
 }
@@ -243,6 +248,34 @@ void ContentView::dropEvent(QDropEvent *event)
 void ContentView::confirmExport()
 {
     m_alerts->confirmExport();
+}
+
+void ContentView::checkLibrary()
+{
+    if (m_check) {
+        return;
+    }
+    m_check = new LibraryCheckDialog(m_desk.library, m_desk.storage, this);
+    m_check->setAttribute(Qt::WA_DeleteOnClose);
+    m_alerts->setFrontDialog(m_check);
+    connect(m_check, &LibraryCheckDialog::libraryChanged, this, [this] {
+        // The dialog shows what was kept; only what another program wrote is news.
+        if (!m_desk.storage.wasChangedByOthers()) {
+            m_notedKeptFiles = m_desk.storage.keptFiles();
+        }
+        refreshStatus();
+    });
+    m_check->open();
+}
+
+void ContentView::showWithCheck(const Alert &alert)
+{
+    m_alerts->show(alert, [this](bool isAccepted) {
+        if (isAccepted) {
+            // The message is still closing.
+            QTimer::singleShot(0, this, &ContentView::checkLibrary);
+        }
+    });
 }
 
 void ContentView::flipTick()
@@ -317,6 +350,6 @@ void ContentView::noteKeptFiles()
     const QStringList kept = m_desk.storage.keptFiles();
     if (kept != m_notedKeptFiles) {
         m_notedKeptFiles = kept;
-        m_alerts->show(AlertTexts::keptFiles(m_desk), [](bool) {});
+        showWithCheck(AlertTexts::keptFiles(m_desk));
     }
 }

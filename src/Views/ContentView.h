@@ -4,9 +4,12 @@
 #include "WindowTasks.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 class Alerts;
+struct Alert;
 class Commands;
+class LibraryCheckDialog;
 class LibraryContentMainView;
 class QLabel;
 class SystemColorScheme;
@@ -46,6 +49,7 @@ protected:
 
 private:
     void confirmExport() override;
+    void checkLibrary() override;
     void flipTick() override;
     void moveLibraryPatch(int step) override;
     [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
@@ -57,6 +61,7 @@ private:
     void finishLoading();
     void applyColorScheme();
     void noteKeptFiles();
+    void showWithCheck(const Alert &alert);
     void refreshTitle();
     void refreshStatus();
     [[nodiscard]] bool mayClose();
@@ -69,6 +74,7 @@ private:
     Commands *m_commands;
     Alerts *m_alerts;
     QLabel *m_status;
+    QPointer<LibraryCheckDialog> m_check;
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
     bool m_isExportWaived = false;
     bool m_isTitleDue = false;

@@ -90,8 +90,9 @@ void VelgorLibraryManagerMenu::addLibraryMenu(QMenuBar &bar)
 {
     QMenu *const menu = bar.addMenu(tr("&Library"));
     add(*menu,
-        {CommandId::ShowLibraryFolder, divider, CommandId::ExportOnePatch, divider, CommandId::SetAsDefault,
-            CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, divider, CommandId::Delete});
+        {CommandId::ShowLibraryFolder, CommandId::CheckLibrary, divider, CommandId::ExportOnePatch, divider,
+            CommandId::SetAsDefault, CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, divider,
+            CommandId::Delete});
 }
 
 void VelgorLibraryManagerMenu::addHelpMenu(QMenuBar &bar)

@@ -11,6 +11,8 @@ public:
 
     /// Asks the user to accept the disclaimer; the export follows.
     virtual void confirmExport() = 0;
+    /// Compares the library with its directory and shows what is not as it should be.
+    virtual void checkLibrary() = 0;
     /// Ticks or unticks the current library row.
     virtual void flipTick() = 0;
     virtual void moveLibraryPatch(int step) = 0;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
@@ -98,7 +99,7 @@ const QList<Message> &messages()
         {"mixed versions", "You should not mix various versions of Velgor firmware in a preset file", "OK",
             [](TestDesk &desk) { desk.content.setMixVersions(true); },
             [](TestDesk &desk) { return desk.content.mixVersions(); }},
-        {"library not read", "Could not access to library directory.", "OK",
+        {"library not read", "Could not access to library directory.", "Not Now|Check Library...",
             [](TestDesk &desk) { desk.storage.setReadError(true); },
             [](TestDesk &desk) { return desk.storage.readError(); }},
         {"library not written", "Could not save one or more library files", "OK",
@@ -176,7 +177,8 @@ private Q_SLOTS:
         if (buttons.size() > 1) {
             QAbstractButton *const accept = buttonOf(*box, buttons.last());
             QVERIFY(accept);
-            QCOMPARE(box->buttonRole(accept), QMessageBox::DestructiveRole);
+            QCOMPARE(box->buttonRole(accept),
+                buttons.last() == QStringLiteral("Yes") ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
         }
 
         if (key == 0) {
@@ -288,6 +290,32 @@ private Q_SLOTS:
             QVERIFY(!desk.storage.writeError());
         }
         QCOMPARE(moves, 1);
+    }
+
+    void aLibraryThatCannotBeReadLeadsToItsCheck()
+    {
+        Window window;
+        const QSignalSpy wanted(window.alerts, &Alerts::libraryCheckWanted);
+        for (const QString &answer : {QStringLiteral("Not Now"), QStringLiteral("Check Library...")}) {
+            QCOMPARE(wanted.count(), 0);
+            window.desk.storage.setReadError(true);
+            press(answer);
+            QTest::qWait(1);
+            QVERIFY(!window.desk.storage.readError());
+        }
+        QCOMPARE(wanted.count(), 1);
+    }
+
+    void aMessageStandsOverTheDialogInFront()
+    {
+        Window window;
+        QWidget dialog;
+        dialog.show();
+        window.alerts->setFrontDialog(&dialog);
+        window.desk.content.setOpenError(true);
+        QVERIFY(shownBox());
+        QCOMPARE(shownBox()->parentWidget(), &dialog);
+        press(QStringLiteral("OK"));
     }
 
     void theRefusedDisclaimerExportsNothing_data()

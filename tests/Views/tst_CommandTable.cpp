@@ -17,6 +17,7 @@ public:
     bool canMove = false;
 
     void confirmExport() override { asked.append(QStringLiteral("confirmExport")); }
+    void checkLibrary() override { asked.append(QStringLiteral("checkLibrary")); }
     void flipTick() override { asked.append(QStringLiteral("flipTick")); }
     void moveLibraryPatch(int step) override { asked.append(QStringLiteral("move %1").arg(step)); }
     [[nodiscard]] bool canMoveLibraryPatch(int) const override { return canMove; }
@@ -155,6 +156,7 @@ private Q_SLOTS:
         row(CommandId::LightScheme, "Light", "", Always);
         row(CommandId::Sort, "Sort ascend", "", TwoSelected | TwoTicked);
         row(CommandId::ShowLibraryFolder, "Show library folder", "", Always);
+        row(CommandId::CheckLibrary, "Check Library...", "", Always);
         row(CommandId::ExportOnePatch, "Export One Patch", "Ctrl+Shift+S", selected);
         row(CommandId::SetAsDefault, "Set as Default Patch", "Ctrl+Return; Ctrl+Enter", selected);
         row(CommandId::Duplicate, "Duplicate Patch", "Ctrl+D", selected);
@@ -450,10 +452,11 @@ private Q_SLOTS:
         window.tasks.canMove = true;
         window.commands.refresh();
         for (const CommandId id : {CommandId::Quit, CommandId::Tick, CommandId::FocusFilter, CommandId::MovePatchUp,
-                 CommandId::MovePatchDown}) {
+                 CommandId::MovePatchDown, CommandId::CheckLibrary}) {
             window.action(id).trigger();
         }
-        QCOMPARE(window.tasks.asked.join(u';'), QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1"));
+        QCOMPARE(window.tasks.asked.join(u';'),
+            QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1;checkLibrary"));
     }
 
     void pagesAndTheFolderAreOpenedOutside()
@@ -476,10 +479,11 @@ private Q_SLOTS:
         window.desk.select(0);
         window.desk.fillContent(QStringLiteral("x y"));
         window.commands.setLibraryUsable(false);
-        for (const CommandId id : {CommandId::NewVelgorFile, CommandId::Reset, CommandId::PutIntoSlot,
-                 CommandId::ReplaceSlots, CommandId::KeepInLibrary, CommandId::Select, CommandId::Tick,
-                 CommandId::Guitar, CommandId::Sort, CommandId::ExportOnePatch, CommandId::SetAsDefault,
-                 CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, CommandId::Delete}) {
+        for (const CommandId id :
+            {CommandId::NewVelgorFile, CommandId::Reset, CommandId::PutIntoSlot, CommandId::ReplaceSlots,
+                CommandId::KeepInLibrary, CommandId::Select, CommandId::Tick, CommandId::Guitar, CommandId::Sort,
+                CommandId::CheckLibrary, CommandId::ExportOnePatch, CommandId::SetAsDefault, CommandId::Duplicate,
+                CommandId::FindSimilar, CommandId::SelectAll, CommandId::Delete}) {
             QVERIFY2(!window.action(id).isEnabled(), qPrintable(window.label(id)));
         }
         for (const CommandId id : {CommandId::Import, CommandId::Export, CommandId::Quit, CommandId::MoveSlotDown,

@@ -22,6 +22,7 @@ FILE_MENU = {"New Velgor file": set(), "Import...": {"ctrl+o"}, "Tail bit (beta)
 TAIL_BIT_MENU = ["Normal tail bit", "Inverted tail bit"]
 LIBRARY_MENU = [
     ("Show library folder", set()),
+    ("Check Library...", set()),
     ("Export One Patch", {"ctrl+shift+s"}),
     ("Set as Default Patch", {"ctrl+return"}),
     ("Duplicate Patch", {"ctrl+d"}),

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "KeptLibraries.h"
+#include "LibraryHealth.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+class LibraryStorageManager;
+class VelgorLibrary;
+
+/// Compares the library with its directory, adds what can be rescued, and restores former libraries. A save that
+/// fails raises the write error of the storage.
+class LibraryCheck {
+public:
+    /// Both must outlive the check. The library must have been loaded.
+    LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage);
+
+    /// Writes what is not on disk yet and looks at the directory, which takes a moment with many patches.
+    void examine();
+    /// What the last examination found.
+    [[nodiscard]] const LibraryHealth &health() const { return m_health; }
+    /// What addRescued() would add.
+    [[nodiscard]] QList<VelgorPatch> rescued() const;
+    void addRescued();
+    /// What restoring a former library file would come to; nothing when it cannot be read.
+    [[nodiscard]] std::optional<KeptLibraries::Preview> preview(const QString &file) const;
+    /// Puts a former library in the place of the present one, whose file is kept as well. Does nothing while
+    /// the present one cannot be saved, and when no patch would come back. False when nothing was done.
+    bool restore(const QString &file);
+
+private:
+    [[nodiscard]] bool isMissing(const VelgorPatch &patch) const;
+    void notePatchesThatCanBeReadAgain();
+
+    VelgorLibrary &m_library;
+    LibraryStorageManager &m_storage;
+    LibraryHealth m_health;
+};

@@ -1,0 +1,187 @@
+#include "LibraryCheckDialog.h"
+
+#include "KeptLibraryText.h"
+#include "LibraryCheckColumn.h"
+#include "LibraryCheckList.h"
+#include "LibraryFindingText.h"
+#include "LibraryStorageManager.h"
+#include "LookMeasures.h"
+#include "VelgorLibrary.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QSize startSize{940, 600};
+constexpr int margin = 20;
+
+/// The pointer says that the program is busy.
+struct Waiting {
+    Waiting() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Waiting() { QGuiApplication::restoreOverrideCursor(); }
+    Q_DISABLE_COPY_MOVE(Waiting)
+};
+
+void setSelectable(QLabel &label)
+{
+    // Paths are often copied into a mail, and nothing of them is markup.
+    label.setTextFormat(Qt::PlainText);
+    label.setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+} // namespace
+
+LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageManager &storage, QWidget *parent)
+    : QDialog(parent)
+    , m_library(library)
+    , m_storage(storage)
+    , m_check(library, storage)
+    , m_layout(new QVBoxLayout(this))
+    , m_summary(new QLabel(this))
+    , m_place(new QLabel(this))
+    , m_findings(new LibraryCheckColumn(tr("Findings"), tr("About the finding"), this))
+    , m_kept(new LibraryCheckColumn(tr("Former libraries"), tr("About the former library"), this))
+    , m_done(new QLabel(this))
+    , m_close(new QPushButton(tr("&Close"), this))
+{
+    setWindowTitle(tr("Check Library"));
+    m_summary->setFont(LookMeasures::strongFont(font()));
+    m_place->setForegroundRole(QPalette::PlaceholderText);
+    m_place->setWordWrap(true);
+    setSelectable(*m_summary);
+    setSelectable(*m_place);
+    m_layout->setContentsMargins(margin, margin, margin, margin - LookMeasures::focusGutter);
+    m_layout->setSpacing(LookMeasures::smallGap);
+    m_layout->addWidget(m_summary);
+    m_layout->addWidget(m_place);
+    addColumns();
+    addBottom();
+    resize(startSize.boundedTo(screen()->availableSize()));
+    examine();
+    finish({});
+}
+
+void LibraryCheckDialog::addColumns()
+{
+    auto *const columns = new QHBoxLayout;
+    columns->setSpacing(LookMeasures::wideGap);
+    columns->addWidget(m_findings, 1);
+    columns->addWidget(m_kept, 1);
+    m_layout->addSpacing(LookMeasures::gap);
+    m_layout->addLayout(columns, 1);
+    m_kept->button()->setText(tr("&Restore"));
+    connect(m_findings->list(), &LibraryCheckList::selectionMoved, this,
+        [this] { m_findings->setDetails(m_findings->list()->selectedRow().details); });
+    connect(m_kept->list(), &LibraryCheckList::selectionMoved, this, &LibraryCheckDialog::describeKept);
+    connect(m_findings->button(), &QPushButton::clicked, this, &LibraryCheckDialog::addRescued);
+    connect(m_kept->button(), &QPushButton::clicked, this, &LibraryCheckDialog::restore);
+}
+
+void LibraryCheckDialog::addBottom()
+{
+    auto *const show = new QPushButton(tr("Show Library &Folder"), this);
+    for (QPushButton *const button : {show, m_close}) {
+        button->setProperty("roomy", true);
+        button->setAutoDefault(false);
+    }
+    m_close->setDefault(true);
+    auto *const bottom = new QHBoxLayout;
+    bottom->setSpacing(LookMeasures::columnPadding);
+    bottom->addWidget(show);
+    bottom->addWidget(m_done, 1);
+    bottom->addWidget(m_close);
+    m_layout->addSpacing(LookMeasures::columnPadding);
+    m_layout->addLayout(bottom);
+    m_done->setForegroundRole(QPalette::PlaceholderText);
+    m_done->setWordWrap(true);
+    connect(show, &QPushButton::clicked, this, [this] { m_storage.openLibraryInFinder(); });
+    connect(m_close, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+void LibraryCheckDialog::examine()
+{
+    const Waiting waiting;
+    m_check.examine();
+    const qsizetype patches = m_library.count();
+    const QString place = m_storage.libDirectory();
+    m_summary->setText(LibraryFindingText::summary(m_check.health().findings.size()));
+    m_place->setText(
+        patches == 1 ? tr("1 patch in %1").arg(place) : tr("%1 patches in %2").arg(QString::number(patches), place));
+    showFindings();
+    showKept();
+}
+
+void LibraryCheckDialog::showFindings()
+{
+    const EmptyHint hint{QStringLiteral("checkmark.circle.fill"), tr("Nothing to mend"),
+        tr("Every patch has its file, and every patch file belongs to a patch.")};
+    m_findings->setRows(LibraryFindingText::rows(m_check.health().findings), hint);
+    const qsizetype count = m_check.rescued().size();
+    m_findings->button()->setEnabled(count > 0);
+    m_findings->button()->setText(count == 0 ? tr("&Add Patches")
+            : count == 1                     ? tr("&Add 1 Patch")
+                                             : tr("&Add %1 Patches").arg(count));
+}
+
+void LibraryCheckDialog::showKept()
+{
+    const EmptyHint hint{QStringLiteral("tray"), tr("No former library"),
+        tr("The library file is kept here before it is overwritten with less than it held, the last five times.")};
+    m_kept->setRows(KeptLibraryText::rows(m_check.health(), m_storage.libDirectory()), hint);
+}
+
+void LibraryCheckDialog::describeKept()
+{
+    const LibraryCheckRow row = m_kept->list()->selectedRow();
+    if (row.keptLibrary.isEmpty()) {
+        m_kept->button()->setEnabled(false);
+        m_kept->setDetails(row.details);
+        return;
+    }
+    const Waiting waiting;
+    const auto preview = m_check.preview(row.keptLibrary);
+    m_kept->button()->setEnabled(preview && !preview->patches.isEmpty());
+    m_kept->setDetails(row.details + QStringLiteral("\n\n") + KeptLibraryText::preview(preview));
+}
+
+void LibraryCheckDialog::addRescued()
+{
+    const qsizetype count = m_check.rescued().size();
+    {
+        const Waiting waiting;
+        m_check.addRescued();
+    }
+    examine();
+    finish(
+        count == 1 ? tr("1 patch was added to the library.") : tr("%1 patches were added to the library.").arg(count));
+}
+
+void LibraryCheckDialog::restore()
+{
+    bool isRestored = false;
+    {
+        const Waiting waiting;
+        isRestored = m_check.restore(m_kept->list()->selectedRow().keptLibrary);
+    }
+    examine();
+    finish(isRestored ? tr("The former library is back. The one that it replaced is the first in the list.")
+                      : tr("Nothing was restored."));
+}
+
+void LibraryCheckDialog::finish(const QString &done)
+{
+    m_done->setText(m_storage.writeError() ? QString() : done);
+    const QWidget *const focused = focusWidget();
+    if (!focused || !focused->isEnabled() || focused->focusPolicy() == Qt::NoFocus) {
+        const bool hasFindings = !m_check.health().findings.isEmpty();
+        (hasFindings ? static_cast<QWidget *>(m_findings->list()) : m_close)->setFocus();
+    }
+    if (!done.isEmpty()) {
+        Q_EMIT libraryChanged();
+    }
+}

@@ -1,0 +1,391 @@
+#include "LibraryCheckDialog.h"
+#include "LibraryCheckList.h"
+#include "ShownWidgets.h"
+#include "TestLibraries.h"
+#include "WindowFixture.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+
+namespace {
+
+const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+const QString latest = QStringLiteral("velgorlibrary-20260102T000000-00.json");
+const QString entry = QStringLiteral("Check Library...");
+
+/// The same patch, date included, whenever it is asked for.
+const VelgorPatch &patchOf(const QString &name)
+{
+    static QHash<QString, VelgorPatch> patches;
+    const auto known = patches.constFind(name);
+    return known != patches.cend() ? *known : *patches.insert(name, WindowFixture::patch(name));
+}
+
+LibraryJson::Content contentOf(const QString &names)
+{
+    LibraryJson::Content content;
+    for (const QString &name : names.split(u' ')) {
+        content.patches.append(patchOf(name));
+    }
+    return content;
+}
+
+QString fileOf(const QString &name)
+{
+    return LibraryFileNames::patchFile(name, patchOf(name).id());
+}
+
+void writePatch(const LibraryDirectory &directory, const QString &name, const QString &file)
+{
+    directory.write(file, TestLibraries::patchBytes(patchOf(name)));
+}
+
+/// A window over a directory, and the check over the window.
+struct Checked {
+    explicit Checked(const LibraryDirectory &directory)
+        : window(directory)
+    {
+    }
+
+    [[nodiscard]] bool open() { return window.open() && check(); }
+    /// Dismisses what loading had to say.
+    [[nodiscard]] bool check() const
+    {
+        while (!window.message().isEmpty()) {
+            if (!window.answer(QStringLiteral("Not Now"))) {
+                return false;
+            }
+        }
+        return window.choose(entry) && dialog() != nullptr;
+    }
+
+    [[nodiscard]] LibraryCheckDialog *dialog() const
+    {
+        const QList<LibraryCheckDialog *> all = window.window->findChildren<LibraryCheckDialog *>();
+        return all.size() == 1 && all.first()->isVisible() ? all.first() : nullptr;
+    }
+    [[nodiscard]] LibraryCheckList *findings() const { return list(QStringLiteral("Findings")); }
+    [[nodiscard]] LibraryCheckList *kept() const { return list(QStringLiteral("Former libraries")); }
+    [[nodiscard]] LibraryCheckList *list(const QString &name) const
+    {
+        return ShownWidgets::named<LibraryCheckList>(*dialog(), name);
+    }
+    [[nodiscard]] QString aboutFinding() const { return details(QStringLiteral("About the finding")); }
+    [[nodiscard]] QString aboutKept() const { return details(QStringLiteral("About the former library")); }
+    [[nodiscard]] QString details(const QString &name) const
+    {
+        const auto *field = ShownWidgets::named<QPlainTextEdit>(*dialog(), name);
+        return field != nullptr ? field->toPlainText() : QString();
+    }
+    [[nodiscard]] QPushButton *button(const QString &name) const
+    {
+        return ShownWidgets::named<QPushButton>(*dialog(), name);
+    }
+    void press(const QString &name) const
+    {
+        QVERIFY2(button(name) != nullptr && button(name)->isEnabled(), qPrintable(name));
+        QTest::mouseClick(button(name), Qt::LeftButton);
+        WindowFixture::settle();
+    }
+    [[nodiscard]] bool isSaid(const QString &text) const { return ShownWidgets::labels(*dialog()).contains(text); }
+    [[nodiscard]] QStringList rows(const LibraryCheckList *of) const
+    {
+        QStringList texts;
+        for (int row = 0; row < of->model()->rowCount(); ++row) {
+            texts.append(of->model()->index(row, 0).data().toString());
+        }
+        return texts;
+    }
+
+    WindowFixture window;
+};
+
+} // namespace
+
+class TestLibraryCheckDialog : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aSoundLibraryHasNothingToMend()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        const auto before = directory.stamps();
+        Checked check(directory);
+        QVERIFY(check.open());
+        QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
+        QVERIFY(check.isSaid(QStringLiteral("2 patches in ") + directory.path()));
+        QVERIFY(check.findings()->accessibleDescription().startsWith(QStringLiteral("Nothing to mend. ")));
+        QVERIFY(check.kept()->accessibleDescription().startsWith(QStringLiteral("No former library. ")));
+        QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
+        QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
+        QVERIFY(check.button(QStringLiteral("Close"))->hasFocus());
+        QCOMPARE(directory.stamps(), before);
+    }
+
+    void changesAreWrittenBeforeTheDirectoryIsLookedAt()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        Checked check(directory);
+        QVERIFY(check.window.open());
+        WindowFixture::click(check.window.libraryList(), 0);
+        QVERIFY(check.window.choose(QStringLiteral("Duplicate Patch")));
+        QVERIFY(check.window.storage.hasUnsavedChanges());
+        QVERIFY(check.check());
+        QVERIFY(!check.window.storage.hasUnsavedChanges());
+        QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
+        QCOMPARE(TestLibraries::loaded(directory).size(), 3);
+    }
+
+    void whatCanBeRescuedIsAdded()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        writePatch(directory, QStringLiteral("Stray"), fileOf(QStringLiteral("Stray")));
+        writePatch(directory, QStringLiteral("Other"), fileOf(QStringLiteral("Other")));
+        Checked check(directory);
+        QVERIFY(check.open());
+        QVERIFY(check.isSaid(QStringLiteral("2 findings in the library folder")));
+        QCOMPARE(check.rows(check.findings()).first(),
+            QStringLiteral("Files that the library does not know (2), 2 can be added"));
+        QVERIFY(check.findings()->hasFocus());
+        QVERIFY2(check.aboutFinding().contains(fileOf(QStringLiteral("Other"))), qPrintable(check.aboutFinding()));
+        QTest::keyClick(check.findings(), Qt::Key_Down);
+        QVERIFY2(check.aboutFinding().contains(fileOf(QStringLiteral("Stray"))), qPrintable(check.aboutFinding()));
+
+        check.press(QStringLiteral("Add 2 Patches"));
+        QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
+        QVERIFY(check.isSaid(QStringLiteral("2 patches were added to the library.")));
+        QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
+        QVERIFY(check.button(QStringLiteral("Close"))->hasFocus());
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B Other Stray"));
+        QCOMPARE(TestLibraries::loaded(directory).size(), 4);
+    }
+
+    void aPatchWhoseFileWasPutBackIsAdded()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
+        Checked check(directory);
+        QVERIFY(check.window.open());
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A"));
+        writePatch(directory, QStringLiteral("B"), fileOf(QStringLiteral("B")));
+        QVERIFY(check.check());
+        check.press(QStringLiteral("Add 1 Patch"));
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B"));
+        QCOMPARE(TestLibraries::loaded(directory).size(), 2);
+    }
+
+    void aDamagedLibraryIsPutTogetherFromItsFiles()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(LibraryFileNames::libraryFile(), "garbled");
+        Checked check(directory);
+        QVERIFY(check.window.open());
+        QCOMPARE(check.window.message(), QStringLiteral("Could not access to library directory."));
+        QVERIFY(check.window.answer(entry));
+        QTRY_VERIFY(check.dialog());
+        QVERIFY(check.rows(check.findings()).contains(QStringLiteral("Library file that cannot be read (1)")));
+        check.press(QStringLiteral("Add 2 Patches"));
+        QCOMPARE(TestLibraries::loaded(directory).size(), 2);
+        QCOMPARE(check.window.library.count(), 2);
+        const QStringList copies = TestLibraries::datedCopies(directory);
+        QCOMPARE(copies.size(), 1);
+        QCOMPARE(directory.read(copies.first()), QByteArray("garbled"));
+        QVERIFY(check.rows(check.kept()).last().endsWith(QStringLiteral("cannot be read")));
+        QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
+        // The dialog shows the file that was kept.
+        QCOMPARE(check.window.message(), QString());
+    }
+
+    void anIncompleteLibraryLeadsToTheCheck()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
+        Checked check(directory);
+        QVERIFY(check.window.open());
+        QCOMPARE(check.window.message(), QStringLiteral("Some patches of the library could not be loaded"));
+        QVERIFY(check.window.answer(entry));
+        QTRY_VERIFY(check.dialog());
+        QCOMPARE(check.rows(check.findings()),
+            (QStringList{QStringLiteral("Patches without a file (1)"), QStringLiteral("B")}));
+        QTest::keyClick(check.dialog(), Qt::Key_Escape);
+        QTRY_VERIFY(!check.dialog());
+        QCOMPARE(check.window.message(), QString());
+    }
+
+    void aFormerLibraryIsPreviewedRestoredAndTakenBack()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C"))).hasError());
+        LibraryJson::Content then = contentOf(QStringLiteral("A B Gone"));
+        then.patches.first().comment = QStringLiteral("former words");
+        directory.write(former, LibraryJson::encode(then));
+        Checked check(directory);
+        QVERIFY(check.open());
+        QCOMPARE(check.rows(check.kept()).first(), QStringLiteral("Library files (1)"));
+        for (const char *expected : {"will hold 2 patches", "comment and marks (1):\nA\n", "files stay (1):\nC\n",
+                 "files are gone (1):\nGone\n", "takes everything back"}) {
+            QVERIFY2(check.aboutKept().contains(QString::fromLatin1(expected)), qPrintable(check.aboutKept()));
+        }
+        const QString stray = fileOf(QStringLiteral("C"));
+
+        check.press(QStringLiteral("Restore"));
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B"));
+        QCOMPARE(TestLibraries::loadedNames(directory), (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+        QCOMPARE(TestLibraries::loaded(directory).first().comment, QStringLiteral("former words"));
+        QVERIFY(directory.has(stray));
+        QCOMPARE(check.rows(check.kept()).first(), QStringLiteral("Library files (2)"));
+        QVERIFY(!check.aboutKept().contains(former));
+        QVERIFY2(check.aboutKept().contains(QStringLiteral("Come back (1):\nC\n")), qPrintable(check.aboutKept()));
+        // The dialog shows the file that was kept.
+        QCOMPARE(check.window.message(), QString());
+
+        check.press(QStringLiteral("Restore"));
+        QVERIFY(
+            TestLibraries::areIdentical(TestLibraries::loaded(directory), contentOf(QStringLiteral("A B C")).patches));
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B C"));
+    }
+
+    void theKeyboardAloneRestoresAndCloses()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
+        writePatch(directory, QStringLiteral("B"), fileOf(QStringLiteral("B")));
+        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("B"))));
+        directory.write(latest, "garbled");
+        Checked check(directory);
+        QVERIFY(check.open());
+        QWidget *const focused = check.kept();
+        for (int presses = 0; QApplication::focusWidget() != focused && presses < 10; ++presses) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QVERIFY(focused->hasFocus());
+        QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
+        QTest::keyClick(focused, Qt::Key_Up);
+        QVERIFY(check.aboutKept().contains(latest));
+        QTest::keyClick(focused, Qt::Key_Down);
+        QVERIFY(check.aboutKept().contains(former));
+        QTest::keyClick(focused, Qt::Key_R, Qt::AltModifier);
+        QTRY_COMPARE(check.window.libraryRows(), QStringLiteral("B"));
+        QTest::keyClick(check.dialog(), Qt::Key_Return);
+        QTRY_VERIFY(!check.dialog());
+    }
+
+    void everyKindIsSaidInWords()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C D"))).hasError());
+        const quint64 id = patchOf(QStringLiteral("A")).id();
+        QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
+        writePatch(directory, QStringLiteral("Stray"), fileOf(QStringLiteral("Stray")));
+        writePatch(directory, QStringLiteral("A"), fileOf(QStringLiteral("C")));
+        directory.write(fileOf(QStringLiteral("D")), "damaged");
+        directory.write(QStringLiteral("copy.%1.bak").arg(id), "mine");
+        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "x");
+        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        directory.write(LibraryFileNames::damagedFile(id, 0), "damaged");
+        Checked check(directory);
+        QVERIFY(check.open());
+        QStringList titles = check.rows(check.findings());
+        const int last = static_cast<int>(titles.size()) - 1;
+        titles.removeIf([](const QString &text) { return !text.contains(QStringLiteral(" (1)")); });
+        QCOMPARE(titles.size(), 6);
+        QSet<QString> said;
+        QTest::keyClick(check.findings(), Qt::Key_Home);
+        for (int row = 1; row <= last; row += 2) {
+            QCOMPARE(check.findings()->currentIndex().row(), row);
+            said.insert(check.aboutFinding());
+            QTest::keyClick(check.findings(), Qt::Key_Down);
+        }
+        QCOMPARE(said.size(), 6);
+        QTest::keyClick(check.kept(), Qt::Key_End);
+        QVERIFY(check.aboutKept().contains(directory.filePath(LibraryFileNames::damagedFile(id, 0))));
+        QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
+    }
+
+    void aSaveThatFailsIsToldAndNothingIsRestored()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        Checked check(directory);
+        QVERIFY(check.open());
+        const QString file = directory.filePath(LibraryFileNames::libraryFile());
+        check.window.library.append(patchOf(QStringLiteral("Unsaved")), false, false);
+        check.window.storage.delayedSave(check.window.library);
+        QVERIFY(QFile::remove(file));
+        QVERIFY(QDir().mkpath(file));
+        QVERIFY(check.button(QStringLiteral("Restore"))->isEnabled());
+        check.press(QStringLiteral("Restore"));
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B Unsaved"));
+        QVERIFY(check.window.storage.hasUnsavedChanges());
+        auto *const message = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(message);
+        QCOMPARE(message->text(), QStringLiteral("Could not save one or more library files"));
+        QCOMPARE(message->parentWidget(), check.dialog());
+        QTest::keyClick(message, Qt::Key_Escape);
+        WindowFixture::settle();
+        QVERIFY(check.dialog());
+        QVERIFY(QDir().rmdir(file));
+        check.press(QStringLiteral("Restore"));
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A"));
+        QVERIFY(directory.has(fileOf(QStringLiteral("Unsaved"))));
+    }
+
+    void namesAreNoMarkupAndThousandsOfFindingsAreShown()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
+        constexpr int count = 1000;
+        for (int i = 0; i < count; ++i) {
+            directory.write(QStringLiteral("lib-<b>x & y.%1.prst").arg(i + 1), "damaged");
+        }
+        Checked check(directory);
+        QVERIFY(check.open());
+        QVERIFY(check.findings()->uniformItemSizes());
+        QCOMPARE(check.findings()->model()->rowCount(), count + 1);
+        const QModelIndex row = check.findings()->model()->index(1, 0);
+        QVERIFY(row.data().toString().startsWith(QStringLiteral("lib-<b>x & y.")));
+        QVERIFY(row.data(Qt::ToolTipRole).toString().contains(QStringLiteral("&lt;b&gt;x &amp; y.")));
+        QVERIFY(check.aboutFinding().contains(QStringLiteral("File: lib-<b>x & y.")));
+        QTest::keyClick(check.findings(), Qt::Key_End);
+        QCOMPARE(check.findings()->currentIndex().row(), count);
+    }
+
+    void everythingHasANameAndAMnemonicOfItsOwn()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
+        Checked check(directory);
+        QVERIFY(check.open());
+        QStringList mnemonics;
+        for (const QPushButton *button : check.dialog()->findChildren<QPushButton *>()) {
+            mnemonics.append(button->shortcut().toString());
+        }
+        QCOMPARE(mnemonics.removeDuplicates(), 0);
+        QCOMPARE(mnemonics.size(), 4);
+        QVERIFY(!mnemonics.contains(QString()));
+    }
+
+    void theFolderIsShownFromHere()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
+        Checked check(directory);
+        QList<QUrl> shown;
+        check.window.storage.setShowDirectory([&shown](const QUrl &url) { shown.append(url); });
+        QVERIFY(check.open());
+        check.press(QStringLiteral("Show Library Folder"));
+        QCOMPARE(shown, QList{QUrl::fromLocalFile(directory.path())});
+        QVERIFY(check.dialog());
+    }
+};
+
+QTEST_MAIN(TestLibraryCheckDialog)
+#include "tst_LibraryCheckDialog.moc"
