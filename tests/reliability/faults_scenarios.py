@@ -12,8 +12,10 @@ import subprocess
 
 from harness import Figures, Library, LibraryBroken, Operation, State, Velgor, difference, random_presets, same
 from harness import operations
+from harness.library import patch_file
 
 REFUSED = 2
+NOT_MOVED = "Error renaming item"
 COUNTS = ("neither old nor new", "wrong status", "said too little", "not brought by the next try", "leftovers", "died")
 
 
@@ -73,7 +75,7 @@ class Scenario:
         try:
             state = self.library.state()
         except (LibraryBroken, ValueError) as problem:
-            return f"the library does not open: {problem}"
+            return "old" if self._has_only_patch_files(problem) else f"the library does not open: {problem}"
         if self.is_export:
             if not same(self.before, state):
                 return f"an export changed the library: {difference(self.before, state)}"
@@ -84,10 +86,22 @@ class Scenario:
             return "new"
         return "old" if same(self.before, state) else difference(self.before, state)
 
-    def litter(self) -> list[str]:
-        """What lies about that neither the library nor the export needs."""
+    def _has_only_patch_files(self, problem: Exception) -> bool:
+        """Whether this is still the empty library of a first start. Patch files are stored even if the library file
+        cannot be, because what they hold may be nowhere else; they are told of, and can be added again."""
+        count = len(self.operation.after.patches)
+        is_told = f"there is no library file, but {count} patch files" in str(problem)
+        return self.name == "first start" and is_told
+
+    def litter(self, said: str) -> list[str]:
+        """What lies about that neither the library nor the export needs, and that the program does not leave there on
+        purpose. `said` is what it told under the fault."""
         state = self.library.state()
         names = self.library.leftovers(state) + [f"missing: {name}" for name in self.library.missing_files(state)]
+        if NOT_MOVED in said:
+            # A patch whose file cannot be moved to its new name is stored anew; the old file is left to the user.
+            former = {patch_file(patch) for patch in self.before.patches}
+            names = [name for name in names if name not in former or f"/{name}" not in said]
         names += sorted(set(os.listdir(self.place)) - {"library", "exports"})
         target = self.operation.target
         return names + sorted(set(os.listdir(self.place / "exports")) - {target.name if target else ""})
@@ -122,7 +136,7 @@ class Case:
         if done.returncode == REFUSED and not self._is_told(said):
             figures.fail("said too little", f"{label}: {said!r}")
         with end_of_fault:
-            self._try_again(figures, label, found)
+            self._try_again(figures, label, found, said)
         return found
 
     def _is_told(self, said: str) -> bool:
@@ -134,7 +148,7 @@ class Case:
         comment = ["--comment", patch.field("comment")]
         return self.scenario.library.run("set", str(patch.id), *comment, prefix=self.prefix).returncode == 0
 
-    def _try_again(self, figures: Figures, label: str, found: str) -> None:
+    def _try_again(self, figures: Figures, label: str, found: str, said: str) -> None:
         scenario = self.scenario
         try:
             again = scenario.run(self.prefix) if found != "new" or scenario.is_export else None
@@ -145,7 +159,7 @@ class Case:
             now = scenario.found()
             if now != "new":
                 figures.fail("not brought by the next try", f"{label}: {now}")
-            litter = scenario.litter()
+            litter = scenario.litter(said)
             if litter:
                 figures.fail("leftovers", f"{label}: {', '.join(litter)}")
         except LibraryBroken as problem:
