@@ -34,7 +34,7 @@ def _locks() -> typing.Iterator[tuple[str, bytes, bool]]:
     """What is in the lock file, and whether its holder may still be there."""
     yield "empty", b"", False
     yield "garbage", b"\x00\xff\xfe garbage", False
-    yield "lines of garbage", b"a\nb\nc\nd\ne\n", False
+    yield "lines of garbage", b"one\ntwo\nthree\nfour\nfive\n", False
     yield "cut", lock_text(_ended_process())[:9], False
     yield "of a program that is gone", lock_text(_ended_process()), False
     yield "of a number that another program has now", lock_text(os.getpid()), False
