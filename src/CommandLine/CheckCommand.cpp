@@ -97,24 +97,23 @@ bool isClean(const CheckedFile &checked)
     return checked.report.findings.isEmpty() && checked.report.roundTrip;
 }
 
-QString lines(const CheckedFile &checked)
+void printLines(const CheckedFile &checked)
 {
     if (!checked.report.file) {
-        return {};
+        return;
     }
     const QString path = ShownText::escaped(checked.path);
     if (isClean(checked)) {
-        return CheckCommand::tr("%1: ok").arg(path) + u'\n';
+        Output::print(CheckCommand::tr("%1: ok").arg(path) + u'\n');
     }
-    QString text;
     for (const PresetFileFinding &finding : checked.report.findings) {
         const QString place = finding.offset ? CheckCommand::tr("byte %1: ").arg(*finding.offset) : QString();
-        text += QStringLiteral("%1: %2%3 (%4)\n").arg(path, place, ShownText::escaped(finding.message), finding.code);
+        Output::print(
+            QStringLiteral("%1: %2%3 (%4)\n").arg(path, place, ShownText::escaped(finding.message), finding.code));
     }
     if (!checked.report.roundTrip) {
-        text += CheckCommand::tr("%1: reading and writing it again gives other bytes").arg(path) + u'\n';
+        Output::print(CheckCommand::tr("%1: reading and writing it again gives other bytes").arg(path) + u'\n');
     }
-    return text;
 }
 
 } // namespace
@@ -130,7 +129,7 @@ int CommandHandlers::checkFiles(const Arguments &arguments)
         Output::printJson(json(files));
     } else {
         for (const CheckedFile &checked : std::as_const(files)) {
-            Output::print(lines(checked));
+            printLines(checked);
         }
     }
     if (std::any_of(files.begin(), files.end(), [](const CheckedFile &checked) { return !checked.report.file; })) {

@@ -76,7 +76,7 @@ void printTable(const QList<VelgorPatch> &patches, const VelgorLibrary &library)
             patch.hasUserIR ? LibraryListCommand::tr("user IR") : QString(), patch.version,
             patch.date.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm")), flagsOf(patch), patch.comment});
     }
-    Output::print(table.text());
+    table.print();
     Output::print(LibraryListCommand::tr("%1 of %2 patches").arg(patches.size()).arg(library.count()) + u'\n');
 }
 

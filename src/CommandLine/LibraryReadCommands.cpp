@@ -43,7 +43,7 @@ int CommandHandlers::librarySimilar(const Arguments &arguments)
     for (const VelgorPatch &found : similar) {
         table.addRow({QString::number(found.id()), found.name});
     }
-    Output::print(table.text());
+    table.print();
     return Done;
 }
 

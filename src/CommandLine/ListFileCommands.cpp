@@ -29,8 +29,19 @@ quint16 computedChecksum(const QByteArray &bytes, const SPresetFile &file)
     return PatchWriter::calcChecksum(QByteArrayView(bytes).first(end));
 }
 
-nlohmann::ordered_json patchJson(const SPresetFile &file, const VelgorContentPatch &slot, qsizetype index)
+/// One at a time: a file may hold 65,535 of them.
+VelgorContentPatch slotOf(const SPresetFile &file, qsizetype index)
 {
+    VelgorContentPatch slot(VelgorPatch(file.patches.at(index), file.userIRs.at(index), file.headerDesc));
+    const BankNumber place = BankNumber::ofSlot(index);
+    slot.bank = place.bank;
+    slot.number = place.number;
+    return slot;
+}
+
+nlohmann::ordered_json patchJson(const SPresetFile &file, qsizetype index)
+{
+    const VelgorContentPatch slot = slotOf(file, index);
     const SPatch &record = file.patches.at(index);
     const SUserIR &userIR = file.userIRs.at(index);
     nlohmann::ordered_json json;
@@ -51,33 +62,33 @@ nlohmann::ordered_json patchJson(const SPresetFile &file, const VelgorContentPat
     return json;
 }
 
-void printJson(const QString &path, const QByteArray &bytes, const SPresetFile &file, const VelgorContent &content)
+void printJson(const QString &path, const QByteArray &bytes, const SPresetFile &file)
 {
     const quint16 computed = computedChecksum(bytes, file);
     nlohmann::ordered_json json;
     json["file"] = Output::jsonText(path);
     json["count"] = file.patches.size();
-    json["version"] = Output::jsonText(content.velgorContentPatchList().first().patch.version);
+    json["version"] = Output::jsonText(slotOf(file, 0).patch.version);
     json["tailBit"] = file.tailBit;
     json["checksum"] = {{"stored", file.checksum}, {"computed", computed}, {"valid", file.checksum == computed}};
     json["patches"] = nlohmann::ordered_json::array();
     for (qsizetype i = 0; i < file.patches.size(); ++i) {
-        json["patches"].push_back(patchJson(file, content.velgorContentPatchList().at(i), i));
+        json["patches"].push_back(patchJson(file, i));
     }
     Output::printJson(json);
 }
 
-void printTable(const SPresetFile &file, const VelgorContent &content)
+void printTable(const SPresetFile &file)
 {
     TextTable table({ListFileCommands::tr("Slot"), ListFileCommands::tr("Name"), ListFileCommands::tr("User IR"),
         ListFileCommands::tr("Version"), ListFileCommands::tr("Bytes"), ListFileCommands::tr("Id")});
     for (qsizetype i = 0; i < file.patches.size(); ++i) {
-        const VelgorContentPatch &slot = content.velgorContentPatchList().at(i);
+        const VelgorContentPatch slot = slotOf(file, i);
         table.addRow({QStringLiteral("%1.%2").arg(slot.bank).arg(slot.number), slot.patch.name,
             slot.patch.hasUserIR ? ListFileCommands::tr("user IR") : QString(), slot.patch.version,
             QString::number(file.patches.at(i).data.size()), QString::number(slot.patch.id())});
     }
-    Output::print(table.text());
+    table.print();
 }
 
 } // namespace
@@ -94,12 +105,10 @@ int CommandHandlers::listFile(const Arguments &arguments)
         return Output::fail(
             ListFileCommands::tr("%1: not a complete preset file (%2)").arg(path, Diagnostics::lastLine()));
     }
-    VelgorContent content;
-    content.populate(*file);
     if (arguments.has(QStringLiteral("json"))) {
-        printJson(path, *read.bytes, *file, content);
+        printJson(path, *read.bytes, *file);
     } else {
-        printTable(*file, content);
+        printTable(*file);
     }
     return Done;
 }

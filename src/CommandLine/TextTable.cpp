@@ -1,10 +1,12 @@
 #include "TextTable.h"
 
+#include "Output.h"
 #include "ShownText.h"
 
 #include <QtGlobal>
 
 #include <algorithm>
+#include <utility>
 
 #ifdef Q_OS_UNIX
 #include <sys/ioctl.h>
@@ -30,8 +32,9 @@ int terminalColumns()
 } // namespace
 
 TextTable::TextTable(const QStringList &header)
-    : m_rows{header}
+    : m_widths(header.size(), 0)
 {
+    store(header);
 }
 
 void TextTable::addRow(const QStringList &cells)
@@ -40,34 +43,41 @@ void TextTable::addRow(const QStringList &cells)
     for (const QString &cell : cells) {
         row.append(ShownText::escaped(cell));
     }
-    m_rows.append(row);
+    store(row);
 }
 
-QString TextTable::text() const
+void TextTable::store(const QStringList &cells)
 {
-    QList<int> widths(m_rows.first().size(), 0);
-    for (const QStringList &row : m_rows) {
-        for (qsizetype column = 0; column < row.size(); ++column) {
-            widths[column] = std::max(widths.at(column), ShownText::width(row.at(column)));
-        }
+    for (qsizetype column = 0; column < cells.size(); ++column) {
+        m_widths[column] = std::max(m_widths.at(column), ShownText::width(cells.at(column)));
     }
+    m_rows.append(cells.join(u'\n').toUtf8());
+}
+
+void TextTable::print() const
+{
+    constexpr qsizetype portion = 65'536;
     int lastStart = 0;
-    for (qsizetype column = 0; column + 1 < widths.size(); ++column) {
-        lastStart += widths.at(column) + gap;
+    for (qsizetype column = 0; column + 1 < m_widths.size(); ++column) {
+        lastStart += m_widths.at(column) + gap;
     }
     const int columns = terminalColumns();
-    QString result;
-    for (const QStringList &row : m_rows) {
+    const bool isCut = columns > lastStart;
+    QString text;
+    for (const QByteArray &row : m_rows) {
+        const QStringList cells = QString::fromUtf8(row).split(u'\n');
         QString line;
-        for (qsizetype column = 0; column + 1 < row.size(); ++column) {
-            line += ShownText::padded(row.at(column), widths.at(column) + gap);
+        for (qsizetype column = 0; column + 1 < cells.size(); ++column) {
+            line += ShownText::padded(cells.at(column), m_widths.at(column) + gap);
         }
-        const bool isCut = columns > lastStart;
-        line += isCut ? ShownText::shortened(row.last(), columns - lastStart) : row.last();
+        line += isCut ? ShownText::shortened(cells.last(), columns - lastStart) : cells.last();
         while (line.endsWith(u' ')) {
             line.chop(1);
         }
-        result += line + u'\n';
+        text += line + u'\n';
+        if (text.size() > portion) {
+            Output::print(std::exchange(text, QString()));
+        }
     }
-    return result;
+    Output::print(text);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayList>
 #include <QStringList>
 
 /// Rows of text in aligned columns under a header. The last column is cut to the terminal's width, where standard
@@ -10,9 +11,12 @@ public:
 
     /// One text a column. Control characters are shown as escapes.
     void addRow(const QStringList &cells);
-    /// Lines, each with a line feed.
-    [[nodiscard]] QString text() const;
+    /// On standard output, one line a row.
+    void print() const;
 
 private:
-    QList<QStringList> m_rows;
+    void store(const QStringList &cells);
+
+    QByteArrayList m_rows; ///< escaped cells between line feeds, which no cell holds: tables can be very long
+    QList<int> m_widths;
 };
