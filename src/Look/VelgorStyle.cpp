@@ -166,7 +166,7 @@ void VelgorStyle::drawPrimitive(
         }
         break;
     case PE_Frame:
-        if (isTextEdit(widget)) {
+        if (isTextEdit(widget) || isVariant(widget, "field")) {
             drawField(*option, painter, false);
             return;
         }

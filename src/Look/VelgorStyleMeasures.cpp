@@ -211,6 +211,9 @@ int VelgorStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
         if (qobject_cast<const QPlainTextEdit *>(widget) || qobject_cast<const QTextEdit *>(widget)) {
             return textEditFrame;
         }
+        if (isVariant(widget, "field")) {
+            return smallGap;
+        }
         break;
     default:
         break;

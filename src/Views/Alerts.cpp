@@ -88,7 +88,8 @@ void Alerts::show(const Alert &alert, const Answered &answered)
 
 void Alerts::open(const Alert &alert, const Answered &answered)
 {
-    m_box = MessageBox::show(m_frontDialog ? m_frontDialog.data() : &m_window, alert, [this, answered](bool isAccepted) {
+    const bool hasDialog = m_frontDialog && m_frontDialog->isVisible();
+    m_box = MessageBox::show(hasDialog ? m_frontDialog.data() : &m_window, alert, [this, answered](bool isAccepted) {
         m_box.clear();
         answered(isAccepted);
         QTimer::singleShot(0, this, &Alerts::showNext);

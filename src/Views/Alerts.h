@@ -28,7 +28,7 @@ public:
     /// first.
     void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
     [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
-    /// The dialog over which messages are shown from now on while it is there, instead of the window.
+    /// The dialog over which messages are shown while it is visible, instead of over the window.
     void setFrontDialog(QWidget *dialog) { m_frontDialog = dialog; }
     /// Gives the keyboard to the message that is shown, if there is one.
     void raise();

@@ -28,9 +28,12 @@ LibraryCheckColumn::LibraryCheckColumn(const QString &title, const QString &deta
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(LookMeasures::gap);
-    column->addWidget(header);
-    column->addWidget(m_list, 3);
-    column->addWidget(m_details, 2);
+    auto *const texts = new QVBoxLayout;
+    texts->setContentsMargins(LookMeasures::focusGutter, 0, LookMeasures::focusGutter, 0);
+    texts->addWidget(header);
+    texts->addWidget(m_list, 4);
+    texts->addWidget(m_details, 3);
+    column->addLayout(texts, 1);
     column->addWidget(m_button, 0, Qt::AlignLeft);
 }
 

@@ -15,7 +15,7 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, bool isF
     if (!isSelected && !isHovered) {
         return;
     }
-    const QRectF rect = option.rect.adjusted(LookMeasures::rowInset, 0, -LookMeasures::rowInset, 0);
+    const QRectF rect = option.rect;
     painter.setPen(Qt::NoPen);
     painter.setBrush(!isSelected ? tokens.rowHover : isFocused ? tokens.selection : tokens.selectionInactive);
     painter.drawRoundedRect(rect, LookMeasures::rowRadius, LookMeasures::rowRadius);
@@ -50,8 +50,9 @@ void LibraryCheckDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
     const QFont font = isTitle ? LookMeasures::strongFont(option.font) : option.font;
     painter->setFont(font);
     painter->setPen(isHighlighted ? tokens.highlightedText : tokens.text);
-    const QRect rect = option.rect.adjusted(LookMeasures::columnPadding, 0, -LookMeasures::columnPadding, 0);
-    const QString shown = QFontMetrics(font).elidedText(index.data().toString(), Qt::ElideMiddle, rect.width());
+    const QRect rect = option.rect.adjusted(LookMeasures::gap, 0, -LookMeasures::gap, 0);
+    const QString shown = QFontMetrics(font).elidedText(
+        index.data().toString(), isTitle ? Qt::ElideRight : Qt::ElideMiddle, rect.width());
     painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
     painter->restore();
 }

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr QSize startSize{940, 600};
-constexpr int margin = 20;
+constexpr int margin = 20 - LookMeasures::focusGutter;
 
 /// The pointer says that the program is busy.
 struct Waiting {
@@ -53,9 +53,11 @@ LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageMan
     m_summary->setFont(LookMeasures::strongFont(font()));
     m_place->setForegroundRole(QPalette::PlaceholderText);
     m_place->setWordWrap(true);
-    setSelectable(*m_summary);
-    setSelectable(*m_place);
-    m_layout->setContentsMargins(margin, margin, margin, margin - LookMeasures::focusGutter);
+    for (QLabel *const label : {m_summary, m_place}) {
+        setSelectable(*label);
+        label->setContentsMargins(LookMeasures::focusGutter, 0, LookMeasures::focusGutter, 0);
+    }
+    m_layout->setContentsMargins(margin, margin + LookMeasures::focusGutter, margin, margin);
     m_layout->setSpacing(LookMeasures::smallGap);
     m_layout->addWidget(m_summary);
     m_layout->addWidget(m_place);
@@ -69,7 +71,7 @@ LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageMan
 void LibraryCheckDialog::addColumns()
 {
     auto *const columns = new QHBoxLayout;
-    columns->setSpacing(LookMeasures::wideGap);
+    columns->setSpacing(LookMeasures::wideGap - 2 * LookMeasures::focusGutter);
     columns->addWidget(m_findings, 1);
     columns->addWidget(m_kept, 1);
     m_layout->addSpacing(LookMeasures::gap);

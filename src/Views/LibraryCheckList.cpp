@@ -8,6 +8,9 @@ LibraryCheckList::LibraryCheckList(QWidget *parent)
     : QListView(parent)
     , m_model(new LibraryCheckModel(this))
 {
+    // Framed like the field below it, to which it belongs.
+    setProperty("field", true);
+    setFrameShape(StyledPanel);
     setModel(m_model);
     setItemDelegate(new LibraryCheckDelegate(this));
     setUniformItemSizes(true);
@@ -59,12 +62,14 @@ void LibraryCheckList::selectionChanged(const QItemSelection &selected, const QI
 void LibraryCheckList::focusInEvent(QFocusEvent *event)
 {
     QListView::focusInEvent(event);
-    // The selected row changes its colour.
+    // The selected row changes its colour, and so does the frame.
     viewport()->update();
+    update();
 }
 
 void LibraryCheckList::focusOutEvent(QFocusEvent *event)
 {
     QListView::focusOutEvent(event);
     viewport()->update();
+    update();
 }

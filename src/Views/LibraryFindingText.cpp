@@ -20,7 +20,7 @@ struct KindText {
 };
 
 constexpr KindText kindTexts[] = {
-    {Kind::DamagedLibraryFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Library file that cannot be read"),
+    {Kind::DamagedLibraryFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Library file not readable"),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "This file holds the list of the patches with their comments and marks. It stays as it is until the first "
             "change is saved, and is then kept under a dated name."),
@@ -31,18 +31,17 @@ constexpr KindText kindTexts[] = {
             "The library file names this patch, but its preset file was not there when the library was loaded."),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "If you have the file in a backup, put it into the library folder and check the library again.")},
-    {Kind::FileWithoutEntry, QT_TRANSLATE_NOOP("LibraryFindingText", "Files that the library does not know"),
+    {Kind::FileWithoutEntry, QT_TRANSLATE_NOOP("LibraryFindingText", "Unknown files"),
         QT_TRANSLATE_NOOP("LibraryFindingText", "This preset file is whole, but belongs to no patch of the library."),
         QT_TRANSLATE_NOOP("LibraryFindingText", "Nothing is done about it.")},
-    {Kind::FileOfOtherContent,
-        QT_TRANSLATE_NOOP("LibraryFindingText", "Files that hold another patch than their name says"),
+    {Kind::FileOfOtherContent, QT_TRANSLATE_NOOP("LibraryFindingText", "Mixed-up files"),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "The number in the name of this preset file is not that of the patch in it. Files that were renamed or "
             "exchanged by hand look like this."),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "Nothing is done about it. If a patch does not sound as it should, put its file from a backup in this "
             "place.")},
-    {Kind::UnreadableFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Files that cannot be read"),
+    {Kind::UnreadableFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Files not readable"),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "This preset file is damaged, or may not be read. It is never deleted: where a good one takes its place, "
             "it is set aside."),
@@ -58,6 +57,15 @@ constexpr KindText kindTexts[] = {
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "You need not do anything. The next start of the program takes over what is in it and removes it.")},
 };
+
+QString titleOf(const KindText &kind, qsizetype count, qsizetype rescued)
+{
+    const QString title = Texts::tr(kind.title);
+    if (rescued == 0) {
+        return Texts::tr("%1 (%2)").arg(title, QString::number(count));
+    }
+    return Texts::tr("%1 (%2, %3 can be added)").arg(title, QString::number(count), QString::number(rescued));
+}
 
 /// In one line, whatever a name holds.
 QString lineOf(const LibraryFinding &finding)
@@ -108,9 +116,7 @@ QList<LibraryCheckRow> LibraryFindingText::rows(const QList<LibraryFinding> &fin
             const int order = QString::localeAwareCompare(a.text, b.text);
             return order != 0 ? order < 0 : a.details < b.details;
         });
-        const QString title = Texts::tr("%1 (%2)").arg(Texts::tr(kind.title), QString::number(group.size()));
-        rows.append(
-            {.text = rescued > 0 ? Texts::tr("%1, %2 can be added").arg(title, QString::number(rescued)) : title});
+        rows.append({.text = titleOf(kind, group.size(), rescued)});
         rows += group;
     }
     return rows;

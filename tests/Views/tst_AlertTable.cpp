@@ -316,6 +316,11 @@ private Q_SLOTS:
         QVERIFY(shownBox());
         QCOMPARE(shownBox()->parentWidget(), &dialog);
         press(QStringLiteral("OK"));
+        dialog.hide();
+        window.desk.content.setOpenError(true);
+        QVERIFY(shownBox());
+        QCOMPARE(shownBox()->parentWidget(), &window.widget);
+        press(QStringLiteral("OK"));
     }
 
     void theRefusedDisclaimerExportsNothing_data()
