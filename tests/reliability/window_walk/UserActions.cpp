@@ -10,9 +10,11 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPixmapCache>
+#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 
@@ -89,6 +91,8 @@ QString UserActions::settle()
             answered += QStringLiteral(", %1 \"%2\"")
                             .arg(isAccepted ? QStringLiteral("accepted") : QStringLiteral("dismissed"), box->text());
             answer(*box, isAccepted);
+        } else if (QDialog *open = dialog()) {
+            answered += useDialog(*open);
         } else if (!m_window.window->isVisible()) {
             answered += QStringLiteral(", closed and reopened");
             reopen();
@@ -105,6 +109,43 @@ QMessageBox *UserActions::message() const
     const auto found =
         std::find_if(boxes.begin(), boxes.end(), [](const QMessageBox *box) { return box->isVisible(); });
     return found == boxes.end() ? nullptr : *found;
+}
+
+QDialog *UserActions::dialog() const
+{
+    const QList<QDialog *> dialogs = m_window.window->findChildren<QDialog *>();
+    const auto found =
+        std::find_if(dialogs.begin(), dialogs.end(), [](const QDialog *each) { return each->isVisible(); });
+    return found == dialogs.end() ? nullptr : *found;
+}
+
+QString UserActions::useDialog(QDialog &open)
+{
+    constexpr std::array keys{Qt::Key_Tab, Qt::Key_Down, Qt::Key_Up, Qt::Key_Space, Qt::Key_End};
+    QString used = QStringLiteral(", used a dialog");
+    const QPointer<QDialog> dialog(&open);
+    for (int steps = m_random.bounded(8); steps > 0 && dialog; --steps) {
+        if (m_random.bounded(2) == 0) {
+            QWidget *focus = dialog->focusWidget();
+            QTest::keyClick(focus ? focus : dialog.data(), keys.at(static_cast<std::size_t>(m_random.bounded(5))));
+        } else {
+            QList<QPushButton *> buttons = dialog->findChildren<QPushButton *>();
+            buttons.removeIf([](const QPushButton *button) { return !button->isVisible() || !button->isEnabled(); });
+            QPushButton *button = buttons.value(m_random.bounded(static_cast<int>(buttons.size()) + 1));
+            if (button) {
+                used += QStringLiteral(", \"%1\"").arg(button->text());
+                QTest::mouseClick(button, Qt::LeftButton);
+            }
+        }
+        WindowFixture::settle();
+        if (message()) {
+            return used;
+        }
+    }
+    if (dialog) {
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    }
+    return used;
 }
 
 void UserActions::answer(QMessageBox &box, bool isAccepted)

@@ -7,6 +7,7 @@
 
 class PatchListView;
 class PresetSupply;
+class QDialog;
 class QMessageBox;
 class QWidget;
 struct WindowFixture;
@@ -54,6 +55,10 @@ private:
     QString settle();
     [[nodiscard]] QMessageBox *message() const;
     static void answer(QMessageBox &box, bool isAccepted);
+    /// A dialog that is open and no message.
+    [[nodiscard]] QDialog *dialog() const;
+    /// Uses it for a while, and closes it unless a message came up.
+    QString useDialog(QDialog &open);
     /// Runs a command as its menu does, with the same answer to what it asks. False when it is disabled.
     bool choose(int command, bool isAccepted);
     void reopen();
