@@ -250,6 +250,10 @@ private Q_SLOTS:
         QVERIFY(
             TestLibraries::areIdentical(TestLibraries::loaded(directory), contentOf(QStringLiteral("A B C")).patches));
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A B C"));
+
+        check.press(QStringLiteral("Close"));
+        check.window.storage.delayedSave(check.window.library);
+        QCOMPARE(check.window.message(), QString());
     }
 
     void theKeyboardAloneRestoresAndCloses()
