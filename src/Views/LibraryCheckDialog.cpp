@@ -6,6 +6,7 @@
 #include "LibraryFindingText.h"
 #include "LibraryStorageManager.h"
 #include "LookMeasures.h"
+#include "StatusText.h"
 #include "VelgorLibrary.h"
 
 #include <QGuiApplication>
@@ -110,7 +111,7 @@ void LibraryCheckDialog::examine()
     const Waiting waiting;
     m_check.examine();
     const qsizetype patches = m_library.count();
-    const QString place = m_storage.libDirectory();
+    const QString place = StatusText::directory(m_storage.libDirectory());
     m_summary->setText(LibraryFindingText::summary(m_check.health().findings.size()));
     m_place->setText(
         patches == 1 ? tr("1 patch in %1").arg(place) : tr("%1 patches in %2").arg(QString::number(patches), place));

@@ -14,14 +14,6 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(StatusText)
 };
 
-QString shownDirectory(const QString &directory)
-{
-    const QString home = QDir::homePath();
-    const QString shown =
-        directory.startsWith(home + u'/') ? QStringLiteral("~") + directory.mid(home.size()) : directory;
-    return QDir::toNativeSeparators(shown);
-}
-
 QString positionOf(int row)
 {
     const BankNumber place = BankNumber::ofSlot(row);
@@ -42,9 +34,16 @@ QString StatusText::ofLibrary(const Desk &desk)
         return Texts::tr("Changes not saved");
     }
     if (desk.library.count() == 0) {
-        return Texts::tr("Library folder: %1").arg(shownDirectory(desk.storage.libDirectory()));
+        return Texts::tr("Library folder: %1").arg(directory(desk.storage.libDirectory()));
     }
     return Texts::tr("All changes saved");
+}
+
+QString StatusText::directory(const QString &path)
+{
+    const QString home = QDir::homePath();
+    const QString shown = path.startsWith(home + u'/') ? QStringLiteral("~") + path.mid(home.size()) : path;
+    return QDir::toNativeSeparators(shown);
 }
 
 QString StatusText::ofDrop(const DropMark &mark)

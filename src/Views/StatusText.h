@@ -14,4 +14,7 @@ namespace StatusText {
 /// What letting go of a drag over the slots does; empty when it would do nothing.
 [[nodiscard]] QString ofDrop(const DropMark &mark);
 
+/// A directory as people write it, with "~" for their home.
+[[nodiscard]] QString directory(const QString &path);
+
 } // namespace StatusText

@@ -159,6 +159,18 @@ def check_filter(program):
     program.wait(lambda: program.rows_of(LIBRARY) == shown, "all rows after the filter was cleared")
 
 
+def check_library_check(program):
+    program.menu("Library", "Check Library...")
+    dialog = program.dialog("Check Library")
+    buttons = ["Add Patches", "Restore", "Show Library Folder", "Close"]
+    check_equal([dialog.find_all("list", name) != [] for name in ("Findings", "Former libraries")], [True] * 2, "lists")
+    check_fixed_names(program, [("button", name) for name in buttons], "check of the library")
+    nameless = [node.role for node in dialog.find_all(states=("showing", "focusable")) if not node.name.strip()]
+    check_equal(nameless, [], "controls without a name, check of the library")
+    program.press("Escape")
+    program.wait_closed(dialog)
+
+
 def accessibility_walk(session):
     program = session.start()
     check_names(program, "first start")
@@ -179,6 +191,7 @@ def accessibility_walk(session):
     check_tab_order(program)
     check_ticking(program)
     check_filter(program)
+    check_library_check(program)
     # Whoever is asked to end a session is not asked about the list that was not exported.
     program.terminate()
     check_equal(program.wait_exit(), 0, "exit status")

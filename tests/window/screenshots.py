@@ -56,6 +56,19 @@ def prepare_library(session):
     return composed
 
 
+def leave_traces(session):
+    """What a disk that ran out of order and a careless copy may leave: a lost file, an unknown one, a former library."""
+    stored = session.library_directory / "velgorlibrary.json"
+    library = json.loads(stored.read_text())
+    former = session.library_directory / "velgorlibrary-20260910T093105-00.json"
+    patches = [patch | {"comment": ""} for patch in library["patches"] if patch["name"] != "Warm Jazz Box"]
+    former.write_text(json.dumps(library | {"patches": patches}))
+    lost, unknown = library["patches"][2], library["patches"][5]
+    library["patches"].remove(unknown)
+    stored.write_text(json.dumps(library))
+    next(session.library_directory.glob(f"lib-*.{lost['id']}.prst")).unlink()
+
+
 def new_session(desktop, scheme, executable, command_line, samples):
     session = Session(desktop, executable, Velgor(command_line), pathlib.Path(samples))
     session.variables = FONT_VARIABLES
@@ -103,6 +116,18 @@ def take_pictures(desktop, scheme, pictures, *paths):
         program.press("space")
     source, target = program.row(LIBRARY, TICKED[1]), program.row(CONTENT, 6)
     program.drag(source, target, cancel=True, over_target=lambda: take("ticking"))
+    program.end()
+
+    session = new_session(desktop, scheme, *paths)
+    prepare_library(session)
+    leave_traces(session)
+    # The message comes before the window takes any keys.
+    program = desktop.start([session.executable], session.home, **session.variables)
+    program.answer("Some patches of the library could not be loaded", "Check Library...")
+    program.dialog("Check Library")
+    program.press("End")
+    park(desktop)
+    take("library-check")
     program.end()
 
 
