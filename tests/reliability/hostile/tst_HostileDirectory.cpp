@@ -181,6 +181,30 @@ private Q_SLOTS:
         QVERIFY2(last.json().at("total") >= 2, last.output.constData());
     }
 
+    void nothingIsReadThroughALink_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("library file") << libraryFile << 2 << QStringLiteral("a link in the place of a file");
+        QTest::newRow("patch file") << leadFile << 0 << QStringLiteral("left out: Lead");
+    }
+    void nothingIsReadThroughALink()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, status);
+        QFETCH(const QString, told);
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        // The link leads to the file that the library needs.
+        const QString elsewhere = directory.parentPath() + QStringLiteral("/elsewhere");
+        QVERIFY(QFile::rename(directory.filePath(name), elsewhere));
+        QVERIFY(QFile::link(elsewhere, directory.filePath(name)));
+        const auto result = m_velgor.library(directory.path(), {QStringLiteral("list")});
+        QCOMPARE(result.status, status);
+        QVERIFY2(result.errorLines().last().endsWith(told), result.errors.constData());
+    }
+
     void whatStandsBesideANewDirectoryIsNotWritten_data()
     {
         QTest::addColumn<QString>("kind");
