@@ -80,6 +80,21 @@ private Q_SLOTS:
         QVERIFY(!files.write(directory.filePath(QStringLiteral("c")), "x").isEmpty());
     }
 
+    static void discardedFileLeavesNothingAndTheOthersArePutInPlace()
+    {
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("b"), "old");
+        BatchFiles files(directory.path());
+        for (const char *name : {"a", "b", "c"}) {
+            QCOMPARE(files.write(directory.filePath(QString::fromLatin1(name)), name), QString());
+        }
+        files.discard(directory.filePath(QStringLiteral("b")));
+        files.discard(directory.filePath(QStringLiteral("another")));
+        QVERIFY(files.finish().isEmpty());
+        QCOMPARE(directory.files(), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+        QCOMPARE(directory.read(QStringLiteral("b")), QByteArray("old"));
+    }
+
     static void linksAreNotReadThrough()
     {
         const LibraryDirectory directory;

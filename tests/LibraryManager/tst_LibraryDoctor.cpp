@@ -1,4 +1,5 @@
 #include "DiagnosticRecorder.h"
+#include "DiskFiles.h"
 #include "KeptLibraries.h"
 #include "LibraryDoctor.h"
 #include "LibraryJournal.h"
@@ -291,6 +292,68 @@ private Q_SLOTS:
         directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), "garbled");
         QVERIFY(!KeptLibraries::preview(directory.path(), QStringLiteral("velgorlibrary-20260101T000000-00.json"), {}));
         QVERIFY(!KeptLibraries::preview(directory.path(), QStringLiteral("missing.json"), {}));
+    }
+
+    void fileUnderAnIdThatNobodyHasIsExamined_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<bool>("isRescued");
+        QTest::addColumn<QString>("reason");
+        const VelgorPatch other = imported(QStringLiteral("Other"), 9);
+        QTest::newRow("patch that is nowhere else")
+            << patchBytes(other) << static_cast<int>(Kind::FileOfOtherContent) << true << QStringLiteral("\"Other\"");
+        QTest::newRow("patch of the library") << patchBytes(m_lead) << static_cast<int>(Kind::FileOfOtherContent)
+                                              << false << QStringLiteral("which the library has");
+        const QByteArray list =
+            TestRecords::fileBytes({*m_lead.patchData, *other.patchData}, {*m_lead.userIRData, *other.userIRData});
+        QTest::newRow("list") << list << static_cast<int>(Kind::UnreadableFile) << false
+                              << QStringLiteral("a list of 2 patches");
+        QTest::newRow("damaged") << QByteArray("damaged") << static_cast<int>(Kind::UnreadableFile) << false
+                                 << QString();
+    }
+    void fileUnderAnIdThatNobodyHasIsExamined()
+    {
+        QFETCH(const QByteArray, bytes);
+        QFETCH(const QString, reason);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(QStringLiteral("lib-X.77.prst"), bytes);
+        const LibraryFinding finding = only(examine(directory));
+        QCOMPARE(finding.file, QStringLiteral("lib-X.77.prst"));
+        QTEST(static_cast<int>(finding.kind), "kind");
+        QTEST(finding.rescued.has_value(), "isRescued");
+        QVERIFY2(finding.reason.contains(reason), qPrintable(finding.reason));
+    }
+
+    void fileThatIsTooLargeIsFound()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(QStringLiteral("lib-X.77.prst"), {});
+        QVERIFY(QFile::resize(directory.filePath(QStringLiteral("lib-X.77.prst")), DiskFiles::largestFile + 1));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::UnreadableFile && !finding.reason.isEmpty());
+    }
+
+    void damagedCopyOfAPatchWithoutFileIsNoRescue()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        QVERIFY(QFile::remove(directory.filePath(fileOf(m_lead))));
+        directory.write(QStringLiteral("copy.%1.prst").arg(m_lead.id()), "damaged");
+        const LibraryHealth health = examine(directory);
+        QCOMPARE(health.findings.size(), 2);
+        QVERIFY(health.findings.first().kind == Kind::ForeignFile);
+        QVERIFY(health.findings.last().kind == Kind::PatchWithoutFile);
+        QVERIFY(health.rescuedPatches().isEmpty());
+    }
+
+    void directoryThatIsNotThereIsFound()
+    {
+        const LibraryDirectory directory;
+        const LibraryFinding finding = only(LibraryDoctor(directory.filePath(QStringLiteral("missing"))).examine());
+        QVERIFY(finding.kind == Kind::DamagedLibraryFile && !finding.reason.isEmpty());
     }
 };
 

@@ -25,6 +25,8 @@ private Q_SLOTS:
         QTest::newRow("newline") << QStringLiteral("a\nb") << quint64(7) << QStringLiteral("lib-a\nb.7.prst");
         QTest::newRow("backslash") << QStringLiteral("a\\b") << quint64(7) << QStringLiteral("lib-a\\b.7.prst");
         QTest::newRow("directories") << QStringLiteral("../..") << quint64(7) << QStringLiteral("lib-..$...7.prst");
+        QTest::newRow("half a surrogate pair") << QString(QStringLiteral("a") + QChar(0xD83C) + QStringLiteral("b"))
+                                               << quint64(7) << QStringLiteral("lib-a?b.7.prst");
         QTest::newRow("emoji") << QString::fromUtf8("🎸") << quint64(7) << QString::fromUtf8("lib-🎸.7.prst");
     }
     static void patchFileIsNamedByNameAndId()

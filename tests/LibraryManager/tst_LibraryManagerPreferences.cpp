@@ -3,6 +3,7 @@
 #include "LibraryStorageManager.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -143,6 +144,22 @@ private Q_SLOTS:
             preferences.setLibraryDirectory(m_directory.path());
         }
         QCOMPARE(store()->allKeys(), (QStringList{QStringLiteral("colorScheme"), QStringLiteral("libraryDirectory")}));
+    }
+
+    void lockThatADeadProgramLeftDoesNotDelayTheUsersOwnStore()
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_directory.path());
+        const QString stored = m_directory.filePath(QStringLiteral("velgor/velgor-library-manager.conf"));
+        QVERIFY(QDir().mkpath(QFileInfo(stored).path()));
+        QFile lock(stored + QStringLiteral(".lock"));
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.close();
+        QElapsedTimer timer;
+        timer.start();
+        LibraryManagerPreferences().setColorScheme(PrefColors::prefdark);
+        QVERIFY(timer.elapsed() < 10'000);
+        QCOMPARE(LibraryManagerPreferences().colorScheme(), PrefColors::prefdark);
+        QVERIFY(QFileInfo::exists(stored) && !lock.exists());
     }
 };
 
