@@ -2,13 +2,11 @@
 
 #include "DiskSync.h"
 #include "LibraryFileNames.h"
+#include "TemporaryFiles.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
-#include <QSysInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -18,7 +16,6 @@
 #include <system_error>
 
 #ifndef Q_OS_WIN
-#include <csignal>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -140,31 +137,6 @@ QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
     return file.error() == QFileDevice::NoError ? DiskFiles::tr("not all bytes were written") : file.errorString();
 }
 
-/// Starts the names of temporary files that this process writes; other processes know by it whose they are.
-QString ownTemporaryPrefix()
-{
-    static const QString prefix =
-        LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
-    return prefix;
-}
-
-/// A program that was killed while it wrote into this directory left a file that nothing will ever use.
-void sweepLeftovers(const QDir &directory)
-{
-#ifdef Q_OS_UNIX
-    const QStringList names = directory.entryList(
-        {LibraryFileNames::temporaryPrefix() + u'*'}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString &name : names) {
-        const auto process = LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName());
-        if (process && ::kill(static_cast<pid_t>(*process), 0) != 0 && errno == ESRCH) {
-            std::ignore = DiskFiles::remove(directory.filePath(name));
-        }
-    }
-#else
-    Q_UNUSED(directory)
-#endif
-}
-
 } // namespace
 
 FileReadResult DiskFiles::read(const QString &path)
@@ -181,7 +153,7 @@ QString DiskFiles::write(const QString &path, const QByteArray &bytes)
         return tr("the file belongs to a library and is not replaced by an export");
     }
     if (!isLibraryDirectory) {
-        sweepLeftovers(target.absoluteDir());
+        TemporaryFiles::sweep(target.absoluteDir());
     }
     return replace(target.filePath(), bytes);
 }
@@ -275,11 +247,7 @@ QString DiskFiles::stage(const QString &path, const QByteArray &bytes, bool isSy
     }
     const QFileInfo target(path);
     const QDir directory = target.absoluteDir();
-    QFile file;
-    do {
-        const QString random = QString::number(QRandomGenerator::global()->generate64(), 36);
-        file.setFileName(directory.filePath(ownTemporaryPrefix() + random));
-    } while (file.exists());
+    QFile file(TemporaryFiles::freePath(directory));
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
         return file.errorString();
     }

@@ -46,7 +46,7 @@ QString withOpenDirectory(const QString &directory, Sync sync)
     if (handle < 0) {
         return reasonUnless(false);
     }
-    const QString reason = reasonUnless(sync(handle) == 0);
+    QString reason = reasonUnless(sync(handle) == 0);
     ::close(handle);
     return reason;
 }

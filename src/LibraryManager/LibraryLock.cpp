@@ -41,13 +41,9 @@ bool LibraryLock::tryLock()
 
 bool LibraryLock::isPlaceTaken() const
 {
-    for (const QString &path : {m_file.fileName(), m_directory + u'/' + LibraryFileNames::lockRemovalFile()}) {
-        const QFileInfo info(path);
-        if (info.isSymLink() || (info.exists() && !info.isFile())) {
-            return true;
-        }
-    }
-    return false;
+    const auto isOther = [](const QFileInfo &info) { return info.isSymLink() || (info.exists() && !info.isFile()); };
+    return isOther(QFileInfo(m_file.fileName()))
+        || isOther(QFileInfo(m_directory + u'/' + LibraryFileNames::lockRemovalFile()));
 }
 
 // Qt takes over the lock of a dead program too, but guards that with a lock file of its own, which a program that dies
