@@ -10,7 +10,6 @@
 
 #include <QMessageBox>
 #include <QTimer>
-#include <QWidget>
 
 struct Alerts::Entry {
     bool (*isRaised)(const Alerts &alerts);
@@ -84,6 +83,16 @@ void Alerts::show(const Alert &alert, const Answered &answered)
 {
     m_waiting.append({alert, answered});
     showNext();
+}
+
+void Alerts::showAboutLibrary(const Alert &alert)
+{
+    show(alert, [this](bool isAccepted) {
+        if (isAccepted) {
+            // The message is still closing.
+            QTimer::singleShot(0, this, &Alerts::libraryCheckWanted);
+        }
+    });
 }
 
 void Alerts::open(const Alert &alert, const Answered &answered)

@@ -6,12 +6,12 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QWidget>
 
 #include <functional>
 #include <utility>
 
 class QMessageBox;
-class QWidget;
 
 /// Shows a message for each flag of the shared objects that wants one, one message at a time, and clears the flag when
 /// the message is dismissed.
@@ -28,6 +28,8 @@ public:
     /// first.
     void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
     [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
+    /// A message that leads to the check of the library, after those that are waiting.
+    void showAboutLibrary(const Alert &alert);
     /// The dialog over which messages are shown while it is visible, instead of over the window.
     void setFrontDialog(QWidget *dialog) { m_frontDialog = dialog; }
     /// Gives the keyboard to the message that is shown, if there is one.

@@ -139,9 +139,9 @@ void ContentView::finishLoading()
     refreshStatus();
     Q_EMIT libraryLoaded();
     if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
-        showWithCheck(AlertTexts::readError(m_desk));
+        m_alerts->showAboutLibrary(AlertTexts::readError(m_desk));
     } else if (!m_desk.storage.droppedPatches().isEmpty()) {
-        showWithCheck(AlertTexts::incompleteLibrary(m_desk));
+        m_alerts->showAboutLibrary(AlertTexts::incompleteLibrary(m_desk));
     }
 }
 
@@ -268,16 +268,6 @@ void ContentView::checkLibrary()
     m_check->open();
 }
 
-void ContentView::showWithCheck(const Alert &alert)
-{
-    m_alerts->show(alert, [this](bool isAccepted) {
-        if (isAccepted) {
-            // The message is still closing.
-            QTimer::singleShot(0, this, &ContentView::checkLibrary);
-        }
-    });
-}
-
 void ContentView::flipTick()
 {
     m_columns->library()->list()->flipTickOfCurrent();
@@ -350,6 +340,6 @@ void ContentView::noteKeptFiles()
     const QStringList kept = m_desk.storage.keptFiles();
     if (kept != m_notedKeptFiles) {
         m_notedKeptFiles = kept;
-        showWithCheck(AlertTexts::keptFiles(m_desk));
+        m_alerts->showAboutLibrary(AlertTexts::keptFiles(m_desk));
     }
 }

@@ -7,7 +7,6 @@
 #include <QPointer>
 
 class Alerts;
-struct Alert;
 class Commands;
 class LibraryCheckDialog;
 class LibraryContentMainView;
@@ -61,7 +60,6 @@ private:
     void finishLoading();
     void applyColorScheme();
     void noteKeptFiles();
-    void showWithCheck(const Alert &alert);
     void refreshTitle();
     void refreshStatus();
     [[nodiscard]] bool mayClose();

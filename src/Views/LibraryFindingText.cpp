@@ -88,7 +88,7 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
         facts.append(Texts::tr("Found: %1").arg(finding.reason));
     }
     const QString advice = finding.rescued
-        ? Texts::tr("\"Add\" puts \"%1\" into the library.").arg(finding.rescued->name)
+        ? Texts::tr(R"("Add" puts "%1" into the library.)").arg(finding.rescued->name)
         : Texts::tr(kind.advice);
     QStringList paragraphs{Texts::tr(kind.meaning), facts.join(u'\n'), advice};
     paragraphs.removeAll(QString());
