@@ -148,8 +148,7 @@ private Q_SLOTS:
         Checked check(directory);
         QVERIFY(check.open());
         QVERIFY(check.isSaid(QStringLiteral("2 findings in the library folder")));
-        QCOMPARE(check.rows(check.findings()).first(),
-            QStringLiteral("Unknown files (2, 2 can be added)"));
+        QCOMPARE(check.rows(check.findings()).first(), QStringLiteral("Unknown files (2, 2 can be added)"));
         QVERIFY(check.findings()->hasFocus());
         QVERIFY2(check.aboutFinding().contains(fileOf(QStringLiteral("Other"))), qPrintable(check.aboutFinding()));
         QTest::keyClick(check.findings(), Qt::Key_Down);
