@@ -209,7 +209,7 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
         }
         QVERIFY(manager.isLoading() && manager.waitingToSave() && manager.hasUnsavedChanges());
-        QTRY_VERIFY(!manager.isLoading());
+        QTRY_VERIFY_WITH_TIMEOUT(!manager.isLoading(), 60'000);
         QTRY_VERIFY(!manager.waitingToSave());
         QVERIFY(!manager.hasUnsavedChanges());
         const QStringList printed = lines.take();

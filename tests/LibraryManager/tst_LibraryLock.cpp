@@ -171,6 +171,17 @@ private Q_SLOTS:
         QVERIFY(!lock.isHeldElsewhere() && lock.reason().contains(directory.path()));
         QVERIFY(directory.has(name));
     }
+
+    static void lockOfAnotherComputerStandsAndIsTold()
+    {
+        const LibraryDirectory directory;
+        const QByteArray lock("1\nvelgor\nanother host\n\n\n");
+        directory.write(LibraryFileNames::lockFile(), lock);
+        LibraryLock own(directory.path());
+        QVERIFY(!own.tryLock() && own.isHeldElsewhere());
+        QVERIFY(own.reason().contains(directory.path()) && own.reason().contains(LibraryFileNames::lockFile()));
+        QCOMPARE(directory.read(LibraryFileNames::lockFile()), lock);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestLibraryLock)

@@ -183,6 +183,39 @@ private Q_SLOTS:
         }
     }
 
+    static void startAfterAnInterruptionWithAnyCallFailingLosesNothing_data()
+    {
+        saveWithAnyCallFailingLosesNothing_data();
+    }
+    static void startAfterAnInterruptionWithAnyCallFailingLosesNothing()
+    {
+        QFETCH(const Call, call);
+        bool wasMade = true;
+        for (int before = 0; wasMade; ++before) {
+            const LibraryDirectory directory;
+            QVERIFY(!save(directory, three()).hasError());
+            LibraryWriteState state = stateOf(directory);
+            state.idsToRemove = {43};
+            {
+                // Those of the journal and of the copy of the library file come before that of the new patch.
+                const FailingCall interruption(Call::Rename, EIO, 2);
+                QVERIFY(save(directory, changed(), state).hasError());
+            }
+            directory.write(LibraryFileNames::libraryCopy(), directory.read(LibraryFileNames::libraryFile()));
+            directory.write(LibraryFileNames::libraryFile(), "{");
+            const LibraryLoadResult found = load(directory);
+            {
+                const FailingCall failing(call, EIO, before);
+                LibrarySweeper(directory.path(), found.leftovers).sweep();
+                wasMade = failing.wasMade();
+            }
+            QVERIFY2(areIdentical(loaded(directory), changed().patches), qPrintable(QString::number(before)));
+            sweep(directory);
+            QCOMPARE(leftovers(directory), QStringList());
+            QVERIFY(areIdentical(loaded(directory), changed().patches));
+        }
+    }
+
     static void patchThatCanNeitherBeMovedNorStoredAnewKeepsItsFile_data()
     {
         QTest::addColumn<Call>("call");
