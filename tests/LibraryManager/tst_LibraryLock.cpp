@@ -175,7 +175,7 @@ private Q_SLOTS:
     static void lockOfAnotherComputerStandsAndIsTold()
     {
         const LibraryDirectory directory;
-        const QByteArray lock("1\nvelgor\nanother host\n\n\n");
+        const QByteArray lock("2147483647\nvelgor\nanother host\n\n\n");
         directory.write(LibraryFileNames::lockFile(), lock);
         LibraryLock own(directory.path());
         QVERIFY(!own.tryLock() && own.isHeldElsewhere());
