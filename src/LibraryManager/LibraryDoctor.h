@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QMap>
 #include <QSet>
 #include <QString>
 
@@ -38,8 +39,8 @@ private:
     QString m_directory;
     LibraryHealth m_health;
     std::optional<DirectoryListing> m_listing;
-    QHash<quint64, VelgorPatch> m_loaded; ///< by id, with preset data
-    QHash<quint64, VelgorPatch> m_dropped; ///< by id, without
+    QMap<quint64, VelgorPatch> m_loaded; ///< by id, with preset data
+    QMap<quint64, VelgorPatch> m_dropped; ///< by id, without
     QHash<quint64, VelgorPatch> m_former; ///< by id, what the latest of the kept library files that knows it says
     QSet<quint64> m_unreadable; ///< ids in the names of files that cannot be read
     QHash<quint64, VelgorPatch> m_spare; ///< what files hold that belong to no patch of the library, by content

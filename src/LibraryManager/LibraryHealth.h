@@ -44,6 +44,6 @@ struct LibraryHealth {
     QList<KeptLibrary> keptLibraries; ///< the latest first
     QStringList keptPatchFiles; ///< damaged preset files that were set aside
 
-    /// The patches that repairing adds to the library.
+    /// The patches that repairing adds to the library, each once.
     [[nodiscard]] QList<VelgorPatch> rescuedPatches() const;
 };
