@@ -162,11 +162,11 @@ void LibraryDoctor::examineContents()
 
 void LibraryDoctor::examineSubdirectories()
 {
-    for (const QList<quint64> &ids : {m_loaded.keys(), m_dropped.keys()}) {
-        for (const quint64 id : ids) {
-            for (const QString &path : m_listing->pathsFor(id)) {
+    for (const auto *patches : {&m_loaded, &m_dropped}) {
+        for (const VelgorPatch &patch : *patches) {
+            for (const QString &path : m_listing->pathsFor(patch.id())) {
                 if (path.contains(u'/')) {
-                    add(LibraryFinding::Kind::ForeignFile, path, id);
+                    add(LibraryFinding::Kind::ForeignFile, path, patch.id());
                 }
             }
         }

@@ -171,9 +171,16 @@ std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadRe
         Diagnostics::printLine(tr("The library file was not complete; its copy %1 is used").arg(copyPath));
         return content;
     }
-    if (existence(copyPath) == FileExistence::file) {
+    noteWithoutContent(file, isThere, result);
+    return std::nullopt;
+}
+
+void LibraryLoader::noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const
+{
+    if (existence(pathOf(LibraryFileNames::libraryCopy())) == FileExistence::file) {
         result.writeState.filesToKeep.append(LibraryFileNames::libraryCopy());
     }
+    const QString path = pathOf(LibraryFileNames::libraryFile());
     if (file.bytes) {
         Diagnostics::printLine(QStringLiteral("Cannot decode library"));
         result.readError = true;
@@ -183,7 +190,6 @@ std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadRe
         const bool isHidden = isThere || !QFileInfo(m_directory).isExecutable();
         result.problem = isHidden ? tr("%1: %2").arg(path, file.error) : QString();
     }
-    return std::nullopt;
 }
 
 QList<LibraryLoader::Entry> LibraryLoader::withUniqueIds(const QList<VelgorPatch> &patches)

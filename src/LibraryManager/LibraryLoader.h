@@ -16,6 +16,7 @@
 #include <optional>
 
 class DirectoryListing;
+struct FileReadResult;
 
 /// What loading a library directory gave.
 struct LibraryLoadResult {
@@ -61,6 +62,8 @@ private:
     };
 
     [[nodiscard]] std::optional<LibraryJson::Content> readLibraryFile(LibraryLoadResult &result);
+    /// What follows from there being neither a library file nor a copy that can be read. `file` is the last attempt.
+    void noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const;
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
     static void noteDropped(const QList<Entry> &stored, LibraryLoadResult &result);

@@ -149,7 +149,7 @@ QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibr
     if (!error.isEmpty()) {
         return tr("%1: %2").arg(target, error);
     }
-    const QString refusal = take ? take(target) : QString();
+    QString refusal = take ? take(target) : QString();
     if (!refusal.isEmpty()) {
         return refusal;
     }
