@@ -5,12 +5,7 @@
 #include "SampleLibrary.h"
 #include "VelgorLibrary.h"
 
-#include <array>
-
 namespace {
-
-constexpr int64_t smallest = 1000;
-constexpr int64_t largest = 100'000;
 
 /// Keeps nothing, so that the library's own work is measured alone.
 class NoStorage : public LibraryStorage {
@@ -121,18 +116,11 @@ void listing(benchmark::State &state)
         [&] { return secondsOf([&] { benchmark::DoNotOptimize(DirectoryListing::scan(directory)); }); });
 }
 
-struct Row {
-    const char *name;
-    void (*run)(benchmark::State &);
-    int64_t largest = ::largest;
-};
-
 } // namespace
 
 void registerGrowthRows()
 {
-    constexpr int rounds = 5;
-    const std::array<Row, 8> rows{{
+    registerRows({
         {"append, one by one", append},
         {"delete half", deleteHalf},
         {"duplicate one patch again and again", duplicate, 10'000},
@@ -141,13 +129,5 @@ void registerGrowthRows()
         {"find similar patches", similar},
         {"restore the order", restoreOrder},
         {"scan the directory", listing},
-    }};
-    for (const Row &row : rows) {
-        benchmark::RegisterBenchmark(row.name, row.run)
-            ->RangeMultiplier(10)
-            ->Range(smallest, row.largest)
-            ->Iterations(rounds)
-            ->UseManualTime()
-            ->Unit(benchmark::kMillisecond);
-    }
+    });
 }

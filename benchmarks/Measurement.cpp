@@ -28,7 +28,8 @@ void addGrowth(benchmark::State &state, const std::string &row, double seconds)
 
 } // namespace
 
-void measurePairs(benchmark::State &state, const std::string &row, const TimedRun &ours, const TimedRun &baseline)
+void measurePairs(
+    benchmark::State &state, const std::string &row, double target, const TimedRun &ours, const TimedRun &baseline)
 {
     // The first pair warms the cache and does not count.
     ours();
@@ -49,6 +50,7 @@ void measurePairs(benchmark::State &state, const std::string &row, const TimedRu
     state.counters["ours_ms"] = median(oursSeconds) * millisecondsPerSecond;
     state.counters["baseline_ms"] = median(baselineSeconds) * millisecondsPerSecond;
     state.counters["ratio"] = median(ratios);
+    state.counters["target"] = target;
     addGrowth(state, row, median(oursSeconds));
 }
 

@@ -19,8 +19,10 @@ double secondsOf(Work work)
 using TimedRun = std::function<double()>;
 
 /// One row: runs `ours` and `baseline` in turns, a pair an iteration, and adds the counters
-/// "ours_ms" and "baseline_ms" (medians), "ratio" (median of the pairs' ratios) and the growth counter below.
-void measurePairs(benchmark::State &state, const std::string &row, const TimedRun &ours, const TimedRun &baseline);
+/// "ours_ms" and "baseline_ms" (medians), "ratio" (median of the pairs' ratios), "target" (the largest ratio that is
+/// meant to be) and the growth counter below.
+void measurePairs(
+    benchmark::State &state, const std::string &row, double target, const TimedRun &ours, const TimedRun &baseline);
 
 /// One row: runs `ours` once an iteration and adds the counters "ours_ms" (median), "us_per_patch" and
 /// "growth_per_tenfold": the time divided by that of the row of the same name with a tenth of the patches, if that was

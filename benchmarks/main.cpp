@@ -9,7 +9,8 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     Diagnostics::setSink([](const QString &) {});
-    registerPairRows();
+    registerStorageRows();
+    registerModelRows();
     registerGrowthRows();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {

@@ -2,13 +2,11 @@
 #include "LibraryFileNames.h"
 #include "LibraryJson.h"
 #include "LibraryStorageManager.h"
-#include "LibraryViewFilter.h"
 #include "Measurement.h"
 #include "Rows.h"
 #include "SampleLibrary.h"
-#include "Utf8Text.h"
 
-#include <QFile>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -21,7 +19,7 @@ void load(benchmark::State &state)
         paths.push_back((directory + u'/' + LibraryFileNames::patchFile(patch.name, patch.id())).toStdString());
     }
     measurePairs(
-        state, "load",
+        state, "load", 2.0,
         [&] {
             LibraryStorageManager storage(directory);
             std::unique_ptr<VelgorLibrary> library;
@@ -46,7 +44,7 @@ void saveUnchanged(benchmark::State &state)
     const QTemporaryDir besides;
     const std::string plainFile = besides.filePath(QStringLiteral("plain.json")).toStdString();
     measurePairs(
-        state, "save, nothing changed", [&] { return secondsOf([&] { storage.save(library); }); },
+        state, "save, nothing changed", 2.0, [&] { return secondsOf([&] { storage.save(library); }); },
         [&] {
             return secondsOf([&] {
                 Baselines::writeFile(plainFile, LibraryJson::encode({sample.patches(), std::nullopt}));
@@ -62,7 +60,7 @@ void saveNew(benchmark::State &state)
         Baselines::readFiles(Baselines::filesIn(sample.directory().toStdString()));
     const VelgorLibrary library(sample.patches(), std::nullopt);
     measurePairs(
-        state, "save, all patches new",
+        state, "save, all patches new", 1.8,
         [&] {
             const QTemporaryDir directory;
             LibraryStorageManager storage(directory.path());
@@ -81,68 +79,13 @@ void saveNew(benchmark::State &state)
         });
 }
 
-void filterByName(benchmark::State &state)
-{
-    const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
-    LibraryViewFilter filter;
-    filter.filterPatch.name = SampleLibrary::nameFragment();
-    measurePairs(
-        state, "filter, name", [&] { return secondsOf([&] { benchmark::DoNotOptimize(filter.filter(patches)); }); },
-        [&] {
-            return secondsOf(
-                [&] { benchmark::DoNotOptimize(Baselines::rowsByName(patches, filter.filterPatch.name)); });
-        });
-}
-
-void filterByComment(benchmark::State &state)
-{
-    const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
-    LibraryViewFilter filter;
-    filter.filterPatch.comment = SampleLibrary::threeCommentWords();
-    measurePairs(
-        state, "filter, three-word comment",
-        [&] { return secondsOf([&] { benchmark::DoNotOptimize(filter.filter(patches)); }); },
-        [&] {
-            return secondsOf(
-                [&] { benchmark::DoNotOptimize(Baselines::rowsByComment(patches, filter.filterPatch.comment)); });
-        });
-}
-
-void sortByName(benchmark::State &state)
-{
-    const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
-    std::vector<std::string> keys;
-    for (const VelgorPatch &patch : patches) {
-        keys.push_back(Utf8Text::caselessKey(patch.name).toStdString());
-    }
-    measurePairs(
-        state, "sort by name",
-        [&] {
-            VelgorLibrary library(patches, std::nullopt);
-            return secondsOf([&] { library.sort(); });
-        },
-        [&] { return secondsOf([&] { benchmark::DoNotOptimize(Baselines::sortedRows(keys)); }); });
-}
-
 } // namespace
 
-void registerPairRows()
+void registerStorageRows()
 {
-    constexpr int pairs = 9;
-    const std::array<std::pair<const char *, void (*)(benchmark::State &)>, 6> rows{{
+    registerRows({
         {"load", load},
         {"save, nothing changed", saveUnchanged},
         {"save, all patches new", saveNew},
-        {"filter, name", filterByName},
-        {"filter, three-word comment", filterByComment},
-        {"sort by name", sortByName},
-    }};
-    for (const auto &[name, row] : rows) {
-        benchmark::RegisterBenchmark(name, row)
-            ->RangeMultiplier(10)
-            ->Range(1000, 100'000)
-            ->Iterations(pairs)
-            ->UseManualTime()
-            ->Unit(benchmark::kMillisecond);
-    }
+    });
 }
