@@ -106,7 +106,9 @@ void Velgor_Library_ManagerApp::moveLibrary()
     }
     // Its files get a folder to themselves.
     const QString directory =
-        QDir(*chosen).isEmpty() ? *chosen : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
+        QDir(*chosen).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System)
+        ? *chosen
+        : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
     std::unique_ptr<SingleInstance> instance;
     const QString problem = storage.moveTo(directory, velgorLibrary, [&instance](const QString &target) {
         instance = std::make_unique<SingleInstance>(target);

@@ -3,7 +3,6 @@
 #include "DiskFiles.h"
 #include "DiskSync.h"
 
-#include <algorithm>
 #include <utility>
 
 BatchFiles::BatchFiles(const QString &directory)
@@ -41,12 +40,7 @@ QString BatchFiles::write(const QString &path, const QByteArray &bytes)
 
 void BatchFiles::discard(const QString &path)
 {
-    const auto found =
-        std::find_if(m_staged.begin(), m_staged.end(), [&path](const Staged &file) { return file.path == path; });
-    if (found != m_staged.end()) {
-        std::ignore = DiskFiles::remove(found->temporary);
-        m_staged.erase(found);
-    }
+    m_discarded.insert(path);
 }
 
 QString BatchFiles::sync() const
@@ -60,6 +54,10 @@ QList<BatchFiles::Failure> BatchFiles::finish()
     QList<Failure> failures;
     const QList<Staged> staged = std::exchange(m_staged, {});
     for (const Staged &file : staged) {
+        if (m_discarded.contains(file.path)) {
+            std::ignore = DiskFiles::remove(file.temporary);
+            continue;
+        }
         const QString error = DiskFiles::commit(file.temporary, file.path);
         if (!error.isEmpty()) {
             failures.append({.path = file.path, .error = error, .temporary = file.temporary});

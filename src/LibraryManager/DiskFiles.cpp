@@ -1,6 +1,7 @@
 #include "DiskFiles.h"
 
 #include "DiskSync.h"
+#include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "TemporaryFiles.h"
 
@@ -147,7 +148,7 @@ FileReadResult DiskFiles::read(const QString &path)
 QString DiskFiles::write(const QString &path, const QByteArray &bytes)
 {
     const QFileInfo target(endOfLinks(path));
-    const bool isLibraryDirectory = target.absoluteDir().exists(LibraryFileNames::libraryFile());
+    const bool isLibraryDirectory = holdsLibrary(target.absolutePath());
     const QString name = target.fileName();
     if (isLibraryDirectory && (LibraryFileNames::isReserved(name) || LibraryFileNames::patchFileId(name))) {
         return tr("the file belongs to a library and is not replaced by an export");
@@ -270,7 +271,8 @@ QString DiskFiles::commit(const QString &temporary, const QString &path)
     return reason(error);
 }
 
-QString DiskFiles::overwriteInPlace(const QString &path, const QByteArray &bytes, bool &wasTouched)
+QString DiskFiles::overwriteInPlace(
+    const QString &path, const QByteArray &bytes, bool &wasTouched, std::optional<LibraryFileStamp> *stamp)
 {
     wasTouched = false;
     const QFileInfo info(path);
@@ -282,7 +284,12 @@ QString DiskFiles::overwriteInPlace(const QString &path, const QByteArray &bytes
         return file.errorString();
     }
     wasTouched = true;
-    return writeChecked(file, bytes, true);
+    QString error = writeChecked(file, bytes, true);
+    if (stamp) {
+        *stamp = LibraryFileStamp::of(file);
+        (*stamp)->setBytes(error.isEmpty() ? bytes : QByteArray());
+    }
+    return error;
 }
 
 QString DiskFiles::move(const QString &from, const QString &to)

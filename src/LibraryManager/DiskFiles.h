@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileAccess.h"
+#include "LibraryFileStamp.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -30,8 +31,9 @@ public:
     /// interruption leaves the old file or the new one. Refuses to take the place of anything but a file or link.
     [[nodiscard]] static QString replace(const QString &path, const QByteArray &bytes);
     /// Rewrites the file itself, so that its identity, owner and rights stay, and synchronises it. On failure
-    /// `wasTouched` says whether the old bytes are gone.
-    [[nodiscard]] static QString overwriteInPlace(const QString &path, const QByteArray &bytes, bool &wasTouched);
+    /// `wasTouched` says whether the old bytes are gone. `stamp` tells the written file from later ones.
+    [[nodiscard]] static QString overwriteInPlace(const QString &path, const QByteArray &bytes, bool &wasTouched,
+        std::optional<LibraryFileStamp> *stamp = nullptr);
 
     /// The first step of a replacement: a checked temporary file beside `path`. Its name goes into `temporary`.
     [[nodiscard]] static QString stage(const QString &path, const QByteArray &bytes, bool isSynced, QString &temporary);

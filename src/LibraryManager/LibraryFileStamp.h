@@ -6,6 +6,8 @@
 
 #include <optional>
 
+class QFileDevice;
+
 /// What tells whether a library file is still the one that was read or written last.
 struct LibraryFileStamp {
     qint64 size = 0;
@@ -15,8 +17,13 @@ struct LibraryFileStamp {
 
     bool operator==(const LibraryFileStamp &) const = default;
 
-    /// The stamp of a file whose bytes are known; nothing where there is no file.
-    [[nodiscard]] static std::optional<LibraryFileStamp> of(const QString &path, const QByteArray &bytes);
+    /// The stamp of the file as it is now, whose bytes are still to be set; nothing where there is no file. To be taken
+    /// before the file is read: a change in between then counts as one.
+    [[nodiscard]] static std::optional<LibraryFileStamp> of(const QString &path);
+    /// The same for a file that was just written and is still open.
+    [[nodiscard]] static LibraryFileStamp of(const QFileDevice &file);
+    void setBytes(const QByteArray &bytes);
+
     /// False only when the file at `path` cannot be told from the one of the stamp without reading it.
     [[nodiscard]] bool looksChanged(const QString &path) const;
     [[nodiscard]] bool isOf(const QByteArray &bytes) const;

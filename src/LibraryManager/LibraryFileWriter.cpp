@@ -10,6 +10,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <utility>
 
 LibraryFileWriter::LibraryFileWriter(const QString &directory, LibraryWriteResult &result)
     : m_directory(directory)
@@ -35,7 +36,8 @@ void LibraryFileWriter::write(const QByteArray &text)
     }
     const bool isNew = existence(path) == FileExistence::none;
     bool wasTouched = false;
-    error = DiskFiles::overwriteInPlace(path, text, wasTouched);
+    std::optional<LibraryFileStamp> stamp;
+    error = DiskFiles::overwriteInPlace(path, text, wasTouched, &stamp);
     if (error.isEmpty() && isNew) {
         // The copy must not go before the new name is on the disk.
         error = DiskSync::syncDirectory(m_directory);
@@ -48,7 +50,7 @@ void LibraryFileWriter::write(const QByteArray &text)
         std::ignore = DiskFiles::remove(copy);
     }
     if (wasTouched) {
-        m_result.state.libraryFile = LibraryFileStamp::of(path, error.isEmpty() ? text : QByteArray());
+        m_result.state.libraryFile = stamp;
     }
 }
 
@@ -65,7 +67,7 @@ void LibraryFileWriter::noteForeignChange()
         return;
     }
     m_result.state.filesToKeep.append(name);
-    m_result.wasChangedByOthers = true;
+    m_result.state.isForeignChangeToKeep = true;
 }
 
 bool LibraryFileWriter::keepOldFiles()
@@ -77,6 +79,7 @@ bool LibraryFileWriter::keepOldFiles()
         }
         m_result.state.filesToKeep.removeOne(name);
     }
+    m_result.wasChangedByOthers = std::exchange(m_result.state.isForeignChangeToKeep, false);
     if (!files.isEmpty()) {
         pruneKeptFiles();
     }

@@ -41,6 +41,7 @@ LibraryLoadResult LibraryLoader::load()
     LibraryLoadResult result;
     const std::optional<LibraryJson::Content> content = readLibraryFile(result);
     result.leftovers.areKnown = result.problem.isEmpty();
+    result.writeState.isJournalOrphaned = !result.leftovers.areKnown;
     readJournal();
     if (content) {
         fill(*content, result);
@@ -79,6 +80,13 @@ void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult 
                                    .arg(result.library->patches().size()));
         result.library = withoutUnfilled(*result.library);
     }
+    UnreadPatches &unread = result.writeState.unread;
+    if (!unread.isEmpty()) {
+        for (const Entry &entry : entries) {
+            unread.order.append(entry.patch.id());
+        }
+        unread.defaultPatch = content.defaultPatch;
+    }
     noteDropped(entries, result);
     noteRemoved(entries, result);
 }
@@ -108,20 +116,25 @@ std::unique_ptr<VelgorLibrary> LibraryLoader::withoutUnfilled(const VelgorLibrar
     return result;
 }
 
-void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &result)
+void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &result) const
 {
+    const bool isPlaceholder =
+        stored.size() == 1 && stored.first().patch.empty && stored.first().patch.comment.isEmpty();
+    // An empty place takes no part in the library; what was said about it is in its file only.
+    const bool hasEmptyPlaces =
+        std::any_of(stored.begin(), stored.end(), [](const Entry &entry) { return entry.patch.empty; });
     const qsizetype loaded = result.library ? result.library->patches().size() : 0;
-    const bool isLonePlaceholder = stored.size() == 1 && stored.first().patch.empty;
-    if (loaded == stored.size() || isLonePlaceholder) {
+    if (isPlaceholder || (loaded == stored.size() && !hasEmptyPlaces)) {
         return;
     }
     for (const Entry &entry : stored) {
         if (!result.library || !result.library->getPatchFromId(entry.patch.id())) {
             result.droppedPatches.append(entry.patch.name);
+            result.droppedProblems.append(m_failures.value(entry.patch.id(), entry.patch.name));
             result.droppedEntries.append(entry.patch);
         }
     }
-    if (result.droppedEntries.size() == result.writeState.unreadEntries.size()) {
+    if (!hasEmptyPlaces && result.droppedEntries.size() == result.writeState.unread.patches.size()) {
         return;
     }
     const QString source =
@@ -137,9 +150,12 @@ std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadRe
     const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
     FileReadResult file;
     const auto decode = [&](const QString &source) {
+        // Taken before the bytes: what changes from here on then looks changed.
+        std::optional<LibraryFileStamp> stamp = LibraryFileStamp::of(source);
         file = DiskFiles::readRegular(source, DiskFiles::Links::Refuse);
-        if (source == path && file.bytes) {
-            result.writeState.libraryFile = LibraryFileStamp::of(path, *file.bytes);
+        if (source == path && file.bytes && stamp) {
+            stamp->setBytes(*file.bytes);
+            result.writeState.libraryFile = stamp;
         }
         return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
     };
@@ -198,13 +214,18 @@ QList<LibraryLoader::Entry> LibraryLoader::withUniqueIds(const QList<VelgorPatch
     entries.reserve(patches.size());
     QSet<quint64> ids;
     ids.reserve(patches.size());
+    QHash<quint64, quint64> lastFresh; // for each id that stands there again: the chain goes on from here
     for (const VelgorPatch &patch : patches) {
-        Entry entry{.patch = patch, .storedId = patch.id()};
-        while (ids.contains(entry.patch.id())) {
-            entry.patch = patch.withId(freshId(entry.patch.id()));
+        quint64 id = patch.id();
+        if (ids.contains(id)) {
+            id = lastFresh.value(id, id);
+            while (ids.contains(id)) {
+                id = freshId(id);
+            }
+            lastFresh.insert(patch.id(), id);
         }
-        ids.insert(entry.patch.id());
-        entries.append(entry);
+        ids.insert(id);
+        entries.append({.patch = id == patch.id() ? patch : patch.withId(id), .storedId = patch.id()});
     }
     return entries;
 }
@@ -224,7 +245,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
     qsizetype done = 0;
     for (const Entry &entry : entries) {
         QString fileName;
-        if (const std::optional<SPresetFile> presets = readPatch(entry, done, fileName, result)) {
+        if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
             library.append(*presets, true, entry.patch.id());
             ++progress.loaded;
             if (entry.patch.id() != entry.storedId) {
@@ -242,8 +263,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
     return progress;
 }
 
-std::optional<SPresetFile> LibraryLoader::readPatch(
-    const Entry &entry, qsizetype row, QString &fileName, LibraryLoadResult &result)
+std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString &fileName, LibraryLoadResult &result)
 {
     fileName = LibraryFileNames::patchFile(entry.patch.name, entry.storedId);
     const QString path = pathOf(fileName);
@@ -262,7 +282,11 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
         presets = readFromOtherFile(entry, fileName);
     }
     if (!presets && file.isUnreadable) {
-        result.writeState.unreadEntries.append({.row = row, .patch = entry.patch.withId(entry.storedId)});
+        result.writeState.unread.patches.insert(entry.patch.id(), entry.patch.withId(entry.storedId));
+    }
+    if (!presets) {
+        const QString reason = file.bytes ? tr("not a preset file") : file.error;
+        m_failures.insert(entry.patch.id(), tr("%1: %2").arg(fileName, reason));
     }
     if (!presets && !file.bytes) {
         Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(path));

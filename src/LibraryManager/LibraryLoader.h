@@ -7,6 +7,7 @@
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -24,6 +25,7 @@ struct LibraryLoadResult {
     bool readError = false; ///< the library file is there and could not be decoded, nor its copy
     QString problem; ///< why the library file could not be read or decoded; names the file; translated
     QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
+    QStringList droppedProblems; ///< for each of them its file and the reason; translated
     QList<VelgorPatch> droppedEntries; ///< the same entries whole, without preset data
     LibraryWriteState writeState; ///< what the save that follows has to know
     LibraryLeftovers leftovers;
@@ -66,11 +68,11 @@ private:
     void noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const;
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
-    static void noteDropped(const QList<Entry> &stored, LibraryLoadResult &result);
+    void noteDropped(const QList<Entry> &stored, LibraryLoadResult &result) const;
     [[nodiscard]] static QList<Entry> withUniqueIds(const QList<VelgorPatch> &patches);
     Progress loadPatches(VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
-        const Entry &entry, qsizetype row, QString &fileName, LibraryLoadResult &result);
+        const Entry &entry, QString &fileName, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromJournal(const Entry &entry, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
     [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name) const;
@@ -80,6 +82,7 @@ private:
     QString m_directory;
     Report m_report;
     QSet<QString> m_expectedNames; ///< the file name of every entry
+    QHash<quint64, QString> m_failures; ///< patch id to the file that could not be loaded, and why
     LibraryJournal m_journal; ///< of a save that has not ended
     std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
 };

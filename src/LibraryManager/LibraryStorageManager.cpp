@@ -82,6 +82,11 @@ void LibraryStorageManager::createDirectoryLibrary()
 void LibraryStorageManager::testWrite()
 {
     const QString path = LibraryFileNames::writeTestFile(m_directory);
+    const FileReadResult there = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    if (there.bytes && !LibraryFileNames::writeTestText().startsWith(*there.bytes)) {
+        // Somebody else's; that the directory could be made says enough.
+        return;
+    }
     bool wasTouched = false;
     QString error = DiskFiles::overwriteInPlace(path, LibraryFileNames::writeTestText(), wasTouched);
     if (error.isEmpty()) {
@@ -127,6 +132,7 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
 {
     m_readProblem = result.problem;
     m_droppedPatches = result.droppedPatches;
+    m_droppedProblems = result.droppedProblems;
     m_leftovers = result.leftovers;
     m_writeState = result.writeState;
     if (result.readError) {
@@ -141,10 +147,15 @@ QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibr
     if (!LibraryFileNames::isListable(target)) {
         return tr("%1: the path holds characters that keep the directory from being listed").arg(target);
     }
-    if (existence(target + u'/' + LibraryFileNames::libraryFile()) != FileExistence::none) {
+    if (holdsLibrary(target)) {
         return tr("%1: there is a library already").arg(target);
     }
     finishBackgroundWork();
+    if (!m_writeState.unread.isEmpty()) {
+        return tr("%1: %2 patch files cannot be read now, and would be left behind")
+            .arg(m_directory)
+            .arg(m_writeState.unread.patches.size());
+    }
     const QString error = existence(target) == FileExistence::directory ? QString() : DiskFiles::makeDirectory(target);
     if (!error.isEmpty()) {
         return tr("%1: %2").arg(target, error);
@@ -172,9 +183,9 @@ void LibraryStorageManager::sweepLeftovers()
     finishBackgroundWork();
     LibrarySweeper sweeper(m_directory, m_leftovers);
     sweeper.sweep();
+    m_writeState.idsToRemove.append(sweeper.notRemoved());
     if (sweeper.isLibraryFileCompleted()) {
-        const QString path = m_directory + u'/' + LibraryFileNames::libraryFile();
-        m_writeState.libraryFile = LibraryFileStamp::of(path, m_leftovers.completeText);
+        m_writeState.libraryFile = sweeper.stamp();
         // What the copy held that could not be loaded is in the library file now.
         if (m_writeState.filesToKeep.removeAll(LibraryFileNames::libraryCopy()) > 0) {
             m_writeState.filesToKeep.append(LibraryFileNames::libraryFile());

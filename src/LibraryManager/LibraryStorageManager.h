@@ -58,6 +58,10 @@ public:
     [[nodiscard]] QString readProblem() const { return m_readProblem; }
     /// Names of the patches that the last load had to leave out.
     [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
+    /// For each of them its file and why it could not be loaded.
+    [[nodiscard]] QStringList droppedProblems() const { return m_droppedProblems; }
+    /// How many of them stay in the library file, as their files may be readable another time.
+    [[nodiscard]] qsizetype unreadPatches() const { return m_writeState.unread.patches.size(); }
     /// Where the last save that had to keep something aside put it: old library files under dated names, and patch
     /// files that cannot be read; empty when none had to.
     [[nodiscard]] QStringList keptFiles() const { return m_keptFiles; }
@@ -145,6 +149,7 @@ private:
     QStringList m_otherProblems; ///< of directories and removals, since writeError was last cleared
     QString m_readProblem;
     QStringList m_droppedPatches;
+    QStringList m_droppedProblems;
     QStringList m_keptFiles;
     bool m_wasLastSaveWritten = true;
     bool m_wereFilesRemoved = true;

@@ -26,7 +26,7 @@ void LibrarySweeper::sweep()
     removePatchFiles();
     removeTemporaryFiles();
     // What was put in place must be on the disk before the last trace of it goes.
-    if (m_leftovers.unfinished.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty()) {
+    if (m_leftovers.unfinished.isEmpty() && m_notRemoved.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty()) {
         remove(LibraryFileNames::journalFile());
     }
     if (m_leftovers.isCopySpare || m_isLibraryFileCompleted) {
@@ -40,8 +40,8 @@ void LibrarySweeper::completeLibraryFile()
         return;
     }
     bool wasTouched = false;
-    const QString error =
-        DiskFiles::overwriteInPlace(pathOf(LibraryFileNames::libraryFile()), m_leftovers.completeText, wasTouched);
+    const QString error = DiskFiles::overwriteInPlace(
+        pathOf(LibraryFileNames::libraryFile()), m_leftovers.completeText, wasTouched, &m_stamp);
     m_isLibraryFileCompleted = error.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty();
 }
 
@@ -61,7 +61,9 @@ void LibrarySweeper::removePatchFiles()
     const auto listing = DirectoryListing::scan(m_directory).value_or(DirectoryListing());
     for (const quint64 id : std::as_const(m_leftovers.removed)) {
         for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(listing, id)) {
-            remove(candidate.name);
+            if (!remove(candidate.name) && !m_notRemoved.contains(id)) {
+                m_notRemoved.append(id);
+            }
         }
     }
 }
@@ -88,11 +90,9 @@ void LibrarySweeper::removeWriteTestFile()
     }
 }
 
-void LibrarySweeper::remove(const QString &name)
+bool LibrarySweeper::remove(const QString &name)
 {
-    if (existence(pathOf(name)) == FileExistence::file) {
-        std::ignore = DiskFiles::remove(pathOf(name));
-    }
+    return existence(pathOf(name)) != FileExistence::file || DiskFiles::remove(pathOf(name)).isEmpty();
 }
 
 QString LibrarySweeper::pathOf(const QString &name) const

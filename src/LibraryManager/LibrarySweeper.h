@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LibraryFileStamp.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QList>
@@ -24,6 +26,10 @@ public:
     void sweep();
     /// The library file was completed from its copy by sweep().
     [[nodiscard]] bool isLibraryFileCompleted() const { return m_isLibraryFileCompleted; }
+    /// The removed patches of which a file is still there; it is for the next save to remove.
+    [[nodiscard]] QList<quint64> notRemoved() const { return m_notRemoved; }
+    /// Of the library file that was completed.
+    [[nodiscard]] std::optional<LibraryFileStamp> stamp() const { return m_stamp; }
 
 private:
     void completeLibraryFile();
@@ -31,10 +37,12 @@ private:
     void removePatchFiles();
     void removeTemporaryFiles();
     void removeWriteTestFile();
-    void remove(const QString &name);
+    bool remove(const QString &name);
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
     LibraryLeftovers m_leftovers;
     bool m_isLibraryFileCompleted = false;
+    std::optional<LibraryFileStamp> m_stamp;
+    QList<quint64> m_notRemoved;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "LibraryFileStamp.h"
-#include "VelgorPatch.h"
+#include "UnreadPatches.h"
 
 #include <QList>
 #include <QSet>
@@ -10,13 +10,6 @@
 
 #include <optional>
 
-/// A patch of the library file whose preset file is there but could not be read when the library was loaded: it may
-/// be readable tomorrow.
-struct UnreadEntry {
-    qsizetype row = 0; ///< in the library file
-    VelgorPatch patch; ///< without preset data
-};
-
 /// What a save remembers for the next one.
 struct LibraryWriteState {
     QStringList filesToKeep = {}; ///< library files that hold what this program could not load
@@ -24,7 +17,9 @@ struct LibraryWriteState {
     QSet<QString> leftAlone = {}; ///< files that could not be moved, and are not tried again
     QList<quint64> idsToRemove = {}; ///< their files go once the library file no longer holds them
     QStringList prepared = {}; ///< temporary files that could not be put in place; spare once a later save did it
-    QList<UnreadEntry> unreadEntries = {}; ///< they stay in the library file as they are
+    UnreadPatches unread = {};
+    bool isForeignChangeToKeep = false; ///< among filesToKeep is a library file that another program changed
+    bool isJournalOrphaned = false; ///< the library file that the journal belongs to could not be decoded
     std::optional<LibraryFileStamp> libraryFile = {}; ///< as last read or written; nothing when there was none
 };
 

@@ -8,6 +8,7 @@
 #include "LibraryFileWriter.h"
 #include "LibraryJournal.h"
 #include "PatchFileHandler.h"
+#include "SPresetFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -25,8 +26,9 @@ LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
 {
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
+    settleOrphanedJournal();
     if (prepare(library.patches) && writeJournal()) {
-        const QByteArray text = LibraryJson::encode(withUnreadEntries(library));
+        const QByteArray text = LibraryJson::encode(withUnread(library));
         LibraryFileWriter(m_directory, m_result).write(text);
         carryOut();
     } else {
@@ -58,27 +60,14 @@ void LibraryWriter::forgetRemovalsOf(const QList<VelgorPatch> &patches)
     ids.removeIf([&present](quint64 id) { return present.contains(id); });
 }
 
-LibraryJson::Content LibraryWriter::withUnreadEntries(const LibraryJson::Content &library)
+LibraryJson::Content LibraryWriter::withUnread(const LibraryJson::Content &library)
 {
-    LibraryJson::Content content = library;
-    if (m_result.state.unreadEntries.isEmpty()) {
-        return content;
+    LibraryWriteState &state = m_result.state;
+    if (state.unread.forget(library.patches) && !state.filesToKeep.contains(LibraryFileNames::libraryFile())) {
+        // The patch was imported anew, without what the user had said about it.
+        state.filesToKeep.append(LibraryFileNames::libraryFile());
     }
-    QSet<quint64> present;
-    for (const VelgorPatch &patch : library.patches) {
-        present.insert(patch.id());
-    }
-    for (const UnreadEntry &entry : std::as_const(m_result.state.unreadEntries)) {
-        if (!present.contains(entry.patch.id())) {
-            content.patches.insert(std::min(entry.row, content.patches.size()), entry.patch);
-        } else if (!m_result.state.filesToKeep.contains(LibraryFileNames::libraryFile())) {
-            // The patch was imported anew, without what the user had said about it.
-            m_result.state.filesToKeep.append(LibraryFileNames::libraryFile());
-        }
-    }
-    m_result.state.unreadEntries.removeIf(
-        [&present](const UnreadEntry &entry) { return present.contains(entry.patch.id()); });
-    return content;
+    return state.unread.joinedWith(library);
 }
 
 bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
@@ -104,6 +93,31 @@ bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
         addProblem({}, error);
     }
     return error.isEmpty();
+}
+
+// A library file that could not be decoded may have held what its journal speaks of: what that one prepared becomes
+// files without an entry, which can be added, and what it wanted to remove stays.
+void LibraryWriter::settleOrphanedJournal()
+{
+    const QString path = pathOf(LibraryFileNames::journalFile());
+    if (!m_result.state.isJournalOrphaned) {
+        return;
+    }
+    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    const auto journal = file.bytes ? LibraryJournal::decode(*file.bytes) : std::nullopt;
+    const auto staged = journal ? journal->staged : QHash<quint64, QString>();
+    for (auto patch = staged.cbegin(); patch != staged.cend(); ++patch) {
+        const FileReadResult bytes = DiskFiles::readRegular(pathOf(patch.value()), DiskFiles::Links::Refuse);
+        const auto presets = bytes.bytes ? SPresetFile::fromData(*bytes.bytes) : std::nullopt;
+        if (presets && presets->patches.size() == 1) {
+            const QString name = LibraryFileNames::patchFile(presets->patches.first().name, patch.key());
+            std::ignore = DiskFiles::move(pathOf(patch.value()), pathOf(name));
+        }
+    }
+    if (file.bytes) {
+        std::ignore = DiskFiles::remove(path);
+    }
+    m_result.state.isJournalOrphaned = false;
 }
 
 bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)
@@ -206,7 +220,7 @@ void LibraryWriter::moveFiles()
 
 void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
 {
-    const qsizetype count = files.staged().size();
+    const qsizetype count = files.staged().size() - files.discarded();
     const QList<BatchFiles::Failure> failures = files.finish();
     for (const BatchFiles::Failure &failure : failures) {
         m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));

@@ -38,7 +38,8 @@ private:
     };
 
     /// The library with what could not be read of it, where it was.
-    [[nodiscard]] LibraryJson::Content withUnreadEntries(const LibraryJson::Content &library);
+    [[nodiscard]] LibraryJson::Content withUnread(const LibraryJson::Content &library);
+    void settleOrphanedJournal();
     void forgetRemovalsOf(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool prepare(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool stage(const VelgorPatch &patch, const QString &name, BatchFiles &files);

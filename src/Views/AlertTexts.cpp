@@ -39,11 +39,20 @@ QString inParagraphs(const QString &reason, const QString &advice)
     return reason + QStringLiteral("\n\n") + advice;
 }
 
+/// A file name in it may be endless; the reason stands at the end.
+QString shortened(const QString &line)
+{
+    return line.size() <= 2 * longestName ? line : line.first(longestName) + QChar(0x2026) + line.last(longestName);
+}
+
 /// The first few of many lines, and how many more there are.
 QString firstLines(const QStringList &lines)
 {
     constexpr qsizetype shown = 3;
-    QStringList first = lines.first(std::min(shown, lines.size()));
+    QStringList first;
+    for (const QString &line : lines.first(std::min(shown, lines.size()))) {
+        first.append(shortened(line));
+    }
     if (lines.size() > shown) {
         first.append(Texts::tr("and %1 more").arg(lines.size() - shown));
     }
@@ -214,8 +223,12 @@ Alert AlertTexts::keptFiles(const Desk &desk)
 
 Alert AlertTexts::incompleteLibrary(const Desk &desk)
 {
+    const bool areAllUnread = desk.storage.unreadPatches() == desk.storage.droppedPatches().size();
+    const QString advice = areAllUnread
+        ? Texts::tr("They stay in the library file with everything that was said about them, and are back once their "
+                    "files can be read.")
+        : Texts::tr("The library file that names them is kept under a dated name in the library folder before the "
+                    "first change is saved.");
     return checkable(Texts::tr("Some patches of the library could not be loaded"),
-        inParagraphs(firstLines(desk.storage.droppedPatches()),
-            Texts::tr("Their files are missing or damaged. The library file that names them is kept under a dated "
-                      "name in the library folder before the first change is saved.")));
+        inParagraphs(firstLines(desk.storage.droppedProblems()), advice));
 }

@@ -85,12 +85,14 @@ void Alerts::show(const Alert &alert, const Answered &answered)
     showNext();
 }
 
-void Alerts::showAboutLibrary(const Alert &alert)
+void Alerts::showAboutLibrary(const Alert &alert, const std::function<void()> &dismissed)
 {
-    show(alert, [this](bool isAccepted) {
+    show(alert, [this, dismissed](bool isAccepted) {
         if (isAccepted) {
             // The message is still closing.
             QTimer::singleShot(0, this, &Alerts::libraryCheckWanted);
+        } else if (dismissed) {
+            dismissed();
         }
     });
 }

@@ -28,8 +28,9 @@ public:
     /// first.
     void show(const Alert &alert, const std::function<void(bool isAccepted)> &answered);
     [[nodiscard]] bool isShowing() const { return !m_box.isNull(); }
-    /// A message that leads to the check of the library, after those that are waiting.
-    void showAboutLibrary(const Alert &alert);
+    /// A message that leads to the check of the library, after those that are waiting. `dismissed` is called when the
+    /// user does not go there.
+    void showAboutLibrary(const Alert &alert, const std::function<void()> &dismissed = {});
     /// The dialog over which messages are shown while it is visible, instead of over the window.
     void setFrontDialog(QWidget *dialog) { m_frontDialog = dialog; }
     /// Gives the keyboard to the message that is shown, if there is one.

@@ -224,7 +224,7 @@ bool ContentView::mayClose()
         m_alerts->show(alert, closeIfAccepted);
         return false;
     }
-    return true;
+    return !noteKeptFiles([this] { close(); });
 }
 
 void ContentView::dragEnterEvent(QDragEnterEvent *event)
@@ -335,11 +335,12 @@ void ContentView::refreshStatus()
     noteKeptFiles();
 }
 
-void ContentView::noteKeptFiles()
+bool ContentView::noteKeptFiles(const std::function<void()> &dismissed)
 {
-    const QStringList kept = m_desk.storage.keptFiles();
-    if (kept != m_notedKeptFiles) {
-        m_notedKeptFiles = kept;
-        m_alerts->showAboutLibrary(AlertTexts::keptFiles(m_desk));
+    const bool isNews = m_notedKeptFiles != m_desk.storage.keptFiles();
+    if (isNews) {
+        m_notedKeptFiles = m_desk.storage.keptFiles();
+        m_alerts->showAboutLibrary(AlertTexts::keptFiles(m_desk), dismissed);
     }
+    return isNews;
 }

@@ -59,7 +59,8 @@ private:
     void followLoading();
     void finishLoading();
     void applyColorScheme();
-    void noteKeptFiles();
+    /// True when there was something to tell; `dismissed` is called once the user has seen it.
+    bool noteKeptFiles(const std::function<void()> &dismissed = {});
     void refreshTitle();
     void refreshStatus();
     [[nodiscard]] bool mayClose();

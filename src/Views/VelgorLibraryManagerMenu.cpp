@@ -3,6 +3,7 @@
 #include "Commands.h"
 
 #include <QActionGroup>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -27,6 +28,7 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(Commands &commands, QMenuBar 
     addViewMenu(bar);
     addLibraryMenu(bar);
     addHelpMenu(bar);
+    bar.installEventFilter(this);
 
     add(*m_contentMenu,
         {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, divider, CommandId::MoveSlotUp,
@@ -37,6 +39,19 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(Commands &commands, QMenuBar 
     add(*m_libraryMenu,
         {divider, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::FindSimilar, CommandId::ExportOnePatch,
             divider, CommandId::MovePatchUp, CommandId::MovePatchDown, divider, CommandId::Delete});
+}
+
+bool VelgorLibraryManagerMenu::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::ShortcutOverride) {
+        return QObject::eventFilter(watched, event);
+    }
+    // A bar with the focus counts as the place of every command in its menus: Return would put a patch, not open a
+    // menu.
+    const auto *const key = static_cast<QKeyEvent *>(event);
+    const bool isForTheBar = key->key() >= Qt::Key_Escape && !key->modifiers().testFlag(Qt::ControlModifier);
+    event->setAccepted(isForTheBar);
+    return isForTheBar;
 }
 
 void VelgorLibraryManagerMenu::add(QMenu &menu, const QList<std::optional<CommandId>> &ids)

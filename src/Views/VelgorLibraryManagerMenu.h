@@ -17,6 +17,8 @@ class VelgorLibraryManagerMenu : public QObject {
 public:
     VelgorLibraryManagerMenu(Commands &commands, QMenuBar &bar, QObject *parent = nullptr);
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
     [[nodiscard]] QMenu *contentContextMenu() const { return m_contentMenu; }
     [[nodiscard]] QMenu *libraryContextMenu() const { return m_libraryMenu; }
 

@@ -293,6 +293,31 @@ private Q_SLOTS:
         QCOMPARE(directory.read(file), QByteArray("x"));
     }
 
+    static void exportSparesALibraryThatWasInterrupted_data()
+    {
+        QTest::addColumn<QString>("left");
+        QTest::newRow("copy") << LibraryFileNames::libraryCopy();
+        QTest::newRow("journal") << LibraryFileNames::journalFile();
+    }
+    static void exportSparesALibraryThatWasInterrupted()
+    {
+        QFETCH(const QString, left);
+        const LibraryDirectory directory;
+        const pid_t child = fork();
+        if (child == 0) {
+            _exit(0);
+        }
+        QCOMPARE(waitpid(child, nullptr, 0), child);
+        const QString prepared =
+            LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), child) + QStringLiteral("a");
+        directory.write(left, "library");
+        directory.write(prepared, "patch");
+        QCOMPARE(DiskFiles().write(directory.filePath(file), "x"), QString());
+        QVERIFY(!DiskFiles().write(directory.filePath(left), "x").isEmpty());
+        QCOMPARE(directory.read(left), QByteArray("library"));
+        QCOMPARE(directory.read(prepared), QByteArray("patch"));
+    }
+
     static void exportSweepsWhatADeadProgramLeftAndNothingElse()
     {
         const LibraryDirectory directory;

@@ -91,6 +91,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::newRow("path that cannot be listed") << QStringLiteral("with space");
         QTest::newRow("holds a library") << QStringLiteral("taken");
+        QTest::newRow("holds the copy of a library") << QStringLiteral("cut");
+        QTest::newRow("holds the journal of a library") << QStringLiteral("begun");
         QTest::newRow("a file is in its place") << QStringLiteral("file");
         QTest::newRow("below a file") << QStringLiteral("file/library");
     }
@@ -104,6 +106,8 @@ private Q_SLOTS:
         fill(library);
         QDir().mkpath(place.filePath(QStringLiteral("taken")));
         LibraryStorageManager(place.filePath(QStringLiteral("taken"))).save(library);
+        place.write(QStringLiteral("cut/") + LibraryFileNames::libraryCopy(), "{}");
+        place.write(QStringLiteral("begun/") + LibraryFileNames::journalFile(), "end\n");
         place.write(QStringLiteral("file"), "x");
         const QStringList files = place.files();
 

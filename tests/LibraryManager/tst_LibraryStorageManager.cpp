@@ -79,6 +79,20 @@ private Q_SLOTS:
         QCOMPARE(lines.take(), QStringList());
     }
 
+    static void writeTestSparesAFileOfItsName()
+    {
+        const QTemporaryDir parent;
+        const LibraryDirectory directory;
+        const QString other = QStringLiteral("new.testfile.txt");
+        directory.write(other, "mine");
+        LibraryManagerPreferences preferences(storeOf(parent));
+        preferences.setLibraryDirectory(directory.filePath(QStringLiteral("new")));
+        const LibraryStorageManager manager(preferences);
+        QVERIFY(!manager.writeError());
+        QVERIFY(QFileInfo(manager.libDirectory()).isDir());
+        QCOMPARE(directory.read(other), QByteArray("mine"));
+    }
+
     static void existingDirectoryIsNotWrittenTo()
     {
         const QTemporaryDir parent;

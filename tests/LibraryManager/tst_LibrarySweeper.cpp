@@ -107,6 +107,23 @@ private Q_SLOTS:
         QVERIFY(areIdentical(loaded(directory), three().patches));
     }
 
+    void whatAJournalOfAnUnreadableLibraryPreparedBecomesAFile()
+    {
+        const LibraryDirectory directory;
+        interruptAddition(directory, false);
+        directory.write(
+            LibraryFileNames::journalFile(), LibraryJournal{.staged = {{42, temporary}}, .removed = {44}}.encode());
+        directory.write(LibraryFileNames::libraryFile(), "cut");
+        LibraryLoadResult result = load(directory);
+        QVERIFY(result.readError);
+        sweep(directory);
+        QVERIFY(directory.has(temporary) && directory.has(LibraryFileNames::journalFile()));
+        QVERIFY(!save(directory, {{patch(QStringLiteral("New"), 50)}, std::nullopt}, stateAfter(result)).hasError());
+        sweep(directory);
+        QVERIFY(directory.has(leadFile) && directory.has(QStringLiteral("lib-Clean.44.prst")));
+        QVERIFY(!directory.has(temporary) && !directory.has(LibraryFileNames::journalFile()));
+    }
+
     void interruptedRemovalIsFinished()
     {
         const LibraryDirectory directory;

@@ -432,7 +432,7 @@ private Q_SLOTS:
         LibraryWriteState state = stateOf(directory);
         VelgorPatch unread = three().patches.at(1);
         unread.patchData.reset();
-        state.unreadEntries = {{.row = 1, .patch = unread}};
+        state.unread = {.patches = {{unread.id(), unread}}, .order = TestPatches::ids(three().patches)};
         LibraryJson::Content rest = three();
         rest.patches.removeAt(1);
         const LibraryWriteResult result = save(directory, rest, state);
@@ -449,9 +449,10 @@ private Q_SLOTS:
         QVERIFY(!save(directory, three()).hasError());
         const QByteArray old = directory.read(libraryFile);
         LibraryWriteState state = stateOf(directory);
-        state.unreadEntries = {{.row = 1, .patch = three().patches.at(1)}};
+        const VelgorPatch unread = three().patches.at(1);
+        state.unread = {.patches = {{unread.id(), unread}}, .order = TestPatches::ids(three().patches)};
         const LibraryWriteResult result = save(directory, three(), state);
-        QVERIFY(!result.hasError() && result.state.unreadEntries.isEmpty());
+        QVERIFY(!result.hasError() && result.state.unread.isEmpty());
         QVERIFY(areIdentical(loaded(directory), three().patches));
         QCOMPARE(directory.read(datedCopies(directory).value(0)), old);
     }

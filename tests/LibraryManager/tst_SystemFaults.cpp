@@ -2,6 +2,7 @@
 #include "DiskFiles.h"
 #include "DiskSync.h"
 #include "FailingCall.h"
+#include "LibraryJournal.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
 
@@ -294,6 +295,28 @@ private Q_SLOTS:
     }
 
     // The storage
+
+    static void fileOfARemovedPatchThatStaysAtTheStartGoesWithTheNextSave()
+    {
+        const LibraryDirectory directory;
+        const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+        LibraryJson::Content rest = three();
+        QVERIFY(!save(directory, rest).hasError());
+        rest.patches.removeFirst();
+        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode(rest));
+        directory.write(LibraryFileNames::journalFile(), LibraryJournal{.staged = {}, .removed = {42}}.encode());
+        LibraryStorageManager storage(directory.path());
+        const auto library = storage.decodeLibrary();
+        {
+            const FailingCall failing(Call::Unlink, EIO);
+            storage.sweepLeftovers();
+            QVERIFY(failing.wasMade());
+        }
+        QVERIFY(directory.has(leadFile) && directory.has(LibraryFileNames::journalFile()));
+        storage.save(*library);
+        QVERIFY(!directory.has(leadFile) && !directory.has(LibraryFileNames::journalFile()));
+        QVERIFY(!storage.writeError());
+    }
 
     static void libraryStaysWhereItIsIfItsNewDirectoryFails()
     {

@@ -158,6 +158,19 @@ private Q_SLOTS:
         QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), QStringLiteral("Lead Chimes"));
     }
 
+    void closingTellsWhatItKeptOfAnotherProgram()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
+        window->ownDirectory->write(
+            LibraryFileNames::libraryFile(), LibraryJson::encode(TestLibraries::one(QStringLiteral("Other"))));
+        QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
+        QVERIFY(!window->window->close());
+        QCOMPARE(window->message(), QStringLiteral("The former files of the library are kept"));
+        QVERIFY(window->messageText().contains(TestLibraries::datedCopies(*window->ownDirectory).value(0)));
+        QVERIFY(window->answer(QStringLiteral("Not Now")));
+        QVERIFY(!window->window->isVisible());
+    }
+
     void closingUnaskedSavesAllTheSame()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));

@@ -4,7 +4,9 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 
 using namespace ShownWidgets;
 using Flag = bool VelgorPatch::*;
@@ -214,6 +216,22 @@ private Q_SLOTS:
         type(key, Qt::ControlModifier);
         QVERIFY(!(window->library.patches().at(1).*flag));
         QVERIFY(!(window->library.patches().at(0).*flag));
+    }
+
+    void keysInTheMenuBarAreTheMenus()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral("Ambiguous")));
+        const auto window = chosen();
+        auto *const bar = window->window->menuBar();
+        bar->setFocus(Qt::MenuBarFocusReason);
+        QVERIFY(bar->hasFocus());
+        for (const int key : {int(Qt::Key_Up), int(Qt::Key_Down)}) {
+            type(key, Qt::AltModifier);
+        }
+        bar->setFocus(Qt::MenuBarFocusReason);
+        QTest::keyClick(bar, Qt::Key_Return);
+        WindowFixture::settle();
+        QCOMPARE(window->slotNames(), QStringLiteral("A B C D"));
     }
 
     void shortcutsOfTheMenus()

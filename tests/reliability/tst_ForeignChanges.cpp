@@ -92,6 +92,30 @@ private Q_SLOTS:
         QCOMPARE(bytesAt(manager.keptFiles().value(0)), other);
     }
 
+    static void theCauseIsToldAlsoWhenKeepingWorksOnlyLater()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        LibraryStorageManager manager(directory.path());
+        const auto library = manager.decodeLibrary();
+        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
+        const QString elsewhere = directory.parentPath() + QStringLiteral("/other.json");
+        QFile other(elsewhere);
+        QVERIFY(other.open(QIODevice::WriteOnly) && other.write(LibraryJson::encode(one(QStringLiteral("Other")))) > 0);
+        other.close();
+        // A link is not read, so that it cannot be kept.
+        QVERIFY(QFile::link(elsewhere, directory.filePath(libraryFile)));
+        edit(*library, QStringLiteral("edited"));
+        manager.save(*library);
+        QVERIFY(manager.writeError() && manager.keptFiles().isEmpty());
+        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
+        QVERIFY(QFile::copy(elsewhere, directory.filePath(libraryFile)));
+        manager.save(*library);
+        QCOMPARE(manager.keptFiles().size(), 1);
+        QVERIFY(manager.wasChangedByOthers());
+    }
+
     static void replacedFileOfTheSameTimeIsSeen()
     {
         const DiagnosticRecorder silence;

@@ -46,8 +46,11 @@ inline LibraryWriteState stateOf(const LibraryDirectory &directory)
     const QString path = directory.filePath(LibraryFileNames::libraryFile());
     // A pipe would be waited for.
     const bool isFile = QFileInfo(path).isFile();
-    return {.libraryFile =
-                LibraryFileStamp::of(path, isFile ? directory.read(LibraryFileNames::libraryFile()) : QByteArray())};
+    std::optional<LibraryFileStamp> stamp = LibraryFileStamp::of(path);
+    if (stamp) {
+        stamp->setBytes(isFile ? directory.read(LibraryFileNames::libraryFile()) : QByteArray());
+    }
+    return {.libraryFile = stamp};
 }
 
 inline LibraryWriteResult save(const LibraryDirectory &directory, const LibraryJson::Content &content,

@@ -1,0 +1,118 @@
+#include "DiagnosticRecorder.h"
+#include "FailingCall.h"
+#include "LibraryStorageManager.h"
+#include "TestLibraries.h"
+#include "UnreadPatches.h"
+
+#include <QTest>
+
+#include <cerrno>
+
+using namespace TestLibraries;
+using Call = FailingCall::Call;
+
+namespace {
+
+/// The library file holds patches 1 to 9, of which the odd ones could not be read.
+UnreadPatches oddOnes()
+{
+    UnreadPatches unread;
+    for (quint64 id = 1; id <= 9; ++id) {
+        unread.order.append(id);
+        if (id % 2 == 1) {
+            VelgorPatch entry = patch(QString::number(id), id);
+            entry.patchData.reset();
+            unread.patches.insert(id, entry);
+        }
+    }
+    return unread;
+}
+
+LibraryJson::Content libraryOf(const QList<quint64> &ids)
+{
+    LibraryJson::Content content;
+    for (const quint64 id : ids) {
+        content.patches.append(patch(QString::number(id), id));
+    }
+    return content;
+}
+
+} // namespace
+
+/// Patches whose files cannot be read for the moment stay in the library file.
+class TestUnreadPatches : public QObject {
+    Q_OBJECT
+
+    const DiagnosticRecorder m_silence;
+
+private Q_SLOTS:
+    static void eachStandsBehindTheNearestFormerPredecessor_data()
+    {
+        QTest::addColumn<QList<quint64>>("library");
+        QTest::addColumn<QList<quint64>>("joined");
+        using Ids = QList<quint64>;
+        QTest::newRow("nothing changed") << Ids{2, 4, 6, 8} << Ids{1, 2, 3, 4, 5, 6, 7, 8, 9};
+        QTest::newRow("first removed") << Ids{4, 6, 8} << Ids{1, 3, 4, 5, 6, 7, 8, 9};
+        QTest::newRow("two removed") << Ids{2, 8} << Ids{1, 2, 3, 5, 7, 8, 9};
+        QTest::newRow("turned round") << Ids{8, 6, 4, 2} << Ids{1, 8, 9, 6, 7, 4, 5, 2, 3};
+        QTest::newRow("some added") << Ids{20, 2, 4, 21, 6, 8, 22} << Ids{1, 20, 2, 3, 4, 5, 21, 6, 7, 8, 9, 22};
+        QTest::newRow("all removed") << Ids{} << Ids{1, 3, 5, 7, 9};
+    }
+    static void eachStandsBehindTheNearestFormerPredecessor()
+    {
+        QFETCH(const QList<quint64>, library);
+        QFETCH(const QList<quint64>, joined);
+        QCOMPARE(TestPatches::ids(oddOnes().joinedWith(libraryOf(library)).patches), joined);
+    }
+
+    static void theDefaultPatchStaysUntilTheUserChoosesAnother()
+    {
+        UnreadPatches unread = oddOnes();
+        unread.defaultPatch = 3;
+        LibraryJson::Content library = libraryOf({2, 4});
+        QCOMPARE(unread.joinedWith(library).defaultPatch, std::optional<quint64>(3));
+        library.defaultPatch = 4;
+        QCOMPARE(unread.joinedWith(library).defaultPatch, std::optional<quint64>(4));
+        library.defaultPatch.reset();
+        QCOMPARE(unread.joinedWith(library).defaultPatch, std::nullopt);
+    }
+
+    static void aLibraryOfWhichNothingCouldBeReadKeepsItsDefaultPatch()
+    {
+        const LibraryDirectory directory;
+        const LibraryJson::Content content{one(QStringLiteral("Lead")).patches, 42};
+        QVERIFY(!save(directory, content).hasError());
+        LibraryLoadResult result;
+        {
+            // The first is that of the library file.
+            const FailingCall failing(Call::Read, EIO, 1);
+            result = load(directory);
+        }
+        QVERIFY(!result.library);
+        QVERIFY(!save(directory, {{patch(QStringLiteral("New"), 50)}, std::nullopt}, stateAfter(result)).hasError());
+        const LibraryLoadResult again = load(directory);
+        QCOMPARE(TestPatches::ids(again.library->patches()), (QList<quint64>{42, 50}));
+        QCOMPARE(again.library->defaultPatch(), std::optional<quint64>(42));
+    }
+
+    static void aLibraryIsNotMovedWithoutThem()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        LibraryStorageManager storage(directory.path());
+        std::unique_ptr<VelgorLibrary> library;
+        {
+            const FailingCall failing(Call::Read, EIO, 1);
+            library = storage.decodeLibrary();
+        }
+        QCOMPARE(library->count(), 2);
+        QCOMPARE(storage.unreadPatches(), 1);
+        const LibraryDirectory target;
+        QVERIFY(storage.moveTo(target.path(), *library).contains(directory.path()));
+        QCOMPARE(target.files(), QStringList());
+        QCOMPARE(storage.libDirectory(), directory.path());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestUnreadPatches)
+#include "tst_UnreadPatches.moc"
