@@ -114,7 +114,8 @@ QList<Command> CommandTable::libraryCommands()
                     {}}},
             tr("Compares the library file with the files of the library directory: patches without a file, files "
                "without a patch, files that cannot be read or hold something else, files of others that are taken "
-               "for a patch's, leftovers, and what was kept aside. Ends with 1 when it finds anything."),
+               "for a patch's, leftovers, and what was kept aside. Ends with 1 when it finds anything; a file under "
+               "another name that holds just what the library has is only a note."),
             text("velgor library doctor --repair"), &CommandHandlers::libraryDoctor},
     };
 }

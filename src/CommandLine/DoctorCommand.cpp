@@ -4,10 +4,15 @@
 #include "KeptLibraries.h"
 #include "LibraryDoctor.h"
 #include "LibrarySession.h"
+#include "LibrarySnapshot.h"
 #include "Output.h"
+#include "RescuedPatches.h"
+#include "SettledExamination.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace {
 
@@ -18,10 +23,22 @@ struct DoctorCommand {
 
 std::optional<KeptLibraries::Preview> previewOf(const QString &file, LibrarySession &session)
 {
-    const QString name = QFileInfo(file).fileName();
-    auto preview = KeptLibraries::preview(session.storage().libDirectory(), name, session.library().patches());
+    const QString directory = session.storage().libDirectory();
+    const QFileInfo info(file);
+    const bool hasDirectory = info.fileName() != file;
+    if (hasDirectory && QFileInfo(info.path()).canonicalFilePath() != QFileInfo(directory).canonicalFilePath()) {
+        Output::fail(DoctorCommand::tr("%1: not in the library directory %2").arg(file, directory));
+        return std::nullopt;
+    }
+    const QList<KeptLibrary> kept = KeptLibraries::find(directory).libraries;
+    const auto isNamed = [&info](const KeptLibrary &library) { return library.file == info.fileName(); };
+    if (std::none_of(kept.begin(), kept.end(), isNamed)) {
+        Output::fail(DoctorCommand::tr("%1: no former library file of %2").arg(file, directory));
+        return std::nullopt;
+    }
+    auto preview = KeptLibraries::preview(directory, info.fileName(), LibrarySnapshot::take(session.library()));
     if (!preview) {
-        Output::fail(DoctorCommand::tr("%1: no former library file of %2").arg(file, session.storage().libDirectory()));
+        Output::fail(DoctorCommand::tr("%1: not a complete library file").arg(file));
     }
     return preview;
 }
@@ -32,7 +49,7 @@ int examine(const Arguments &arguments)
     if (!session.exists()) {
         return Failed;
     }
-    const LibraryHealth health = LibraryDoctor(session.storage().libDirectory()).examine();
+    const LibraryHealth health = SettledExamination::examine(session.storage().libDirectory());
     DoctorReport(session.storage().libDirectory(), health).print(arguments.has(QStringLiteral("json")));
     return health.findings.isEmpty() ? Done : Found;
 }
@@ -45,13 +62,13 @@ int repair(const Arguments &arguments)
     }
     const QString directory = session.storage().libDirectory();
     const QList<VelgorPatch> rescued = LibraryDoctor(directory).examine().rescuedPatches();
-    for (const VelgorPatch &patch : rescued) {
-        session.library().append(patch, false, false);
-    }
+    RescuedPatches::addTo(session.library(), directory, rescued);
     const int status = rescued.isEmpty() ? session.report() : session.save();
     const LibraryHealth left = LibraryDoctor(directory).examine();
     DoctorReport report(directory, left);
-    report.setAdded(rescued);
+    if (status == Done) {
+        report.setAdded(rescued);
+    }
     report.print(arguments.has(QStringLiteral("json")));
     return status != Done ? status : left.findings.isEmpty() ? Done : Found;
 }

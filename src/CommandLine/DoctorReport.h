@@ -21,6 +21,8 @@ public:
 
 private:
     void printLines() const;
+    [[nodiscard]] static QString lineOf(const LibraryFinding &finding);
+    static void printPreviewJson(const KeptLibraries::Preview &preview);
     void printJson() const;
 
     QString m_directory;

@@ -221,8 +221,10 @@ int CommandHandlers::libraryDuplicate(const Arguments &arguments)
     }
     session.library().append(*patch, true, false);
     const int status = session.save();
-    const VelgorPatch &copy = session.library().patches().last();
-    Output::print(QStringLiteral("%1  %2\n").arg(copy.id()).arg(ShownText::escaped(copy.name)));
+    if (status == Done) {
+        const VelgorPatch &copy = session.library().patches().last();
+        Output::print(QStringLiteral("%1  %2\n").arg(copy.id()).arg(ShownText::escaped(copy.name)));
+    }
     return status;
 }
 

@@ -47,6 +47,11 @@ std::optional<DirectoryListing> DirectoryListing::scan(const QString &directory)
 {
     std::error_code error;
     const fs::path root = nativePath(directory);
+    // A directory below may refuse to be listed; this one would only seem to be empty.
+    const fs::directory_iterator unlisted(root, error);
+    if (error) {
+        return std::nullopt;
+    }
     fs::recursive_directory_iterator entry(root, fs::directory_options::skip_permission_denied, error);
     if (error || !fs::is_directory(root, error)) {
         return std::nullopt;

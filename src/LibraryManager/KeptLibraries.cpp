@@ -3,6 +3,7 @@
 #include "DiskFiles.h"
 #include "LibraryFileNames.h"
 #include "LibraryLoader.h"
+#include "SinglePatchFile.h"
 
 #include <QDir>
 #include <QHash>
@@ -28,6 +29,23 @@ QHash<quint64, VelgorPatch> byId(const QList<VelgorPatch> &patches)
     return result;
 }
 
+/// The ids that `others` has too, in their order.
+QList<quint64> commonIds(const QList<VelgorPatch> &patches, const QHash<quint64, VelgorPatch> &others)
+{
+    QList<quint64> ids;
+    for (const VelgorPatch &patch : patches) {
+        if (!patch.empty && others.contains(patch.id())) {
+            ids.append(patch.id());
+        }
+    }
+    return ids;
+}
+
+std::optional<quint64> defaultOf(std::optional<quint64> id, const QHash<quint64, VelgorPatch> &patches)
+{
+    return id && patches.contains(*id) ? id : std::nullopt;
+}
+
 } // namespace
 
 Found find(const QString &directory)
@@ -47,7 +65,7 @@ Found find(const QString &directory)
     return found;
 }
 
-std::optional<Preview> preview(const QString &directory, const QString &file, const QList<VelgorPatch> &present)
+std::optional<Preview> preview(const QString &directory, const QString &file, const LibraryJson::Content &present)
 {
     const std::optional<LibraryJson::Content> content = contentOf(directory + u'/' + file);
     if (!content) {
@@ -55,12 +73,20 @@ std::optional<Preview> preview(const QString &directory, const QString &file, co
     }
     const LibraryLoadResult loaded = LibraryLoader(directory).loadEntries(*content);
     Preview result;
-    result.withoutFile = loaded.droppedPatches;
+    for (const VelgorPatch &dropped : loaded.droppedEntries) {
+        const QString name = LibraryFileNames::patchFile(dropped.name, dropped.id());
+        const SinglePatchFile::Result stored = SinglePatchFile::read(directory + u'/' + name);
+        if (stored.isThere) {
+            result.unreadable.append({.name = dropped.name, .reason = stored.reason});
+        } else {
+            result.withoutFile.append(dropped.name);
+        }
+    }
     if (loaded.library) {
         result.patches = loaded.library->patches();
         result.defaultPatch = loaded.library->defaultPatch();
     }
-    const QHash<quint64, VelgorPatch> now = byId(present);
+    const QHash<quint64, VelgorPatch> now = byId(present.patches);
     const QHash<quint64, VelgorPatch> then = byId(result.patches);
     for (const VelgorPatch &patch : std::as_const(result.patches)) {
         const auto other = now.constFind(patch.id());
@@ -70,11 +96,15 @@ std::optional<Preview> preview(const QString &directory, const QString &file, co
             result.changing.append(patch.name);
         }
     }
-    for (const VelgorPatch &patch : present) {
+    for (const VelgorPatch &patch : present.patches) {
         if (!patch.empty && !then.contains(patch.id())) {
             result.leaving.append(patch.name);
         }
     }
+    const std::optional<quint64> newDefault = defaultOf(result.defaultPatch, then);
+    result.isDefaultChanging = newDefault != defaultOf(present.defaultPatch, now);
+    result.defaultName = newDefault ? then.constFind(*newDefault)->name : QString();
+    result.isOrderChanging = commonIds(result.patches, now) != commonIds(present.patches, then);
     return result;
 }
 

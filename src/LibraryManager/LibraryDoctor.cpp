@@ -1,11 +1,15 @@
 #include "LibraryDoctor.h"
 
-#include "Diagnostics.h"
 #include "DiskFiles.h"
+#include "FileExistence.h"
 #include "KeptLibraries.h"
 #include "LibraryFileNames.h"
+#include "LibraryLock.h"
 #include "PatchFileMatcher.h"
-#include "SPresetFile.h"
+#include "ProcessExistence.h"
+
+#include <QFileInfo>
+#include <QSysInfo>
 
 namespace {
 
@@ -25,6 +29,21 @@ VelgorPatch withEntry(const VelgorPatch &stored, const VelgorPatch &entry)
     return patch;
 }
 
+/// The patch of a file that no library file knows. Of what the user has said about it, the name is left.
+VelgorPatch adopted(const VelgorPatch &stored, const QString &fileName, quint64 id)
+{
+    VelgorPatch patch = stored.withId(id);
+    if (LibraryFileNames::patchFile(stored.name, id) != fileName) {
+        patch.name = LibraryFileNames::patchNameIn(fileName);
+    }
+    return patch;
+}
+
+bool holdsTheSame(const VelgorPatch &a, const VelgorPatch &b)
+{
+    return a.patchData == b.patchData && a.userIRData == b.userIRData;
+}
+
 } // namespace
 
 LibraryDoctor::LibraryDoctor(const QString &directory)
@@ -40,9 +59,19 @@ LibraryHealth LibraryDoctor::examine()
     m_former.clear();
     m_unreadable.clear();
     m_spare.clear();
+    m_staged.clear();
     const LibraryLoadResult loaded = LibraryLoader(m_directory).load();
     noteLibraryFile(loaded);
-    m_listing = DirectoryListing::scan(m_directory);
+    if (!loaded.leftovers.areKnown) {
+        readJournal();
+    }
+    // A directory whose names may not be read is listed as if it were empty.
+    const QFileInfo place(m_directory);
+    m_listing = place.isReadable() ? DirectoryListing::scan(m_directory) : std::nullopt;
+    if (!m_listing && place.isDir()) {
+        add(LibraryFinding::Kind::UnlistedDirectory, QStringLiteral("."), 0, {},
+            tr("the files in the directory cannot be listed"));
+    }
     noteKeptFiles();
     if (m_listing) {
         QStringList names = m_listing->names();
@@ -50,11 +79,24 @@ LibraryHealth LibraryDoctor::examine()
         for (const QString &name : std::as_const(names)) {
             examineFile(name);
         }
+        examineStaged();
         examineSubdirectories();
     }
     examineContents();
     noteDropped();
     return m_health;
+}
+
+void LibraryDoctor::readJournal()
+{
+    const FileReadResult file =
+        DiskFiles::readRegular(m_directory + u'/' + LibraryFileNames::journalFile(), DiskFiles::Links::Refuse);
+    const auto journal = file.bytes ? LibraryJournal::decode(*file.bytes) : std::nullopt;
+    if (journal) {
+        for (auto staged = journal->staged.cbegin(); staged != journal->staged.cend(); ++staged) {
+            m_staged.insert(staged.value(), staged.key());
+        }
+    }
 }
 
 void LibraryDoctor::noteLibraryFile(const LibraryLoadResult &loaded)
@@ -79,7 +121,9 @@ void LibraryDoctor::examineFile(const QString &name)
     }
     if (name == LibraryFileNames::journalFile() || name == LibraryFileNames::libraryCopy()
         || name.startsWith(LibraryFileNames::temporaryPrefix())) {
-        add(LibraryFinding::Kind::Leftover, name, 0);
+        if (!m_staged.contains(name) && isLeftover(name)) {
+            add(LibraryFinding::Kind::Leftover, name, 0);
+        }
         return;
     }
     if (LibraryFileNames::isReserved(name)) {
@@ -91,8 +135,7 @@ void LibraryDoctor::examineFile(const QString &name)
     }
     for (const quint64 id : LibraryFileNames::idsIn(name)) {
         if (m_loaded.contains(id) || m_dropped.contains(id)) {
-            QString ignored;
-            if (const std::optional<VelgorPatch> patch = readPatch(name, ignored)) {
+            if (const auto patch = readPatch(name).patch) {
                 m_spare.insert(VelgorPatch::staticSimpleHash(*patch), *patch);
             }
             add(LibraryFinding::Kind::ForeignFile, name, id,
@@ -107,12 +150,11 @@ void LibraryDoctor::examinePatchFile(const QString &name, quint64 id)
     if (known != m_loaded.cend() && name == LibraryFileNames::patchFile(known->name, id)) {
         return;
     }
-    QString reason;
-    const std::optional<VelgorPatch> patch = readPatch(name, reason);
-    if (!patch) {
+    const SinglePatchFile::Result file = readPatch(name);
+    if (!file.patch) {
         const QString patchName = m_dropped.contains(id) ? m_dropped.value(id, VelgorPatch(id)).name : QString();
         m_unreadable.insert(id);
-        add(LibraryFinding::Kind::UnreadableFile, name, id, patchName, reason);
+        add(LibraryFinding::Kind::UnreadableFile, name, id, patchName, file.reason);
         return;
     }
     if (known != m_loaded.cend()) {
@@ -123,7 +165,7 @@ void LibraryDoctor::examinePatchFile(const QString &name, quint64 id)
         }
         return;
     }
-    examineFileWithoutEntry(name, id, *patch);
+    examineFileWithoutEntry(name, id, *file.patch);
 }
 
 void LibraryDoctor::examineFileWithoutEntry(const QString &name, quint64 id, const VelgorPatch &patch)
@@ -134,18 +176,52 @@ void LibraryDoctor::examineFileWithoutEntry(const QString &name, quint64 id, con
         return;
     }
     const auto former = m_former.constFind(id);
+    const auto known = m_loaded.constFind(contentId);
     if (former != m_former.cend()) {
         const VelgorPatch whole = withEntry(patch, *former);
         const QString reason = tr("a former library file knows it");
         add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name, reason, whole);
-    } else if (givesId(patch, id)) {
-        add(LibraryFinding::Kind::FileWithoutEntry, name, id, patch.name, {}, patch.withId(id));
-    } else if (m_loaded.contains(contentId)) {
-        add(LibraryFinding::Kind::FileOfOtherContent, name, id, patch.name,
-            tr("it holds \"%1\", which the library has").arg(patch.name));
+    } else if (givesId(patch, id) || givesId(adopted(patch, name, id), id)) {
+        const VelgorPatch whole = adopted(patch, name, id);
+        add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name, {}, whole);
+    } else if (known != m_loaded.cend() && holdsTheSame(*known, patch)) {
+        m_health.notes.append({.kind = LibraryFinding::Kind::SpareFile,
+            .file = name,
+            .id = known->id(),
+            .name = known->name,
+            .reason = tr("the library has what is in it under another name"),
+            .rescued = std::nullopt});
+    } else if (known != m_loaded.cend()) {
+        add(LibraryFinding::Kind::FileOfOtherContent, name, id, known->name,
+            tr("it holds \"%1\", in whose place the library has another patch").arg(patch.name));
     } else {
         add(LibraryFinding::Kind::FileOfOtherContent, name, id, patch.name, tr("it holds \"%1\"").arg(patch.name),
             patch);
+    }
+}
+
+void LibraryDoctor::examineStaged()
+{
+    QSet<quint64> found;
+    for (const LibraryFinding &finding : std::as_const(m_health.findings)) {
+        found.insert(finding.rescued ? finding.rescued->id() : 0);
+    }
+    QStringList names = m_staged.keys();
+    names.sort();
+    for (const QString &name : std::as_const(names)) {
+        if (m_listing->kindOf(name) != DirectoryListing::Kind::RegularFile || !isLeftover(name)) {
+            continue;
+        }
+        const quint64 id = m_staged.value(name);
+        const auto patch = found.contains(id) ? std::nullopt : readPatch(name).patch;
+        if (!patch) {
+            add(LibraryFinding::Kind::Leftover, name, 0);
+            continue;
+        }
+        const auto former = m_former.constFind(id);
+        const VelgorPatch whole = former != m_former.cend() ? withEntry(*patch, *former) : patch->withId(id);
+        add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name,
+            tr("an interrupted save had not put it in place"), whole);
     }
 }
 
@@ -153,11 +229,24 @@ void LibraryDoctor::examineContents()
 {
     for (const VelgorPatch &patch : std::as_const(m_loaded)) {
         if (!givesId(patch, patch.id())) {
-            const QString held = patch.patchData ? patch.patchData->name : QString();
-            add(LibraryFinding::Kind::FileOfOtherContent, LibraryFileNames::patchFile(patch.name, patch.id()),
-                patch.id(), patch.name, tr("it holds \"%1\", whose id would be another").arg(held));
+            examineContent(patch);
         }
     }
+}
+
+void LibraryDoctor::examineContent(const VelgorPatch &patch)
+{
+    const QString held = patch.patchData ? patch.patchData->name : QString();
+    QString reason = tr("it holds \"%1\", whose id would be another").arg(held);
+    const auto other = m_loaded.constFind(VelgorPatch::staticSimpleHash(patch));
+    if (other != m_loaded.cend() && VelgorPatch::staticSimpleHash(*other) == patch.id()) {
+        // Nothing is done about it by itself: with files exchanged, only the user knows which of the two is right.
+        reason = tr("it holds \"%1\", and %2 holds this patch: to put both right, exchange the names of the two files "
+                    "while no program uses the library")
+                     .arg(held, LibraryFileNames::patchFile(other->name, other->id()));
+    }
+    add(LibraryFinding::Kind::FileOfOtherContent, LibraryFileNames::patchFile(patch.name, patch.id()), patch.id(),
+        patch.name, reason);
 }
 
 void LibraryDoctor::examineSubdirectories()
@@ -181,28 +270,27 @@ void LibraryDoctor::noteDropped()
             add(LibraryFinding::Kind::PatchWithoutFile, {}, entry.id(), entry.name,
                 tr("its sound is in another file of the directory"), withEntry(*spare, entry));
         } else if (!m_unreadable.contains(entry.id()) && !entry.empty) {
-            add(LibraryFinding::Kind::PatchWithoutFile, {}, entry.id(), entry.name);
+            // There may be a link or a directory, or a file in a directory that cannot be listed.
+            const QString name = LibraryFileNames::patchFile(entry.name, entry.id());
+            const SinglePatchFile::Result file = readPatch(name);
+            add(LibraryFinding::Kind::PatchWithoutFile, file.isThere ? name : QString(), entry.id(), entry.name,
+                file.isThere ? file.reason : QString());
         }
     }
 }
 
-std::optional<VelgorPatch> LibraryDoctor::readPatch(const QString &name, QString &reason) const
+SinglePatchFile::Result LibraryDoctor::readPatch(const QString &name) const
 {
-    const FileReadResult file = DiskFiles::readRegular(m_directory + u'/' + name, DiskFiles::Links::Refuse);
-    if (!file.bytes) {
-        reason = file.error;
-        return std::nullopt;
-    }
-    const std::optional<SPresetFile> presets = SPresetFile::fromData(*file.bytes);
-    if (!presets) {
-        reason = Diagnostics::lastLine();
-        return std::nullopt;
-    }
-    if (presets->patches.size() != 1) {
-        reason = tr("a list of %1 patches").arg(presets->patches.size());
-        return std::nullopt;
-    }
-    return VelgorPatch(presets->patches.first(), presets->userIRs.first(), presets->headerDesc);
+    return SinglePatchFile::read(m_directory + u'/' + name);
+}
+
+bool LibraryDoctor::isLeftover(const QString &name) const
+{
+    const auto owner = LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName());
+    const bool isInUse = owner ? *owner != QCoreApplication::applicationPid() && !isProcessGone(*owner)
+                               : LibraryLock::isHeldByOther(m_directory);
+    // What a save had just removed was not left, and a save that began meanwhile holds the lock.
+    return !isInUse && existence(m_directory + u'/' + name) != FileExistence::none;
 }
 
 void LibraryDoctor::noteKeptFiles()

@@ -3,6 +3,7 @@
 #include "DirectoryListing.h"
 #include "LibraryHealth.h"
 #include "LibraryLoader.h"
+#include "SinglePatchFile.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -24,14 +25,18 @@ public:
 
 private:
     void noteLibraryFile(const LibraryLoadResult &loaded);
+    void readJournal();
     void examineFile(const QString &name);
     void examinePatchFile(const QString &name, quint64 id);
     void examineFileWithoutEntry(const QString &name, quint64 id, const VelgorPatch &patch);
+    void examineStaged();
     void examineContents();
+    void examineContent(const VelgorPatch &patch);
     void examineSubdirectories();
     void noteDropped();
-    /// The patch that a preset file holds; nothing, and why, where it holds none or several.
-    [[nodiscard]] std::optional<VelgorPatch> readPatch(const QString &name, QString &reason) const;
+    [[nodiscard]] SinglePatchFile::Result readPatch(const QString &name) const;
+    /// Nobody is writing this file.
+    [[nodiscard]] bool isLeftover(const QString &name) const;
     void noteKeptFiles();
     void add(LibraryFinding::Kind kind, const QString &file, quint64 id, const QString &name = {},
         const QString &reason = {}, const std::optional<VelgorPatch> &rescued = std::nullopt);
@@ -42,6 +47,7 @@ private:
     QMap<quint64, VelgorPatch> m_loaded; ///< by id, with preset data
     QMap<quint64, VelgorPatch> m_dropped; ///< by id, without
     QHash<quint64, VelgorPatch> m_former; ///< by id, what the latest of the kept library files that knows it says
+    QHash<QString, quint64> m_staged; ///< temporary files of a save that has not ended, to the ids of their patches
     QSet<quint64> m_unreadable; ///< ids in the names of files that cannot be read
     QHash<quint64, VelgorPatch> m_spare; ///< what files hold that belong to no patch of the library, by content
 };

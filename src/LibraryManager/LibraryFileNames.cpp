@@ -141,6 +141,12 @@ std::optional<quint64> patchFileId(const QString &name)
     return dot < patchPrefix.size() ? std::nullopt : idFromText(base.sliced(dot + 1));
 }
 
+QString patchNameIn(const QString &fileName)
+{
+    const QString base = fileName.chopped(patchSuffix.size());
+    return base.first(base.lastIndexOf(u'.')).sliced(patchPrefix.size());
+}
+
 QList<quint64> idsIn(const QString &path)
 {
     QList<quint64> ids;

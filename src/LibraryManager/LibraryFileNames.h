@@ -45,6 +45,8 @@ namespace LibraryFileNames {
 [[nodiscard]] QString patchFile(const QString &patchName, quint64 patchID);
 /// The id for which this is the name of a patch file.
 [[nodiscard]] std::optional<quint64> patchFileId(const QString &name);
+/// The patch name in the name of a patch file: with "$" for "/", and as much of it as a file name holds.
+[[nodiscard]] QString patchNameIn(const QString &fileName);
 /// Every number between two dots of a path, as ids are written: decimal, without leading zeros, within 64 bits.
 [[nodiscard]] QList<quint64> idsIn(const QString &path);
 

@@ -14,12 +14,14 @@
 struct LibraryFinding {
     enum class Kind {
         DamagedLibraryFile, ///< the library file cannot be read
+        UnlistedDirectory, ///< what is in the directory cannot be told
         PatchWithoutFile, ///< the library file names a patch whose preset file is not there
         FileWithoutEntry, ///< a preset file whose patch the library file does not name
         FileOfOtherContent, ///< a preset file that holds another patch than its name says
         UnreadableFile, ///< a preset file that cannot be read or is damaged
         ForeignFile, ///< not the store's own, but taken for a patch's, with which it is moved and removed
         Leftover, ///< of an interrupted save
+        SpareFile, ///< a preset file under another name that holds just what the library has; only a note
     };
 
     Kind kind = Kind::Leftover;
@@ -29,6 +31,8 @@ struct LibraryFinding {
     QString reason; ///< what else there is to know; translated, may be empty
     /// The patch with its preset data, where adding it to the library mends the finding.
     std::optional<VelgorPatch> rescued;
+
+    bool operator==(const LibraryFinding &) const = default;
 };
 
 /// A former library file that was kept under a dated name.
@@ -41,6 +45,7 @@ struct KeptLibrary {
 /// What LibraryDoctor found.
 struct LibraryHealth {
     QList<LibraryFinding> findings;
+    QList<LibraryFinding> notes; ///< what may be of interest, although the library is as it should be
     QList<KeptLibrary> keptLibraries; ///< the latest first
     QStringList keptPatchFiles; ///< damaged preset files that were set aside
 

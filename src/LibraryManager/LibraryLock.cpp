@@ -3,15 +3,12 @@
 #include "DirectoryGuard.h"
 #include "LibraryFileNames.h"
 #include "OwnerlessLock.h"
+#include "ProcessExistence.h"
 
 #include <QFileInfo>
 #include <QSysInfo>
 
 #include <cerrno>
-
-#ifdef Q_OS_UNIX
-#include <csignal>
-#endif
 
 LibraryLock::LibraryLock(const QString &directory)
     : m_directory(directory)
@@ -19,6 +16,16 @@ LibraryLock::LibraryLock(const QString &directory)
 {
     // Only a holder that is gone makes a lock stale, never its age: a library may stay open for days.
     m_file.setStaleLockTime(0);
+}
+
+bool LibraryLock::isHeldByOther(const QString &directory)
+{
+    const std::optional<Holder> holder = LibraryLock(directory).holder();
+    if (!holder) {
+        return false;
+    }
+    return !holder->isHere
+        || (holder->process != QCoreApplication::applicationPid() && !isProcessGone(holder->process));
 }
 
 bool LibraryLock::tryLock()
@@ -62,18 +69,22 @@ void LibraryLock::removeLeftovers()
     }
 }
 
-bool LibraryLock::isHolderGone() const
+std::optional<LibraryLock::Holder> LibraryLock::holder() const
 {
-#ifdef Q_OS_UNIX
     qint64 process = 0;
     QString host;
     QString application;
-    return QFileInfo(m_file.fileName()).isFile() && m_file.getLockInfo(&process, &host, &application)
-        && host == QSysInfo::machineHostName() && process > 0 && ::kill(static_cast<pid_t>(process), 0) != 0
-        && errno == ESRCH;
-#else
-    return false;
-#endif
+    // A pipe would be waited for.
+    if (!QFileInfo(m_file.fileName()).isFile() || !m_file.getLockInfo(&process, &host, &application)) {
+        return std::nullopt;
+    }
+    return Holder{.process = process, .isHere = host == QSysInfo::machineHostName()};
+}
+
+bool LibraryLock::isHolderGone() const
+{
+    const std::optional<Holder> found = holder();
+    return found && found->isHere && isProcessGone(found->process);
 }
 
 bool LibraryLock::isHeldElsewhere() const

@@ -4,6 +4,8 @@
 #include <QLockFile>
 #include <QString>
 
+#include <optional>
+
 /// Keeps a library directory to one program. A lock left by a crash is taken over.
 class LibraryLock {
     Q_DECLARE_TR_FUNCTIONS(LibraryLock)
@@ -18,7 +20,16 @@ public:
     /// After tryLock() was false: why. Names the directory; translated.
     [[nodiscard]] QString reason() const;
 
+    /// Another program holds the directory now, as far as can be told. Takes and changes nothing.
+    [[nodiscard]] static bool isHeldByOther(const QString &directory);
+
 private:
+    struct Holder {
+        qint64 process = 0;
+        bool isHere = false; ///< on this computer
+    };
+
+    [[nodiscard]] std::optional<Holder> holder() const;
     [[nodiscard]] bool isPlaceTaken() const;
     void removeLeftovers();
     [[nodiscard]] bool isHolderGone() const;

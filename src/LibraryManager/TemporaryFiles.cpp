@@ -2,16 +2,12 @@
 
 #include "DiskFiles.h"
 #include "LibraryFileNames.h"
+#include "ProcessExistence.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QSysInfo>
-
-#ifdef Q_OS_UNIX
-#include <cerrno>
-#include <csignal>
-#endif
 
 namespace TemporaryFiles {
 
@@ -28,18 +24,14 @@ QString freePath(const QDir &directory)
 
 void sweep(const QDir &directory)
 {
-#ifdef Q_OS_UNIX
     const QStringList names = directory.entryList(
         {LibraryFileNames::temporaryPrefix() + u'*'}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QString &name : names) {
         const auto process = LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName());
-        if (process && ::kill(static_cast<pid_t>(*process), 0) != 0 && errno == ESRCH) {
+        if (process && isProcessGone(*process)) {
             std::ignore = DiskFiles::remove(directory.filePath(name));
         }
     }
-#else
-    Q_UNUSED(directory)
-#endif
 }
 
 } // namespace TemporaryFiles

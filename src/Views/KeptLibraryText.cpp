@@ -1,6 +1,6 @@
 #include "KeptLibraryText.h"
 
-#include "Utf8Text.h"
+#include "ShownName.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -25,22 +25,50 @@ QString momentOf(const KeptLibrary &library)
         QLocale().toString(local.date(), QLocale::ShortFormat), local.time().toString(QStringLiteral("HH:mm:ss")));
 }
 
-/// A paragraph with the first of the names, and how many more there are.
-QString named(const QString &what, const QStringList &names)
+/// A paragraph with the first of the lines, and how many more there are.
+QString listed(const QString &what, const QStringList &names)
 {
     constexpr qsizetype shown = 12;
-    constexpr qsizetype longestName = 80;
     if (names.isEmpty()) {
         return {};
     }
     QStringList lines{Texts::tr("%1 (%2):").arg(what, QString::number(names.size()))};
     for (const QString &name : names.first(std::min(shown, names.size()))) {
-        lines.append(Utf8Text::firstCharacters(name.simplified(), longestName));
+        lines.append(name);
     }
     if (names.size() > shown) {
         lines.append(Texts::tr("and %1 more").arg(names.size() - shown));
     }
     return lines.join(u'\n');
+}
+
+QString named(const QString &what, const QStringList &names)
+{
+    QStringList lines;
+    lines.reserve(names.size());
+    for (const QString &name : names) {
+        lines.append(shownName(name));
+    }
+    return listed(what, lines);
+}
+
+QStringList withReasons(const QList<KeptLibraries::Unreadable> &patches)
+{
+    QStringList lines;
+    for (const KeptLibraries::Unreadable &patch : patches) {
+        lines.append(Texts::tr("%1: %2").arg(shownName(patch.name), patch.reason));
+    }
+    return lines;
+}
+
+QString defaultOf(const KeptLibraries::Preview &preview)
+{
+    if (!preview.isDefaultChanging) {
+        return {};
+    }
+    return preview.defaultName.isEmpty()
+        ? Texts::tr("No patch will be the default any more.")
+        : Texts::tr("The default patch will be \"%1\".").arg(shownName(preview.defaultName));
 }
 
 } // namespace
@@ -82,7 +110,9 @@ QString KeptLibraryText::preview(const std::optional<KeptLibraries::Preview> &pr
         named(Texts::tr("Come back"), preview->comingBack),
         named(Texts::tr("Get their former name, comment and marks"), preview->changing),
         named(Texts::tr("Leave the library, while their files stay"), preview->leaving),
-        named(Texts::tr("Cannot come back, because their files are gone"), preview->withoutFile)};
+        named(Texts::tr("Cannot come back, because their files are gone"), preview->withoutFile),
+        listed(Texts::tr("Cannot come back, because their files cannot be read"), withReasons(preview->unreadable)),
+        defaultOf(*preview), preview->isOrderChanging ? Texts::tr("The patches get their former order.") : QString()};
     paragraphs.removeAll(QString());
     if (paragraphs.size() == 1) {
         paragraphs.append(Texts::tr("Its patches are those of the present library."));

@@ -2,7 +2,9 @@
 
 #include "LibraryDoctor.h"
 #include "LibraryFileNames.h"
+#include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
+#include "RescuedPatches.h"
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
@@ -70,14 +72,14 @@ void LibraryCheck::addRescued()
 {
     const QList<VelgorPatch> patches = rescued();
     if (!patches.isEmpty()) {
-        m_library.appendNew(patches);
+        RescuedPatches::addTo(m_library, m_storage.libDirectory(), patches);
         m_storage.save(m_library);
     }
 }
 
 std::optional<KeptLibraries::Preview> LibraryCheck::preview(const QString &file) const
 {
-    return KeptLibraries::preview(m_storage.libDirectory(), file, m_library.patches());
+    return KeptLibraries::preview(m_storage.libDirectory(), file, LibrarySnapshot::take(m_library));
 }
 
 bool LibraryCheck::restore(const QString &file)

@@ -123,7 +123,7 @@ void LibraryCheckDialog::showFindings()
 {
     const EmptyHint hint{QStringLiteral("checkmark.circle.fill"), tr("Nothing to mend"),
         tr("Every patch has its file, and every patch file belongs to a patch.")};
-    m_findings->setRows(LibraryFindingText::rows(m_check.health().findings), hint);
+    m_findings->setRows(LibraryFindingText::rows(m_check.health().findings + m_check.health().notes), hint);
     const qsizetype count = m_check.rescued().size();
     m_findings->button()->setEnabled(count > 0);
     m_findings->button()->setText(count == 0 ? tr("&Add Patches")

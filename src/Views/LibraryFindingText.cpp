@@ -1,5 +1,7 @@
 #include "LibraryFindingText.h"
 
+#include "ShownName.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -26,6 +28,11 @@ constexpr KindText kindTexts[] = {
             "change is saved, and is then kept under a dated name."),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "Restore a former library, or add the patches whose files are there; they are listed below.")},
+    {Kind::UnlistedDirectory, QT_TRANSLATE_NOOP("LibraryFindingText", "Library folder not readable"),
+        QT_TRANSLATE_NOOP("LibraryFindingText",
+            "The names of the files in the library folder cannot be read, so that there may be more to find."),
+        QT_TRANSLATE_NOOP(
+            "LibraryFindingText", "Give yourself the right to read the folder, and check the library again.")},
     {Kind::PatchWithoutFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Patches without a file"),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "The library file names this patch, but its preset file was not there when the library was loaded."),
@@ -56,6 +63,10 @@ constexpr KindText kindTexts[] = {
         QT_TRANSLATE_NOOP("LibraryFindingText", "The program was ended while it wrote this file."),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "You need not do anything. The next start of the program takes over what is in it and removes it.")},
+    {Kind::SpareFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Files that are not needed"),
+        QT_TRANSLATE_NOOP("LibraryFindingText",
+            "This preset file is not the one that the library uses, and holds just what the library has."),
+        QT_TRANSLATE_NOOP("LibraryFindingText", "You may delete it or leave it there.")},
 };
 
 QString titleOf(const KindText &kind, qsizetype count, qsizetype rescued)
@@ -70,7 +81,7 @@ QString titleOf(const KindText &kind, qsizetype count, qsizetype rescued)
 /// In one line, whatever a name holds.
 QString lineOf(const LibraryFinding &finding)
 {
-    QStringList parts{finding.name.simplified(), finding.file.simplified()};
+    QStringList parts{shownName(finding.name), finding.file.simplified()};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(" \u2013 "));
 }
@@ -79,7 +90,7 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
 {
     QStringList facts;
     if (!finding.name.isEmpty()) {
-        facts.append(Texts::tr("Patch: \"%1\" (%2)").arg(finding.name, QString::number(finding.id)));
+        facts.append(Texts::tr("Patch: \"%1\" (%2)").arg(shownName(finding.name), QString::number(finding.id)));
     }
     if (!finding.file.isEmpty()) {
         facts.append(Texts::tr("File: %1").arg(finding.file));
@@ -88,7 +99,7 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
         facts.append(Texts::tr("Found: %1").arg(finding.reason));
     }
     const QString advice = finding.rescued
-        ? Texts::tr(R"("Add" puts "%1" into the library.)").arg(finding.rescued->name)
+        ? Texts::tr(R"("Add" puts "%1" into the library.)").arg(shownName(finding.rescued->name))
         : Texts::tr(kind.advice);
     QStringList paragraphs{Texts::tr(kind.meaning), facts.join(u'\n'), advice};
     paragraphs.removeAll(QString());

@@ -156,6 +156,7 @@ private Q_SLOTS:
         QTest::newRow("unknown former library") << doctor({QStringLiteral("--restore"), QStringLiteral("x.json")});
         QTest::newRow("preview of a file elsewhere")
             << doctor({QStringLiteral("--preview"), QStringLiteral("/etc/hostname")});
+        QTest::newRow("the library file itself") << doctor({QStringLiteral("--restore"), libraryFile});
     }
     void wrongUseIsRefused()
     {
@@ -167,6 +168,84 @@ private Q_SLOTS:
         QCOMPARE(result.status, 2);
         QVERIFY(result.errors.contains("velgor: "));
         QCOMPARE(directory.stamps(), before);
+    }
+
+    void fileOfAnotherDirectoryIsNotTakenForTheLibrarysOwn_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::newRow("preview") << QStringLiteral("--preview");
+        QTest::newRow("restore") << QStringLiteral("--restore");
+    }
+    void fileOfAnotherDirectoryIsNotTakenForTheLibrarysOwn()
+    {
+        QFETCH(const QString, option);
+        const LibraryDirectory directory;
+        const LibraryDirectory other;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+        directory.write(former, directory.read(libraryFile));
+        other.write(former, directory.read(libraryFile));
+        const auto before = directory.stamps();
+        const auto result = m_velgor.library(directory.path(), doctor({option, other.filePath(former)}));
+        QCOMPARE(result.status, 2);
+        QVERIFY2(result.errors.contains("not in the library directory"), result.errors.constData());
+        QVERIFY(result.output.isEmpty());
+        QCOMPARE(directory.stamps(), before);
+        QCOMPARE(m_velgor.library(directory.path(), doctor({option, directory.filePath(former)})).status, 0);
+    }
+
+    void defaultAndOrderArePreviewed()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+        Json then = Json::parse(directory.read(libraryFile).toStdString());
+        std::swap(then["patches"][0], then["patches"][1]);
+        then["defaultPatch"] = nullptr;
+        directory.write(former, QByteArray::fromStdString(then.dump()));
+        const QStringList setDefault{QStringLiteral("set"), lead, QStringLiteral("--default")};
+        QCOMPARE(m_velgor.library(directory.path(), setDefault).status, 0);
+        const auto json = m_velgor.library(directory.path(), doctor({QStringLiteral("--preview"), former})).json();
+        QVERIFY(json["defaultChanges"].get<bool>() && json["orderChanges"].get<bool>());
+        QVERIFY(json["defaultName"].is_null());
+        const auto lines =
+            m_velgor.library(directory.path(), {QStringLiteral("doctor"), QStringLiteral("--preview"), former});
+        QVERIFY2(lines.output.contains("the default patch: none any more\n"), lines.output.constData());
+        QVERIFY2(lines.output.contains("the patches get their former order\n"), lines.output.constData());
+    }
+
+    void repairThatCannotBeSavedTellsOfNothingAdded()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        QVERIFY(QFile::rename(
+            directory.filePath(fileOfLead(directory)), directory.filePath(QStringLiteral("lib-x.7.prst"))));
+        // In the place of the journal nothing can be written.
+        directory.write(QStringLiteral(".velgorlibrary.journal/x"), "x");
+        const auto result = m_velgor.library(directory.path(), doctor({QStringLiteral("--repair")}));
+        QCOMPARE(result.status, 2);
+        QVERIFY(result.json()["added"].empty());
+        QVERIFY(QDir(directory.filePath(QStringLiteral(".velgorlibrary.journal"))).removeRecursively());
+        const auto repaired = m_velgor.library(directory.path(), doctor({QStringLiteral("--repair")}));
+        QCOMPARE(repaired.status, 0);
+        QCOMPARE(repaired.json()["added"].size(), 1U);
+        QCOMPARE(repaired.json()["notes"].size(), 1U);
+        QCOMPARE(m_velgor.library(directory.path(), doctor()).status, 0);
+    }
+
+    void longNamesAreCutInLines()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const QString name(500, u'x');
+        const QStringList rename{QStringLiteral("set"), lead, QStringLiteral("--name"), name};
+        QCOMPARE(m_velgor.library(directory.path(), rename).status, 0);
+        QVERIFY(QFile::remove(directory.filePath(fileOfLead(directory))));
+        const auto lines = m_velgor.library(directory.path(), {QStringLiteral("doctor")});
+        QCOMPARE(lines.status, 1);
+        QVERIFY(lines.output.contains("xxxx") && !lines.output.contains(QByteArray(100, 'x')));
+        const auto json = m_velgor.library(directory.path(), doctor()).json();
+        QCOMPARE(json["findings"][0]["name"].get<std::string>(), name.toStdString());
     }
 
     void missingDirectoryIsNoLibrary()

@@ -261,6 +261,16 @@ private Q_SLOTS:
         QCOMPARE(similar, QStringList({slashed, text(last.at("id"))}));
     }
 
+    void duplicateThatCannotBeSavedTellsOfNoCopy()
+    {
+        // In the place of the journal nothing can be written.
+        m_directory->write(QStringLiteral(".velgorlibrary.journal/x"), "x");
+        const auto result = run(QStringLiteral("duplicate|") + slashed);
+        QCOMPARE(result.status, 2);
+        QCOMPARE(result.output, QByteArray());
+        QVERIFY(QDir(m_directory->filePath(QStringLiteral(".velgorlibrary.journal"))).removeRecursively());
+    }
+
     void removeTakesPatchesAndTheirFiles()
     {
         QCOMPARE(run(QStringLiteral("remove|%1|%2").arg(slashed, lead)).status, 0);

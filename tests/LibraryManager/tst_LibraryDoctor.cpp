@@ -3,12 +3,17 @@
 #include "KeptLibraries.h"
 #include "LibraryDoctor.h"
 #include "LibraryJournal.h"
+#include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
+#include "RescuedPatches.h"
 #include "TestLibraries.h"
 
+#include <QSysInfo>
 #include <QTest>
 
 #include <algorithm>
+
+#include <unistd.h>
 
 using namespace TestLibraries;
 using Kind = LibraryFinding::Kind;
@@ -60,9 +65,7 @@ void repair(const LibraryDirectory &directory)
         library = std::make_unique<VelgorLibrary>();
     }
     manager.sweepLeftovers();
-    for (const VelgorPatch &patch : examine(directory).rescuedPatches()) {
-        library->append(patch, false, false);
-    }
+    RescuedPatches::addTo(*library, directory.path(), examine(directory).rescuedPatches());
     manager.save(*library);
 }
 
@@ -111,8 +114,13 @@ private Q_SLOTS:
         QVERIFY(finding.kind == Kind::PatchWithoutFile && finding.rescued);
         repair(directory);
         QList<VelgorPatch> patches = loaded(directory);
-        QCOMPARE(patches.size(), 3);
-        QVERIFY(TestPatches::isIdentical(patches.last(), m_lead));
+        QVERIFY(areIdentical(patches, m_three.patches));
+        // The file under the wrong name stays, and is of no more account.
+        const LibraryHealth health = examine(directory);
+        QVERIFY(health.findings.isEmpty());
+        QCOMPARE(health.notes.size(), 1);
+        QVERIFY(health.notes.first().kind == Kind::SpareFile);
+        QCOMPARE(health.notes.first().file, QStringLiteral("lib-x.7.prst"));
     }
 
     void fileWithoutEntryIsAdopted()
@@ -145,7 +153,7 @@ private Q_SLOTS:
         two.patches.removeFirst();
         directory.write(libraryFile, LibraryJson::encode(two));
         repair(directory);
-        QVERIFY(TestPatches::isIdentical(loaded(directory).last(), renamed));
+        QVERIFY(TestPatches::isIdentical(loaded(directory).first(), renamed));
         QVERIFY(examine(directory).findings.isEmpty());
     }
 
@@ -266,7 +274,7 @@ private Q_SLOTS:
 
         LibraryStorageManager manager(directory.path());
         auto library = manager.decodeLibrary();
-        const auto preview = KeptLibraries::preview(directory.path(), former, library->patches());
+        const auto preview = KeptLibraries::preview(directory.path(), former, LibrarySnapshot::take(*library));
         QVERIFY(preview);
         QCOMPARE(preview->comingBack, QStringList());
         QCOMPARE(preview->changing, QStringList{QStringLiteral("Lead")});
@@ -281,7 +289,7 @@ private Q_SLOTS:
         QCOMPARE(load(directory).library->defaultPatch(), std::optional(m_lead.id()));
 
         const QString kept = QFileInfo(manager.keptFiles().constFirst()).fileName();
-        const auto back = KeptLibraries::preview(directory.path(), kept, library->patches());
+        const auto back = KeptLibraries::preview(directory.path(), kept, LibrarySnapshot::take(*library));
         QCOMPARE(back->comingBack, QStringList{QStringLiteral("Clean")});
         QVERIFY(areIdentical(back->patches, m_three.patches));
     }
@@ -303,8 +311,6 @@ private Q_SLOTS:
         const VelgorPatch other = imported(QStringLiteral("Other"), 9);
         QTest::newRow("patch that is nowhere else")
             << patchBytes(other) << static_cast<int>(Kind::FileOfOtherContent) << true << QStringLiteral("\"Other\"");
-        QTest::newRow("patch of the library") << patchBytes(m_lead) << static_cast<int>(Kind::FileOfOtherContent)
-                                              << false << QStringLiteral("which the library has");
         const QByteArray list =
             TestRecords::fileBytes({*m_lead.patchData, *other.patchData}, {*m_lead.userIRData, *other.userIRData});
         QTest::newRow("list") << list << static_cast<int>(Kind::UnreadableFile) << false
@@ -347,6 +353,208 @@ private Q_SLOTS:
         QVERIFY(health.findings.first().kind == Kind::ForeignFile);
         QVERIFY(health.findings.last().kind == Kind::PatchWithoutFile);
         QVERIFY(health.rescuedPatches().isEmpty());
+    }
+
+    void adoptedFileKeepsTheNameThatTheUserGave_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("unchanged") << QStringLiteral("Lead") << QStringLiteral("Lead");
+        QTest::newRow("given") << QStringLiteral("My Solo. v.2") << QStringLiteral("My Solo. v.2");
+        QTest::newRow("not for a file name") << QStringLiteral("A/B") << QStringLiteral("A$B");
+        QTest::newRow("empty") << QString() << QString();
+    }
+    void adoptedFileKeepsTheNameThatTheUserGave()
+    {
+        QFETCH(const QString, name);
+        const LibraryDirectory directory;
+        VelgorPatch named = m_lead;
+        named.name = name;
+        QVERIFY(!save(directory, {{named}, std::nullopt}).hasError());
+        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
+        repair(directory);
+        const QList<VelgorPatch> patches = loaded(directory);
+        QCOMPARE(patches.size(), 1);
+        QTEST(patches.first().name, "found");
+        QCOMPARE(patches.first().id(), m_lead.id());
+        QCOMPARE(patches.first().patchData, m_lead.patchData);
+        QVERIFY(directory.has(fileOf(named)));
+        QVERIFY(examine(directory).findings.isEmpty());
+    }
+
+    void renamedCopyIsAdoptedUnderItsName()
+    {
+        const LibraryDirectory directory;
+        const QString name = QString(14, QChar(0x00e4)) + QStringLiteral("-1");
+        const VelgorPatch copy = VelgorPatch::copyNamed(m_lead, name);
+        QVERIFY(!save(directory, {{m_lead, copy}, std::nullopt}).hasError());
+        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
+        repair(directory);
+        QList<VelgorPatch> patches = loaded(directory);
+        QCOMPARE(patches.size(), 2);
+        QVERIFY(std::any_of(patches.begin(), patches.end(),
+            [&copy](const VelgorPatch &patch) { return patch.id() == copy.id() && patch.name == copy.name; }));
+    }
+
+    void stagedPatchOfADamagedLibraryIsRescued()
+    {
+        const LibraryDirectory directory;
+        const VelgorPatch unknown = imported(QStringLiteral("Unknown"), 9);
+        QVERIFY(!save(directory, m_three).hasError());
+        // The last two were about to be put in place when the library file was cut.
+        const QString stagedClean = LibraryFileNames::temporaryPrefix() + QStringLiteral("a");
+        const QString stagedUnknown = LibraryFileNames::temporaryPrefix() + QStringLiteral("b");
+        QVERIFY(QFile::rename(directory.filePath(fileOf(m_three.patches.last())), directory.filePath(stagedClean)));
+        directory.write(stagedUnknown, patchBytes(unknown));
+        LibraryJournal journal;
+        journal.staged = {{m_three.patches.last().id(), stagedClean}, {unknown.id(), stagedUnknown}};
+        directory.write(LibraryFileNames::journalFile(), journal.encode());
+        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
+        directory.write(libraryFile, LibraryJson::encode(m_three).chopped(9));
+
+        const LibraryHealth health = examine(directory);
+        QCOMPARE(health.rescuedPatches().size(), 4);
+        const auto named = std::find_if(health.findings.begin(), health.findings.end(),
+            [&stagedUnknown](const LibraryFinding &finding) { return finding.file == stagedUnknown; });
+        QVERIFY(named != health.findings.end() && named->kind == Kind::FileWithoutEntry);
+        QCOMPARE(named->name, QStringLiteral("Unknown"));
+        QVERIFY(!named->reason.isEmpty());
+        repair(directory);
+        QList<VelgorPatch> patches = loaded(directory);
+        QCOMPARE(patches.size(), 4);
+        QVERIFY(areIdentical(patches.first(3), m_three.patches));
+        QCOMPARE(patches.last().id(), unknown.id());
+        QCOMPARE(patches.last().patchData, unknown.patchData);
+        QVERIFY(directory.has(fileOf(unknown)));
+    }
+
+    void stagedPatchOfASaveThatDidNotCountIsLeftOver()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        const VelgorPatch unknown = imported(QStringLiteral("Unknown"), 9);
+        const QString staged = LibraryFileNames::temporaryPrefix() + QStringLiteral("b");
+        directory.write(staged, patchBytes(unknown));
+        LibraryJournal journal;
+        journal.staged = {{unknown.id(), staged}};
+        directory.write(LibraryFileNames::journalFile(), journal.encode());
+        const LibraryHealth health = examine(directory);
+        QCOMPARE(health.findings.size(), 2);
+        QVERIFY(health.rescuedPatches().isEmpty());
+    }
+
+    void filesOfALiveProgramAreNotLeftOver()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        const QString host = QSysInfo::machineHostName();
+        // The parent of this program lives, and a process number beyond all is nobody's.
+        const QString theirs = LibraryFileNames::temporaryPrefix(host, getppid()) + QStringLiteral("a");
+        const QString nobodys = LibraryFileNames::temporaryPrefix(host, 0x7ffffff0) + QStringLiteral("a");
+        directory.write(theirs, "x");
+        directory.write(nobodys, "x");
+        QCOMPARE(only(examine(directory)).file, nobodys);
+        directory.write(LibraryFileNames::journalFile(), LibraryJournal().encode());
+        directory.write(LibraryFileNames::libraryCopy(), "{");
+        QCOMPARE(examine(directory).findings.size(), 3);
+        const auto lockOf = [&host](qint64 process) {
+            return QStringLiteral("%1\nvelgor\n%2\n\n\n").arg(process).arg(host).toUtf8();
+        };
+        directory.write(LibraryFileNames::lockFile(), lockOf(getppid()));
+        QCOMPARE(only(examine(directory)).file, nobodys);
+        directory.write(LibraryFileNames::lockFile(), lockOf(0x7ffffff0));
+        QCOMPARE(examine(directory).findings.size(), 3);
+    }
+
+    void whatStandsInAFilesPlaceIsSaid_data()
+    {
+        QTest::addColumn<bool>("isLink");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("link") << true << QStringLiteral("link");
+        QTest::newRow("directory") << false << QStringLiteral("directory");
+    }
+    void whatStandsInAFilesPlaceIsSaid()
+    {
+        QFETCH(const bool, isLink);
+        QFETCH(const QString, reason);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        const QString path = directory.filePath(fileOf(m_lead));
+        QVERIFY(QFile::rename(path, directory.parentPath() + QStringLiteral("/elsewhere")));
+        QVERIFY(isLink ? QFile::link(directory.parentPath() + QStringLiteral("/elsewhere"), path) : QDir().mkdir(path));
+        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(finding.kind == Kind::PatchWithoutFile);
+        QCOMPARE(finding.file, fileOf(m_lead));
+        QVERIFY2(finding.reason.contains(reason), qPrintable(finding.reason));
+    }
+
+    void exchangedFilesAreFoundWithWhatCanBeDone()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        const VelgorPatch &clean = m_three.patches.last();
+        directory.write(fileOf(m_lead), patchBytes(clean));
+        directory.write(fileOf(clean), patchBytes(m_lead));
+        const LibraryHealth health = examine(directory);
+        QCOMPARE(health.findings.size(), 2);
+        for (const LibraryFinding &finding : health.findings) {
+            QVERIFY(finding.kind == Kind::FileOfOtherContent && !finding.rescued);
+            const QString other = fileOf(finding.id == m_lead.id() ? clean : m_lead);
+            QVERIFY2(finding.reason.contains(other), qPrintable(finding.reason));
+        }
+    }
+
+    void onlyCopyOfAnOverwrittenPatchIsNoSpareFile()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        directory.write(QStringLiteral("lib-x.7.prst"), patchBytes(m_lead));
+        directory.write(fileOf(m_lead), patchBytes(m_three.patches.last()));
+        const LibraryHealth health = examine(directory);
+        QVERIFY(health.notes.isEmpty());
+        QCOMPARE(health.findings.size(), 2);
+        QCOMPARE(health.findings.first().file, QStringLiteral("lib-x.7.prst"));
+        QVERIFY(health.findings.first().kind == Kind::FileOfOtherContent);
+    }
+
+    void previewTellsOfTheDefaultPatchAndTheOrder()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content now = m_three;
+        now.defaultPatch = m_lead.id();
+        QVERIFY(!save(directory, now).hasError());
+        const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+        const auto previewOf = [&](const LibraryJson::Content &then) {
+            directory.write(former, LibraryJson::encode(then));
+            return *KeptLibraries::preview(directory.path(), former, now);
+        };
+        LibraryJson::Content then = now;
+        QVERIFY(!previewOf(then).isDefaultChanging && !previewOf(then).isOrderChanging);
+        then.defaultPatch = m_three.patches.last().id();
+        QVERIFY(previewOf(then).isDefaultChanging);
+        QCOMPARE(previewOf(then).defaultName, QStringLiteral("Clean"));
+        then.defaultPatch = 77;
+        QVERIFY(previewOf(then).isDefaultChanging && previewOf(then).defaultName.isEmpty());
+        then = now;
+        then.patches.removeAt(1);
+        QVERIFY(!previewOf(then).isOrderChanging);
+        then.patches.swapItemsAt(0, 1);
+        QVERIFY(previewOf(then).isOrderChanging && !previewOf(then).isDefaultChanging);
+    }
+
+    void previewTellsMissingFilesFromUnreadableOnes()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, m_three).hasError());
+        const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
+        directory.write(former, LibraryJson::encode(m_three));
+        QVERIFY(QFile::remove(directory.filePath(fileOf(m_lead))));
+        directory.write(fileOf(m_three.patches.last()), "damaged");
+        const auto preview = KeptLibraries::preview(directory.path(), former, m_three);
+        QCOMPARE(preview->withoutFile, QStringList{QStringLiteral("Lead")});
+        QCOMPARE(preview->unreadable.size(), 1);
+        QCOMPARE(preview->unreadable.first().name, QStringLiteral("Clean"));
+        QVERIFY(!preview->unreadable.first().reason.isEmpty());
     }
 
     void directoryThatIsNotThereIsFound()

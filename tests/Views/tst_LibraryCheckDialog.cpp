@@ -166,16 +166,63 @@ private Q_SLOTS:
     void aPatchWhoseFileWasPutBackIsAdded()
     {
         const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        LibraryJson::Content content = contentOf(QStringLiteral("A B C"));
+        content.patches[1].comment = QStringLiteral("my words");
+        content.defaultPatch = content.patches.at(1).id();
+        QVERIFY(!TestLibraries::save(directory, content).hasError());
         QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
         Checked check(directory);
         QVERIFY(check.window.open());
-        QCOMPARE(check.window.libraryRows(), QStringLiteral("A"));
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A C"));
         writePatch(directory, QStringLiteral("B"), fileOf(QStringLiteral("B")));
         QVERIFY(check.check());
         check.press(QStringLiteral("Add 1 Patch"));
-        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B"));
-        QCOMPARE(TestLibraries::loaded(directory).size(), 2);
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A B C"));
+        QVERIFY(TestLibraries::areIdentical(TestLibraries::loaded(directory), content.patches));
+        QCOMPARE(TestLibraries::load(directory).library->defaultPatch(), content.defaultPatch);
+    }
+
+    void aFileThatIsNotNeededIsShownAndNoFinding()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        writePatch(directory, QStringLiteral("A"), QStringLiteral("lib-x.7.prst"));
+        Checked check(directory);
+        QVERIFY(check.open());
+        QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
+        QCOMPARE(check.rows(check.findings()).first(), QStringLiteral("Files that are not needed (1)"));
+        QVERIFY(check.aboutFinding().contains(QStringLiteral("lib-x.7.prst")));
+        QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
+    }
+
+    void defaultOrderAndUnreadableFilesArePreviewed()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C"))).hasError());
+        LibraryJson::Content then = contentOf(QStringLiteral("B A Broken"));
+        then.defaultPatch = patchOf(QStringLiteral("A")).id();
+        directory.write(former, LibraryJson::encode(then));
+        directory.write(fileOf(QStringLiteral("Broken")), "damaged");
+        Checked check(directory);
+        QVERIFY(check.open());
+        for (const char *expected :
+            {"default patch will be \"A\".", "get their former order.", "files cannot be read (1):\nBroken: "}) {
+            QVERIFY2(check.aboutKept().contains(QString::fromLatin1(expected)), qPrintable(check.aboutKept()));
+        }
+    }
+
+    void longNamesAreCut()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content content = contentOf(QStringLiteral("A B"));
+        content.patches[1].name = QString(500, u'x');
+        QVERIFY(!TestLibraries::save(directory, content).hasError());
+        const QString file = LibraryFileNames::patchFile(content.patches.at(1).name, content.patches.at(1).id());
+        QVERIFY(QFile::remove(directory.filePath(file)));
+        Checked check(directory);
+        QVERIFY(check.open());
+        QCOMPARE(check.rows(check.findings()).last(), QString(80, u'x') + u'\u2026');
+        QVERIFY(!check.aboutFinding().contains(QString(100, u'x')));
     }
 
     void aDamagedLibraryIsPutTogetherFromItsFiles()

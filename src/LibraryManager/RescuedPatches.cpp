@@ -1,0 +1,116 @@
+#include "RescuedPatches.h"
+
+#include "DiskFiles.h"
+#include "KeptLibraries.h"
+#include "LibraryFileNames.h"
+#include "VelgorLibrary.h"
+
+#include <QHash>
+
+namespace {
+
+QList<LibraryJson::Content> libraryFiles(const QString &directory)
+{
+    QList<LibraryJson::Content> files;
+    for (const QString &name : {LibraryFileNames::libraryFile(), LibraryFileNames::libraryCopy()}) {
+        const FileReadResult file = DiskFiles::readRegular(directory + u'/' + name, DiskFiles::Links::Refuse);
+        if (const auto content = file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt) {
+            files.append(*content);
+        }
+    }
+    for (const KeptLibrary &kept : KeptLibraries::find(directory).libraries) {
+        if (kept.content) {
+            files.append(*kept.content);
+        }
+    }
+    return files;
+}
+
+/// Finds rows for patches that are to come between those of a library.
+class Places {
+public:
+    Places(const VelgorLibrary &library, const QList<VelgorPatch> &patches)
+        : m_library(library)
+    {
+        for (const VelgorPatch &patch : patches) {
+            if (!library.getPatchFromId(patch.id())) {
+                m_waiting.insert(patch.id(), patch);
+            }
+        }
+    }
+
+    /// Gives a place to those that `file` names.
+    void take(const LibraryJson::Content &file)
+    {
+        qsizetype row = 0;
+        QList<VelgorPatch> leading;
+        for (const VelgorPatch &named : file.patches) {
+            const auto found = m_library.getPatchFromId(named.id());
+            const auto waiting = m_waiting.constFind(named.id());
+            if (found && !found->patch->empty) {
+                row = found->index + 1;
+            } else if (waiting != m_waiting.cend()) {
+                (row == 0 ? leading : m_before[row]).append(*waiting);
+                m_waiting.erase(waiting);
+            }
+        }
+        if (row > 0 && !leading.isEmpty()) {
+            m_before[0] += leading;
+        } else {
+            m_atEnd += leading;
+        }
+    }
+
+    /// The rest goes to the end.
+    void takeRest(const QList<VelgorPatch> &patches)
+    {
+        for (const VelgorPatch &patch : patches) {
+            if (m_waiting.remove(patch.id())) {
+                m_atEnd.append(patch);
+            }
+        }
+        m_atEnd = m_before.take(m_library.count()) + m_atEnd;
+    }
+
+    [[nodiscard]] bool areAllAtEnd() const { return m_before.isEmpty(); }
+    [[nodiscard]] QList<VelgorPatch> atEnd() const { return m_atEnd; }
+    [[nodiscard]] QList<VelgorPatch> all() const
+    {
+        QList<VelgorPatch> result;
+        for (qsizetype row = 0; row < m_library.count(); ++row) {
+            result += m_before.value(row);
+            result.append(m_library.patches().at(row));
+        }
+        return result + m_atEnd;
+    }
+
+private:
+    const VelgorLibrary &m_library;
+    QHash<quint64, VelgorPatch> m_waiting;
+    QHash<qsizetype, QList<VelgorPatch>> m_before; ///< by the row of the library that they come before
+    QList<VelgorPatch> m_atEnd;
+};
+
+} // namespace
+
+void RescuedPatches::addTo(VelgorLibrary &library, const QString &directory, const QList<VelgorPatch> &patches)
+{
+    Places places(library, patches);
+    for (const LibraryJson::Content &file : libraryFiles(directory)) {
+        places.take(file);
+    }
+    places.takeRest(patches);
+    if (places.areAllAtEnd()) {
+        library.appendNew(places.atEnd());
+        return;
+    }
+    const auto selection = library.selection();
+    const bool isMultiSel = library.isMultiSel();
+    const MultiSelections ticks = library.multiSelections();
+    VelgorLibrary whole(places.all(), library.defaultPatch());
+    whole.saveOrder();
+    library.takeOver(whole);
+    library.setIsMultiSel(isMultiSel);
+    library.setMultiSelections(ticks);
+    library.setSelection(selection);
+}
