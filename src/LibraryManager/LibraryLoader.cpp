@@ -286,7 +286,7 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
     }
     if (!presets) {
         const QString reason = file.bytes ? tr("not a preset file") : file.error;
-        m_failures.insert(entry.patch.id(), tr("%1: %2").arg(fileName, reason));
+        m_failures.insert(entry.patch.id(), tr("%1: %2 (%3)").arg(entry.patch.name.simplified(), reason, fileName));
     }
     if (!presets && !file.bytes) {
         Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(path));

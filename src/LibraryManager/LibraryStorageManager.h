@@ -58,7 +58,7 @@ public:
     [[nodiscard]] QString readProblem() const { return m_readProblem; }
     /// Names of the patches that the last load had to leave out.
     [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
-    /// For each of them its file and why it could not be loaded.
+    /// For each of them its name, why it could not be loaded, and its file.
     [[nodiscard]] QStringList droppedProblems() const { return m_droppedProblems; }
     /// How many of them stay in the library file, as their files may be readable another time.
     [[nodiscard]] qsizetype unreadPatches() const { return m_writeState.unread.patches.size(); }

@@ -39,7 +39,7 @@ QString inParagraphs(const QString &reason, const QString &advice)
     return reason + QStringLiteral("\n\n") + advice;
 }
 
-/// A file name in it may be endless; the reason stands at the end.
+/// A name in it may be endless; the file stands at the end.
 QString shortened(const QString &line)
 {
     return line.size() <= 2 * longestName ? line : line.first(longestName) + QChar(0x2026) + line.last(longestName);

@@ -163,6 +163,7 @@ private Q_SLOTS:
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
         window->ownDirectory->write(
             LibraryFileNames::libraryFile(), LibraryJson::encode(TestLibraries::one(QStringLiteral("Other"))));
+        WindowFixture::click(window->libraryList(), 0);
         QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
         QVERIFY(!window->window->close());
         QCOMPARE(window->message(), QStringLiteral("The former files of the library are kept"));
