@@ -119,8 +119,8 @@ void LibraryDoctor::examineFile(const QString &name)
     if (m_listing->kindOf(name) != DirectoryListing::Kind::RegularFile) {
         return;
     }
-    if (name == LibraryFileNames::journalFile() || name == LibraryFileNames::libraryCopy()
-        || name.startsWith(LibraryFileNames::temporaryPrefix())) {
+    static const QStringList ofASave{LibraryFileNames::journalFile(), LibraryFileNames::libraryCopy()};
+    if (ofASave.contains(name) || name.startsWith(LibraryFileNames::temporaryPrefix())) {
         if (!m_staged.contains(name) && isLeftover(name)) {
             add(LibraryFinding::Kind::Leftover, name, 0);
         }

@@ -117,8 +117,8 @@ bool isDamagedFile(const QString &name)
 
 bool isReserved(const QString &name)
 {
-    return name == libraryFile() || name == libraryCopy() || name == lockFile() || name == lockRemovalFile()
-        || name == journalFile() || name.startsWith(temporaryPrefix()) || isDatedCopy(name);
+    static const QStringList names{libraryFile(), libraryCopy(), lockFile(), lockRemovalFile(), journalFile()};
+    return names.contains(name) || name.startsWith(temporaryPrefix()) || isDatedCopy(name);
 }
 
 QString patchFile(const QString &patchName, quint64 patchID)

@@ -5,9 +5,11 @@
 #include "OwnerlessLock.h"
 #include "ProcessExistence.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSysInfo>
 
+#include <algorithm>
 #include <cerrno>
 
 LibraryLock::LibraryLock(const QString &directory)
@@ -48,9 +50,12 @@ bool LibraryLock::tryLock()
 
 bool LibraryLock::isPlaceTaken() const
 {
-    const auto isOther = [](const QFileInfo &info) { return info.isSymLink() || (info.exists() && !info.isFile()); };
-    return isOther(QFileInfo(m_file.fileName()))
-        || isOther(QFileInfo(m_directory + u'/' + LibraryFileNames::lockRemovalFile()));
+    const QDir directory(m_directory);
+    const QStringList names{LibraryFileNames::lockFile(), LibraryFileNames::lockRemovalFile()};
+    return std::any_of(names.begin(), names.end(), [&directory](const QString &name) {
+        const QFileInfo info(directory, name);
+        return info.isSymLink() || (info.exists() && !info.isFile());
+    });
 }
 
 // Qt takes over the lock of a dead program too, but guards that with a lock file of its own, which a program that dies

@@ -132,7 +132,7 @@ private Q_SLOTS:
         QElapsedTimer timer;
         timer.start();
         manager.startLoading();
-        QTRY_VERIFY(!manager.isLoading());
+        QTRY_VERIFY_WITH_TIMEOUT(!manager.isLoading(), 60000);
         const qint64 elapsed = timer.elapsed();
         QVERIFY2(elapsed > 40 && served >= elapsed / 50, qPrintable(QString::number(elapsed)));
         QVERIFY2(!progress.isEmpty() && progress.count() <= elapsed * 30 / 1000 + 1,

@@ -5,6 +5,7 @@
 #include "LibraryJournal.h"
 #include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
+#include "OrdinaryUser.h"
 #include "RescuedPatches.h"
 #include "TestLibraries.h"
 
@@ -80,6 +81,30 @@ private:
     VelgorPatch m_lead = m_three.patches.first();
 
 private Q_SLOTS:
+    void directoryThatCannotBeListedIsFound()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, importedThree()).hasError());
+        const OrdinaryUser user(directory, 0300);
+        const LibraryHealth health = examine(directory);
+        QVERIFY(std::any_of(health.findings.begin(), health.findings.end(),
+            [](const LibraryFinding &finding) { return finding.kind == Kind::UnlistedDirectory; }));
+    }
+
+    void whatAJournalNamesAndIsNoPatchIsALeftover()
+    {
+        const LibraryDirectory directory;
+        const QString temporary = LibraryFileNames::temporaryPrefix() + QStringLiteral("x");
+        directory.write(libraryFile, "cut");
+        directory.write(temporary, "no patch");
+        directory.write(
+            LibraryFileNames::journalFile(), LibraryJournal{.staged = {{42, temporary}}, .removed = {}}.encode());
+        const LibraryHealth health = examine(directory);
+        QVERIFY(std::any_of(health.findings.begin(), health.findings.end(), [&](const LibraryFinding &finding) {
+            return finding.kind == Kind::Leftover && finding.file == temporary;
+        }));
+    }
+
     void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
     void cleanup() { m_lines.reset(); }
 
