@@ -113,10 +113,9 @@ QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()
     materializeOrder();
     QHash<quint64, qsizetype> places;
     places.reserve(m_order.size());
-    for (qsizetype place = 0; place < m_order.size(); ++place) {
-        if (!places.contains(m_order.at(place))) {
-            places.insert(m_order.at(place), place);
-        }
+    // From the end, so that the first place of an id is the one that stays.
+    for (qsizetype place = m_order.size(); place-- > 0;) {
+        places.insert(m_order.at(place), place);
     }
     std::vector<qsizetype> keys;
     keys.reserve(static_cast<size_t>(m_patches.size()));
