@@ -458,6 +458,15 @@ private Q_SLOTS:
     {
         QRandomGenerator random(1);
         VelgorContent content;
+        const auto compare = [&content] {
+            const auto &list = content.velgorContentPatchList();
+            QCOMPARE(content.soundHashes().size(), list.size());
+            for (qsizetype row = 0; row < list.size(); ++row) {
+                QCOMPARE(content.soundHashes().at(row), list.at(row).patch.soundHash());
+            }
+        };
+        connect(&content, &VelgorContent::reordered, this, compare);
+        connect(&content, &VelgorContent::rowMoved, this, compare);
         const auto anyPatch = [&random] {
             return random.bounded(4) == 0 ? VelgorPatch(QStringLiteral("None"), false)
                                           : imported(QStringLiteral("Lead"), random.bounded(5));
@@ -490,11 +499,7 @@ private Q_SLOTS:
                 content.propagateChangedPatch(patch);
             }
             }
-            const auto &list = content.velgorContentPatchList();
-            QCOMPARE(content.soundHashes().size(), list.size());
-            for (qsizetype row = 0; row < list.size(); ++row) {
-                QCOMPARE(content.soundHashes().at(row), list.at(row).patch.soundHash());
-            }
+            compare();
         }
     }
 
