@@ -64,8 +64,8 @@ void keepContaining(std::vector<qsizetype> &rows, const QStringList &words, cons
     }
     std::erase_if(rows, [&](qsizetype row) {
         const std::string_view text = texts.at(row);
-        return !std::all_of(
-            keys.begin(), keys.end(), [text](const std::string &key) { return text.find(key) != text.npos; });
+        return !std::all_of(keys.begin(), keys.end(),
+            [text](const std::string &key) { return text.find(key) != std::string_view::npos; });
     });
 }
 

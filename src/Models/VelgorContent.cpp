@@ -184,9 +184,9 @@ void VelgorContent::replace(const QList<qsizetype> &rows, const VelgorPatch &wit
         return;
     }
     // Copied before the former slots go, as the patch may stand in one of them.
-    const VelgorPatch patch = with;
+    const std::optional<VelgorPatch> patch(with);
     for (const qsizetype row : rows) {
-        VelgorContentPatch slot(patch);
+        VelgorContentPatch slot(*patch);
         slot.standAt(row);
         m_slots[row] = slot;
     }

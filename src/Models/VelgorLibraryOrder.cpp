@@ -54,7 +54,7 @@ void rearrange(QList<VelgorPatch> &patches, const QList<qsizetype> &formerRows)
         if (sources[start] == start) {
             continue;
         }
-        std::array<std::byte, sizeof(VelgorPatch)> first;
+        std::array<std::byte, sizeof(VelgorPatch)> first{};
         std::memcpy(first.data(), patchAt(start), first.size());
         size_t row = start;
         for (size_t source = 0; (source = std::exchange(sources[row], row)) != start; row = source) {
