@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <numeric>
 
 #include <dirent.h>
@@ -112,6 +113,23 @@ std::vector<qsizetype> sortedRows(const std::vector<std::string> &keys)
     const auto key = [&](qsizetype row) -> const std::string & { return keys[static_cast<std::size_t>(row)]; };
     std::stable_sort(rows.begin(), rows.end(), [&](qsizetype a, qsizetype b) { return key(a) < key(b); });
     return rows;
+}
+
+quint64 readPayload(const QList<VelgorPatch> &patches)
+{
+    quint64 sum = 0;
+    const auto read = [&sum](const QByteArray &bytes) {
+        for (qsizetype i = 0; i + 8 <= bytes.size(); i += 8) {
+            quint64 word = 0;
+            std::memcpy(&word, bytes.constData() + i, sizeof word);
+            sum ^= word;
+        }
+    };
+    for (const VelgorPatch &patch : patches) {
+        read(patch.patchData->data);
+        read(patch.userIRData->data);
+    }
+    return sum;
 }
 
 } // namespace Baselines

@@ -26,4 +26,7 @@ void writeFile(const std::string &path, const QByteArray &bytes);
 /// The rows in the stable order of keys that are ready to be compared.
 [[nodiscard]] std::vector<qsizetype> sortedRows(const std::vector<std::string> &keys);
 
+/// Reads all bytes of the preset data once, as 64-bit words; their exclusive or.
+[[nodiscard]] quint64 readPayload(const QList<VelgorPatch> &patches);
+
 } // namespace Baselines

@@ -1,9 +1,16 @@
+#include "ContentEditor.h"
 #include "DirectoryListing.h"
+#include "LibraryEditor.h"
 #include "LibraryStorage.h"
+#include "LibraryViewFilter.h"
 #include "Measurement.h"
+#include "PatchWriter.h"
 #include "Rows.h"
 #include "SampleLibrary.h"
+#include "VelgorContent.h"
 #include "VelgorLibrary.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -93,10 +100,22 @@ void ticked(benchmark::State &state)
 
 void similar(benchmark::State &state)
 {
-    const VelgorLibrary library(patchesOf(state), std::nullopt);
-    const quint64 id = patchesOf(state).last().id();
-    measureGrowth(state, "find similar patches",
-        [&] { return secondsOf([&] { benchmark::DoNotOptimize(library.findSimilarPatches(id)); }); });
+    measureGrowth(state, "find similar patches", [&] {
+        const VelgorLibrary library(patchesOf(state), std::nullopt);
+        const quint64 id = patchesOf(state).last().id();
+        return secondsOf([&] { benchmark::DoNotOptimize(library.findSimilarPatches(id)); });
+    });
+}
+
+void filterFirst(benchmark::State &state)
+{
+    LibraryViewFilter filter;
+    filter.filterPatch.name = SampleLibrary::nameFragment();
+    filter.filterPatch.comment = SampleLibrary::threeCommentWords();
+    measureGrowth(state, "filter, the first keystroke", [&] {
+        const VelgorLibrary library(patchesOf(state), std::nullopt);
+        return secondsOf([&] { benchmark::DoNotOptimize(filter.shownRows(library)); });
+    });
 }
 
 void restoreOrder(benchmark::State &state)
@@ -106,6 +125,138 @@ void restoreOrder(benchmark::State &state)
         library.saveOrder();
         library.sort();
         return secondsOf([&] { library.sort(); });
+    });
+}
+
+/// A library, a list of 99 or more slots, and the user's operations on both.
+struct Desk {
+    explicit Desk(const QList<VelgorPatch> &patches)
+        : library(patches, std::nullopt)
+    {
+    }
+
+    NoStorage storage;
+    VelgorLibrary library;
+    VelgorContent content;
+    LibraryEditor libraryEditor{library, content, storage};
+    ContentEditor contentEditor{library, content};
+};
+
+/// As many as a file can hold at most.
+SPresetFile fileOf(const QList<VelgorPatch> &patches)
+{
+    constexpr qsizetype mostPatches = 65'535;
+    QList<SPatch> records;
+    QList<SUserIR> userIRs;
+    for (const VelgorPatch &patch : patches.first(std::min(patches.size(), mostPatches))) {
+        records.append(*patch.patchData);
+        userIRs.append(*patch.userIRData);
+    }
+    SPresetFile file = *SPresetFile::fromRecords(*patches.first().headerData, records, userIRs);
+    file.headerDesc.nbpatches = static_cast<quint16>(records.size());
+    return file;
+}
+
+void addFile(benchmark::State &state)
+{
+    constexpr qsizetype unitPatches = 99;
+    const QList<VelgorPatch> &patches = patchesOf(state);
+    const SPresetFile file = fileOf(patches.last(unitPatches));
+    measureGrowth(state, "add a file of 99", [&] {
+        VelgorLibrary library(patches.first(patches.size() - unitPatches), std::nullopt);
+        // As after loading: the patches can be found already, and the list has room.
+        library.append(patches.at(patches.size() - unitPatches), false, false);
+        return secondsOf([&] { library.append(file, false); });
+    });
+}
+
+void tickAll(benchmark::State &state)
+{
+    measureGrowth(state, "tick all", [&] {
+        Desk desk(patchesOf(state));
+        return secondsOf([&] { desk.libraryEditor.tickAll(); });
+    });
+}
+
+void importFile(benchmark::State &state)
+{
+    const SPresetFile file = fileOf(patchesOf(state));
+    measureGrowth(state, "import a file, 65,535 patches at most", [&] {
+        VelgorContent content;
+        return secondsOf([&] { content.populate(file); });
+    });
+}
+
+void exportContent(benchmark::State &state)
+{
+    VelgorContent content;
+    content.populate(fileOf(patchesOf(state)));
+    measureGrowth(state, "export the list, 65,535 patches at most", [&] {
+        return secondsOf([&] {
+            const auto [records, userIRs] = content.getPatchesAndUserIRs();
+            const auto file =
+                SPresetFile::fromRecords(*content.velgorContentPatchList().first().patch.headerData, records, userIRs);
+            benchmark::DoNotOptimize(PatchWriter::encodePatches(*file));
+        });
+    });
+}
+
+void dropOntoSlots(benchmark::State &state)
+{
+    const SPresetFile file = fileOf(patchesOf(state));
+    measureGrowth(state, "drop all patches onto the slots", [&] {
+        Desk desk(patchesOf(state));
+        desk.content.populate(file);
+        desk.libraryEditor.tickAll();
+        return secondsOf([&] { desk.contentEditor.dropDest(desk.library.patches().last().id(), 0); });
+    });
+}
+
+QList<TransferablePatch> everySlot(const VelgorContent &content)
+{
+    QList<TransferablePatch> items;
+    for (const VelgorContentPatch &slot : content.velgorContentPatchList()) {
+        items.append(TransferablePatch::ofSlot(slot));
+    }
+    return items;
+}
+
+void dropOntoLibrary(benchmark::State &state)
+{
+    const SPresetFile file = fileOf(patchesOf(state));
+    measureGrowth(state, "drop all slots onto the library", [&] {
+        Desk desk({});
+        desk.content.populate(file);
+        const QList<TransferablePatch> items = everySlot(desk.content);
+        return secondsOf([&] { desk.libraryEditor.drop(items, 0); });
+    });
+}
+
+void moveSlots(benchmark::State &state)
+{
+    const SPresetFile file = fileOf(patchesOf(state));
+    QList<qsizetype> rows(file.patches.size() / 2);
+    std::generate(rows.begin(), rows.end(), [row = qsizetype(-1)]() mutable { return row += 2; });
+    measureGrowth(state, "move every second slot", [&] {
+        Desk desk({});
+        desk.content.populate(file);
+        return secondsOf([&] { desk.contentEditor.moveSlots(rows, 0); });
+    });
+}
+
+void replaceSlots(benchmark::State &state)
+{
+    const SPresetFile file = fileOf(patchesOf(state));
+    measureGrowth(state, "replace all slots", [&] {
+        Desk desk(patchesOf(state));
+        desk.content.populate(file);
+        QSet<QUuid> selected;
+        for (const VelgorContentPatch &slot : desk.content.velgorContentPatchList()) {
+            selected.insert(slot.id);
+        }
+        desk.content.setSelections(selected);
+        desk.library.setSelection(desk.library.patches().last().id());
+        return secondsOf([&] { desk.contentEditor.replaceSelectedSlots(); });
     });
 }
 
@@ -123,11 +274,20 @@ void registerGrowthRows()
     registerRows({
         {"append, one by one", append},
         {"delete half", deleteHalf},
-        {"duplicate one patch again and again", duplicate, 10'000},
+        {"duplicate one patch again and again", duplicate},
         {"duplicate every patch", duplicateEach},
         {"list the ticked half", ticked},
         {"find similar patches", similar},
+        {"filter, the first keystroke", filterFirst},
         {"restore the order", restoreOrder},
+        {"add a file of 99", addFile},
+        {"tick all", tickAll},
+        {"drop all patches onto the slots", dropOntoSlots},
+        {"drop all slots onto the library", dropOntoLibrary},
+        {"move every second slot", moveSlots},
+        {"replace all slots", replaceSlots},
+        {"import a file, 65,535 patches at most", importFile},
+        {"export the list, 65,535 patches at most", exportContent},
         {"scan the directory", listing},
     });
 }

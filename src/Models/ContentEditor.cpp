@@ -13,10 +13,7 @@ ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content)
 
 void ContentEditor::dropDest(quint64 id, qsizetype location)
 {
-    const QList<VelgorPatch> patches = patchesForDrop(id, location);
-    for (qsizetype i = 0; i < patches.size(); ++i) {
-        m_content.setPatch(patches.at(i), location + i);
-    }
+    m_content.setPatches(patchesForDrop(id, location), location);
     m_library.setIsMultiSel(false);
     warnOfMixedVersions();
 }
@@ -52,9 +49,9 @@ void ContentEditor::replaceSelectedSlots()
     }
     const VelgorPatch patch = *selectedPatch();
     const QList<qsizetype> rows = selectedRows();
+    m_content.replace(rows, patch);
     QSet<QUuid> replaced;
     for (const qsizetype row : rows) {
-        m_content.replace(m_content.velgorContentPatchList().at(row).id, patch);
         replaced.insert(m_content.velgorContentPatchList().at(row).id);
     }
     m_content.setSelections(replaced);

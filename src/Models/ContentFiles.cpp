@@ -19,18 +19,36 @@ std::optional<SPatch> exportedRecord(const VelgorPatch &patch)
     return record;
 }
 
-std::optional<SUserIR> exportedUserIR(const VelgorPatch &patch)
+/// Without a walk through bytes that the two share, as those of slots that nobody touched are.
+bool isEqual(QByteArrayView a, QByteArrayView b)
 {
-    std::optional<SUserIR> userIR = patch.userIRData;
-    if (userIR) {
-        userIR->data.remove(0, SUserIR::numberSize);
+    return a.size() == b.size() && (a.data() == b.data() || a == b);
+}
+
+QByteArrayView exportedBytes(const SUserIR &userIR)
+{
+    return QByteArrayView(userIR.data).sliced(std::min(SUserIR::numberSize, userIR.data.size()));
+}
+
+/// Compares the bytes first, so that the rest of the records can be compared as a whole without them.
+template <typename Record, typename Bytes>
+bool isRecordAlike(std::optional<Record> a, std::optional<Record> b, Bytes bytes)
+{
+    if (a && b) {
+        if (!isEqual(bytes(*a), bytes(*b))) {
+            return false;
+        }
+        a->data.clear();
+        b->data.clear();
     }
-    return userIR;
+    return a == b;
 }
 
 bool isExportedAlike(const VelgorContentPatch &a, const VelgorContentPatch &b)
 {
-    return exportedRecord(a.patch) == exportedRecord(b.patch) && exportedUserIR(a.patch) == exportedUserIR(b.patch);
+    return isRecordAlike(exportedRecord(a.patch), exportedRecord(b.patch), [](const SPatch &record) {
+        return QByteArrayView(record.data);
+    }) && isRecordAlike(a.patch.userIRData, b.patch.userIRData, exportedBytes);
 }
 
 /// The file's header comes from the first slot; sizes and counts are made anew.

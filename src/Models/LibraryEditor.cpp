@@ -38,8 +38,10 @@ QList<BankNumber> LibraryEditor::inContentPatch(quint64 pid) const
     if (!sound) {
         return places;
     }
-    for (const VelgorContentPatch &slot : m_content.velgorContentPatchList()) {
-        if (slot.patch.soundHash() == sound) {
+    const auto &sounds = m_content.soundHashes();
+    for (qsizetype row = 0; row < sounds.size(); ++row) {
+        if (sounds.at(row) == sound) {
+            const VelgorContentPatch &slot = m_content.velgorContentPatchList().at(row);
             places.append({.bank = slot.bank, .number = slot.number});
         }
     }
@@ -167,8 +169,10 @@ void LibraryEditor::deleteSelected()
 {
     if (m_library.isMultiSel()) {
         QList<quint64> ids;
-        for (const VelgorPatch &patch : m_library.getMultiSelection()) {
-            ids.append(patch.id());
+        for (const VelgorPatch &patch : m_library.patches()) {
+            if (m_library.multiSelections().isTicked(patch.id())) {
+                ids.append(patch.id());
+            }
         }
         if (!ids.isEmpty()) {
             m_library.deletePatches(ids, m_storage);

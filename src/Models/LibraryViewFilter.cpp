@@ -1,9 +1,14 @@
 #include "LibraryViewFilter.h"
 
+#include "VelgorLibrary.h"
+
 #include <QStringList>
 
 #include <algorithm>
 #include <array>
+#include <numeric>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -25,27 +30,44 @@ bool containsWords(const QString &searchin, const QStringList &words)
 }
 
 /// The template's texts, lower-cased once for a whole pass over a library.
-class Criteria {
-public:
+struct Criteria {
     explicit Criteria(const VelgorPatch &filterPatch)
-        : m_filterPatch(filterPatch)
-        , m_name(filterPatch.name.toLower())
-        , m_words(commentWords(filterPatch.comment))
+        : asked(filterPatch)
+        , name(filterPatch.name.toLower())
+        , words(commentWords(filterPatch.comment))
     {
+    }
+
+    [[nodiscard]] bool meetsFlags(const VelgorPatch &patch) const
+    {
+        const auto flagIsMet = [&](auto flag) { return !(asked.*flag) || patch.*flag; };
+        return std::all_of(askedFlags.begin(), askedFlags.end(), flagIsMet);
     }
 
     [[nodiscard]] bool meets(const VelgorPatch &patch) const
     {
-        const auto flagIsMet = [&](auto flag) { return !(m_filterPatch.*flag) || patch.*flag; };
-        return std::all_of(askedFlags.begin(), askedFlags.end(), flagIsMet)
-            && (m_name.isEmpty() || patch.name.toLower().contains(m_name)) && containsWords(patch.comment, m_words);
+        return meetsFlags(patch) && (name.isEmpty() || patch.name.toLower().contains(name))
+            && containsWords(patch.comment, words);
     }
 
-private:
-    const VelgorPatch &m_filterPatch;
-    QString m_name;
-    QStringList m_words;
+    const VelgorPatch &asked;
+    QString name;
+    QStringList words;
 };
+
+/// Leaves the rows whose text holds all of the lower-cased words.
+void keepContaining(std::vector<qsizetype> &rows, const QStringList &words, const CaselessTexts &texts)
+{
+    std::vector<std::string> keys;
+    for (const QString &word : words) {
+        keys.push_back(word.toStdString());
+    }
+    std::erase_if(rows, [&](qsizetype row) {
+        const std::string_view text = texts.at(row);
+        return !std::all_of(keys.begin(), keys.end(),
+            [text](const std::string &key) { return text.find(key) != std::string_view::npos; });
+    });
+}
 
 } // namespace
 
@@ -70,15 +92,27 @@ QList<VelgorPatch> LibraryViewFilter::filter(const QList<VelgorPatch> &patches) 
     return shown;
 }
 
-std::vector<qsizetype> LibraryViewFilter::shownRows(const QList<VelgorPatch> &patches) const
+std::vector<qsizetype> LibraryViewFilter::shownRows(const VelgorLibrary &library) const
 {
     const Criteria criteria(filterPatch);
-    std::vector<qsizetype> rows;
-    rows.reserve(static_cast<size_t>(patches.size()));
-    for (qsizetype row = 0; row < patches.size(); ++row) {
-        if (criteria.meets(patches.at(row))) {
-            rows.push_back(row);
-        }
+    const QList<VelgorPatch> &patches = library.patches();
+    std::vector<qsizetype> rows(static_cast<size_t>(patches.size()));
+    std::iota(rows.begin(), rows.end(), 0);
+    // Without a criterion for it, a text need not be lower-cased.
+    const bool hasKeys = (criteria.name.isEmpty() || library.caselessNames().canSearch(filterPatch.name))
+        && (criteria.words.isEmpty() || library.caselessComments().canSearch(filterPatch.comment));
+    if (!hasKeys) {
+        std::erase_if(rows, [&](qsizetype row) { return !criteria.meets(patches.at(row)); });
+        return rows;
+    }
+    if (std::any_of(askedFlags.begin(), askedFlags.end(), [this](auto flag) { return filterPatch.*flag; })) {
+        std::erase_if(rows, [&](qsizetype row) { return !criteria.meetsFlags(patches.at(row)); });
+    }
+    if (!criteria.name.isEmpty()) {
+        keepContaining(rows, {criteria.name}, library.caselessNames());
+    }
+    if (!criteria.words.isEmpty()) {
+        keepContaining(rows, criteria.words, library.caselessComments());
     }
     return rows;
 }

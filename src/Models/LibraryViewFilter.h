@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class VelgorLibrary;
+
 /// Decides which library patches are shown. The criteria are held as a template patch.
 class LibraryViewFilter {
 public:
@@ -19,8 +21,8 @@ public:
     [[nodiscard]] bool show(const VelgorPatch &patch) const;
     /// The patches that are shown, in their order.
     [[nodiscard]] QList<VelgorPatch> filter(const QList<VelgorPatch> &patches) const;
-    /// The rows of the patches that are shown, upwards.
-    [[nodiscard]] std::vector<qsizetype> shownRows(const QList<VelgorPatch> &patches) const;
+    /// The rows of the patches that are shown, upwards. Reads the texts that the library keeps in lower case.
+    [[nodiscard]] std::vector<qsizetype> shownRows(const VelgorLibrary &library) const;
     /// True when every word of `comment`, split at spaces, occurs somewhere in `searchin`, whatever the case.
     [[nodiscard]] static bool containsComment(const QString &searchin, const QString &comment);
 

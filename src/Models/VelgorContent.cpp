@@ -10,6 +10,14 @@
 VelgorContent::VelgorContent(QObject *parent)
     : QObject(parent)
 {
+    // Connected before anybody else can be, so that who is told of a change finds hashes of the changed list.
+    const auto forget = [this] { m_soundHashes.reset(); };
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
+             &VelgorContent::rowsChanged}) {
+        connect(this, signal, this, forget);
+    }
+    connect(this, &VelgorContent::reordered, this, forget);
+    connect(this, &VelgorContent::wasReset, this, forget);
 }
 
 void VelgorContent::setLimit(int limit)
@@ -126,24 +134,30 @@ void VelgorContent::fill(const std::optional<VelgorPatch> &fillwith)
     m_slots.reserve(m_limit);
     while (m_slots.size() < m_limit) {
         VelgorContentPatch slot(fillwith ? *fillwith : VelgorPatch(QStringLiteral("-empty-"), false));
-        const BankNumber place = BankNumber::ofSlot(m_slots.size());
-        slot.bank = place.bank;
-        slot.number = place.number;
+        slot.standAt(m_slots.size());
         m_slots.append(slot);
     }
 }
 
 void VelgorContent::setPatch(const VelgorPatch &patch, qsizetype location)
 {
+    setPatches({patch}, location);
+}
+
+void VelgorContent::setPatches(const QList<VelgorPatch> &patches, qsizetype location)
+{
     if (location < 0) {
         Diagnostics::fatalStop("slot location below 0");
     }
-    if (location >= m_slots.size()) {
+    const qsizetype end = std::min(location + patches.size(), m_slots.size());
+    if (location >= end) {
         return;
     }
     QMap<QString, int> versions = m_versions;
-    place(patch, location, versions);
-    Q_EMIT rowsChanged(location, location);
+    for (qsizetype row = location; row < end; ++row) {
+        place(patches.at(row - location), row, versions);
+    }
+    Q_EMIT rowsChanged(location, end - 1);
     setVersions(versions);
 }
 
@@ -159,16 +173,24 @@ void VelgorContent::replace(const QUuid &id, const VelgorPatch &with)
 {
     const auto found =
         std::find_if(m_slots.begin(), m_slots.end(), [&id](const VelgorContentPatch &slot) { return slot.id == id; });
-    if (found == m_slots.end()) {
+    if (found != m_slots.end()) {
+        replace(QList{found - m_slots.begin()}, with);
+    }
+}
+
+void VelgorContent::replace(const QList<qsizetype> &rows, const VelgorPatch &with)
+{
+    if (rows.isEmpty()) {
         return;
     }
-    const qsizetype row = found - m_slots.begin();
-    VelgorContentPatch slot(with);
-    const BankNumber place = BankNumber::ofSlot(row);
-    slot.bank = place.bank;
-    slot.number = place.number;
-    *found = slot;
-    Q_EMIT rowsChanged(row, row);
+    // Copied before the former slots go, as the patch may stand in one of them.
+    const std::optional<VelgorPatch> patch(with);
+    for (const qsizetype row : rows) {
+        VelgorContentPatch slot(*patch);
+        slot.standAt(row);
+        m_slots[row] = slot;
+    }
+    Q_EMIT rowsChanged(rows.first(), rows.last());
 }
 
 void VelgorContent::move(qsizetype from, qsizetype offset)
@@ -178,15 +200,14 @@ void VelgorContent::move(qsizetype from, qsizetype offset)
 
 void VelgorContent::move(const QList<qsizetype> &rows, qsizetype offset)
 {
-    const auto firstBehind = std::lower_bound(rows.begin(), rows.end(), offset);
-    // Each move leaves the rows of those that follow in its loop as they are.
-    qsizetype target = offset;
-    for (auto row = firstBehind; row != rows.begin(); --target) {
-        moveOne(*--row, target);
+    if (!rows.isEmpty()
+        && (rows.first() < 0 || rows.last() >= m_slots.size() || offset < 0 || offset > m_slots.size())) {
+        Diagnostics::fatalStop("slot out of range");
     }
-    target = offset;
-    for (auto row = firstBehind; row != rows.end(); ++row, ++target) {
-        moveOne(*row, target);
+    if (rows.size() == 1) {
+        moveOne(rows.first(), offset);
+    } else if (rows.size() > 1) {
+        moveMany(rows, offset);
     }
     if (!m_slots.isEmpty()) {
         renum();
@@ -195,9 +216,6 @@ void VelgorContent::move(const QList<qsizetype> &rows, qsizetype offset)
 
 void VelgorContent::moveOne(qsizetype from, qsizetype offset)
 {
-    if (from < 0 || from >= m_slots.size() || offset < 0 || offset > m_slots.size()) {
-        Diagnostics::fatalStop("slot out of range");
-    }
     if (offset == from || offset == from + 1) {
         return;
     }
@@ -206,17 +224,50 @@ void VelgorContent::moveOne(qsizetype from, qsizetype offset)
     Q_EMIT rowMoved(from, offset);
 }
 
+void VelgorContent::moveMany(const QList<qsizetype> &rows, qsizetype offset)
+{
+    QList<qsizetype> formerRows;
+    QList<qsizetype> behind;
+    auto moved = rows.begin();
+    for (qsizetype row = 0; row < m_slots.size(); ++row) {
+        if (moved != rows.end() && *moved == row) {
+            ++moved;
+        } else {
+            (row < offset ? formerRows : behind).append(row);
+        }
+    }
+    formerRows += rows;
+    formerRows += behind;
+    if (std::is_sorted(formerRows.begin(), formerRows.end())) {
+        return;
+    }
+    Q_EMIT aboutToBeReordered();
+    QList<VelgorContentPatch> reorderedSlots;
+    reorderedSlots.reserve(m_slots.size());
+    for (const qsizetype row : std::as_const(formerRows)) {
+        reorderedSlots.append(std::move(m_slots[row]));
+    }
+    m_slots = reorderedSlots;
+    Q_EMIT reordered(formerRows);
+}
+
 void VelgorContent::propagateChangedPatch(const VelgorPatch &velgorPatch)
 {
     VelgorPatch patch = velgorPatch;
     if (patch.patchData) {
         patch.patchData->name = patch.name;
     }
+    qsizetype first = -1;
+    qsizetype last = -1;
     for (qsizetype row = 0; row < m_slots.size(); ++row) {
         if (m_slots.at(row).patch.id() == patch.id()) {
             m_slots[row].patch = patch;
-            Q_EMIT rowsChanged(row, row);
+            first = first < 0 ? row : first;
+            last = row;
         }
+    }
+    if (last >= 0) {
+        Q_EMIT rowsChanged(first, last);
     }
 }
 
@@ -228,10 +279,7 @@ void VelgorContent::renum()
     qsizetype first = m_slots.size();
     qsizetype last = -1;
     for (qsizetype row = 0; row < m_slots.size(); ++row) {
-        const BankNumber place = BankNumber::ofSlot(row);
-        if (m_slots.at(row).bank != place.bank || m_slots.at(row).number != place.number) {
-            m_slots[row].bank = place.bank;
-            m_slots[row].number = place.number;
+        if (m_slots[row].standAt(row)) {
             first = std::min(first, row);
             last = row;
         }
@@ -256,6 +304,18 @@ void VelgorContent::recountVersions()
         ++versions[slot.patch.version];
     }
     setVersions(versions);
+}
+
+const RowValues<std::optional<quint64>> &VelgorContent::soundHashes() const
+{
+    if (!m_soundHashes) {
+        m_soundHashes.emplace();
+        m_soundHashes->reserve(m_slots.size());
+        for (const VelgorContentPatch &slot : m_slots) {
+            m_soundHashes->append(slot.patch.soundHash());
+        }
+    }
+    return *m_soundHashes;
 }
 
 std::pair<QList<SPatch>, QList<SUserIR>> VelgorContent::getPatchesAndUserIRs() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RowValues.h"
 #include "SPresetFile.h"
 #include "VelgorContentPatch.h"
 
@@ -57,14 +58,20 @@ public:
     /// Puts a patch into the slot at `location` and keeps the version table. Beyond the list nothing happens; a
     /// location below 0 stops the program.
     void setPatch(const VelgorPatch &patch, qsizetype location);
+    /// The same for several, into the slot at `location` and those behind it, announced as one change.
+    void setPatches(const QList<VelgorPatch> &patches, qsizetype location);
     /// Puts a new slot with this patch in the place of the slot `id`; the version table is left alone.
     void replace(const QUuid &id, const VelgorPatch &with);
+    /// The same for the slots at several ascending rows, announced as one change from the first to the last.
+    void replace(const QList<qsizetype> &rows, const VelgorPatch &with);
     /// Moves one slot; `offset` counts in the list as it is before the move.
     void move(qsizetype from, qsizetype offset);
     /// Moves several slots, given by ascending rows, to stand together in their order at `offset`.
     void move(const QList<qsizetype> &rows, qsizetype offset);
     /// Every slot with this patch's id takes the patch as it is now, its name in the preset record too.
     void propagateChangedPatch(const VelgorPatch &velgorPatch);
+    /// The content hash without the name of each slot's patch; good until the next change of the list.
+    [[nodiscard]] const RowValues<std::optional<quint64>> &soundHashes() const;
     /// Gives every slot its bank and number again. The list must not be empty.
     void renum();
     /// Drops version entries of 0 and sets mixVersions when more than one is left.
@@ -83,6 +90,9 @@ Q_SIGNALS:
     void rowAboutToBeMoved(qsizetype from, qsizetype offset);
     void rowMoved(qsizetype from, qsizetype offset);
     void rowsChanged(qsizetype first, qsizetype last);
+    /// Several slots moved at once: formerRows holds, for each row, the row that its slot had before.
+    void aboutToBeReordered();
+    void reordered(const QList<qsizetype> &formerRows);
     /// The whole list was exchanged.
     void aboutToBeReset();
     void wasReset();
@@ -99,12 +109,14 @@ Q_SIGNALS:
 private:
     void take(const std::optional<SPresetFile> &presets, const PatchFileHandler &files);
     void moveOne(qsizetype from, qsizetype offset);
+    void moveMany(const QList<qsizetype> &rows, qsizetype offset);
     void fill(const std::optional<VelgorPatch> &fillwith);
     void place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions);
     void setVersions(const QMap<QString, int> &versions);
 
     int m_limit = 0;
     QList<VelgorContentPatch> m_slots;
+    mutable std::optional<RowValues<std::optional<quint64>>> m_soundHashes; ///< made when asked for
     QMap<QString, int> m_versions;
     bool m_openError = false;
     bool m_saveError = false;

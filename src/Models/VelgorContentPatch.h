@@ -12,7 +12,7 @@ struct BankNumber {
     int bank = 0;
     int number = 0;
 
-    /// The place of a slot, counted from 0.
+    /// The place of a slot, counted from 0. Makes an id, which takes longer than all the rest.
     [[nodiscard]] static BankNumber ofSlot(qsizetype slot);
     /// The slot at this place, counted from 0.
     [[nodiscard]] qsizetype slot() const { return (bank - 1) * numbersPerBank + number - 1; }
@@ -26,4 +26,7 @@ struct VelgorContentPatch {
     int bank = 0; ///< 0 until the list is renumbered
     int number = 0;
     VelgorPatch patch;
+
+    /// Takes the bank and number of a slot, counted from 0. False when it had them.
+    bool standAt(qsizetype slot);
 };

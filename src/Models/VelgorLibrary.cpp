@@ -152,7 +152,7 @@ bool VelgorLibrary::update(const VelgorPatch &patch)
         && stored.userIRData == patch.userIRData && stored.headerData == patch.headerData) {
         return true;
     }
-    m_index.renamed(found->patch->name, patch.name);
+    m_index.changed(found->index, stored, patch);
     m_patches[found->index] = patch;
     countEmpty();
     Q_EMIT rowsChanged(found->index, found->index);
@@ -169,8 +169,9 @@ void VelgorLibrary::move(qsizetype from, qsizetype offset)
     }
     materializeOrder();
     Q_EMIT rowAboutToBeMoved(from, offset);
-    m_patches.move(from, offset > from ? offset - 1 : offset);
-    m_index.invalidate();
+    const qsizetype to = offset > from ? offset - 1 : offset;
+    m_patches.move(from, to);
+    m_index.moved(from, to);
     Q_EMIT rowMoved(from, offset);
 }
 
@@ -258,18 +259,20 @@ void VelgorLibrary::removeRows(const QList<qsizetype> &ascendingRows)
     } else {
         Q_EMIT aboutToBeReset();
     }
-    QList<VelgorPatch> kept;
-    kept.reserve(m_patches.size() - ascendingRows.size());
     auto removed = ascendingRows.begin();
+    qsizetype end = 0;
     for (qsizetype row = 0; row < m_patches.size(); ++row) {
         if (removed != ascendingRows.end() && *removed == row) {
             ++removed;
         } else {
-            kept.append(m_patches.at(row));
+            if (end != row) {
+                m_patches[end] = std::move(m_patches[row]);
+            }
+            ++end;
         }
     }
-    m_patches = kept;
-    m_index.invalidate();
+    m_patches.remove(end, m_patches.size() - end);
+    m_index.removed(ascendingRows);
     countEmpty();
     if (isOneBlock) {
         Q_EMIT rowsRemoved(first, last);
@@ -280,10 +283,12 @@ void VelgorLibrary::removeRows(const QList<qsizetype> &ascendingRows)
 
 void VelgorLibrary::replacePresetData(qsizetype row, const VelgorPatch &patch)
 {
-    VelgorPatch &stored = m_patches[row];
-    stored.patchData = patch.patchData;
-    stored.userIRData = patch.userIRData;
-    stored.headerData = patch.headerData;
+    VelgorPatch after = m_patches.at(row);
+    after.patchData = patch.patchData;
+    after.userIRData = patch.userIRData;
+    after.headerData = patch.headerData;
+    m_index.changed(row, m_patches.at(row), after);
+    m_patches[row] = after;
     Q_EMIT rowsChanged(row, row);
 }
 
@@ -300,12 +305,11 @@ void VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &fou
 QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
 {
     constexpr qsizetype longestBase = 15;
-    for (int x = 1;; ++x) {
-        const QString digits = QString::number(x);
-        const QString base = Utf8Text::firstCharacters(fromname, std::max<qsizetype>(longestBase - digits.size(), 0));
-        QString candidate = base + u'-' + digits;
-        if (!m_index.containsName(candidate, m_patches)) {
-            return candidate;
+    for (int digits = 1;; ++digits) {
+        const qsizetype baseSize = std::max<qsizetype>(longestBase - digits, 0);
+        const QString stem = Utf8Text::firstCharacters(fromname, baseSize) + u'-';
+        if (const auto number = m_index.freeNumber(stem, digits, m_patches)) {
+            return stem + QString::number(*number);
         }
     }
 }

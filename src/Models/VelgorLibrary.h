@@ -35,6 +35,9 @@ public:
     VelgorLibrary(const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent = nullptr);
 
     [[nodiscard]] const QList<VelgorPatch> &patches() const { return m_patches; }
+    /// The lower-cased names and comments by row. The references are good until the next change of the library.
+    [[nodiscard]] const CaselessTexts &caselessNames() const { return m_index.names(m_patches); }
+    [[nodiscard]] const CaselessTexts &caselessComments() const { return m_index.comments(m_patches); }
     /// The ids in the order that sort() can go back to.
     [[nodiscard]] const QList<quint64> &order();
     [[nodiscard]] std::optional<quint64> selection() const { return m_selection; }
@@ -123,7 +126,6 @@ private:
     void countEmpty();
 
     void materializeOrder();
-    [[nodiscard]] QList<qsizetype> rowsByName(bool ascending) const;
     [[nodiscard]] QList<qsizetype> rowsByRememberedOrder();
     void reorder(const QList<qsizetype> &formerRows);
 

@@ -3,10 +3,14 @@
 #include "VelgorLibrary.h"
 
 #include "ObservableProperty.h"
-#include "Utf8Text.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
 #include <numeric>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -23,14 +27,41 @@ TripleBool nextStep(TripleBool step)
     return TripleBool::tripleFalse;
 }
 
-/// Rows in the stable order of their keys.
-template <typename Key, typename Less>
-QList<qsizetype> rowsSortedBy(const QList<Key> &keys, Less less)
+/// Rows in the stable order of their places, none of which is above `last`.
+QList<qsizetype> rowsByPlace(const std::vector<qsizetype> &places, qsizetype last)
 {
-    QList<qsizetype> rows(keys.size());
-    std::iota(rows.begin(), rows.end(), 0);
-    std::stable_sort(rows.begin(), rows.end(), [&](qsizetype a, qsizetype b) { return less(keys.at(a), keys.at(b)); });
+    std::vector<qsizetype> ends(static_cast<size_t>(last) + 1);
+    for (const qsizetype place : places) {
+        ++ends[static_cast<size_t>(place)];
+    }
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    QList<qsizetype> rows(static_cast<qsizetype>(places.size()));
+    for (qsizetype row = rows.size(); row-- > 0;) {
+        rows[--ends[static_cast<size_t>(places[static_cast<size_t>(row)])]] = row;
+    }
     return rows;
+}
+
+/// Gives each row of `patches` the patch of its former row.
+void rearrange(QList<VelgorPatch> &patches, const QList<qsizetype> &formerRows)
+{
+    // As bytes, around each circle of rows: a copy of the list, or moves member by member, take several times as long.
+    static_assert(QTypeInfo<VelgorPatch>::isRelocatable);
+    auto *const bytes = reinterpret_cast<std::byte *>(patches.data());
+    const auto patchAt = [bytes](size_t row) { return bytes + row * sizeof(VelgorPatch); };
+    std::vector<size_t> sources(formerRows.begin(), formerRows.end());
+    for (size_t start = 0; start < sources.size(); ++start) {
+        if (sources[start] == start) {
+            continue;
+        }
+        std::array<std::byte, sizeof(VelgorPatch)> first{};
+        std::memcpy(first.data(), patchAt(start), first.size());
+        size_t row = start;
+        for (size_t source = 0; (source = std::exchange(sources[row], row)) != start; row = source) {
+            std::memcpy(patchAt(row), patchAt(source), first.size());
+        }
+        std::memcpy(patchAt(row), first.data(), first.size());
+    }
 }
 
 } // namespace
@@ -65,26 +96,16 @@ void VelgorLibrary::sort()
 {
     switch (m_inverseSort) {
     case TripleBool::tripleFalse:
-        reorder(rowsByName(true));
+        reorder(caselessNames().sortedRows(true));
         break;
     case TripleBool::tripleNeutral:
         reorder(rowsByRememberedOrder());
         break;
     case TripleBool::tripleTrue:
-        reorder(rowsByName(false));
+        reorder(caselessNames().sortedRows(false));
         break;
     }
     setObservable(this, m_inverseSort, nextStep(m_inverseSort), &VelgorLibrary::inverseSortChanged);
-}
-
-QList<qsizetype> VelgorLibrary::rowsByName(bool ascending) const
-{
-    QList<QByteArray> keys;
-    keys.reserve(m_patches.size());
-    for (const VelgorPatch &patch : m_patches) {
-        keys.append(Utf8Text::caselessKey(patch.name));
-    }
-    return ascending ? rowsSortedBy(keys, std::less<>()) : rowsSortedBy(keys, std::greater<>());
 }
 
 QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()
@@ -92,17 +113,16 @@ QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()
     materializeOrder();
     QHash<quint64, qsizetype> places;
     places.reserve(m_order.size());
-    for (qsizetype place = 0; place < m_order.size(); ++place) {
-        if (!places.contains(m_order.at(place))) {
-            places.insert(m_order.at(place), place);
-        }
+    // From the end, so that the first place of an id is the one that stays.
+    for (qsizetype place = m_order.size(); place-- > 0;) {
+        places.insert(m_order.at(place), place);
     }
-    QList<qsizetype> keys;
-    keys.reserve(m_patches.size());
+    std::vector<qsizetype> keys;
+    keys.reserve(static_cast<size_t>(m_patches.size()));
     for (const VelgorPatch &patch : std::as_const(m_patches)) {
-        keys.append(places.value(patch.id(), m_patches.size()));
+        keys.push_back(places.value(patch.id(), m_patches.size()));
     }
-    return rowsSortedBy(keys, std::less<>());
+    return rowsByPlace(keys, std::max(m_order.size(), m_patches.size()));
 }
 
 void VelgorLibrary::reorder(const QList<qsizetype> &formerRows)
@@ -112,13 +132,8 @@ void VelgorLibrary::reorder(const QList<qsizetype> &formerRows)
     }
     materializeOrder();
     Q_EMIT aboutToBeReordered();
-    QList<VelgorPatch> sorted;
-    sorted.reserve(m_patches.size());
-    for (const qsizetype row : formerRows) {
-        sorted.append(m_patches.at(row));
-    }
-    m_patches = sorted;
-    m_index.invalidate();
+    rearrange(m_patches, formerRows);
+    m_index.reordered(formerRows);
     Q_EMIT reordered(formerRows);
 }
 
@@ -129,10 +144,13 @@ MultiSelections VelgorLibrary::findSimilarPatches(quint64 id) const
     if (!found || found->patch->empty) {
         return result;
     }
-    const std::optional<quint64> target = found->patch->soundHash();
-    for (const VelgorPatch &patch : m_patches) {
+    const PatchIndex::SoundHashes &hashes = m_index.soundHashes(m_patches);
+    const std::optional<quint64> target = hashes.at(found->index);
+    result.multiSelections.reserve(m_patches.size());
+    for (qsizetype row = 0; row < m_patches.size(); ++row) {
+        const VelgorPatch &patch = m_patches.at(row);
         if (!patch.empty) {
-            const std::optional<quint64> hash = patch.soundHash();
+            const std::optional<quint64> hash = hashes.at(row);
             // Two patches without preset data have nothing in common; each is similar to itself.
             result.multiSelections.insert(patch.id(), patch.id() == id || (hash && hash == target));
         }
@@ -143,6 +161,7 @@ MultiSelections VelgorLibrary::findSimilarPatches(quint64 id) const
 QList<VelgorPatch> VelgorLibrary::getMultiSelection() const
 {
     QList<VelgorPatch> ticked;
+    ticked.reserve(m_multiSelections.count(true));
     for (const VelgorPatch &patch : m_patches) {
         if (m_multiSelections.isTicked(patch.id())) {
             ticked.append(patch);

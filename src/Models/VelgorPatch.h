@@ -63,3 +63,6 @@ public:
 private:
     quint64 m_id;
 };
+
+/// Every member is, so that lists move patches as plain bytes.
+Q_DECLARE_TYPEINFO(VelgorPatch, Q_RELOCATABLE_TYPE);

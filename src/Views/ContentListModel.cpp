@@ -31,11 +31,29 @@ void ContentListModel::connectContent()
     connect(&m_content, &VelgorContent::rowsChanged, this, [this](qsizetype first, qsizetype last) {
         Q_EMIT dataChanged(index(static_cast<int>(first)), index(static_cast<int>(last)));
     });
+    connect(&m_content, &VelgorContent::aboutToBeReordered, this, [this] { Q_EMIT layoutAboutToBeChanged(); });
+    connect(&m_content, &VelgorContent::reordered, this, &ContentListModel::takeReordered);
     connect(&m_content, &VelgorContent::aboutToBeReset, this, [this] {
         beginResetModel();
         m_usedRows.clear();
     });
     connect(&m_content, &VelgorContent::wasReset, this, [this] { endResetModel(); });
+}
+
+void ContentListModel::takeReordered(const QList<qsizetype> &formerRows)
+{
+    QList<int> newRows(formerRows.size());
+    for (qsizetype row = 0; row < formerRows.size(); ++row) {
+        newRows[formerRows.at(row)] = static_cast<int>(row);
+    }
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &index : before) {
+        after.append(this->index(newRows.at(index.row())));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged();
 }
 
 int ContentListModel::rowCount(const QModelIndex &parent) const

@@ -26,6 +26,7 @@ public:
 
 private:
     void connectContent();
+    void takeReordered(const QList<qsizetype> &formerRows);
 
     VelgorContent &m_content;
     QSet<int> m_usedRows;

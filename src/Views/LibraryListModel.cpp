@@ -9,7 +9,7 @@
 LibraryListModel::LibraryListModel(VelgorLibrary &library, QObject *parent)
     : QAbstractListModel(parent)
     , m_library(library)
-    , m_rows(m_filter.shownRows(m_library.patches()))
+    , m_rows(m_filter.shownRows(m_library))
 {
     connectLibrary();
 }
@@ -30,7 +30,7 @@ void LibraryListModel::connectLibrary()
     connect(&m_library, &VelgorLibrary::reordered, this, &LibraryListModel::takeReordered);
     connect(&m_library, &VelgorLibrary::aboutToBeReset, this, [this] { beginResetModel(); });
     connect(&m_library, &VelgorLibrary::wasReset, this, [this] {
-        m_rows = m_filter.shownRows(m_library.patches());
+        m_rows = m_filter.shownRows(m_library);
         endResetModel();
     });
     connect(&m_library, &VelgorLibrary::isMultiSelChanged, this, &LibraryListModel::tickingChanged);
@@ -142,7 +142,7 @@ Qt::DropActions LibraryListModel::supportedDragActions() const
 void LibraryListModel::setFilter(const LibraryViewFilter &filter)
 {
     m_filter = filter;
-    std::vector<qsizetype> rows = m_filter.shownRows(m_library.patches());
+    std::vector<qsizetype> rows = m_filter.shownRows(m_library);
     if (rows != m_rows) {
         beginResetModel();
         m_rows = std::move(rows);
@@ -237,7 +237,7 @@ void LibraryListModel::announceMove(qsizetype from, qsizetype offset)
 
 void LibraryListModel::takeMoved()
 {
-    m_rows = m_filter.shownRows(m_library.patches());
+    m_rows = m_filter.shownRows(m_library);
     if (m_isMoving) {
         endMoveRows();
     }
@@ -268,7 +268,7 @@ void LibraryListModel::takeReordered(const QList<qsizetype> &formerRows)
     for (size_t row = 0; row < m_rows.size(); ++row) {
         formerRowOf[static_cast<size_t>(m_rows[row])] = static_cast<int>(row);
     }
-    m_rows = m_filter.shownRows(m_library.patches());
+    m_rows = m_filter.shownRows(m_library);
     for (size_t row = 0; row < m_rows.size(); ++row) {
         const int former = formerRowOf[static_cast<size_t>(formerRows.at(m_rows[row]))];
         newRowOfFormer[static_cast<size_t>(former)] = static_cast<int>(row);

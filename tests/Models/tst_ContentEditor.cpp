@@ -112,6 +112,22 @@ private Q_SLOTS:
         QCOMPARE(desk.shown(), fiveSlots);
     }
 
+    void anActionOnManySlotsIsAnnouncedOnce()
+    {
+        Desk desk(QStringLiteral("A B C D"));
+        desk.tick({0, 2, 3});
+        int changes = 0;
+        connect(&desk.content, &VelgorContent::rowsChanged, this, [&changes] { ++changes; });
+        desk.editor.dropDest(desk.idOf(0), 1);
+        QCOMPARE(desk.shown(), QStringLiteral("v A C D z"));
+        QCOMPARE(changes, 1);
+        desk.library.setSelection(desk.idOf(1));
+        desk.content.setSelections({desk.slotId(0), desk.slotId(2), desk.slotId(4)});
+        desk.editor.replaceSelectedSlots();
+        QCOMPARE(desk.shown(), QStringLiteral("B A B D B"));
+        QCOMPARE(changes, 2);
+    }
+
     void tickedPatchesFillTheSlotsBehind_data()
     {
         QTest::addColumn<int>("location");

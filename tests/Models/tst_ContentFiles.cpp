@@ -321,6 +321,33 @@ private Q_SLOTS:
         QCOMPARE(desk.files.files.value(out), threePatches());
     }
 
+    void oneByteOfTheSoundIsAChange_data()
+    {
+        QTest::addColumn<bool>("isResponse");
+        QTest::addColumn<int>("byte");
+        QTest::newRow("first of the patch") << false << 0;
+        QTest::newRow("last of the patch") << false << -1;
+        QTest::newRow("first behind the number of the response") << true << 4;
+        QTest::newRow("last of the response") << true << -1;
+    }
+
+    void oneByteOfTheSoundIsAChange()
+    {
+        QFETCH(const bool, isResponse);
+        QFETCH(const int, byte);
+        Desk desk;
+        desk.contentFiles.importFile();
+        VelgorPatch patch = desk.patch(2);
+        QByteArray &bytes = isResponse ? patch.userIRData->data : patch.patchData->data;
+        const qsizetype position = byte < 0 ? bytes.size() + byte : byte;
+        bytes[position] = static_cast<char>(bytes.at(position) ^ 1);
+        desk.content.setPatch(patch, 2);
+        QVERIFY(desk.contentFiles.isModified());
+        bytes[position] = static_cast<char>(bytes.at(position) ^ 1);
+        desk.content.setPatch(patch, 2);
+        QVERIFY(!desk.contentFiles.isModified());
+    }
+
     void aSlotWithoutPresetDataDiffersFromOneWithIt_data()
     {
         QTest::addColumn<qsizetype>("row");

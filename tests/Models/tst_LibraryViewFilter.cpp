@@ -1,5 +1,6 @@
 #include "LibraryViewFilter.h"
 #include "TestPatches.h"
+#include "VelgorLibrary.h"
 
 #include <QTest>
 
@@ -187,13 +188,78 @@ private Q_SLOTS:
 
     void shownRowsAreThoseOfTheShownPatches()
     {
-        const QList<VelgorPatch> patches{named(QStringLiteral("Solo")), named(QStringLiteral("Big")),
-            named(QStringLiteral("Clean")), named(QStringLiteral("Amp"))};
+        const VelgorLibrary library({named(QStringLiteral("Solo")), named(QStringLiteral("Big")),
+                                        named(QStringLiteral("Clean")), named(QStringLiteral("Amp"))},
+            std::nullopt);
         LibraryViewFilter filter;
-        QCOMPARE(filter.shownRows(patches), (std::vector<qsizetype>{0, 1, 2, 3}));
+        QCOMPARE(filter.shownRows(library), (std::vector<qsizetype>{0, 1, 2, 3}));
         filter.filterPatch.name = QStringLiteral("l");
-        QCOMPARE(filter.shownRows(patches), (std::vector<qsizetype>{0, 2}));
-        QCOMPARE(filter.shownRows({}), std::vector<qsizetype>());
+        QCOMPARE(filter.shownRows(library), (std::vector<qsizetype>{0, 2}));
+        QCOMPARE(filter.shownRows(VelgorLibrary(QList<VelgorPatch>(), std::nullopt)), std::vector<qsizetype>());
+    }
+
+    /// Half a surrogate pair comes in by no way that is known, and would be matched as what it is.
+    void halvesOfSurrogatePairsAreMatchedAsTheyAre()
+    {
+        const QString high(QChar(0xD83C));
+        const QString whole = QString::fromUtf8("\U0001F3B8");
+        const VelgorLibrary library(
+            {named(high), named(whole), named(QStringLiteral("?")), named(QStringLiteral("x"), high)}, std::nullopt);
+        LibraryViewFilter filter;
+        filter.filterPatch.name = high;
+        QCOMPARE(filter.shownRows(library), (std::vector<qsizetype>{0, 1}));
+        filter.filterPatch.name = whole;
+        QCOMPARE(filter.shownRows(library), (std::vector<qsizetype>{1}));
+        filter.filterPatch.name = QStringLiteral("?");
+        QCOMPARE(filter.shownRows(library), (std::vector<qsizetype>{2}));
+        filter.filterPatch.name.clear();
+        filter.filterPatch.comment = QStringLiteral("?");
+        QCOMPARE(filter.shownRows(library), std::vector<qsizetype>());
+        const VelgorLibrary wholeOnly({named(whole)}, std::nullopt);
+        filter.filterPatch = named(high);
+        QCOMPARE(filter.shownRows(wholeOnly), (std::vector<qsizetype>{0}));
+    }
+
+    void shownRowsAgreeWithEachPatch_data()
+    {
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed = 1; seed <= 30; ++seed) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+
+    void shownRowsAgreeWithEachPatch()
+    {
+        QFETCH(const quint32, seed);
+        QRandomGenerator random(seed);
+        QList<VelgorPatch> patches;
+        for (int count = 0; count < 100; ++count) {
+            VelgorPatch patch = named(TestPatches::randomText(random, 12), TestPatches::randomText(random, 30));
+            patch.solo = random.bounded(2) == 0;
+            patch.hasUserIR = random.bounded(2) == 0;
+            patches.append(patch);
+        }
+        const VelgorLibrary library(patches, std::nullopt);
+        // Pieces of the texts, in the other case, which may cut a surrogate pair.
+        const auto pieceOf = [&random](const QString &text) {
+            const QString piece = text.mid(random.bounded(text.size() + 1), random.bounded(4));
+            return random.bounded(2) == 0 ? piece.toUpper() : piece.toLower();
+        };
+        for (int count = 0; count < 100; ++count) {
+            const VelgorPatch &example = patches.at(random.bounded(patches.size()));
+            LibraryViewFilter filter;
+            filter.filterPatch.name = random.bounded(2) == 0 ? pieceOf(example.name) : QString();
+            filter.filterPatch.comment = pieceOf(example.comment) + u' ' + pieceOf(example.comment);
+            filter.filterPatch.solo = random.bounded(3) == 0;
+            filter.filterPatch.hasUserIR = random.bounded(3) == 0;
+            std::vector<qsizetype> expected;
+            for (qsizetype row = 0; row < patches.size(); ++row) {
+                if (filter.show(patches.at(row))) {
+                    expected.push_back(row);
+                }
+            }
+            QCOMPARE(filter.shownRows(library), expected);
+        }
     }
 };
 

@@ -65,6 +65,8 @@ public:
         rows("+move", &VelgorContent::rowAboutToBeMoved);
         rows("move", &VelgorContent::rowMoved);
         rows("change", &VelgorContent::rowsChanged);
+        plain("+reorder", &VelgorContent::aboutToBeReordered);
+        plain("reorder", &VelgorContent::reordered);
         plain("+reset", &VelgorContent::aboutToBeReset);
         plain("reset", &VelgorContent::wasReset);
         plain("limit", &VelgorContent::limitChanged);
@@ -426,6 +428,79 @@ private Q_SLOTS:
         QCOMPARE(announcements.take(), QStringLiteral("+reset; limit; reset"));
         content.propagateChangedPatch(imported(QStringLiteral("Not there")));
         QCOMPARE(announcements.take(), QString());
+    }
+
+    void whatChangesManySlotsIsAnnouncedOnce()
+    {
+        VelgorContent content;
+        content.populate(fileOf(8));
+        Announcements announcements(content);
+        const VelgorPatch other = imported(QStringLiteral("Other"), 9, {}, "V1.21");
+        content.setPatches(QList<VelgorPatch>(3, other), 2);
+        QCOMPARE(announcements.take(), QStringLiteral("change 2 4; versions"));
+        content.setPatches(QList<VelgorPatch>(3, other), 6);
+        QCOMPARE(announcements.take(), QStringLiteral("change 6 7; versions"));
+        content.setPatches({}, 2);
+        content.setPatches({other}, 8);
+        QCOMPARE(announcements.take(), QString());
+        content.replace(QList<qsizetype>{1, 5, 6}, imported(QStringLiteral("New"), 8));
+        QCOMPARE(announcements.take(), QStringLiteral("change 1 6"));
+        QCOMPARE(names(content).join(u','), QStringLiteral("Patch 0,New,Other,Other,Other,New,New,Other"));
+        content.propagateChangedPatch(other);
+        QCOMPARE(announcements.take(), QStringLiteral("change 2 7"));
+        content.move(QList<qsizetype>{1, 5}, 5);
+        QCOMPARE(announcements.take(), QStringLiteral("+reorder; reorder; change 1 4"));
+        content.move(QList<qsizetype>{1, 2}, 2);
+        QCOMPARE(announcements.take(), QString());
+    }
+
+    void soundHashesAreThoseOfTheSlots()
+    {
+        QRandomGenerator random(1);
+        VelgorContent content;
+        const auto compare = [&content] {
+            const auto &list = content.velgorContentPatchList();
+            QCOMPARE(content.soundHashes().size(), list.size());
+            for (qsizetype row = 0; row < list.size(); ++row) {
+                QCOMPARE(content.soundHashes().at(row), list.at(row).patch.soundHash());
+            }
+        };
+        connect(&content, &VelgorContent::reordered, this, compare);
+        connect(&content, &VelgorContent::rowMoved, this, compare);
+        const auto anyPatch = [&random] {
+            return random.bounded(4) == 0 ? VelgorPatch(QStringLiteral("None"), false)
+                                          : imported(QStringLiteral("Lead"), random.bounded(5));
+        };
+        for (int step = 0; step < 2000; ++step) {
+            const qsizetype size = content.velgorContentPatchList().size();
+            switch (size == 0 ? 0 : random.bounded(7)) {
+            case 0:
+                content.populate(fileOf(1 + random.bounded(12)));
+                break;
+            case 1:
+                content.setLimit(1 + random.bounded(12));
+                content.adjust(anyPatch());
+                break;
+            case 2:
+                content.setPatches({anyPatch(), anyPatch()}, random.bounded(size));
+                break;
+            case 3:
+                content.replace(QList<qsizetype>{random.bounded(size)}, anyPatch());
+                break;
+            case 4:
+                content.move(random.bounded(size), random.bounded(size + 1));
+                break;
+            case 5:
+                content.move(QList<qsizetype>{0, size - 1}.first(size > 1 ? 2 : 1), random.bounded(size + 1));
+                break;
+            default: {
+                VelgorPatch patch = content.velgorContentPatchList().at(random.bounded(size)).patch;
+                patch.patchData = anyPatch().patchData;
+                content.propagateChangedPatch(patch);
+            }
+            }
+            compare();
+        }
     }
 
     void replaceIsAnnouncedOnceWithItsPlace()

@@ -1,7 +1,9 @@
 // A library and a plain model of it go through the same random operations and must agree after each.
 
 #include "FakeLibraryStorage.h"
+#include "LibraryViewFilter.h"
 #include "TestPatches.h"
+#include "Utf8Text.h"
 #include "VelgorLibrary.h"
 
 #include <QTest>
@@ -43,6 +45,29 @@ struct Model {
             patches[at].headerData = patch.headerData;
         }
         saveOrder();
+    }
+
+    QString newNameFor(const QString &name) const
+    {
+        const QStringList names = TestPatches::names(patches);
+        for (int number = 1;; ++number) {
+            const QString digits = QString::number(number);
+            const QString candidate = Utf8Text::firstCharacters(name, 15 - digits.size()) + u'-' + digits;
+            if (!names.contains(candidate)) {
+                return candidate;
+            }
+        }
+    }
+
+    MultiSelections similarTo(quint64 id) const
+    {
+        MultiSelections result;
+        const qsizetype at = positionOf(id);
+        for (qsizetype row = 0; at >= 0 && row < patches.size(); ++row) {
+            const auto sound = patches.at(row).soundHash();
+            result.multiSelections[patches.at(row).id()] = row == at || (sound && sound == patches.at(at).soundHash());
+        }
+        return result;
     }
 
     void remove(const QList<quint64> &ids)
@@ -143,6 +168,29 @@ private:
         QCOMPARE(static_cast<int>(library.inverseSort()), model.step);
         if (isOrderRead) {
             QCOMPARE(library.order(), model.order);
+            compareKeys(library, model);
+        }
+    }
+
+    /// What is kept ready beside the patches, with what they say themselves.
+    static void compareKeys(const VelgorLibrary &library, const Model &model)
+    {
+        for (const QString &wanted : {QStringLiteral("LEAD"), QStringLiteral("x-1"), QString::fromUtf8("\uFF5E")}) {
+            for (const auto text : {&VelgorPatch::name, &VelgorPatch::comment}) {
+                LibraryViewFilter filter;
+                filter.filterPatch.*text = wanted;
+                std::vector<qsizetype> expected;
+                for (qsizetype row = 0; row < library.patches().size(); ++row) {
+                    if (filter.show(library.patches().at(row))) {
+                        expected.push_back(row);
+                    }
+                }
+                QCOMPARE(filter.shownRows(library), expected);
+            }
+        }
+        if (!model.patches.isEmpty()) {
+            const quint64 id = model.patches.at(model.patches.size() / 2).id();
+            QCOMPARE(library.findSimilarPatches(id), model.similarTo(id));
         }
     }
 
@@ -169,12 +217,15 @@ private:
             const qsizetype location = random.bounded(3) == 0 ? -1 : random.bounded(50);
             const std::optional<quint64> synonym = random.bounded(4) == 0 ? std::optional(anyId()) : std::nullopt;
             const qsizetype before = model.patches.size();
-            const bool isKnown =
-                model.positionOf(synonym.value_or(patch.id())) >= 0 || model.positionOf(patch.id()) >= 0;
+            qsizetype known = model.positionOf(synonym.value_or(patch.id()));
+            if (known < 0) {
+                known = model.positionOf(patch.id());
+            }
+            const QString foundName = known < 0 ? QString() : model.patches.at(known).name;
             library.append(patch, duplicate, replace, location, synonym);
             model.append(patch, duplicate, replace, location, synonym);
-            if (duplicate && isKnown) {
-                takeOverCopy(library, model, before, patch);
+            if (duplicate && known >= 0) {
+                takeOverCopy(library, model, before, patch, foundName);
             }
             break;
         }
@@ -184,7 +235,8 @@ private:
             const qsizetype at = model.positionOf(id);
             library.duplicateSelection(id, storage);
             if (at >= 0) {
-                takeOverCopy(library, model, before, VelgorPatch(model.patches.at(at)));
+                const VelgorPatch source = model.patches.at(at);
+                takeOverCopy(library, model, before, source, source.name);
             }
             break;
         }
@@ -215,6 +267,7 @@ private:
             const qsizetype at = model.positionOf(id);
             if (at >= 0) {
                 model.patches[at].name = randomName(random);
+                model.patches[at].comment = randomName(random);
                 model.patches[at].solo = random.bounded(2) == 0;
                 QVERIFY(library.update(VelgorPatch(model.patches.at(at))));
             }
@@ -254,13 +307,14 @@ private:
     }
 
     /// The last patch of the library must be a copy of `source` under a name of its own.
-    static void takeOverCopy(VelgorLibrary &library, Model &model, qsizetype before, const VelgorPatch &source)
+    static void takeOverCopy(
+        VelgorLibrary &library, Model &model, qsizetype before, const VelgorPatch &source, const QString &foundName)
     {
         QCOMPARE(library.patches().size(), before + 1);
         const VelgorPatch &copy = library.patches().last();
         const QString &name = copy.name;
         if (source.patchData && source.userIRData) {
-            QVERIFY(!TestPatches::names(model.patches).contains(name));
+            QCOMPARE(name, model.newNameFor(foundName));
             const quint64 hash = VelgorPatch::staticSimpleHash(source, name);
             QVERIFY(copy.id() == hash || model.positionOf(hash) >= 0);
             QCOMPARE(copy.patchData->name, name);

@@ -91,7 +91,7 @@ private Q_SLOTS:
         row("moved", "0 0 0 1 1", "1.1 P3;1.2 P0;1.3 P1;2.1 P2", [](Shown &shown) { shown.content.move(3, 0); });
         row("moved onto itself", "0 0 0 0 0", "1.1 P0;1.2 P1;1.3 P2;2.1 P3",
             [](Shown &shown) { shown.content.move(3, 4); });
-        row("two moved", "0 0 0 2 1", "1.1 P1;1.2 P3;1.3 P0;2.1 P2", [](Shown &shown) {
+        row("two moved", "0 0 0 0 1", "1.1 P1;1.2 P3;1.3 P0;2.1 P2", [](Shown &shown) {
             shown.content.move(QList<qsizetype>{1, 3}, 0);
         });
         row("renamed in the library", "0 0 0 0 1", "1.1 P0;1.2 New;1.3 P2;2.1 P3", [](Shown &shown) {
@@ -122,6 +122,22 @@ private Q_SLOTS:
         change(shown);
         QCOMPARE(shown.signalCounts(), signalCounts);
         QCOMPARE(shown.rows(), rows);
+    }
+
+    void slotsMovedTogetherAreOneNewLayoutThatIndexesFollow()
+    {
+        Shown shown(4);
+        const QSignalSpy layouts(&shown.model, &QAbstractItemModel::layoutChanged);
+        QList<QPersistentModelIndex> indexes;
+        for (int row = 0; row < 4; ++row) {
+            indexes.append(shown.model.index(row));
+        }
+        shown.content.move(QList<qsizetype>{0, 1, 3}, 3);
+        QCOMPARE(layouts.count(), 1);
+        QCOMPARE(indexes.at(0).row(), 1);
+        QCOMPARE(indexes.at(1).row(), 2);
+        QCOMPARE(indexes.at(2).row(), 0);
+        QCOMPARE(indexes.at(3).row(), 3);
     }
 
     void anyChangeLeavesTheSlotsAsRows_data()
