@@ -15,6 +15,7 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void customEvent(QEvent *event) override;
 
 private:
     std::function<bool(const QObject *)> m_counts;

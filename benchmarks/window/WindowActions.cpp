@@ -29,6 +29,9 @@ constexpr qsizetype mostRemoved = 1000;
 WindowActions::WindowActions(const LibraryDirectory &directory)
     : m_window(directory, 200ms)
 {
+    // As the application does.
+    QObject::connect(m_window.window.get(), &ContentView::libraryLoaded, &m_window.storage,
+        [this] { m_window.storage.sweepLeftovers(); });
 }
 
 QList<WindowActions::Row> WindowActions::load()
@@ -47,7 +50,6 @@ QList<WindowActions::Row> WindowActions::load()
 
 QList<WindowActions::Row> WindowActions::use()
 {
-    m_window.window->activateWindow();
     filter();
     look();
     tick();

@@ -45,9 +45,10 @@ def milliseconds(command: list, home: Home) -> float:
     with subprocess.Popen(
         command, env=home.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True
     ) as process:
-        line = process.stdout.readline()
+        is_done = any(line == "done\n" for line in process.stdout)
         taken = time.perf_counter() - start
-    if line != "done\n" or process.returncode != 0:
+        process.stdout.read()
+    if not is_done or process.returncode != 0:
         sys.exit(f"failed: {command}")
     return taken * 1000
 
@@ -60,7 +61,7 @@ def processor_time(pid: int) -> int:
 def peak_megabytes(program: Path, home: Home) -> float:
     """The most memory that the program had from its start until it has nothing left to do, and ends."""
     quiet = 1.0
-    with subprocess.Popen([program], env=home.environment, stderr=subprocess.DEVNULL) as process:
+    with subprocess.Popen([program], env=home.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
         before = -1
         while before != (now := processor_time(process.pid)):
             before = now
@@ -120,7 +121,9 @@ def main() -> None:
         )
         library = place / "library"
         home = Home(place / "home", library)
-        subprocess.run([process, "make", library, str(patches)], env=home.environment, check=True)
+        subprocess.run(
+            [process, "make", library, str(patches)], env=home.environment, stdout=subprocess.DEVNULL, check=True
+        )
 
         def shown() -> float:
             return milliseconds([process, "rows"], home)
