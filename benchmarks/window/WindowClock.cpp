@@ -5,8 +5,20 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 
 using namespace std::chrono_literals;
+
+namespace {
+
+double processorMilliseconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+} // namespace
 
 WindowClock::WindowClock()
 {
@@ -24,6 +36,7 @@ WindowClock::Round WindowClock::measure(QWidget &widget, const Action &action, c
     m_longestGap = 0;
     m_ticks.start();
     m_clock.start();
+    const double processorBefore = processorMilliseconds();
     action();
     while (!m_isPainted || (isDone && !isDone())) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -32,10 +45,11 @@ WindowClock::Round WindowClock::measure(QWidget &widget, const Action &action, c
         }
     }
     const double total = milliseconds();
+    const double processor = processorMilliseconds() - processorBefore;
     noteGap();
     m_ticks.stop();
     widget.removeEventFilter(this);
-    return {.total = total, .longestGap = m_longestGap};
+    return {.total = total, .longestGap = m_longestGap, .processor = processor};
 }
 
 bool WindowClock::eventFilter(QObject *watched, QEvent *event)

@@ -14,6 +14,7 @@ public:
     struct Round {
         double total = 0;
         double longestGap = 0;
+        double processor = 0; ///< what the window's thread used of the total; other programs do not count
     };
     using Action = std::function<void()>;
     using Condition = std::function<bool()>;
