@@ -110,7 +110,8 @@ private Q_SLOTS:
             << selectOne << Action([](WindowFixture &window) { trigger(window, "Find Similar Patches"); })
             << "2 changed";
         QTest::newRow("delete every second patch")
-            << tickMany << Action([](WindowFixture &window) { window.libraryEditor.deleteSelected(); }) << "1 reset";
+            << tickMany << Action([](WindowFixture &window) { window.libraryEditor.deleteSelected(); })
+            << "1 changed, 1 reset";
         QTest::newRow("duplicate") << selectOne
                                    << Action([](WindowFixture &window) { trigger(window, "Duplicate Patch"); })
                                    << "1 inserted";
