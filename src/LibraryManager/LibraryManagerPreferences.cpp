@@ -65,5 +65,10 @@ void LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirect
 
 void LibraryManagerPreferences::saveLibraryDirectory()
 {
-    m_store->setValue(libraryDirectoryKey, QDir(m_libraryDirectory).absolutePath());
+    const QString directory = QDir(m_libraryDirectory).absolutePath();
+    // Every start comes here, and the store writes a value that it has already as if it were new, before the window
+    // is painted.
+    if (m_store->value(libraryDirectoryKey).toString() != directory) {
+        m_store->setValue(libraryDirectoryKey, directory);
+    }
 }

@@ -7,7 +7,16 @@
 #include "LibraryFileNames.h"
 #include "PatchFileMatcher.h"
 
-#include <QDir>
+#include <QDirIterator>
+
+namespace {
+
+bool isRegularFile(const QFileInfo &info)
+{
+    return info.isFile() && !info.isSymLink();
+}
+
+} // namespace
 
 LibrarySweeper::LibrarySweeper(const QString &directory, const LibraryLeftovers &leftovers)
     : m_directory(directory)
@@ -70,9 +79,16 @@ void LibrarySweeper::removePatchFiles()
 
 void LibrarySweeper::removeTemporaryFiles()
 {
-    const QStringList names = QDir(m_directory)
-                                  .entryList({LibraryFileNames::temporaryPrefix() + u'*'},
-                                      QDir::Files | QDir::Hidden | QDir::NoSymLinks | QDir::CaseSensitive);
+    // Name filters of a directory cost several times as much as its names, and many patches are many names.
+    const QString prefix = LibraryFileNames::temporaryPrefix();
+    QStringList names;
+    QDirIterator entry(m_directory, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    while (entry.hasNext()) {
+        entry.next();
+        if (entry.fileName().startsWith(prefix) && isRegularFile(entry.fileInfo())) {
+            names.append(entry.fileName());
+        }
+    }
     for (const QString &name : names) {
         // One that could not be put in place is the only file of its patch.
         if (!m_leftovers.unfinished.contains(name)) {

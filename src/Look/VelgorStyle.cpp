@@ -208,6 +208,9 @@ QIcon VelgorStyle::standardIcon(StandardPixmap pixmap, const QStyleOption *optio
         return symbolIcon(QStringLiteral("warning"), &LookTokens::warning);
     case SP_LineEditClearButton:
         return symbolIcon(QStringLiteral("xmark"), QPalette::PlaceholderText);
+    case SP_ToolBarHorizontalExtensionButton:
+        // Every menu bar asks for it at once, and a file of pixels would have all readers of image files loaded.
+        return symbolIcon(QStringLiteral("chevron.right.2"));
     default:
         return QProxyStyle::standardIcon(pixmap, option, widget);
     }

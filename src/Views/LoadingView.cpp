@@ -22,6 +22,7 @@ LoadingView::LoadingView(QWidget *parent)
     , m_title(new QLabel(tr("Loading the library"), this))
     , m_bar(new QProgressBar(this))
     , m_count(new QLabel(this))
+    , m_reason(new QLabel(tr("The patches appear once all of them have been read and checked"), this))
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
@@ -29,12 +30,15 @@ LoadingView::LoadingView(QWidget *parent)
     m_bar->setFixedSize(barSize);
     m_bar->setTextVisible(false);
     m_bar->setAccessibleName(tr("Loading the library"));
-    m_count->setForegroundRole(QPalette::PlaceholderText);
+    for (QLabel *label : {m_count, m_reason}) {
+        label->setForegroundRole(QPalette::PlaceholderText);
+    }
+    m_reason->setFont(LookMeasures::footnoteFont(font()));
 
     auto *const column = new QVBoxLayout(this);
     column->setSpacing(LookMeasures::columnPadding);
-    for (QWidget *widget :
-        {static_cast<QWidget *>(m_title), static_cast<QWidget *>(m_bar), static_cast<QWidget *>(m_count)}) {
+    for (QWidget *widget : {static_cast<QWidget *>(m_title), static_cast<QWidget *>(m_bar),
+             static_cast<QWidget *>(m_count), static_cast<QWidget *>(m_reason)}) {
         column->addWidget(widget, 0, Qt::AlignHCenter);
         // Its place stays, so that nothing jumps when it appears.
         QSizePolicy policy = widget->sizePolicy();
@@ -81,4 +85,5 @@ void LoadingView::setContentsVisible(bool areVisible)
     m_title->setVisible(areVisible);
     m_bar->setVisible(areVisible);
     m_count->setVisible(areVisible);
+    m_reason->setVisible(areVisible);
 }

@@ -6,7 +6,8 @@
 class QLabel;
 class QProgressBar;
 
-/// Says that the library is being loaded and how far that is. A load that is over at once is not mentioned.
+/// Says that the library is being loaded, how far that is, and when it will be shown. A load that is over at once is
+/// not mentioned.
 class LoadingView : public QWidget {
     Q_OBJECT
 
@@ -25,5 +26,6 @@ private:
     QLabel *m_title;
     QProgressBar *m_bar;
     QLabel *m_count;
+    QLabel *m_reason; ///< why nothing can be read yet
     QTimer m_patience;
 };

@@ -50,6 +50,23 @@ private Q_SLOTS:
         QVERIFY(!store()->contains(QStringLiteral("libraryDirectory")));
     }
 
+    void aDirectoryThatIsStoredAlreadyIsNotWrittenAgain()
+    {
+        const QString directory = m_directory.filePath(QStringLiteral("own"));
+        store()->setValue(QStringLiteral("libraryDirectory"), directory);
+        // Writing would put the text into another order, or drop this line.
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("; note\n");
+        file.close();
+        {
+            LibraryManagerPreferences preferences(store());
+            preferences.setLibraryDirectory(directory);
+        }
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().endsWith("; note\n"));
+    }
+
     void storedColourSchemeIsRead_data()
     {
         QTest::addColumn<QVariant>("stored");

@@ -47,11 +47,11 @@ private Q_SLOTS:
 
     void everySymbolIsThere()
     {
-        for (const char *name :
-            {"arrow.up", "arrow.right", "arrow.down", "circle", "circle.badge.checkmark", "checkmark.circle.fill",
-                "trash", "doc.on.doc", "speaker.circle", "speaker.circle.lit", "arrow.up.square", "arrow.down.square",
-                "delete.left", "line.3.horizontal.decrease.circle", "undo", "redo", "search", "settings", "warning",
-                "folder", "star", "star.fill", "swap", "insert", "compare", "print", "xmark", "tray"}) {
+        for (const char *name : {"arrow.up", "arrow.right", "arrow.down", "circle", "circle.badge.checkmark",
+                 "checkmark.circle.fill", "trash", "doc.on.doc", "speaker.circle", "speaker.circle.lit",
+                 "arrow.up.square", "arrow.down.square", "delete.left", "line.3.horizontal.decrease.circle", "undo",
+                 "redo", "search", "settings", "warning", "folder", "star", "star.fill", "swap", "insert", "compare",
+                 "print", "chevron.right.2", "xmark", "tray"}) {
             QVERIFY2(symbolNames().contains(QLatin1String(name)), name);
         }
         QStringList names = symbolNames();

@@ -125,6 +125,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([bar] { return bar->isVisible(); }));
         QCOMPARE(QPair(bar->value(), bar->maximum()), QPair(812, 1248));
         QVERIFY(window->isSaid(QStringLiteral("812 of 1248 patches")));
+        QVERIFY(window->isSaid(QStringLiteral("The patches appear once all of them have been read and checked")));
         window->window->columns().setLoading(false);
         QVERIFY(!bar->isVisible());
         QVERIFY(!window->isSaid(QStringLiteral("812 of 1248 patches")));

@@ -1,0 +1,152 @@
+#include "Commands.h"
+#include "CommentEdit.h"
+#include "ShownWidgets.h"
+#include "WindowFixture.h"
+
+#include <QAbstractItemModel>
+#include <QAction>
+#include <QLineEdit>
+#include <QSignalSpy>
+
+namespace {
+
+using Action = void (*)(WindowFixture &window);
+
+QString namesOf(QChar letter, int count)
+{
+    QStringList names;
+    for (int i = count - 1; i >= 0; --i) {
+        names.append(letter + QString::number(i));
+    }
+    return names.join(u' ');
+}
+
+/// What the library's list announces while an action runs, as "2 changed, 1 reset".
+class Announcements {
+public:
+    explicit Announcements(const WindowFixture &window)
+        : m_model(*window.libraryList()->model())
+        , m_refreshed(&window.window->commands(), &Commands::refreshed)
+    {
+    }
+
+    [[nodiscard]] QString ofTheList() const
+    {
+        QStringList texts;
+        for (const auto &[spy, name] :
+            {std::pair(&m_inserted, "inserted"), std::pair(&m_removed, "removed"), std::pair(&m_moved, "moved"),
+                std::pair(&m_changed, "changed"), std::pair(&m_reordered, "reordered"), std::pair(&m_reset, "reset")}) {
+            if (spy->count() > 0) {
+                texts.append(QStringLiteral("%1 %2").arg(spy->count()).arg(QLatin1String(name)));
+            }
+        }
+        return texts.join(QStringLiteral(", "));
+    }
+    /// How often labels and enabling of all commands were worked out.
+    [[nodiscard]] qsizetype refreshes() const { return m_refreshed.count(); }
+
+private:
+    QAbstractItemModel &m_model;
+    QSignalSpy m_inserted{&m_model, &QAbstractItemModel::rowsInserted};
+    QSignalSpy m_removed{&m_model, &QAbstractItemModel::rowsRemoved};
+    QSignalSpy m_moved{&m_model, &QAbstractItemModel::rowsMoved};
+    QSignalSpy m_changed{&m_model, &QAbstractItemModel::dataChanged};
+    QSignalSpy m_reordered{&m_model, &QAbstractItemModel::layoutChanged};
+    QSignalSpy m_reset{&m_model, &QAbstractItemModel::modelReset};
+    QSignalSpy m_refreshed;
+};
+
+void trigger(const WindowFixture &window, const char *entry)
+{
+    window.menuEntry(QLatin1String(entry))->trigger();
+    WindowFixture::settle();
+}
+
+void tickEverySecond(WindowFixture &window)
+{
+    MultiSelections ticks;
+    for (qsizetype row = 0; row < window.library.patches().size(); row += 2) {
+        ticks.multiSelections.insert(window.library.patches().at(row).id(), true);
+    }
+    window.library.setIsMultiSel(true);
+    window.library.setMultiSelections(ticks);
+    WindowFixture::settle();
+}
+
+void select(WindowFixture &window)
+{
+    window.library.setSelection(window.library.patches().at(1).id());
+    WindowFixture::settle();
+}
+
+} // namespace
+
+class TestWindowNotifications : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anActionOnManyIsAnnouncedAsOften_data()
+    {
+        QTest::addColumn<Action>("prepare");
+        QTest::addColumn<Action>("act");
+        QTest::addColumn<QString>("announced");
+        const Action nothing = [](WindowFixture &) {};
+        const Action selectOne = [](WindowFixture &window) { select(window); };
+        const Action tickMany = [](WindowFixture &window) { tickEverySecond(window); };
+        QTest::newRow("keystroke in the filter") << nothing << Action([](WindowFixture &window) {
+            QTest::keyClick(
+                ShownWidgets::named<QLineEdit>(*window.window, QStringLiteral("Filter by name")), Qt::Key_2);
+        }) << "1 reset";
+        QTest::newRow("sort") << nothing
+                              << Action([](WindowFixture &window) { (void)window.press(QStringLiteral("Sort")); })
+                              << "1 reordered";
+        QTest::newRow("select a patch") << nothing << selectOne << "";
+        QTest::newRow("tick all") << nothing << Action([](WindowFixture &window) { trigger(window, "Select All"); })
+                                  << "2 changed";
+        QTest::newRow("tick one more") << tickMany << Action([](WindowFixture &window) {
+            window.libraryEditor.flipTick(window.library.patches().at(1).id());
+        }) << "1 changed";
+        QTest::newRow("find similar patches")
+            << selectOne << Action([](WindowFixture &window) { trigger(window, "Find Similar Patches"); })
+            << "2 changed";
+        QTest::newRow("delete every second patch")
+            << tickMany << Action([](WindowFixture &window) { window.libraryEditor.deleteSelected(); })
+            << "1 changed, 1 reset";
+        QTest::newRow("duplicate") << selectOne
+                                   << Action([](WindowFixture &window) { trigger(window, "Duplicate Patch"); })
+                                   << "1 inserted";
+        QTest::newRow("move a patch") << selectOne << Action([](WindowFixture &window) {
+            window.libraryEditor.move(window.library.patches().at(1).id(), 0);
+        }) << "1 moved";
+        QTest::newRow("keystroke in the comment") << selectOne << Action([](WindowFixture &window) {
+            QTest::keyClick(window.window->findChild<CommentEdit *>(), Qt::Key_X);
+        }) << "1 changed";
+        QTest::newRow("keep the slots of a list") << nothing << Action([](WindowFixture &window) {
+            QList<TransferablePatch> slots;
+            for (const VelgorContentPatch &slot : window.content.velgorContentPatchList()) {
+                slots.append(TransferablePatch::ofSlot(slot));
+            }
+            window.libraryEditor.drop(slots, 0);
+        }) << "1 inserted";
+    }
+
+    void anActionOnManyIsAnnouncedAsOften()
+    {
+        QFETCH(const Action, prepare);
+        QFETCH(const Action, act);
+        QList<qsizetype> refreshes;
+        for (const int count : {6, 60}) {
+            const auto window = WindowFixture::shown(namesOf(u'P', count), namesOf(u'S', count));
+            prepare(*window);
+            const Announcements announcements(*window);
+            act(*window);
+            WindowFixture::settle();
+            QTEST(announcements.ofTheList(), "announced");
+            refreshes.append(announcements.refreshes());
+        }
+        QCOMPARE(refreshes.first(), refreshes.last());
+    }
+};
+
+QTEST_MAIN(TestWindowNotifications)
+#include "tst_WindowNotifications.moc"
