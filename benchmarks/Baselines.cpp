@@ -1,5 +1,10 @@
 #include "Baselines.h"
 
+#include "LibraryJsonReader.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QStringList>
 
 #include <algorithm>
@@ -89,6 +94,56 @@ qsizetype scan(const std::string &directory)
     qsizetype count = 0;
     visitEntries(directory, [&](const dirent &) { ++count; });
     return count;
+}
+
+void removeFiles(const std::vector<std::string> &paths)
+{
+    for (const std::string &path : paths) {
+        require(::unlink(path.c_str()) == 0, path);
+    }
+}
+
+QByteArray encodeByDocument(const QList<VelgorPatch> &patches)
+{
+    QJsonArray array;
+    for (const VelgorPatch &patch : patches) {
+        QJsonObject object;
+        for (const PatchJsonField &field : patchJsonFields()) {
+            const QLatin1String key(field.key);
+            if (field.text) {
+                object.insert(key, patch.*(field.text));
+            } else if (field.flag) {
+                object.insert(key, patch.*(field.flag));
+            }
+        }
+        object.insert(QLatin1String("id"), QString::number(patch.id()));
+        object.insert(QLatin1String("date"), patch.date.seconds);
+        array.append(object);
+    }
+    const QJsonObject library{{QStringLiteral("patches"), array}, {QStringLiteral("defaultPatch"), QJsonValue()}};
+    return QJsonDocument(library).toJson(QJsonDocument::Compact);
+}
+
+QList<VelgorPatch> decodeByDocument(const QByteArray &text)
+{
+    const QJsonArray array = QJsonDocument::fromJson(text).object().value(QLatin1String("patches")).toArray();
+    QList<VelgorPatch> patches;
+    patches.reserve(array.size());
+    for (const QJsonValue &value : array) {
+        const QJsonObject object = value.toObject();
+        VelgorPatch patch(object.value(QLatin1String("id")).toString().toULongLong());
+        for (const PatchJsonField &field : patchJsonFields()) {
+            const QLatin1String key(field.key);
+            if (field.text) {
+                patch.*(field.text) = object.value(key).toString();
+            } else if (field.flag) {
+                patch.*(field.flag) = object.value(key).toBool();
+            }
+        }
+        patch.date = {object.value(QLatin1String("date")).toDouble()};
+        patches.append(patch);
+    }
+    return patches;
 }
 
 std::vector<qsizetype> rowsByName(const QList<VelgorPatch> &patches, const QString &fragment)

@@ -18,6 +18,12 @@ namespace Baselines {
 void writeFile(const std::string &path, const QByteArray &bytes);
 /// Walks through a directory once; the number of its entries.
 [[nodiscard]] qsizetype scan(const std::string &directory);
+void removeFiles(const std::vector<std::string> &paths);
+
+/// The library file's text of patches, and the patches of a text, by Qt's own JSON document. Ids are texts there: its
+/// numbers do not hold them.
+[[nodiscard]] QByteArray encodeByDocument(const QList<VelgorPatch> &patches);
+[[nodiscard]] QList<VelgorPatch> decodeByDocument(const QByteArray &text);
 
 /// The rows that a filter shows, lower-casing each record's text as it comes.
 [[nodiscard]] std::vector<qsizetype> rowsByName(const QList<VelgorPatch> &patches, const QString &fragment);

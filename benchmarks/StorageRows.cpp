@@ -8,6 +8,8 @@
 
 #include <QTemporaryDir>
 
+#include <algorithm>
+
 namespace {
 
 void load(benchmark::State &state)
@@ -79,6 +81,66 @@ void saveNew(benchmark::State &state)
         });
 }
 
+void encodeJson(benchmark::State &state)
+{
+    const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
+    measurePairs(
+        state, "library file, encode", 0.5,
+        [&] { return secondsOf([&] {
+                  benchmark::DoNotOptimize(LibraryJson::encode({patches, std::nullopt}));
+              }); },
+        [&] { return secondsOf([&] { benchmark::DoNotOptimize(Baselines::encodeByDocument(patches)); }); });
+}
+
+void decodeJson(benchmark::State &state)
+{
+    const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
+    const QByteArray text = LibraryJson::encode({patches, std::nullopt});
+    const QByteArray documentText = Baselines::encodeByDocument(patches);
+    measurePairs(
+        state, "library file, decode", 0.75,
+        [&] { return secondsOf([&] { benchmark::DoNotOptimize(LibraryJson::decode(text)); }); },
+        [&] { return secondsOf([&] { benchmark::DoNotOptimize(Baselines::decodeByDocument(documentText)); }); });
+}
+
+/// The files of the first patches of a library, so that many can be removed and come back.
+std::vector<std::string> firstFiles(const QString &directory, const QList<VelgorPatch> &patches, qsizetype count)
+{
+    std::vector<std::string> paths;
+    for (const VelgorPatch &patch : patches.first(count)) {
+        paths.push_back((directory + u'/' + LibraryFileNames::patchFile(patch.name, patch.id())).toStdString());
+    }
+    return paths;
+}
+
+void deleteTicked(benchmark::State &state)
+{
+    const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
+    const qsizetype count = std::min<qsizetype>(1000, patches.size() / 2);
+    const QTemporaryDir directory;
+    LibraryStorageManager storage(directory.path());
+    const VelgorLibrary all(patches, std::nullopt);
+    const std::vector<std::string> paths = firstFiles(directory.path(), patches, count);
+    QList<quint64> ids;
+    for (const VelgorPatch &patch : patches.first(count)) {
+        ids.append(patch.id());
+    }
+    measurePairs(
+        state, "delete 1,000 ticked", 3.0,
+        [&] {
+            VelgorLibrary library(patches, std::nullopt);
+            storage.save(library);
+            return secondsOf([&] { library.deletePatches(ids, storage); });
+        },
+        [&] {
+            storage.save(all);
+            return secondsOf([&] {
+                storage.save(all);
+                Baselines::removeFiles(paths);
+            });
+        });
+}
+
 } // namespace
 
 void registerStorageRows()
@@ -87,5 +149,8 @@ void registerStorageRows()
         {"load", load},
         {"save, nothing changed", saveUnchanged},
         {"save, all patches new", saveNew},
+        {"library file, encode", encodeJson},
+        {"library file, decode", decodeJson},
+        {"delete 1,000 ticked", deleteTicked},
     });
 }

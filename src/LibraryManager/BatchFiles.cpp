@@ -1,19 +1,20 @@
 #include "BatchFiles.h"
 
+#include "DirectoryListing.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
 
 #include <utility>
 
 BatchFiles::BatchFiles(const QString &directory)
-    : m_directory(directory)
+    : m_path(directory)
 {
 }
 
 BatchFiles::~BatchFiles()
 {
     for (const Staged &file : std::as_const(m_staged)) {
-        std::ignore = DiskFiles::remove(file.temporary);
+        std::ignore = DiskFiles::remove(pathOf(file.temporary));
     }
 }
 
@@ -24,29 +25,30 @@ FileReadResult BatchFiles::read(const QString &path)
 
 QString BatchFiles::write(const QString &path, const QByteArray &bytes)
 {
-    QString error = DiskFiles::whyNotReplaceable(path);
-    if (!error.isEmpty()) {
-        return error;
+    if (!m_directory) {
+        m_directory.emplace(m_path);
     }
-    Staged file{.temporary = {}, .path = path};
-    error = DiskFiles::stage(path, bytes, !DiskSync::canSyncFileSystem(), file.temporary);
+    Staged file{.temporary = {}, .name = path.sliced(m_path.size() + 1)};
+    const DiskFiles::Staging staging{
+        .isSynced = !DiskSync::canSyncFileSystem(), .isFree = m_listing && !m_listing->kindOf(file.name)};
+    QString error = DiskFiles::stage(*m_directory, file.name, bytes, staging, file.temporary);
     if (error.isEmpty()) {
         m_staged.append(file);
-    } else {
+    } else if (DiskFiles::whyNotReplaceable(*m_directory, file.name).isEmpty()) {
         m_isBlocked = true;
     }
     return error;
 }
 
-void BatchFiles::discard(const QString &path)
+void BatchFiles::discard(const QString &name)
 {
-    m_discarded.insert(path);
+    m_discarded.insert(name);
 }
 
 QString BatchFiles::sync() const
 {
     const bool isNeeded = !m_staged.isEmpty() && DiskSync::canSyncFileSystem();
-    return isNeeded ? DiskSync::syncFileSystem(m_directory) : QString();
+    return isNeeded ? DiskSync::syncFileSystem(m_path) : QString();
 }
 
 QList<BatchFiles::Failure> BatchFiles::finish()
@@ -54,13 +56,13 @@ QList<BatchFiles::Failure> BatchFiles::finish()
     QList<Failure> failures;
     const QList<Staged> staged = std::exchange(m_staged, {});
     for (const Staged &file : staged) {
-        if (m_discarded.contains(file.path)) {
-            std::ignore = DiskFiles::remove(file.temporary);
+        if (m_discarded.contains(file.name)) {
+            std::ignore = DiskFiles::remove(pathOf(file.temporary));
             continue;
         }
-        const QString error = DiskFiles::commit(file.temporary, file.path);
+        const QString error = DiskFiles::commit(*m_directory, file.temporary, file.name);
         if (!error.isEmpty()) {
-            failures.append({.path = file.path, .error = error, .temporary = file.temporary});
+            failures.append({.path = pathOf(file.name), .error = error, .temporary = pathOf(file.temporary)});
         }
     }
     return failures;

@@ -1,39 +1,50 @@
 #pragma once
 
 #include "FileAccess.h"
+#include "OpenDirectory.h"
 
 #include <QList>
 #include <QSet>
 #include <QString>
+
+#include <optional>
+
+class DirectoryListing;
 
 /// Writes many files of one directory with a single synchronisation: write() prepares each under a temporary name,
 /// sync() brings all of them to the disk, finish() puts them in place. What was not finished is removed with the
 /// object.
 class BatchFiles : public FileAccess {
 public:
+    /// Two names in the directory.
     struct Staged {
         QString temporary;
-        QString path;
+        QString name;
     };
     struct Failure {
         QString path;
         QString error;
-        QString temporary; ///< where the file is still
+        QString temporary; ///< path of the file as it is still there
     };
 
+    /// `directory` is a path without a slash at its end.
     explicit BatchFiles(const QString &directory);
     ~BatchFiles() override;
     Q_DISABLE_COPY_MOVE(BatchFiles)
 
+    /// Names that are not in `listing` need not be looked at before they are given to a new file.
+    void setListing(const DirectoryListing *listing) { m_listing = listing; }
+
     [[nodiscard]] FileReadResult read(const QString &path) override;
+    /// `path` is directly in the directory.
     [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
     /// A file could not be written for a reason that lies with the disk or the directory and not with that file.
     [[nodiscard]] bool isBlocked() const { return m_isBlocked; }
 
     /// The files that were prepared and are not in place yet, those that were given up included.
     [[nodiscard]] const QList<Staged> &staged() const { return m_staged; }
-    /// Gives up the file that was to go to `path`.
-    void discard(const QString &path);
+    /// Gives up the file that was to get this name.
+    void discard(const QString &name);
     [[nodiscard]] qsizetype discarded() const { return m_discarded.size(); }
     /// The system's reason when the prepared files may not have reached the disk.
     [[nodiscard]] QString sync() const;
@@ -41,8 +52,12 @@ public:
     [[nodiscard]] QList<Failure> finish();
 
 private:
-    QString m_directory;
+    [[nodiscard]] QString pathOf(const QString &name) const { return m_path + u'/' + name; }
+
+    QString m_path;
+    const DirectoryListing *m_listing = nullptr;
+    std::optional<OpenDirectory> m_directory; ///< from the first file on
     QList<Staged> m_staged;
-    QSet<QString> m_discarded; ///< paths
+    QSet<QString> m_discarded; ///< names
     bool m_isBlocked = false;
 };

@@ -1,71 +1,21 @@
 #include "DirectoryListing.h"
 
+#include "DirectoryWalk.h"
 #include "LibraryFileNames.h"
-
-#include <QFile>
-
-#include <filesystem>
-#include <system_error>
-
-namespace fs = std::filesystem;
-
-namespace {
-
-QString textOf(const fs::path &path)
-{
-#ifdef Q_OS_WIN
-    return QString::fromStdWString(path.generic_wstring());
-#else
-    return QFile::decodeName(path.c_str());
-#endif
-}
-
-fs::path nativePath(const QString &path)
-{
-#ifdef Q_OS_WIN
-    return path.toStdWString();
-#else
-    return QFile::encodeName(path).toStdString();
-#endif
-}
-
-DirectoryListing::Kind kindOfEntry(const fs::directory_entry &entry)
-{
-    std::error_code ignored;
-    if (entry.is_symlink(ignored)) {
-        return DirectoryListing::Kind::Other;
-    }
-    if (entry.is_directory(ignored)) {
-        return DirectoryListing::Kind::Directory;
-    }
-    return entry.is_regular_file(ignored) ? DirectoryListing::Kind::RegularFile : DirectoryListing::Kind::Other;
-}
-
-} // namespace
 
 std::optional<DirectoryListing> DirectoryListing::scan(const QString &directory)
 {
-    std::error_code error;
-    const fs::path root = nativePath(directory);
-    // A directory below may refuse to be listed; this one would only seem to be empty.
-    const fs::directory_iterator unlisted(root, error);
-    if (error) {
-        return std::nullopt;
-    }
-    fs::recursive_directory_iterator entry(root, fs::directory_options::skip_permission_denied, error);
-    if (error || !fs::is_directory(root, error)) {
-        return std::nullopt;
-    }
-    const qsizetype rootLength = directory.endsWith(u'/') ? directory.size() : directory.size() + 1;
     DirectoryListing listing;
-    while (entry != fs::recursive_directory_iterator()) {
-        listing.insert(textOf(entry->path()).sliced(rootLength), kindOfEntry(*entry));
-        entry.increment(error);
-        if (error) {
-            return std::nullopt;
-        }
-    }
-    return listing;
+    const bool isComplete =
+        DirectoryWalk::visit(directory, [&listing](const QString &path, Kind kind) { listing.insert(path, kind); });
+    return isComplete ? std::optional(std::move(listing)) : std::nullopt;
+}
+
+bool DirectoryListing::hasOnly(quint64 id, const QString &name) const
+{
+    const auto paths = m_paths.constFind(id);
+    return paths != m_paths.cend() && paths->size() == 1 && paths->first() == name
+        && m_kinds.value(name, Kind::Other) == Kind::RegularFile;
 }
 
 std::optional<DirectoryListing::Kind> DirectoryListing::kindOf(const QString &name) const

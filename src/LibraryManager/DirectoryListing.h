@@ -17,6 +17,8 @@ public:
 
     /// Relative paths of everything but directories that hold "." + id + ".".
     [[nodiscard]] QStringList pathsFor(quint64 id) const { return m_paths.value(id); }
+    /// True when there is one path of this id, and it is this regular file directly in the directory.
+    [[nodiscard]] bool hasOnly(quint64 id, const QString &name) const;
     /// What stands directly in the directory under this name.
     [[nodiscard]] std::optional<Kind> kindOf(const QString &name) const;
     /// The names directly in the directory.

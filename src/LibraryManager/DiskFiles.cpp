@@ -1,5 +1,6 @@
 #include "DiskFiles.h"
 
+#include "CheckedWriting.h"
 #include "DiskSync.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
@@ -15,11 +16,13 @@
 #include <filesystem>
 #include <new>
 #include <system_error>
+#include <utility>
 
 #ifndef Q_OS_WIN
+#include "FileHandle.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 #endif
 
 namespace {
@@ -40,34 +43,13 @@ QString reason(const std::error_code &error)
 
 #ifndef Q_OS_WIN
 
-/// An open file, closed with the object.
-class Handle {
-public:
-    explicit Handle(int descriptor)
-        : m_descriptor(descriptor)
-    {
-    }
-    ~Handle()
-    {
-        if (m_descriptor >= 0) {
-            ::close(m_descriptor);
-        }
-    }
-    Q_DISABLE_COPY_MOVE(Handle)
-
-    [[nodiscard]] int descriptor() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
-
 QString systemError()
 {
     return reason(std::error_code(errno, std::generic_category()));
 }
 
 /// Why an open file is not to be read; its size where it is.
-QString checkRegular(const Handle &handle, qint64 &size)
+QString checkRegular(const FileHandle &handle, qint64 &size)
 {
     struct stat status { };
     if (::fstat(handle.descriptor(), &status) != 0) {
@@ -81,7 +63,7 @@ QString checkRegular(const Handle &handle, qint64 &size)
 }
 
 /// Fills `bytes`, or cuts them where the file ends before.
-QString readAll(const Handle &handle, QByteArray &bytes)
+QString readAll(const FileHandle &handle, QByteArray &bytes)
 {
     qsizetype count = 0;
     while (count < bytes.size()) {
@@ -111,6 +93,30 @@ bool makeRoom(QByteArray &bytes, qint64 size)
     return true;
 }
 
+enum class Place { Nothing, File, Link, Other };
+
+/// What stands under a name; a link is not followed.
+Place whatIsAt(const OpenDirectory &directory, const QString &name)
+{
+#ifdef Q_OS_WIN
+    const QFileInfo info(directory.pathOf(name));
+    const Place other = info.isFile() ? Place::File : Place::Other;
+    return info.isSymLink() ? Place::Link : (info.exists() ? other : Place::Nothing);
+#else
+    struct stat status { };
+    if (::fstatat(directory.descriptor(), directory.encoded(name).constData(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        return Place::Nothing;
+    }
+    const Place other = S_ISREG(status.st_mode) ? Place::File : Place::Other;
+    return S_ISLNK(status.st_mode) ? Place::Link : other;
+#endif
+}
+
+QString whyNotReplaceable(Place place)
+{
+    return place == Place::Other ? DiskFiles::tr("there is something else than a file") : QString();
+}
+
 /// The file that a chain of links leads to, whether or not it exists; the path itself where there is no link.
 QString endOfLinks(const QString &path)
 {
@@ -120,22 +126,6 @@ QString endOfLinks(const QString &path)
         info.setFile(info.symLinkTarget());
     }
     return info.filePath();
-}
-
-/// Writes and checks every byte; a full disk may show only when the file is flushed or measured.
-QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
-{
-    qint64 written = 0;
-    qint64 count = 1;
-    // Only the attempt to write the rest says why there was room for a part.
-    while (count > 0 && written < bytes.size()) {
-        count = file.write(bytes.constData() + written, bytes.size() - written);
-        written += std::max<qint64>(count, 0);
-    }
-    if (written == bytes.size() && file.flush() && file.size() == bytes.size()) {
-        return isSynced ? DiskSync::syncFile(file) : QString();
-    }
-    return file.error() == QFileDevice::NoError ? DiskFiles::tr("not all bytes were written") : file.errorString();
 }
 
 } // namespace
@@ -161,12 +151,17 @@ QString DiskFiles::write(const QString &path, const QByteArray &bytes)
 
 FileReadResult DiskFiles::readRegular(const QString &path, Links links)
 {
+    return readRegular(OpenDirectory(), path, links);
+}
+
+FileReadResult DiskFiles::readRegular(const OpenDirectory &directory, const QString &name, Links links, QByteArray room)
+{
     const auto fail = [](const QString &error) { return FileReadResult{.bytes = std::nullopt, .error = error}; };
     const auto tooLarge = [] { return tr("larger than any preset file"); };
     const auto noMemory = [] { return tr("there is not enough memory for it"); };
     const auto isLink = [] { return tr("a link in the place of a file"); };
-    QByteArray bytes;
 #ifdef Q_OS_WIN
+    const QString path = directory.pathOf(name);
     QFile file(path);
     if (links == Links::Refuse && QFileInfo(path).isSymLink()) {
         return fail(isLink());
@@ -177,19 +172,20 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     if (file.size() > largestFile) {
         return fail(tooLarge());
     }
-    if (!makeRoom(bytes, file.size())) {
+    if (!makeRoom(room, file.size())) {
         return fail(noMemory());
     }
-    const qint64 count = file.read(bytes.data(), bytes.size());
+    const qint64 count = file.read(room.data(), room.size());
     if (count < 0) {
         return fail(file.errorString());
     }
-    bytes.truncate(count);
+    room.truncate(count);
 #else
     // Opening never waits, whatever stands there, and a terminal does not become this program's.
     const int linkFlag = links == Links::Refuse ? O_NOFOLLOW : 0;
-    const Handle handle(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | linkFlag));
+    const QByteArray encoded = directory.encoded(name);
+    const FileHandle handle(
+        ::openat(directory.descriptor(), encoded.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | linkFlag));
     if (handle.descriptor() < 0) {
         const bool isLinkRefused = errno == ELOOP && links == Links::Refuse;
         const bool isMissing = errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
@@ -207,25 +203,26 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     if (size > largestFile) {
         return fail(tooLarge());
     }
-    if (!makeRoom(bytes, size)) {
+    if (!makeRoom(room, size)) {
         return fail(noMemory());
     }
-    const QString error = readAll(handle, bytes);
+    const QString error = readAll(handle, room);
     if (!error.isEmpty()) {
         FileReadResult result = fail(error);
         result.isUnreadable = true;
         return result;
     }
 #endif
-    return {.bytes = bytes, .error = {}};
+    return {.bytes = std::move(room), .error = {}};
 }
 
 QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
 {
+    const OpenDirectory anywhere;
     QString temporary;
-    QString error = stage(path, bytes, true, temporary);
+    QString error = stage(anywhere, path, bytes, {}, temporary);
     if (error.isEmpty()) {
-        error = commit(temporary, path);
+        error = commit(anywhere, temporary, path);
         if (!error.isEmpty()) {
             std::ignore = remove(temporary);
         }
@@ -233,42 +230,42 @@ QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
     return error.isEmpty() ? DiskSync::syncDirectory(QFileInfo(path).absolutePath()) : error;
 }
 
-QString DiskFiles::whyNotReplaceable(const QString &path)
+QString DiskFiles::whyNotReplaceable(const OpenDirectory &directory, const QString &name)
 {
-    const QFileInfo target(path);
-    const bool isOther = target.exists() && !target.isFile() && !target.isSymLink();
-    return isOther ? tr("there is something else than a file") : QString();
+    return ::whyNotReplaceable(whatIsAt(directory, name));
 }
 
-QString DiskFiles::stage(const QString &path, const QByteArray &bytes, bool isSynced, QString &temporary)
+QString DiskFiles::stage(const OpenDirectory &directory, const QString &name, const QByteArray &bytes,
+    const Staging &staging, QString &temporary)
 {
-    QString error = whyNotReplaceable(path);
+    const Place place = staging.isFree ? Place::Nothing : whatIsAt(directory, name);
+    QString error = ::whyNotReplaceable(place);
     if (!error.isEmpty()) {
         return error;
     }
-    const QFileInfo target(path);
-    const QDir directory = target.absoluteDir();
-    QFile file(TemporaryFiles::freePath(directory));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-        return file.errorString();
+    bool isTaken = true;
+    while (isTaken) {
+        temporary = TemporaryFiles::nameBeside(name);
+        error = CheckedWriting::createFile(directory, temporary, bytes, staging.isSynced, isTaken);
     }
-    error = writeChecked(file, bytes, isSynced);
-    if (!error.isEmpty()) {
-        file.remove();
-        return error;
+    if (error.isEmpty() && place == Place::File) {
+        QFile::setPermissions(directory.pathOf(temporary), QFile::permissions(directory.pathOf(name)));
     }
-    if (target.isFile() && !target.isSymLink()) {
-        file.setPermissions(target.permissions());
-    }
-    temporary = file.fileName();
-    return {};
+    return error;
 }
 
-QString DiskFiles::commit(const QString &temporary, const QString &path)
+QString DiskFiles::commit(const OpenDirectory &directory, const QString &temporary, const QString &name)
 {
+#ifdef Q_OS_WIN
     std::error_code error;
-    std::filesystem::rename(nativePath(temporary), nativePath(path), error);
+    std::filesystem::rename(nativePath(directory.pathOf(temporary)), nativePath(directory.pathOf(name)), error);
     return reason(error);
+#else
+    const QByteArray from = directory.encoded(temporary);
+    const QByteArray to = directory.encoded(name);
+    const int place = directory.descriptor();
+    return ::renameat(place, from.constData(), place, to.constData()) == 0 ? QString() : systemError();
+#endif
 }
 
 QString DiskFiles::overwriteInPlace(
@@ -284,7 +281,7 @@ QString DiskFiles::overwriteInPlace(
         return file.errorString();
     }
     wasTouched = true;
-    QString error = writeChecked(file, bytes, true);
+    QString error = CheckedWriting::writeAndSync(file, bytes);
     if (stamp) {
         *stamp = LibraryFileStamp::of(file);
         (*stamp)->setBytes(error.isEmpty() ? bytes : QByteArray());

@@ -2,6 +2,7 @@
 
 #include "FileAccess.h"
 #include "LibraryFileStamp.h"
+#include "OpenDirectory.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -24,9 +25,10 @@ public:
     /// export would destroy. Removes what programs that were killed while they wrote into that directory left there.
     [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
 
+    /// `room` is memory that may be used for the bytes.
     [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);
-    /// Why nothing can take the place of `path`: there is something that is neither a file nor a link.
-    [[nodiscard]] static QString whyNotReplaceable(const QString &path);
+    [[nodiscard]] static FileReadResult readRegular(
+        const OpenDirectory &directory, const QString &name, Links links, QByteArray room = {});
     /// Writes a temporary file beside `path`, checks and synchronises it, and renames it over `path`, so that an
     /// interruption leaves the old file or the new one. Refuses to take the place of anything but a file or link.
     [[nodiscard]] static QString replace(const QString &path, const QByteArray &bytes);
@@ -35,10 +37,18 @@ public:
     [[nodiscard]] static QString overwriteInPlace(const QString &path, const QByteArray &bytes, bool &wasTouched,
         std::optional<LibraryFileStamp> *stamp = nullptr);
 
-    /// The first step of a replacement: a checked temporary file beside `path`. Its name goes into `temporary`.
-    [[nodiscard]] static QString stage(const QString &path, const QByteArray &bytes, bool isSynced, QString &temporary);
-    /// The last step: the temporary file takes the place of `path`. It stays on failure.
-    [[nodiscard]] static QString commit(const QString &temporary, const QString &path);
+    /// Why no file can get this name: there is something that is neither a file nor a link.
+    [[nodiscard]] static QString whyNotReplaceable(const OpenDirectory &directory, const QString &name);
+    struct Staging {
+        bool isSynced = true;
+        bool isFree = false; ///< nothing has the name, which is therefore not looked at
+    };
+    /// The first step of a replacement: a checked temporary file beside `name`. Its own name goes into `temporary`.
+    /// Refuses where whyNotReplaceable() says so.
+    [[nodiscard]] static QString stage(const OpenDirectory &directory, const QString &name, const QByteArray &bytes,
+        const Staging &staging, QString &temporary);
+    /// The last step: the temporary file takes the place of the other. It stays on failure.
+    [[nodiscard]] static QString commit(const OpenDirectory &directory, const QString &temporary, const QString &name);
 
     /// Never replaces another file.
     [[nodiscard]] static QString move(const QString &from, const QString &to);

@@ -24,9 +24,9 @@ QString reasonUnless(bool isSuccess)
 
 #ifdef Q_OS_WIN
 
-QString syncFile(const QFile &file)
+QString syncFile(int handle)
 {
-    return reasonUnless(_commit(file.handle()) == 0);
+    return reasonUnless(_commit(handle) == 0);
 }
 
 QString syncDirectory(const QString &directory)
@@ -53,15 +53,15 @@ QString withOpenDirectory(const QString &directory, Sync sync)
 
 } // namespace
 
-QString syncFile(const QFile &file)
+QString syncFile(int handle)
 {
 #ifdef Q_OS_DARWIN
     // fsync leaves the bytes in the drive's own memory there.
-    if (::fcntl(file.handle(), F_FULLFSYNC) == 0) {
+    if (::fcntl(handle, F_FULLFSYNC) == 0) {
         return {};
     }
 #endif
-    return reasonUnless(::fsync(file.handle()) == 0);
+    return reasonUnless(::fsync(handle) == 0);
 }
 
 QString syncDirectory(const QString &directory)

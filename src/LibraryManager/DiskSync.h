@@ -7,7 +7,7 @@
 /// an empty text when it did not.
 namespace DiskSync {
 
-[[nodiscard]] QString syncFile(const QFile &file);
+[[nodiscard]] QString syncFile(int handle);
 /// Makes new names and moves in the directory last. Does nothing where the system or the file system has no such
 /// thing.
 [[nodiscard]] QString syncDirectory(const QString &directory);

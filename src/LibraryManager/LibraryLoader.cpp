@@ -29,6 +29,7 @@ quint64 freshId(quint64 id)
 
 LibraryLoader::LibraryLoader(const QString &directory, Report report)
     : m_directory(directory)
+    , m_openDirectory(directory)
     , m_report(std::move(report))
 {
 }
@@ -237,10 +238,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
         Diagnostics::printLine(QStringLiteral("Nothing to load into library"));
         return {.complete = false};
     }
-    m_expectedNames.reserve(entries.size());
-    for (const Entry &entry : entries) {
-        m_expectedNames.insert(LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
-    }
+    m_entries = entries;
     Progress progress;
     qsizetype done = 0;
     for (const Entry &entry : entries) {
@@ -266,14 +264,16 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
 std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString &fileName, LibraryLoadResult &result)
 {
     fileName = LibraryFileNames::patchFile(entry.patch.name, entry.storedId);
-    const QString path = pathOf(fileName);
-    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    // Nothing of the bytes stays, so that all files can be read into the same memory.
+    FileReadResult file =
+        DiskFiles::readRegular(m_openDirectory, fileName, DiskFiles::Links::Refuse, std::exchange(m_room, {}));
     std::optional<SPresetFile> presets;
     if (file.bytes) {
         presets = SPresetFile::fromData(*file.bytes);
         if (!presets) {
             result.writeState.damagedFiles.insert(fileName);
         }
+        m_room = std::exchange(*file.bytes, {});
     }
     if (!presets) {
         presets = readFromJournal(entry, result);
@@ -289,7 +289,7 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
         m_failures.insert(entry.patch.id(), tr("%1: %2 (%3)").arg(entry.patch.name.simplified(), reason, fileName));
     }
     if (!presets && !file.bytes) {
-        Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(path));
+        Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(pathOf(fileName)));
     }
     return presets;
 }
@@ -306,27 +306,45 @@ std::optional<SPresetFile> LibraryLoader::readFromJournal(const Entry &entry, Li
 
 std::optional<SPresetFile> LibraryLoader::readFromOtherFile(const Entry &entry, QString &fileName)
 {
-    if (!m_listing) {
-        m_listing =
-            std::make_unique<DirectoryListing>(DirectoryListing::scan(m_directory).value_or(DirectoryListing()));
+    auto known = m_otherFiles.find(entry.storedId);
+    if (known == m_otherFiles.end()) {
+        known = m_otherFiles.insert(entry.storedId, otherFiles(entry.storedId));
     }
-    for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, entry.storedId)) {
-        // Two entries with one id: the file of the one is not for the other.
-        const bool isTaken = m_expectedNames.contains(candidate.name);
-        if (isTaken || m_listing->kindOf(candidate.name) != DirectoryListing::Kind::RegularFile) {
-            continue;
-        }
-        if (std::optional<SPresetFile> presets = readOnePatch(candidate.name)) {
-            fileName = candidate.name;
+    QStringList &names = known.value();
+    while (!names.isEmpty()) {
+        if (std::optional<SPresetFile> presets = readOnePatch(names.first())) {
+            fileName = names.first();
             return presets;
         }
+        names.removeFirst();
     }
     return std::nullopt;
 }
 
+QStringList LibraryLoader::otherFiles(quint64 id)
+{
+    if (!m_listing) {
+        m_listing =
+            std::make_unique<DirectoryListing>(DirectoryListing::scan(m_directory).value_or(DirectoryListing()));
+        m_expectedNames.reserve(m_entries.size());
+        for (const Entry &entry : std::as_const(m_entries)) {
+            m_expectedNames.insert(LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
+        }
+    }
+    QStringList names;
+    for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, id)) {
+        // Two entries with one id: the file of the one is not for the other.
+        const bool isTaken = m_expectedNames.contains(candidate.name);
+        if (!isTaken && m_listing->kindOf(candidate.name) == DirectoryListing::Kind::RegularFile) {
+            names.append(candidate.name);
+        }
+    }
+    return names;
+}
+
 std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name) const
 {
-    const FileReadResult file = DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
+    const FileReadResult file = DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse);
     std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
     return presets && presets->patches.size() == 1 ? presets : std::nullopt;
 }

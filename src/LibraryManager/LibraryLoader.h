@@ -4,10 +4,13 @@
 #include "LibraryJson.h"
 #include "LibrarySweeper.h"
 #include "LibraryWriteResult.h"
+#include "OpenDirectory.h"
 #include "VelgorLibrary.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QHash>
+#include <QList>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -75,14 +78,20 @@ private:
         const Entry &entry, QString &fileName, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromJournal(const Entry &entry, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
+    /// The files that may hold the patch of an id, the most likely first.
+    [[nodiscard]] QStringList otherFiles(quint64 id);
     [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name) const;
     void noteRemoved(const QList<Entry> &entries, LibraryLoadResult &result) const;
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
+    OpenDirectory m_openDirectory;
     Report m_report;
-    QSet<QString> m_expectedNames; ///< the file name of every entry
     QHash<quint64, QString> m_failures; ///< patch id to the file that could not be loaded, and why
+    QList<Entry> m_entries;
+    QByteArray m_room; ///< memory of the file that was read before
+    QSet<QString> m_expectedNames; ///< the file name of every entry; made with the listing
+    QHash<quint64, QStringList> m_otherFiles; ///< what may hold the patch of an id; unreadable ones are taken out
     LibraryJournal m_journal; ///< of a save that has not ended
     std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
 };

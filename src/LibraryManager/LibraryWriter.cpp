@@ -75,16 +75,19 @@ bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
     if (!patches.isEmpty() || !m_result.state.idsToRemove.isEmpty()) {
         m_result.isTidy = scan();
     }
+    m_files.setListing(m_listing ? &*m_listing : nullptr);
     for (const VelgorPatch &patch : patches) {
         const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
-        if (m_listing) {
+        const bool isAlone = m_listing && m_listing->hasOnly(patch.id(), name);
+        if (m_listing && !isAlone) {
             planMoves(patch, name);
         }
-        const bool isDamaged = isStored(name) && m_result.state.damagedFiles.contains(name);
+        const bool isThere = isAlone || isStored(name);
+        const bool isDamaged = isThere && m_result.state.damagedFiles.contains(name);
         if (isDamaged) {
             m_damagedFiles.insert(name, patch.id());
         }
-        if ((!isStored(name) || isDamaged) && !stage(patch, name, m_files)) {
+        if ((!isThere || isDamaged) && !stage(patch, name, m_files)) {
             return false;
         }
     }
@@ -124,7 +127,7 @@ bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFi
 {
     PatchFileHandler handler(files);
     if (handler.save(patch, pathOf(name))) {
-        m_newFiles.insert(pathOf(name), patch.id());
+        m_newFiles.insert(name, patch.id());
         return true;
     }
     m_result.problems.append(handler.problem());
@@ -137,7 +140,7 @@ bool LibraryWriter::writeJournal()
     LibraryJournal journal;
     journal.removed = m_result.state.idsToRemove;
     for (const BatchFiles::Staged &file : m_files.staged()) {
-        journal.staged.insert(m_newFiles.value(file.path), QFileInfo(file.temporary).fileName());
+        journal.staged.insert(m_newFiles.value(file.name), file.temporary);
     }
     if (journal.isEmpty()) {
         return true;
@@ -191,7 +194,7 @@ void LibraryWriter::setDamagedFilesAside()
         } else {
             addProblem(file.key(), error);
             m_result.arePatchesWritten = false;
-            m_files.discard(pathOf(file.key()));
+            m_files.discard(file.key());
         }
     }
 }

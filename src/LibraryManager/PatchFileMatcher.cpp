@@ -12,6 +12,9 @@ namespace PatchFileMatcher {
 QList<Candidate> candidates(const DirectoryListing &listing, quint64 id)
 {
     QStringList paths = listing.pathsFor(id);
+    if (paths.isEmpty()) {
+        return {};
+    }
     // A file in the directory itself comes before one of the same name further down.
     std::stable_partition(paths.begin(), paths.end(), [](const QString &path) { return !path.contains(u'/'); });
 

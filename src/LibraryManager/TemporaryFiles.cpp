@@ -5,21 +5,17 @@
 #include "ProcessExistence.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QRandomGenerator>
 #include <QSysInfo>
 
 namespace TemporaryFiles {
 
-QString freePath(const QDir &directory)
+QString nameBeside(const QString &name)
 {
     static const QString prefix =
         LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
-    QString path;
-    do {
-        path = directory.filePath(prefix + QString::number(QRandomGenerator::global()->generate64(), 36));
-    } while (QFile::exists(path));
-    return path;
+    return name.first(name.lastIndexOf(u'/') + 1) + prefix
+        + QString::number(QRandomGenerator::global()->generate64(), 36);
 }
 
 void sweep(const QDir &directory)

@@ -6,8 +6,9 @@
 /// The names under which files are written before they take their places.
 namespace TemporaryFiles {
 
-/// A path in the directory that nothing has. The name tells which process of which computer writes it.
-[[nodiscard]] QString freePath(const QDir &directory);
+/// A name, or a path, in the directory of another: a new one at each call. The name tells which process of which
+/// computer writes it.
+[[nodiscard]] QString nameBeside(const QString &name);
 
 /// Removes what processes of this computer left there that were killed while they wrote: nothing will ever use it. Does
 /// nothing where the system cannot tell whether a process is alive.

@@ -19,7 +19,7 @@ inline constexpr std::size_t patchJsonFieldCount = 15;
 const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields();
 
 /// Builds a library from the events of a JSON text, without a tree: nesting and size cost no more than the text.
-class LibraryJsonReader : public nlohmann::json::json_sax_t {
+class LibraryJsonReader final : public nlohmann::json::json_sax_t {
 public:
     /// The library, once the whole text was read; nothing when it is not one.
     [[nodiscard]] std::optional<LibraryJson::Content> result() const;

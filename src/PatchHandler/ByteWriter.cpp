@@ -2,14 +2,18 @@
 
 #include <QtEndian>
 
+#include <array>
+#include <cstring>
+
 namespace {
 
 template <typename Integer>
-QByteArray littleEndian(Integer value)
+void append(QByteArray &bytes, Integer value)
 {
-    QByteArray bytes(static_cast<qsizetype>(sizeof(Integer)), Qt::Uninitialized);
-    qToLittleEndian(value, bytes.data());
-    return bytes;
+    const Integer littleEndian = qToLittleEndian(value);
+    std::array<char, sizeof(Integer)> taken{};
+    std::memcpy(taken.data(), &littleEndian, sizeof(Integer));
+    bytes.append(QByteArrayView(taken));
 }
 
 } // namespace
@@ -21,10 +25,10 @@ void ByteWriter::writeUInt8(quint8 value)
 
 void ByteWriter::writeUInt16(quint16 value)
 {
-    m_bytes.append(littleEndian(value));
+    append(m_bytes, value);
 }
 
 void ByteWriter::writeUInt32(quint32 value)
 {
-    m_bytes.append(littleEndian(value));
+    append(m_bytes, value);
 }

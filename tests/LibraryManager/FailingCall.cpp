@@ -91,6 +91,11 @@ int rename(const char *from, const char *to) noexcept
     return fails(Call::Rename) ? -1 : static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
 }
 
+int renameat(int fromDirectory, const char *from, int toDirectory, const char *to) noexcept
+{
+    return fails(Call::Rename) ? -1 : static_cast<int>(syscall(SYS_renameat2, fromDirectory, from, toDirectory, to, 0));
+}
+
 int renameat2(int fromDirectory, const char *from, int toDirectory, const char *to, unsigned int flags) noexcept
 {
     return fails(Call::MoveOnly)

@@ -217,24 +217,26 @@ private Q_SLOTS:
     static void stagedFileIsHiddenBesideItsTarget()
     {
         const LibraryDirectory directory;
+        const OpenDirectory open(directory.path());
+        const QString name = QStringLiteral("lib-A.42.prst");
         QString temporary;
-        QCOMPARE(
-            DiskFiles::stage(directory.filePath(QStringLiteral("lib-A.42.prst")), "x", true, temporary), QString());
-        QCOMPARE(QFileInfo(temporary).path(), directory.path());
-        QVERIFY(LibraryFileNames::isReserved(QFileInfo(temporary).fileName()));
+        QCOMPARE(DiskFiles::stage(open, name, "x", {}, temporary), QString());
+        QCOMPARE(directory.files(), QStringList{temporary});
+        QVERIFY(LibraryFileNames::isReserved(temporary));
         QCOMPARE(LibraryFileNames::idsIn(temporary), QList<quint64>());
-        QCOMPARE(DiskFiles::commit(temporary, directory.filePath(QStringLiteral("lib-A.42.prst"))), QString());
+        QCOMPARE(DiskFiles::commit(open, temporary, name), QString());
         QCOMPARE(directory.files(), QStringList{QStringLiteral("lib-A.42.prst")});
     }
 
     static void failedCommitKeepsTheStagedFile()
     {
         const LibraryDirectory directory;
+        const OpenDirectory open(directory.path());
         QString temporary;
-        QCOMPARE(DiskFiles::stage(directory.filePath(file), "x", true, temporary), QString());
+        QCOMPARE(DiskFiles::stage(open, file, "x", {}, temporary), QString());
         directory.write(file + QStringLiteral("/inside"), "x");
-        QVERIFY(!DiskFiles::commit(temporary, directory.filePath(file)).isEmpty());
-        QVERIFY(QFile::remove(temporary));
+        QVERIFY(!DiskFiles::commit(open, temporary, file).isEmpty());
+        QVERIFY(QFile::remove(directory.filePath(temporary)));
         QCOMPARE(directory.files(), QStringList{file + QStringLiteral("/inside")});
     }
 

@@ -72,6 +72,31 @@ private Q_SLOTS:
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
     }
 
+    void listingsDoNotDependOnTheNumberOfPatches_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::newRow("ten") << 10;
+        QTest::newRow("a thousand") << 1000;
+    }
+    void listingsDoNotDependOnTheNumberOfPatches()
+    {
+        QFETCH(const int, count);
+        const LibraryDirectory directory;
+        LibraryJson::Content library;
+        for (int i = 0; i < count; ++i) {
+            library.patches.append(TestLibraries::patch(QString::number(i), static_cast<quint64>(i + 1), i));
+        }
+        DirectoryWatch watch(directory.path());
+        const LibraryWriteResult first = save(directory, library);
+        QCOMPARE(first.written, count);
+        watch.look();
+        QCOMPARE(watch.scans, 1);
+        QVERIFY(!save(directory, library, first.state).hasError());
+        watch.look();
+        QCOMPARE(watch.scans, 1);
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
+    }
+
     void renamingAndAddingListsOnce()
     {
         const LibraryDirectory directory;

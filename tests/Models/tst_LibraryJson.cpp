@@ -1,4 +1,5 @@
 #include "LibraryJson.h"
+#include "LibraryJsonReader.h"
 #include "TestPatches.h"
 
 #include <QTest>
@@ -170,31 +171,61 @@ private Q_SLOTS:
         QCOMPARE(decoded->patches.first().name, QString::fromUtf8("\"\\/\b\f\n\r\t\0\u00e9\uFEFF\U0001F3B8", 18));
     }
 
-    void anyDateComesBackToTheLastBit()
+    void anyIdAndDateComeBackToTheLastBit()
     {
         QRandomGenerator random(4);
-        constexpr int batches = 100;
+        using Limits = std::numeric_limits<double>;
+        QList<double> extremes{0.0, -0.0, Limits::max(), Limits::lowest(), Limits::min(), Limits::denorm_min(),
+            Limits::epsilon(), 1e15, 1e16, 1e17, 9007199254740993.0, 0.1, 1e-5};
+        constexpr int batches = 1000;
         constexpr int batchSize = 1000;
         for (int batch = 0; batch < batches; ++batch) {
             LibraryJson::Content library;
             library.patches.reserve(batchSize);
             while (library.patches.size() < batchSize) {
                 // Half of them any bit pattern, half of them times of this century.
-                const double seconds = library.patches.size() % 2 == 0
+                double seconds = library.patches.size() % 2 == 0
                     ? std::bit_cast<double>(random.generate64())
                     : static_cast<double>(random.bounded(3000000000000LL)) / 1000.0;
+                if (!extremes.isEmpty()) {
+                    seconds = extremes.takeLast();
+                }
                 if (std::isfinite(seconds)) {
-                    VelgorPatch patch(quint64(1));
+                    VelgorPatch patch(random.generate64() >> random.bounded(64U));
                     patch.date = {seconds};
                     library.patches.append(patch);
                 }
             }
             const auto decoded = LibraryJson::decode(LibraryJson::encode(library));
             QVERIFY(decoded);
-            for (int i = 0; i < batchSize; ++i) {
-                QCOMPARE(std::bit_cast<quint64>(decoded->patches.at(i).date.seconds),
-                    std::bit_cast<quint64>(library.patches.at(i).date.seconds));
+            const auto isExact = [](const VelgorPatch &a, const VelgorPatch &b) {
+                return a.id() == b.id()
+                    && std::bit_cast<quint64>(a.date.seconds) == std::bit_cast<quint64>(b.date.seconds);
+            };
+            QVERIFY(std::equal(decoded->patches.begin(), decoded->patches.end(), library.patches.begin(),
+                library.patches.end(), isExact));
+        }
+    }
+
+    void textIsThatOfAJsonTree()
+    {
+        QRandomGenerator random(5);
+        for (int round = 0; round < 3000; ++round) {
+            VelgorPatch patch = randomPatch(random);
+            patch.date = {round % 2 == 0 ? std::bit_cast<double>(random.generate64()) : patch.date.seconds};
+            nlohmann::ordered_json tree;
+            for (const PatchJsonField &field : patchJsonFields()) {
+                if (field.text) {
+                    tree[field.key] = (patch.*(field.text)).toStdString();
+                } else if (field.flag) {
+                    tree[field.key] = patch.*(field.flag);
+                } else if (qstrcmp(field.key, "id") == 0) {
+                    tree[field.key] = patch.id();
+                } else {
+                    tree[field.key] = patch.date.seconds;
+                }
             }
+            QCOMPARE(LibraryJson::encodePatch(patch), QByteArray::fromStdString(tree.dump()));
         }
     }
 
