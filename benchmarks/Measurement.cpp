@@ -16,20 +16,24 @@ double median(std::vector<double> values)
     return *middle;
 }
 
-void addGrowth(benchmark::State &state, const std::string &row, double seconds)
+void addGrowth(benchmark::State &state, const std::string &row, double seconds, double target)
 {
+    constexpr int64_t targetSize = 100'000;
     static std::map<std::pair<std::string, int64_t>, double> measured;
     measured[{row, state.range(0)}] = seconds;
     const auto smaller = measured.find({row, state.range(0) / 10});
     if (smaller != measured.end()) {
         state.counters["growth_per_tenfold"] = seconds / smaller->second;
     }
+    if (target > 0 && state.range(0) == targetSize) {
+        state.counters["growth_target"] = target;
+    }
 }
 
 } // namespace
 
 void measurePairs(
-    benchmark::State &state, const std::string &row, double target, const TimedRun &ours, const TimedRun &baseline)
+    benchmark::State &state, const std::string &row, Target target, const TimedRun &ours, const TimedRun &baseline)
 {
     // The first pair warms the cache and does not count.
     ours();
@@ -50,11 +54,13 @@ void measurePairs(
     state.counters["ours_ms"] = median(oursSeconds) * millisecondsPerSecond;
     state.counters["baseline_ms"] = median(baselineSeconds) * millisecondsPerSecond;
     state.counters["ratio"] = median(ratios);
-    state.counters["target"] = target;
-    addGrowth(state, row, median(oursSeconds));
+    if (target.ratio > 0 && state.range(0) == target.patches) {
+        state.counters["target"] = target.ratio;
+    }
+    addGrowth(state, row, median(oursSeconds), target.growth);
 }
 
-void measureGrowth(benchmark::State &state, const std::string &row, const TimedRun &ours)
+void measureGrowth(benchmark::State &state, const std::string &row, const TimedRun &ours, double growthTarget)
 {
     std::vector<double> seconds;
     for ([[maybe_unused]] auto _ : state) {
@@ -64,5 +70,5 @@ void measureGrowth(benchmark::State &state, const std::string &row, const TimedR
     const double typical = median(seconds);
     state.counters["ours_ms"] = typical * millisecondsPerSecond;
     state.counters["us_per_patch"] = typical * microsecondsPerSecond / static_cast<double>(state.range(0));
-    addGrowth(state, row, typical);
+    addGrowth(state, row, typical, growthTarget);
 }

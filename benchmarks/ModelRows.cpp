@@ -10,6 +10,9 @@
 
 namespace {
 
+constexpr int64_t many = 10'000;
+constexpr int64_t veryMany = 100'000;
+
 /// As an own list of the library, which a change need not copy first.
 std::unique_ptr<VelgorLibrary> libraryOf(const benchmark::State &state)
 {
@@ -26,7 +29,8 @@ void filterRow(benchmark::State &state, const std::string &row, QString VelgorPa
     LibraryViewFilter filter;
     filter.filterPatch.*text = wanted;
     measurePairs(
-        state, row, 0.25, [&] { return secondsOf([&] { benchmark::DoNotOptimize(filter.shownRows(*library)); }); },
+        state, row, {.ratio = 0.25, .patches = veryMany, .growth = 12},
+        [&] { return secondsOf([&] { benchmark::DoNotOptimize(filter.shownRows(*library)); }); },
         [&] { return secondsOf([&] { benchmark::DoNotOptimize(baseline(library->patches(), wanted)); }); });
 }
 
@@ -42,14 +46,14 @@ void filterByComment(benchmark::State &state)
 }
 
 template <typename Prepare>
-void sortRow(benchmark::State &state, const std::string &row, Prepare prepare)
+void sortRow(benchmark::State &state, const std::string &row, Target target, Prepare prepare)
 {
     std::vector<std::string> keys;
     for (const VelgorPatch &patch : SampleLibrary::ofSize(state.range(0)).patches()) {
         keys.push_back(Utf8Text::caselessKey(patch.name).toStdString());
     }
     measurePairs(
-        state, row, 2.0,
+        state, row, target,
         [&] {
             const auto library = libraryOf(state);
             prepare(*library);
@@ -60,14 +64,14 @@ void sortRow(benchmark::State &state, const std::string &row, Prepare prepare)
 
 void sortByName(benchmark::State &state)
 {
-    sortRow(
-        state, "sort by name", [](const VelgorLibrary &library) { benchmark::DoNotOptimize(library.caselessNames()); });
+    sortRow(state, "sort by name", {.ratio = 2.0, .patches = veryMany, .growth = 40},
+        [](const VelgorLibrary &library) { benchmark::DoNotOptimize(library.caselessNames()); });
 }
 
 /// Lower-cases every name too, which no later sort and no later keystroke in the filter does.
 void sortByNameFirst(benchmark::State &state)
 {
-    sortRow(state, "sort by name, for the first time", [](const VelgorLibrary &) {});
+    sortRow(state, "sort by name, for the first time", {.growth = 40}, [](const VelgorLibrary &) {});
 }
 
 void similarAgain(benchmark::State &state)
@@ -75,7 +79,7 @@ void similarAgain(benchmark::State &state)
     const auto library = libraryOf(state);
     const quint64 id = library->patches().last().id();
     measurePairs(
-        state, "find similar patches again", 0.1,
+        state, "find similar patches again", {.ratio = 0.1, .patches = many},
         [&] { return secondsOf([&] { benchmark::DoNotOptimize(library->findSimilarPatches(id)); }); },
         [&] { return secondsOf([&] { benchmark::DoNotOptimize(Baselines::readPayload(library->patches())); }); });
 }

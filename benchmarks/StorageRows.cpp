@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr int64_t many = 10'000;
+
 void load(benchmark::State &state)
 {
     const QString directory = SampleLibrary::ofSize(state.range(0)).directory();
@@ -21,7 +23,7 @@ void load(benchmark::State &state)
         paths.push_back((directory + u'/' + LibraryFileNames::patchFile(patch.name, patch.id())).toStdString());
     }
     measurePairs(
-        state, "load", 2.0,
+        state, "load", {.ratio = 2.0, .patches = many, .growth = 18},
         [&] {
             LibraryStorageManager storage(directory);
             std::unique_ptr<VelgorLibrary> library;
@@ -46,7 +48,8 @@ void saveUnchanged(benchmark::State &state)
     const QTemporaryDir besides;
     const std::string plainFile = besides.filePath(QStringLiteral("plain.json")).toStdString();
     measurePairs(
-        state, "save, nothing changed", 2.0, [&] { return secondsOf([&] { storage.save(library); }); },
+        state, "save, nothing changed", {.ratio = 2.0, .patches = many, .growth = 18},
+        [&] { return secondsOf([&] { storage.save(library); }); },
         [&] {
             return secondsOf([&] {
                 Baselines::writeFile(plainFile, LibraryJson::encode({sample.patches(), std::nullopt}));
@@ -62,7 +65,7 @@ void saveNew(benchmark::State &state)
         Baselines::readFiles(Baselines::filesIn(sample.directory().toStdString()));
     const VelgorLibrary library(sample.patches(), std::nullopt);
     measurePairs(
-        state, "save, all patches new", 1.8,
+        state, "save, all patches new", {.ratio = 1.8, .patches = many, .growth = 18},
         [&] {
             const QTemporaryDir directory;
             LibraryStorageManager storage(directory.path());
@@ -85,7 +88,7 @@ void encodeJson(benchmark::State &state)
 {
     const QList<VelgorPatch> &patches = SampleLibrary::ofSize(state.range(0)).patches();
     measurePairs(
-        state, "library file, encode", 0.5,
+        state, "library file, encode", {.ratio = 0.5, .patches = many},
         [&] { return secondsOf([&] {
                   benchmark::DoNotOptimize(LibraryJson::encode({patches, std::nullopt}));
               }); },
@@ -98,7 +101,7 @@ void decodeJson(benchmark::State &state)
     const QByteArray text = LibraryJson::encode({patches, std::nullopt});
     const QByteArray documentText = Baselines::encodeByDocument(patches);
     measurePairs(
-        state, "library file, decode", 0.75,
+        state, "library file, decode", {.ratio = 0.75, .patches = many},
         [&] { return secondsOf([&] { benchmark::DoNotOptimize(LibraryJson::decode(text)); }); },
         [&] { return secondsOf([&] { benchmark::DoNotOptimize(Baselines::decodeByDocument(documentText)); }); });
 }
@@ -126,7 +129,7 @@ void deleteTicked(benchmark::State &state)
         ids.append(patch.id());
     }
     measurePairs(
-        state, "delete 1,000 ticked", 3.0,
+        state, "delete 1,000 ticked", {.ratio = 3.0, .patches = many},
         [&] {
             VelgorLibrary library(patches, std::nullopt);
             storage.save(library);

@@ -55,12 +55,15 @@ QList<BatchFiles::Failure> BatchFiles::finish()
 {
     QList<Failure> failures;
     const QList<Staged> staged = std::exchange(m_staged, {});
+    // Another directory would get none of the files.
+    const bool isInPlace = !m_directory || m_directory->isInPlace();
     for (const Staged &file : staged) {
         if (m_discarded.contains(file.name)) {
             std::ignore = DiskFiles::remove(pathOf(file.temporary));
             continue;
         }
-        const QString error = DiskFiles::commit(*m_directory, file.temporary, file.name);
+        const QString error = isInPlace ? DiskFiles::commit(*m_directory, file.temporary, file.name)
+                                        : tr("another directory has taken the place of the library's");
         if (!error.isEmpty()) {
             failures.append({.path = pathOf(file.name), .error = error, .temporary = pathOf(file.temporary)});
         }

@@ -3,6 +3,7 @@
 #include "FileAccess.h"
 #include "OpenDirectory.h"
 
+#include <QCoreApplication>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -15,6 +16,8 @@ class DirectoryListing;
 /// sync() brings all of them to the disk, finish() puts them in place. What was not finished is removed with the
 /// object.
 class BatchFiles : public FileAccess {
+    Q_DECLARE_TR_FUNCTIONS(BatchFiles)
+
 public:
     /// Two names in the directory.
     struct Staged {

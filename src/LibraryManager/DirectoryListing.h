@@ -16,7 +16,7 @@ public:
     [[nodiscard]] static std::optional<DirectoryListing> scan(const QString &directory);
 
     /// Relative paths of everything but directories that hold "." + id + ".".
-    [[nodiscard]] QStringList pathsFor(quint64 id) const { return m_paths.value(id); }
+    [[nodiscard]] QStringList pathsFor(quint64 id) const;
     /// True when there is one path of this id, and it is this regular file directly in the directory.
     [[nodiscard]] bool hasOnly(quint64 id, const QString &name) const;
     /// What stands directly in the directory under this name.
@@ -28,8 +28,16 @@ public:
     void moved(const QString &from, const QString &to);
 
 private:
-    void insert(const QString &path, Kind kind);
+    /// Nearly every id has one path, which takes no list then.
+    struct Paths {
+        QString first;
+        Kind firstKind = Kind::Other; ///< as it was found
+        QStringList others;
+    };
 
-    QHash<quint64, QStringList> m_paths;
+    void insert(const QString &path, Kind kind);
+    void add(quint64 id, const QString &path, Kind kind);
+
+    QHash<quint64, Paths> m_paths;
     QHash<QString, Kind> m_kinds;
 };

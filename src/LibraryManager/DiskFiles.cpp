@@ -93,28 +93,44 @@ bool makeRoom(QByteArray &bytes, qint64 size)
     return true;
 }
 
-enum class Place { Nothing, File, Link, Other };
-
 /// What stands under a name; a link is not followed.
+struct Place {
+    enum class Kind { Nothing, File, Link, Other };
+    Kind kind = Kind::Nothing;
+    unsigned rights = 0; ///< of a file, in the system's form
+};
+
 Place whatIsAt(const OpenDirectory &directory, const QString &name)
 {
 #ifdef Q_OS_WIN
     const QFileInfo info(directory.pathOf(name));
-    const Place other = info.isFile() ? Place::File : Place::Other;
-    return info.isSymLink() ? Place::Link : (info.exists() ? other : Place::Nothing);
+    const Place::Kind other = info.isFile() ? Place::Kind::File : Place::Kind::Other;
+    const Place::Kind kind = info.isSymLink() ? Place::Kind::Link : (info.exists() ? other : Place::Kind::Nothing);
+    return {.kind = kind, .rights = static_cast<unsigned>(info.permissions())};
 #else
     struct stat status { };
     if (::fstatat(directory.descriptor(), directory.encoded(name).constData(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        return Place::Nothing;
+        return {};
     }
-    const Place other = S_ISREG(status.st_mode) ? Place::File : Place::Other;
-    return S_ISLNK(status.st_mode) ? Place::Link : other;
+    const Place::Kind other = S_ISREG(status.st_mode) ? Place::Kind::File : Place::Kind::Other;
+    constexpr unsigned rights = 0777;
+    return {.kind = S_ISLNK(status.st_mode) ? Place::Kind::Link : other, .rights = status.st_mode & rights};
 #endif
 }
 
-QString whyNotReplaceable(Place place)
+/// Where that is not possible, the file keeps the rights of any new file.
+void setRights(const OpenDirectory &directory, const QString &name, unsigned rights)
 {
-    return place == Place::Other ? DiskFiles::tr("there is something else than a file") : QString();
+#ifdef Q_OS_WIN
+    QFile::setPermissions(directory.pathOf(name), QFile::Permissions::fromInt(static_cast<int>(rights)));
+#else
+    std::ignore = ::fchmodat(directory.descriptor(), directory.encoded(name).constData(), rights, 0);
+#endif
+}
+
+QString whyNotReplaceable(const Place &place)
+{
+    return place.kind == Place::Kind::Other ? DiskFiles::tr("there is something else than a file") : QString();
 }
 
 /// The file that a chain of links leads to, whether or not it exists; the path itself where there is no link.
@@ -238,18 +254,20 @@ QString DiskFiles::whyNotReplaceable(const OpenDirectory &directory, const QStri
 QString DiskFiles::stage(const OpenDirectory &directory, const QString &name, const QByteArray &bytes,
     const Staging &staging, QString &temporary)
 {
-    const Place place = staging.isFree ? Place::Nothing : whatIsAt(directory, name);
+    const Place place = staging.isFree ? Place() : whatIsAt(directory, name);
     QString error = ::whyNotReplaceable(place);
     if (!error.isEmpty()) {
         return error;
     }
+    // Two names that are taken by chance are not to be met with; a file system that says so of every name is.
+    constexpr int mostAttempts = 8;
     bool isTaken = true;
-    while (isTaken) {
+    for (int attempt = 0; isTaken && attempt < mostAttempts; ++attempt) {
         temporary = TemporaryFiles::nameBeside(name);
         error = CheckedWriting::createFile(directory, temporary, bytes, staging.isSynced, isTaken);
     }
-    if (error.isEmpty() && place == Place::File) {
-        QFile::setPermissions(directory.pathOf(temporary), QFile::permissions(directory.pathOf(name)));
+    if (error.isEmpty() && place.kind == Place::Kind::File) {
+        setRights(directory, temporary, place.rights);
     }
     return error;
 }

@@ -25,8 +25,8 @@ public:
     /// export would destroy. Removes what programs that were killed while they wrote into that directory left there.
     [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
 
-    /// `room` is memory that may be used for the bytes.
     [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);
+    /// `room` is memory that may be used for the bytes.
     [[nodiscard]] static FileReadResult readRegular(
         const OpenDirectory &directory, const QString &name, Links links, QByteArray room = {});
     /// Writes a temporary file beside `path`, checks and synchronises it, and renames it over `path`, so that an

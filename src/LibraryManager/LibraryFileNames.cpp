@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QRegularExpression>
+#include <QStringBuilder>
 
 namespace LibraryFileNames {
 
@@ -127,8 +128,9 @@ QString patchFile(const QString &patchName, quint64 patchID)
     QString name = patchName.isValidUtf16() ? patchName : QString::fromUtf8(patchName.toUtf8());
     name.remove(QChar(u'\0'));
     name.replace(u'/', u'$');
-    const QString end = u'.' + QString::number(patchID) + patchSuffix;
-    return patchPrefix + Utf8Text::longestPrefixWithin(name, longestFileName - patchPrefix.size() - end.size()) + end;
+    const QString id = QString::number(patchID);
+    const qsizetype rest = patchPrefix.size() + 1 + id.size() + patchSuffix.size();
+    return patchPrefix % Utf8Text::longestPrefixWithin(name, longestFileName - rest) % u'.' % id % patchSuffix;
 }
 
 std::optional<quint64> patchFileId(const QString &name)
@@ -147,9 +149,9 @@ QString patchNameIn(const QString &fileName)
     return base.first(base.lastIndexOf(u'.')).sliced(patchPrefix.size());
 }
 
-QList<quint64> idsIn(const QString &path)
+PathIds idsIn(const QString &path)
 {
-    QList<quint64> ids;
+    PathIds ids;
     qsizetype from = path.indexOf(u'.');
     while (from >= 0) {
         const qsizetype to = path.indexOf(u'.', from + 1);

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QDateTime>
-#include <QList>
 #include <QString>
 #include <QUrl>
+#include <QVarLengthArray>
 
 #include <optional>
 
@@ -47,8 +47,10 @@ namespace LibraryFileNames {
 [[nodiscard]] std::optional<quint64> patchFileId(const QString &name);
 /// The patch name in the name of a patch file: with "$" for "/", and as much of it as a file name holds.
 [[nodiscard]] QString patchNameIn(const QString &fileName);
+/// Nearly every path holds one.
+using PathIds = QVarLengthArray<quint64, 1>;
 /// Every number between two dots of a path, as ids are written: decimal, without leading zeros, within 64 bits.
-[[nodiscard]] QList<quint64> idsIn(const QString &path);
+[[nodiscard]] PathIds idsIn(const QString &path);
 
 /// A path as it is shown in printed lines: a file address.
 [[nodiscard]] QString address(const QString &path);

@@ -18,9 +18,12 @@ bool isTemporaryName(const QString &name)
 
 QByteArray LibraryJournal::encode() const
 {
+    constexpr qsizetype usualLineSize = 72;
     QByteArray text;
+    text.reserve(staged.size() * usualLineSize);
     for (auto file = staged.cbegin(); file != staged.cend(); ++file) {
-        text.append(putWord).append(QByteArray::number(file.key()) + ' ' + file.value().toUtf8() + '\n');
+        text.append(putWord).append(QByteArray::number(file.key())).append(' ');
+        text.append(file.value().toUtf8()).append('\n');
     }
     for (const quint64 id : removed) {
         text.append(removeWord).append(QByteArray::number(id) + '\n');

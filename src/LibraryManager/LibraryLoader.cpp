@@ -10,22 +10,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <limits>
 #include <utility>
-
-namespace {
-
-/// Spread over 63 bits like any other id, and the same at every reading of a library, which nothing else may save.
-quint64 freshId(quint64 id)
-{
-    // The finaliser of the SplitMix64 generator.
-    id += 0x9e3779b97f4a7c15;
-    id = (id ^ (id >> 30)) * 0xbf58476d1ce4e5b9;
-    id = (id ^ (id >> 27)) * 0x94d049bb133111eb;
-    return (id ^ (id >> 31)) & std::numeric_limits<qint64>::max();
-}
-
-} // namespace
 
 LibraryLoader::LibraryLoader(const QString &directory, Report report)
     : m_directory(directory)
@@ -67,14 +52,9 @@ void LibraryLoader::readJournal()
 
 void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult &result)
 {
-    const QList<Entry> entries = withUniqueIds(content.patches);
-    QList<VelgorPatch> patches;
-    patches.reserve(entries.size());
-    for (const Entry &entry : entries) {
-        patches.append(entry.patch);
-    }
-    result.library = std::make_unique<VelgorLibrary>(patches, content.defaultPatch);
-    const Progress progress = loadPatches(*result.library, entries, result);
+    m_entries = LibraryEntries(content.patches);
+    result.library = std::make_unique<VelgorLibrary>(m_entries.patches(), content.defaultPatch);
+    const Progress progress = loadPatches(*result.library, result);
     if (!progress.complete) {
         Diagnostics::printLine(QStringLiteral("Incomplete library loading: %1 out of %2")
                                    .arg(progress.loaded)
@@ -83,21 +63,21 @@ void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult 
     }
     UnreadPatches &unread = result.writeState.unread;
     if (!unread.isEmpty()) {
-        for (const Entry &entry : entries) {
-            unread.order.append(entry.patch.id());
+        for (const VelgorPatch &entry : m_entries.patches()) {
+            unread.order.append(entry.id());
         }
         unread.defaultPatch = content.defaultPatch;
     }
-    noteDropped(entries, result);
-    noteRemoved(entries, result);
+    noteDropped(result);
+    noteRemoved(result);
 }
 
-void LibraryLoader::noteRemoved(const QList<Entry> &entries, LibraryLoadResult &result) const
+void LibraryLoader::noteRemoved(LibraryLoadResult &result) const
 {
     QSet<quint64> present;
     if (!m_journal.removed.isEmpty()) {
-        for (const Entry &entry : entries) {
-            present.insert(entry.storedId);
+        for (const VelgorPatch &entry : m_entries.patches()) {
+            present.insert(m_entries.storedId(entry));
         }
     }
     result.leftovers.removed = m_journal.removed;
@@ -117,22 +97,22 @@ std::unique_ptr<VelgorLibrary> LibraryLoader::withoutUnfilled(const VelgorLibrar
     return result;
 }
 
-void LibraryLoader::noteDropped(const QList<Entry> &stored, LibraryLoadResult &result) const
+void LibraryLoader::noteDropped(LibraryLoadResult &result) const
 {
-    const bool isPlaceholder =
-        stored.size() == 1 && stored.first().patch.empty && stored.first().patch.comment.isEmpty();
+    const QList<VelgorPatch> &stored = m_entries.patches();
+    const bool isPlaceholder = stored.size() == 1 && stored.first().empty && stored.first().comment.isEmpty();
     // An empty place takes no part in the library; what was said about it is in its file only.
     const bool hasEmptyPlaces =
-        std::any_of(stored.begin(), stored.end(), [](const Entry &entry) { return entry.patch.empty; });
+        std::any_of(stored.begin(), stored.end(), [](const VelgorPatch &entry) { return entry.empty; });
     const qsizetype loaded = result.library ? result.library->patches().size() : 0;
     if (isPlaceholder || (loaded == stored.size() && !hasEmptyPlaces)) {
         return;
     }
-    for (const Entry &entry : stored) {
-        if (!result.library || !result.library->getPatchFromId(entry.patch.id())) {
-            result.droppedPatches.append(entry.patch.name);
-            result.droppedProblems.append(m_failures.value(entry.patch.id(), entry.patch.name));
-            result.droppedEntries.append(entry.patch);
+    for (const VelgorPatch &entry : stored) {
+        if (!result.library || !result.library->getPatchFromId(entry.id())) {
+            result.droppedPatches.append(entry.name);
+            result.droppedProblems.append(m_failures.value(entry.id(), entry.name));
+            result.droppedEntries.append(entry);
         }
     }
     if (!hasEmptyPlaces && result.droppedEntries.size() == result.writeState.unread.patches.size()) {
@@ -209,44 +189,21 @@ void LibraryLoader::noteWithoutContent(const FileReadResult &file, bool isThere,
     }
 }
 
-QList<LibraryLoader::Entry> LibraryLoader::withUniqueIds(const QList<VelgorPatch> &patches)
+LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, LibraryLoadResult &result)
 {
-    QList<Entry> entries;
-    entries.reserve(patches.size());
-    QSet<quint64> ids;
-    ids.reserve(patches.size());
-    QHash<quint64, quint64> lastFresh; // for each id that stands there again: the chain goes on from here
-    for (const VelgorPatch &patch : patches) {
-        quint64 id = patch.id();
-        if (ids.contains(id)) {
-            id = lastFresh.value(id, id);
-            while (ids.contains(id)) {
-                id = freshId(id);
-            }
-            lastFresh.insert(patch.id(), id);
-        }
-        ids.insert(id);
-        entries.append({.patch = id == patch.id() ? patch : patch.withId(id), .storedId = patch.id()});
-    }
-    return entries;
-}
-
-LibraryLoader::Progress LibraryLoader::loadPatches(
-    VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result)
-{
-    if (entries.isEmpty()) {
+    const QList<VelgorPatch> &stored = m_entries.patches();
+    if (stored.isEmpty()) {
         Diagnostics::printLine(QStringLiteral("Nothing to load into library"));
         return {.complete = false};
     }
-    m_entries = entries;
     Progress progress;
     qsizetype done = 0;
-    for (const Entry &entry : entries) {
+    for (const VelgorPatch &entry : stored) {
         QString fileName;
         if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
-            library.append(*presets, true, entry.patch.id());
+            library.append(*presets, true, entry.id());
             ++progress.loaded;
-            if (entry.patch.id() != entry.storedId) {
+            if (m_entries.hasFreshId(entry)) {
                 // It will be stored anew under its own id; its former file still carries the other patch's.
                 result.writeState.leftAlone.insert(fileName);
             }
@@ -255,18 +212,23 @@ LibraryLoader::Progress LibraryLoader::loadPatches(
         }
         ++done;
         if (m_report) {
-            m_report(done, entries.size());
+            m_report(done, stored.size());
         }
     }
     return progress;
 }
 
-std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString &fileName, LibraryLoadResult &result)
+std::optional<SPresetFile> LibraryLoader::readPatch(
+    const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result)
 {
-    fileName = LibraryFileNames::patchFile(entry.patch.name, entry.storedId);
+    fileName = LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry));
     // Nothing of the bytes stays, so that all files can be read into the same memory.
     FileReadResult file =
         DiskFiles::readRegular(m_openDirectory, fileName, DiskFiles::Links::Refuse, std::exchange(m_room, {}));
+    if (!file.bytes && !m_openDirectory.isInPlace()) {
+        file = DiskFiles::readRegular(pathOf(fileName), DiskFiles::Links::Refuse);
+    }
+    bool isUnreadable = file.isUnreadable;
     std::optional<SPresetFile> presets;
     if (file.bytes) {
         presets = SPresetFile::fromData(*file.bytes);
@@ -276,17 +238,17 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
         m_room = std::exchange(*file.bytes, {});
     }
     if (!presets) {
-        presets = readFromJournal(entry, result);
+        presets = readFromJournal(entry, result, isUnreadable);
     }
     if (!presets) {
-        presets = readFromOtherFile(entry, fileName);
+        presets = readFromOtherFile(entry, fileName, isUnreadable);
     }
-    if (!presets && file.isUnreadable) {
-        result.writeState.unread.patches.insert(entry.patch.id(), entry.patch.withId(entry.storedId));
+    if (!presets && isUnreadable) {
+        result.writeState.unread.patches.insert(entry.id(), entry.withId(m_entries.storedId(entry)));
     }
     if (!presets) {
         const QString reason = file.bytes ? tr("not a preset file") : file.error;
-        m_failures.insert(entry.patch.id(), tr("%1: %2 (%3)").arg(entry.patch.name.simplified(), reason, fileName));
+        m_failures.insert(entry.id(), tr("%1: %2 (%3)").arg(entry.name.simplified(), reason, fileName));
     }
     if (!presets && !file.bytes) {
         Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(pathOf(fileName)));
@@ -294,30 +256,35 @@ std::optional<SPresetFile> LibraryLoader::readPatch(const Entry &entry, QString 
     return presets;
 }
 
-std::optional<SPresetFile> LibraryLoader::readFromJournal(const Entry &entry, LibraryLoadResult &result)
+std::optional<SPresetFile> LibraryLoader::readFromJournal(
+    const VelgorPatch &entry, LibraryLoadResult &result, bool &isUnreadable)
 {
-    const QString temporary = m_journal.staged.value(entry.storedId);
-    std::optional<SPresetFile> presets = temporary.isEmpty() ? std::nullopt : readOnePatch(temporary);
+    const QString temporary = m_journal.staged.value(m_entries.storedId(entry));
+    std::optional<SPresetFile> presets = temporary.isEmpty() ? std::nullopt : readOnePatch(temporary, isUnreadable);
     if (presets) {
-        result.leftovers.unfinished.insert(temporary, LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
+        result.leftovers.unfinished.insert(
+            temporary, LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry)));
     }
     return presets;
 }
 
-std::optional<SPresetFile> LibraryLoader::readFromOtherFile(const Entry &entry, QString &fileName)
+std::optional<SPresetFile> LibraryLoader::readFromOtherFile(
+    const VelgorPatch &entry, QString &fileName, bool &isUnreadable)
 {
-    auto known = m_otherFiles.find(entry.storedId);
+    const quint64 id = m_entries.storedId(entry);
+    auto known = m_otherFiles.find(id);
     if (known == m_otherFiles.end()) {
-        known = m_otherFiles.insert(entry.storedId, otherFiles(entry.storedId));
+        known = m_otherFiles.insert(id, {.names = otherFiles(id)});
     }
-    QStringList &names = known.value();
-    while (!names.isEmpty()) {
-        if (std::optional<SPresetFile> presets = readOnePatch(names.first())) {
-            fileName = names.first();
+    OtherFiles &files = known.value();
+    while (!files.names.isEmpty()) {
+        if (std::optional<SPresetFile> presets = readOnePatch(files.names.first(), files.areUnreadable)) {
+            fileName = files.names.first();
             return presets;
         }
-        names.removeFirst();
+        files.names.removeFirst();
     }
+    isUnreadable = isUnreadable || files.areUnreadable;
     return std::nullopt;
 }
 
@@ -326,9 +293,9 @@ QStringList LibraryLoader::otherFiles(quint64 id)
     if (!m_listing) {
         m_listing =
             std::make_unique<DirectoryListing>(DirectoryListing::scan(m_directory).value_or(DirectoryListing()));
-        m_expectedNames.reserve(m_entries.size());
-        for (const Entry &entry : std::as_const(m_entries)) {
-            m_expectedNames.insert(LibraryFileNames::patchFile(entry.patch.name, entry.storedId));
+        m_expectedNames.reserve(m_entries.patches().size());
+        for (const VelgorPatch &entry : m_entries.patches()) {
+            m_expectedNames.insert(LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry)));
         }
     }
     QStringList names;
@@ -342,9 +309,10 @@ QStringList LibraryLoader::otherFiles(quint64 id)
     return names;
 }
 
-std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name) const
+std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name, bool &isUnreadable) const
 {
     const FileReadResult file = DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse);
+    isUnreadable = isUnreadable || file.isUnreadable;
     std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
     return presets && presets->patches.size() == 1 ? presets : std::nullopt;
 }

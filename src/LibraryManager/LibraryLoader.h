@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LibraryEntries.h"
 #include "LibraryJournal.h"
 #include "LibraryJson.h"
 #include "LibrarySweeper.h"
@@ -60,10 +61,11 @@ private:
         bool complete = true;
         qsizetype loaded = 0;
     };
-    /// A patch and the id under which its file is stored, which differs for the second of two equal ids.
-    struct Entry {
-        VelgorPatch patch;
-        quint64 storedId = 0;
+
+    /// The files of other names that may hold the patch of an id, without those that proved not to.
+    struct OtherFiles {
+        QStringList names;
+        bool areUnreadable = false; ///< at least one was, for the moment
     };
 
     [[nodiscard]] std::optional<LibraryJson::Content> readLibraryFile(LibraryLoadResult &result);
@@ -71,27 +73,29 @@ private:
     void noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const;
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
-    void noteDropped(const QList<Entry> &stored, LibraryLoadResult &result) const;
-    [[nodiscard]] static QList<Entry> withUniqueIds(const QList<VelgorPatch> &patches);
-    Progress loadPatches(VelgorLibrary &library, const QList<Entry> &entries, LibraryLoadResult &result);
+    void noteDropped(LibraryLoadResult &result) const;
+    Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
-        const Entry &entry, QString &fileName, LibraryLoadResult &result);
-    [[nodiscard]] std::optional<SPresetFile> readFromJournal(const Entry &entry, LibraryLoadResult &result);
-    [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(const Entry &entry, QString &fileName);
+        const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
+    [[nodiscard]] std::optional<SPresetFile> readFromJournal(
+        const VelgorPatch &entry, LibraryLoadResult &result, bool &isUnreadable);
+    [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(
+        const VelgorPatch &entry, QString &fileName, bool &isUnreadable);
     /// The files that may hold the patch of an id, the most likely first.
     [[nodiscard]] QStringList otherFiles(quint64 id);
-    [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name) const;
-    void noteRemoved(const QList<Entry> &entries, LibraryLoadResult &result) const;
+    /// `isUnreadable` becomes true when there is a file that cannot be read for the moment.
+    [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name, bool &isUnreadable) const;
+    void noteRemoved(LibraryLoadResult &result) const;
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
     OpenDirectory m_openDirectory;
     Report m_report;
     QHash<quint64, QString> m_failures; ///< patch id to the file that could not be loaded, and why
-    QList<Entry> m_entries;
+    LibraryEntries m_entries;
     QByteArray m_room; ///< memory of the file that was read before
     QSet<QString> m_expectedNames; ///< the file name of every entry; made with the listing
-    QHash<quint64, QStringList> m_otherFiles; ///< what may hold the patch of an id; unreadable ones are taken out
+    QHash<quint64, OtherFiles> m_otherFiles; ///< by id
     LibraryJournal m_journal; ///< of a save that has not ended
     std::unique_ptr<DirectoryListing> m_listing; ///< made when the first patch is not under its name
 };

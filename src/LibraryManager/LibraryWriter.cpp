@@ -14,6 +14,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <future>
 
 LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &state)
     : m_directory(directory)
@@ -27,9 +28,11 @@ LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
     settleOrphanedJournal();
+    // While this thread waits for the disk. Where there can be no second thread, it is done when it is asked for.
+    std::future<QByteArray> text = std::async(std::launch::async | std::launch::deferred,
+        [content = withUnread(library)] { return LibraryJson::encode(content); });
     if (prepare(library.patches) && writeJournal()) {
-        const QByteArray text = LibraryJson::encode(withUnread(library));
-        LibraryFileWriter(m_directory, m_result).write(text);
+        LibraryFileWriter(m_directory, m_result).write(text.get());
         carryOut();
     } else {
         Diagnostics::printLine(QStringLiteral("cannot encode library"));
@@ -127,7 +130,6 @@ bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFi
 {
     PatchFileHandler handler(files);
     if (handler.save(patch, pathOf(name))) {
-        m_newFiles.insert(name, patch.id());
         return true;
     }
     m_result.problems.append(handler.problem());
@@ -140,7 +142,7 @@ bool LibraryWriter::writeJournal()
     LibraryJournal journal;
     journal.removed = m_result.state.idsToRemove;
     for (const BatchFiles::Staged &file : m_files.staged()) {
-        journal.staged.insert(m_newFiles.value(file.name), file.temporary);
+        journal.staged.insert(LibraryFileNames::patchFileId(file.name).value_or(0), file.temporary);
     }
     if (journal.isEmpty()) {
         return true;

@@ -63,7 +63,6 @@ private:
     LibraryWriteResult m_result;
     BatchFiles m_files;
     std::optional<DirectoryListing> m_listing; ///< as it will be once everything planned is done
-    QHash<QString, quint64> m_newFiles; ///< name of the file that a patch gets, to the patch's id
     QHash<QString, quint64> m_damagedFiles; ///< name of the file that makes room, to the patch's id
     QList<Move> m_moves;
     QStringList m_unfinished; ///< temporary files of the journal that are not in place

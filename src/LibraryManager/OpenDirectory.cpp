@@ -11,9 +11,15 @@ OpenDirectory::OpenDirectory(const QString &path)
 
 OpenDirectory::~OpenDirectory() = default;
 
+bool OpenDirectory::isInPlace() const
+{
+    return true;
+}
+
 #else
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -38,6 +44,17 @@ OpenDirectory::~OpenDirectory()
     if (m_descriptor >= 0) {
         ::close(m_descriptor);
     }
+}
+
+bool OpenDirectory::isInPlace() const
+{
+    if (m_descriptor < 0) {
+        return true;
+    }
+    struct stat held { };
+    struct stat found { };
+    return ::fstat(m_descriptor, &held) == 0 && ::stat(QFile::encodeName(m_path).constData(), &found) == 0
+        && held.st_dev == found.st_dev && held.st_ino == found.st_ino;
 }
 
 int OpenDirectory::descriptor() const

@@ -16,6 +16,9 @@ public:
 
     [[nodiscard]] QString pathOf(const QString &name) const { return m_path.isEmpty() ? name : m_path + u'/' + name; }
 
+    /// False when another directory, or none, stands under the path by now.
+    [[nodiscard]] bool isInPlace() const;
+
 #ifndef Q_OS_WIN
     /// For the system calls that take a directory, and the name that belongs to it.
     [[nodiscard]] int descriptor() const;

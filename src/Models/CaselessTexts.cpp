@@ -38,12 +38,12 @@ char lowered(char16_t unit)
 std::string_view CaselessTexts::at(qsizetype row) const
 {
     const Span &span = m_spans.at(row);
-    return {m_bytes.data() + span.begin, static_cast<size_t>(span.size)};
+    return {m_bytes.data() + span.begin, span.size};
 }
 
 bool CaselessTexts::canSearch(const QString &text) const
 {
-    return m_isEveryTextValid && text.isValidUtf16();
+    return m_invalidTexts == 0 && text.isValidUtf16();
 }
 
 QList<qsizetype> CaselessTexts::sortedRows(bool ascending) const
@@ -74,7 +74,7 @@ void CaselessTexts::append(const QString &text)
 
 void CaselessTexts::replace(qsizetype row, const QString &text)
 {
-    m_formerBytes += m_spans.at(row).size;
+    forget(m_spans.at(row));
     m_spans[row] = added(text);
     dropFormerTexts();
 }
@@ -82,7 +82,7 @@ void CaselessTexts::replace(qsizetype row, const QString &text)
 void CaselessTexts::remove(const QList<qsizetype> &ascendingRows)
 {
     for (const qsizetype row : ascendingRows) {
-        m_formerBytes += m_spans.at(row).size;
+        forget(m_spans.at(row));
     }
     m_spans.remove(ascendingRows);
     dropFormerTexts();
@@ -91,6 +91,7 @@ void CaselessTexts::remove(const QList<qsizetype> &ascendingRows)
 CaselessTexts::Span CaselessTexts::added(const QString &text)
 {
     const QStringView units(text);
+    bool isValid = true;
     const size_t begin = m_bytes.size();
     const char16_t *const end = units.utf16() + units.size();
     if (std::all_of(units.utf16(), end, isAscii)) {
@@ -100,9 +101,18 @@ CaselessTexts::Span CaselessTexts::added(const QString &text)
     } else {
         const QByteArray key = Utf8Text::caselessKey(text);
         m_bytes.append(key.constData(), static_cast<size_t>(key.size()));
-        m_isEveryTextValid = m_isEveryTextValid && units.isValidUtf16();
+        isValid = units.isValidUtf16();
+        m_invalidTexts += isValid ? 0 : 1;
     }
-    return {.begin = static_cast<qsizetype>(begin), .size = static_cast<qsizetype>(m_bytes.size() - begin)};
+    return {.begin = static_cast<qsizetype>(begin),
+        .size = static_cast<quint32>(m_bytes.size() - begin),
+        .isValid = isValid};
+}
+
+void CaselessTexts::forget(const Span &span)
+{
+    m_formerBytes += span.size;
+    m_invalidTexts -= span.isValid ? 0 : 1;
 }
 
 void CaselessTexts::dropFormerTexts()

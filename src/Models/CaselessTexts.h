@@ -3,6 +3,7 @@
 #include "RowValues.h"
 
 #include <QString>
+#include <QtGlobal>
 
 #include <string>
 #include <string_view>
@@ -32,14 +33,16 @@ public:
 private:
     struct Span {
         qsizetype begin = 0;
-        qsizetype size = 0;
+        quint32 size = 0;
+        bool isValid = true; ///< the text has a UTF-8 form
     };
 
     [[nodiscard]] Span added(const QString &text);
+    void forget(const Span &span);
     void dropFormerTexts();
 
     std::string m_bytes;
     RowValues<Span> m_spans;
     qsizetype m_formerBytes = 0;
-    bool m_isEveryTextValid = true;
+    qsizetype m_invalidTexts = 0;
 };

@@ -23,7 +23,7 @@ QList<VelgorPatch> ContentEditor::patchesForDrop(quint64 id, qsizetype location)
     const qsizetype room = std::max<qsizetype>(m_content.velgorContentPatchList().size() - location, 0);
     QList<VelgorPatch> patches;
     if (m_library.isMultiSel()) {
-        patches = m_library.getMultiSelection();
+        patches = m_library.getMultiSelection(room);
     } else if (const auto found = m_library.getPatchFromId(id); found && !found->patch->empty) {
         patches.append(*found->patch);
     }
@@ -98,7 +98,7 @@ QList<qsizetype> ContentEditor::selectedRows() const
 bool ContentEditor::canPut() const
 {
     const bool hasPatch =
-        m_library.isMultiSel() ? m_library.multiSelections().count(true) > 0 : selectedPatch() != nullptr;
+        m_library.isMultiSel() ? m_library.tickedCount() > 0 : selectedPatch() != nullptr;
     return hasPatch && !selectedRows().isEmpty();
 }
 

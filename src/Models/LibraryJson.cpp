@@ -11,6 +11,8 @@ namespace LibraryJson {
 
 namespace {
 
+constexpr qsizetype usualPatchSize = 320; // bytes of text
+
 /// What stands before each value of a patch: the bracket or the comma, and the key.
 const std::array<QByteArray, patchJsonFieldCount> &leads()
 {
@@ -91,7 +93,6 @@ QByteArray encodePatch(const VelgorPatch &patch)
 
 QByteArray encode(const Content &library)
 {
-    constexpr qsizetype usualPatchSize = 320;
     QByteArray text;
     text.reserve(library.patches.size() * usualPatchSize);
     text += R"({"patches":[)";
@@ -113,7 +114,7 @@ std::optional<Content> decode(const QByteArray &text)
     if (text.contains('\0')) {
         return std::nullopt;
     }
-    LibraryJsonReader reader;
+    LibraryJsonReader reader(text.size() / usualPatchSize);
     const bool isComplete = nlohmann::json::sax_parse(text.begin(), text.end(), &reader);
     return isComplete ? reader.result() : std::nullopt;
 }

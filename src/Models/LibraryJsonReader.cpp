@@ -33,6 +33,11 @@ const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields()
     return fields;
 }
 
+LibraryJsonReader::LibraryJsonReader(qsizetype expectedPatches)
+{
+    m_content.patches.reserve(expectedPatches);
+}
+
 std::optional<LibraryJson::Content> LibraryJsonReader::result() const
 {
     return m_place == Place::End && m_hasPatches ? std::optional(m_content) : std::nullopt;

@@ -21,6 +21,9 @@ const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields();
 /// Builds a library from the events of a JSON text, without a tree: nesting and size cost no more than the text.
 class LibraryJsonReader final : public nlohmann::json::json_sax_t {
 public:
+    /// `expectedPatches` is a guess.
+    explicit LibraryJsonReader(qsizetype expectedPatches);
+
     /// The library, once the whole text was read; nothing when it is not one.
     [[nodiscard]] std::optional<LibraryJson::Content> result() const;
 

@@ -10,14 +10,6 @@
 VelgorContent::VelgorContent(QObject *parent)
     : QObject(parent)
 {
-    // Connected before anybody else can be, so that who is told of a change finds hashes of the changed list.
-    const auto forget = [this] { m_soundHashes.reset(); };
-    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
-             &VelgorContent::rowsChanged}) {
-        connect(this, signal, this, forget);
-    }
-    connect(this, &VelgorContent::reordered, this, forget);
-    connect(this, &VelgorContent::wasReset, this, forget);
 }
 
 void VelgorContent::setLimit(int limit)
@@ -91,7 +83,7 @@ void VelgorContent::populate(const SPresetFile &presets)
         Diagnostics::fatalStop("preset file with fewer records than it counts");
     }
     Q_EMIT aboutToBeReset();
-    m_slots.clear();
+    changingSlots().clear();
     setLimit(count);
     fill(std::nullopt);
     QMap<QString, int> versions;
@@ -107,7 +99,7 @@ void VelgorContent::createNew(const VelgorPatch &fillwith)
     // Copied before the former slots go, as the patch may stand in one of them.
     const std::optional<VelgorPatch> filler(fillwith);
     Q_EMIT aboutToBeReset();
-    m_slots.clear();
+    changingSlots().clear();
     setLimit(newListSize);
     fill(filler);
     Q_EMIT wasReset();
@@ -123,7 +115,7 @@ void VelgorContent::adjust(const std::optional<VelgorPatch> &fillwith)
         Q_EMIT rowsInserted(before, after - 1);
     } else if (after < before) {
         Q_EMIT rowsAboutToBeRemoved(after, before - 1);
-        m_slots.remove(after, before - after);
+        changingSlots().remove(after, before - after);
         Q_EMIT rowsRemoved(after, before - 1);
     }
     renum();
@@ -131,11 +123,12 @@ void VelgorContent::adjust(const std::optional<VelgorPatch> &fillwith)
 
 void VelgorContent::fill(const std::optional<VelgorPatch> &fillwith)
 {
-    m_slots.reserve(m_limit);
-    while (m_slots.size() < m_limit) {
+    QList<VelgorContentPatch> &list = changingSlots();
+    list.reserve(m_limit);
+    while (list.size() < m_limit) {
         VelgorContentPatch slot(fillwith ? *fillwith : VelgorPatch(QStringLiteral("-empty-"), false));
-        slot.standAt(m_slots.size());
-        m_slots.append(slot);
+        slot.standAt(list.size());
+        list.append(slot);
     }
 }
 
@@ -163,7 +156,7 @@ void VelgorContent::setPatches(const QList<VelgorPatch> &patches, qsizetype loca
 
 void VelgorContent::place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions)
 {
-    VelgorPatch &held = m_slots[location].patch;
+    VelgorPatch &held = changingSlots()[location].patch;
     versions[held.version] = std::max(0, versions.value(held.version, 0) - 1);
     ++versions[patch.version];
     held = patch;
@@ -184,11 +177,11 @@ void VelgorContent::replace(const QList<qsizetype> &rows, const VelgorPatch &wit
         return;
     }
     // Copied before the former slots go, as the patch may stand in one of them.
-    const std::optional<VelgorPatch> patch(with);
+    const VelgorContentPatch filler(with);
     for (const qsizetype row : rows) {
-        VelgorContentPatch slot(*patch);
+        VelgorContentPatch slot(filler.patch);
         slot.standAt(row);
-        m_slots[row] = slot;
+        changingSlots()[row] = slot;
     }
     Q_EMIT rowsChanged(rows.first(), rows.last());
 }
@@ -220,7 +213,7 @@ void VelgorContent::moveOne(qsizetype from, qsizetype offset)
         return;
     }
     Q_EMIT rowAboutToBeMoved(from, offset);
-    m_slots.move(from, offset > from ? offset - 1 : offset);
+    changingSlots().move(from, offset > from ? offset - 1 : offset);
     Q_EMIT rowMoved(from, offset);
 }
 
@@ -242,10 +235,11 @@ void VelgorContent::moveMany(const QList<qsizetype> &rows, qsizetype offset)
         return;
     }
     Q_EMIT aboutToBeReordered();
+    QList<VelgorContentPatch> &former = changingSlots();
     QList<VelgorContentPatch> reorderedSlots;
-    reorderedSlots.reserve(m_slots.size());
+    reorderedSlots.reserve(former.size());
     for (const qsizetype row : std::as_const(formerRows)) {
-        reorderedSlots.append(std::move(m_slots[row]));
+        reorderedSlots.append(std::move(former[row]));
     }
     m_slots = reorderedSlots;
     Q_EMIT reordered(formerRows);
@@ -257,11 +251,15 @@ void VelgorContent::propagateChangedPatch(const VelgorPatch &velgorPatch)
     if (patch.patchData) {
         patch.patchData->name = patch.name;
     }
+    const std::optional<quint64> hash = m_soundHashes ? patch.soundHash() : std::nullopt;
     qsizetype first = -1;
     qsizetype last = -1;
     for (qsizetype row = 0; row < m_slots.size(); ++row) {
         if (m_slots.at(row).patch.id() == patch.id()) {
             m_slots[row].patch = patch;
+            if (m_soundHashes) {
+                (*m_soundHashes)[row] = hash;
+            }
             first = first < 0 ? row : first;
             last = row;
         }
@@ -304,6 +302,12 @@ void VelgorContent::recountVersions()
         ++versions[slot.patch.version];
     }
     setVersions(versions);
+}
+
+QList<VelgorContentPatch> &VelgorContent::changingSlots()
+{
+    m_soundHashes.reset();
+    return m_slots;
 }
 
 const RowValues<std::optional<quint64>> &VelgorContent::soundHashes() const

@@ -91,6 +91,7 @@ Q_SIGNALS:
     void rowMoved(qsizetype from, qsizetype offset);
     void rowsChanged(qsizetype first, qsizetype last);
     /// Several slots moved at once: formerRows holds, for each row, the row that its slot had before.
+    /// rowsChanged() follows, for the numbers of the slots.
     void aboutToBeReordered();
     void reordered(const QList<qsizetype> &formerRows);
     /// The whole list was exchanged.
@@ -116,6 +117,9 @@ private:
 
     int m_limit = 0;
     QList<VelgorContentPatch> m_slots;
+    /// For changes of patches or rows, before which the hashes below are forgotten.
+    [[nodiscard]] QList<VelgorContentPatch> &changingSlots();
+
     mutable std::optional<RowValues<std::optional<quint64>>> m_soundHashes; ///< made when asked for
     QMap<QString, int> m_versions;
     bool m_openError = false;

@@ -8,6 +8,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 VelgorLibrary::VelgorLibrary(QObject *parent)
     : QObject(parent)
@@ -36,6 +37,7 @@ void VelgorLibrary::setIsMultiSel(bool isMultiSel)
 
 void VelgorLibrary::setMultiSelections(const MultiSelections &multiSelections)
 {
+    m_tickedCount.reset();
     setObservable(this, m_multiSelections, multiSelections, &VelgorLibrary::multiSelectionsChanged);
 }
 
@@ -68,6 +70,7 @@ void VelgorLibrary::takeOver(const VelgorLibrary &loaded)
     };
     assign(m_selection, std::optional<quint64>(), &VelgorLibrary::selectionChanged);
     assign(m_isMultiSel, false, &VelgorLibrary::isMultiSelChanged);
+    m_tickedCount.reset();
     assign(m_multiSelections, MultiSelections(), &VelgorLibrary::multiSelectionsChanged);
     assign(m_deleteConfirm, false, &VelgorLibrary::deleteConfirmChanged);
     assign(m_inverseSort, TripleBool::tripleFalse, &VelgorLibrary::inverseSortChanged);
@@ -153,8 +156,8 @@ bool VelgorLibrary::update(const VelgorPatch &patch)
         return true;
     }
     m_index.changed(found->index, stored, patch);
+    m_emptyCount += (patch.empty ? 1 : 0) - (stored.empty ? 1 : 0);
     m_patches[found->index] = patch;
-    countEmpty();
     Q_EMIT rowsChanged(found->index, found->index);
     return true;
 }
@@ -288,7 +291,7 @@ void VelgorLibrary::replacePresetData(qsizetype row, const VelgorPatch &patch)
     after.userIRData = patch.userIRData;
     after.headerData = patch.headerData;
     m_index.changed(row, m_patches.at(row), after);
-    m_patches[row] = after;
+    m_patches[row] = std::move(after);
     Q_EMIT rowsChanged(row, row);
 }
 

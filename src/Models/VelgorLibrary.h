@@ -10,6 +10,7 @@
 #include <QList>
 #include <QObject>
 
+#include <limits>
 #include <optional>
 
 /// The user's collection of patches: an ordered list with unique ids, a selection, ticks and a default patch.
@@ -90,8 +91,10 @@ public:
     /// Every patch, ticked when its preset content and impulse response equal those of `id` whatever the names.
     /// Empty for an unknown id and for the placeholder.
     [[nodiscard]] MultiSelections findSimilarPatches(quint64 id) const;
-    /// The ticked patches that exist, in library order.
-    [[nodiscard]] QList<VelgorPatch> getMultiSelection() const;
+    /// The ticked patches that exist, in library order; the first `atMost` of them.
+    [[nodiscard]] QList<VelgorPatch> getMultiSelection(qsizetype atMost = std::numeric_limits<qsizetype>::max()) const;
+    /// The same as multiSelections().count(true), without a walk over all ticks.
+    [[nodiscard]] qsizetype tickedCount() const;
 
 Q_SIGNALS:
     void rowsAboutToBeInserted(qsizetype first, qsizetype last);
@@ -138,6 +141,7 @@ private:
     std::optional<quint64> m_selection;
     bool m_isMultiSel = false;
     MultiSelections m_multiSelections;
+    mutable std::optional<qsizetype> m_tickedCount; ///< made when asked for
     bool m_deleteConfirm = false;
     TripleBool m_inverseSort = TripleBool::tripleFalse;
     std::optional<quint64> m_defaultPatch;

@@ -158,14 +158,23 @@ MultiSelections VelgorLibrary::findSimilarPatches(quint64 id) const
     return result;
 }
 
-QList<VelgorPatch> VelgorLibrary::getMultiSelection() const
+QList<VelgorPatch> VelgorLibrary::getMultiSelection(qsizetype atMost) const
 {
     QList<VelgorPatch> ticked;
-    ticked.reserve(m_multiSelections.count(true));
-    for (const VelgorPatch &patch : m_patches) {
-        if (m_multiSelections.isTicked(patch.id())) {
-            ticked.append(patch);
+    const qsizetype most = std::min(tickedCount(), atMost);
+    ticked.reserve(most);
+    for (auto patch = m_patches.begin(); patch != m_patches.end() && ticked.size() < most; ++patch) {
+        if (m_multiSelections.isTicked(patch->id())) {
+            ticked.append(*patch);
         }
     }
     return ticked;
+}
+
+qsizetype VelgorLibrary::tickedCount() const
+{
+    if (!m_tickedCount) {
+        m_tickedCount = m_multiSelections.count(true);
+    }
+    return *m_tickedCount;
 }

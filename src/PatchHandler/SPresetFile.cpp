@@ -4,6 +4,7 @@
 #include "Diagnostics.h"
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -45,22 +46,23 @@ std::optional<SPresetFile> SPresetFile::fromData(const QByteArray &data)
         offset += descriptor->length;
     }
     for (int i = 0; i < header->nbpatches; ++i) {
-        const std::optional<SPatch> patch = SPatch::fromData(data, offset);
+        std::optional<SPatch> patch = SPatch::fromData(data, offset);
         if (!patch) {
             return refuse(QStringLiteral("Missing Patch content in data for index %1").arg(i));
         }
-        file.patches.append(*patch);
-        offset += patch->length;
+        const qint64 length = patch->length;
+        file.patches.append(*std::move(patch));
+        offset += length;
 
         std::optional<SUserIR> userIR = SUserIR();
-        if (patch->length < file.headerPatchDescs.at(i).size) {
+        if (length < file.headerPatchDescs.at(i).size) {
             userIR = SUserIR::fromData(data, offset);
         }
         if (!userIR) {
             return refuse(QStringLiteral("Missing UserIR content in data for index %1").arg(i));
         }
-        file.userIRs.append(*userIR);
         offset += userIR->length;
+        file.userIRs.append(*std::move(userIR));
     }
     if (!file.tailFromData(data, offset)) {
         return refuse(QStringLiteral("Error with tail in data at offset %1").arg(offset));

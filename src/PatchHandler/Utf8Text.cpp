@@ -39,7 +39,7 @@ QString firstCharacters(const QString &text, qsizetype count)
 QString longestPrefixWithin(const QString &text, qsizetype byteLimit)
 {
     // A UTF-16 unit takes three bytes at most.
-    if (text.size() * 3 <= byteLimit) {
+    if (text.size() * 3 <= byteLimit || text.toUtf8().size() <= byteLimit) {
         return text;
     }
     qsizetype end = 0;

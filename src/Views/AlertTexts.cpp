@@ -128,7 +128,7 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
     Alert alert{
         .title = {}, .text = {}, .acceptLabel = Texts::tr("Yes"), .safeLabel = Texts::tr("No"), .isDestructive = true};
     if (desk.library.isMultiSel()) {
-        const qsizetype ticked = desk.library.multiSelections().count(true);
+        const qsizetype ticked = desk.library.tickedCount();
         alert.title = Texts::tr("Do you really want to delete %1 patches?").arg(ticked);
         alert.text = Texts::tr("The ticked patches are removed from the library and their files are deleted. Slots "
                                "that use them keep their copies.");

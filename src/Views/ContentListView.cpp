@@ -22,8 +22,10 @@ ContentListView::ContentListView(
     connect(&content, &VelgorContent::selectionsChanged, this, &ContentListView::followContent);
     // The view forgets its selection with a new list; the slots that it named are gone.
     connect(&model, &QAbstractItemModel::modelReset, this, &ContentListView::publishSelection);
-    connect(
-        &model, &QAbstractItemModel::rowsMoved, this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
+    // One slot, or several at once.
+    const auto followCurrent = [this] { scrollTo(currentIndex()); };
+    connect(&model, &QAbstractItemModel::rowsMoved, this, followCurrent, Qt::QueuedConnection);
+    connect(&model, &QAbstractItemModel::layoutChanged, this, followCurrent, Qt::QueuedConnection);
 }
 
 void ContentListView::showSlot(int row)

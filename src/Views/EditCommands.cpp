@@ -87,7 +87,7 @@ QList<Command> editCommands()
             .label = [](const Desk &) { return Texts::tr("Tick &Several Library Patches"); },
             .buttonLabel =
                 [](const Desk &desk) {
-                    const qsizetype ticked = desk.library.isMultiSel() ? desk.library.multiSelections().count(true) : 0;
+                    const qsizetype ticked = desk.library.isMultiSel() ? desk.library.tickedCount() : 0;
                     return Texts::tr("Select (%1)").arg(ticked);
                 },
             .symbol =

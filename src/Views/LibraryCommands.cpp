@@ -26,7 +26,7 @@ QString selectFirst(const Desk &desk, const QString &otherwise)
 bool canDelete(const Desk &desk, const WindowTasks &)
 {
     return desk.library.count() > 0
-        && (desk.library.selection().has_value() || desk.library.multiSelections().count(true) > 0);
+        && (desk.library.selection().has_value() || desk.library.tickedCount() > 0);
 }
 
 } // namespace
@@ -88,7 +88,7 @@ QList<Command> libraryCommands()
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Delete)},
             .label =
                 [](const Desk &desk) {
-                    return desk.library.multiSelections().count(true) == 0 ? Texts::tr("&Delete patch")
+                    return desk.library.tickedCount() == 0 ? Texts::tr("&Delete patch")
                                                                            : Texts::tr("&Delete patches");
                 },
             .buttonLabel = [](const Desk &) { return Texts::tr("Delete"); },
@@ -98,7 +98,7 @@ QList<Command> libraryCommands()
                     if (!desk.library.isMultiSel()) {
                         return selectFirst(desk, Texts::tr("Delete the patch"));
                     }
-                    return desk.library.multiSelections().count(true) > 0 ? Texts::tr("Delete the ticked patches")
+                    return desk.library.tickedCount() > 0 ? Texts::tr("Delete the ticked patches")
                                                                           : Texts::tr("Tick a patch first");
                 },
             .isEnabled = canDelete,

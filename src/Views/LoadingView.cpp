@@ -34,6 +34,9 @@ LoadingView::LoadingView(QWidget *parent)
         label->setForegroundRole(QPalette::PlaceholderText);
     }
     m_reason->setFont(LookMeasures::footnoteFont(font()));
+    m_reason->setWordWrap(true);
+    m_reason->setAlignment(Qt::AlignHCenter);
+    m_reason->setFixedWidth(barSize.width());
 
     auto *const column = new QVBoxLayout(this);
     column->setSpacing(LookMeasures::columnPadding);

@@ -64,7 +64,7 @@ QLayout *VelgorLibraryView::makeButtons()
     const auto describe = [this, select] {
         const VelgorLibrary &library = m_commands.desk().library;
         select->setAccessibleDescription(
-            library.isMultiSel() ? tr("%1 ticked").arg(library.multiSelections().count(true)) : QString());
+            library.isMultiSel() ? tr("%1 ticked").arg(library.tickedCount()) : QString());
     };
     connect(&m_commands, &Commands::refreshed, select, describe);
 

@@ -80,6 +80,20 @@ private Q_SLOTS:
         QVERIFY(!files.write(directory.filePath(QStringLiteral("c")), "x").isEmpty());
     }
 
+    static void nothingIsSaidToBeInAnotherDirectoryThatTookThePlace()
+    {
+        const LibraryDirectory directory;
+        const LibraryDirectory elsewhere;
+        BatchFiles files(directory.path());
+        QCOMPARE(files.write(directory.filePath(QStringLiteral("a")), "x"), QString());
+        const QString moved = elsewhere.filePath(QStringLiteral("moved"));
+        QVERIFY(QDir().rename(directory.path(), moved));
+        QVERIFY(QDir().mkdir(directory.path()));
+        QCOMPARE(files.finish().size(), 1);
+        QVERIFY(!QFile::exists(moved + QStringLiteral("/a")));
+        QCOMPARE(directory.files(), QStringList());
+    }
+
     static void discardedFileLeavesNothingAndTheOthersArePutInPlace()
     {
         const LibraryDirectory directory;

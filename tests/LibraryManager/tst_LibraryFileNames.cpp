@@ -114,7 +114,8 @@ private Q_SLOTS:
     static void everyNumberBetweenDotsIsAnId()
     {
         QFETCH(const QString, path);
-        QTEST(idsIn(path), "ids");
+        const PathIds ids = idsIn(path);
+        QTEST(QList<quint64>(ids.begin(), ids.end()), "ids");
     }
 
     static void ownFilesAreReservedAndHoldNoId()
@@ -122,7 +123,7 @@ private Q_SLOTS:
         for (const QString &name : {libraryFile(), libraryCopy(), lockFile(), temporaryPrefix() + QStringLiteral("42"),
                  datedCopy(0), datedCopy(42), datedCopy(12345)}) {
             QVERIFY2(isReserved(name), qPrintable(name));
-            QCOMPARE(idsIn(name), QList<quint64>());
+            QVERIFY(idsIn(name).isEmpty());
             QCOMPARE(patchFileId(name), std::nullopt);
         }
     }

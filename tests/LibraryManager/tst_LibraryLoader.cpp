@@ -384,6 +384,29 @@ private Q_SLOTS:
         QCOMPARE(directory.stamps(), before);
     }
 
+    void directoryThatIsReplacedMeanwhileIsLoadedWhole()
+    {
+        LibraryDirectory directory;
+        stored(directory);
+        const QString former = directory.path() + QStringLiteral(".former");
+        // As a program does that restores the directory from a backup.
+        const auto replaceOnce = [&](qsizetype loaded, qsizetype) {
+            if (loaded != 1) {
+                return;
+            }
+            QVERIFY(QDir().rename(directory.path(), former));
+            QVERIFY(QDir().mkdir(directory.path()));
+            for (const QString &name : QDir(former).entryList(QDir::Files)) {
+                QVERIFY(QFile::copy(former + u'/' + name, directory.filePath(name)));
+            }
+            QVERIFY(QDir(former).removeRecursively());
+        };
+        const LibraryLoadResult result = LibraryLoader(directory.path(), replaceOnce).load();
+        QVERIFY(result.library);
+        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(result.droppedPatches.isEmpty());
+    }
+
     void directoryIsListedAtMostOnce()
     {
         LibraryDirectory directory;

@@ -95,6 +95,22 @@ private Q_SLOTS:
         QCOMPARE(again.library->defaultPatch(), std::optional<quint64>(42));
     }
 
+    static void aPatchWhoseFileHasAnotherNameStaysToo()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
+        QVERIFY(QFile::rename(directory.filePath(QStringLiteral("lib-Lead.42.prst")),
+            directory.filePath(QStringLiteral("lib-Former.42.prst"))));
+        LibraryLoadResult result;
+        {
+            const FailingCall failing(Call::Read, EIO, 1);
+            result = load(directory);
+            QVERIFY(failing.wasMade());
+        }
+        QVERIFY(!result.library);
+        QCOMPARE(result.writeState.unread.patches.keys(), QList<quint64>{42});
+    }
+
     static void aLibraryIsNotMovedWithoutThem()
     {
         const LibraryDirectory directory;

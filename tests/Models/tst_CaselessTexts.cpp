@@ -65,6 +65,21 @@ private Q_SLOTS:
         QCOMPARE(texts.sortedRows(false), descending);
     }
 
+    void textsCanBeSearchedAgainOnceHalvesOfSurrogatePairsAreGone()
+    {
+        const QString half(QChar(0xd83d));
+        CaselessTexts texts;
+        for (const QString &text : {QStringLiteral("a"), half, half}) {
+            texts.append(text);
+        }
+        QVERIFY(!texts.canSearch(QStringLiteral("a")));
+        texts.replace(1, QStringLiteral("b"));
+        QVERIFY(!texts.canSearch(QStringLiteral("a")));
+        texts.remove({2});
+        QVERIFY(texts.canSearch(QStringLiteral("a")));
+        QVERIFY(!texts.canSearch(half));
+    }
+
     void manyEditsTakeNoMoreThanTwiceTheRoom()
     {
         QRandomGenerator random(1);

@@ -467,6 +467,7 @@ private Q_SLOTS:
         };
         connect(&content, &VelgorContent::reordered, this, compare);
         connect(&content, &VelgorContent::rowMoved, this, compare);
+        connect(&content, &VelgorContent::limitChanged, this, compare);
         const auto anyPatch = [&random] {
             return random.bounded(4) == 0 ? VelgorPatch(QStringLiteral("None"), false)
                                           : imported(QStringLiteral("Lead"), random.bounded(5));

@@ -338,6 +338,22 @@ private Q_SLOTS:
         QVERIFY(library.isMultiSel());
     }
 
+    void tickedCountAndTheFirstTickedFollowTheTicks()
+    {
+        VelgorLibrary library(abc, 2);
+        FakeLibraryStorage storage;
+        QCOMPARE(library.tickedCount(), 0);
+        library.setMultiSelections({{{1, true}, {2, false}, {3, true}}});
+        QCOMPARE(library.tickedCount(), 2);
+        QCOMPARE(TestPatches::ids(library.getMultiSelection()), (QList<quint64>{1, 3}));
+        QCOMPARE(TestPatches::ids(library.getMultiSelection(1)), QList<quint64>{1});
+        QCOMPARE(library.getMultiSelection(0).size(), 0);
+        library.deletePatch(1, storage);
+        QCOMPARE(library.tickedCount(), 1);
+        library.takeOver(VelgorLibrary(abc, 2));
+        QCOMPARE(library.tickedCount(), 0);
+    }
+
     void deletingAnUnknownPatchStillRemovesItsFiles()
     {
         VelgorLibrary library(abc, 2);

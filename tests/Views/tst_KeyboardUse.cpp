@@ -142,6 +142,24 @@ private Q_SLOTS:
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells Choir"));
     }
 
+    void movedSlotsStayInSight()
+    {
+        QStringList names;
+        for (int slot = 0; slot < 99; ++slot) {
+            names.append(QString::number(slot));
+        }
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), names.join(u' '));
+        ContentListView *list = window->contentList();
+        WindowFixture::click(list, 1);
+        WindowFixture::click(list, 2, Qt::ShiftModifier);
+        list->setFocus();
+        for (int step = 0; step < 60; ++step) {
+            type(Qt::Key_Down, Qt::AltModifier);
+        }
+        QCOMPARE(window->selectedRows(list), QStringLiteral("61 62"));
+        QTRY_VERIFY(list->viewport()->rect().contains(list->visualRect(list->currentIndex())));
+    }
+
     void altAndArrowsMoveALibraryPatch()
     {
         const auto window = chosen();
