@@ -97,8 +97,7 @@ QList<qsizetype> ContentEditor::selectedRows() const
 
 bool ContentEditor::canPut() const
 {
-    const bool hasPatch =
-        m_library.isMultiSel() ? m_library.tickedCount() > 0 : selectedPatch() != nullptr;
+    const bool hasPatch = m_library.isMultiSel() ? m_library.tickedCount() > 0 : selectedPatch() != nullptr;
     return hasPatch && !selectedRows().isEmpty();
 }
 

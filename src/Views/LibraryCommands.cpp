@@ -25,8 +25,7 @@ QString selectFirst(const Desk &desk, const QString &otherwise)
 
 bool canDelete(const Desk &desk, const WindowTasks &)
 {
-    return desk.library.count() > 0
-        && (desk.library.selection().has_value() || desk.library.tickedCount() > 0);
+    return desk.library.count() > 0 && (desk.library.selection().has_value() || desk.library.tickedCount() > 0);
 }
 
 } // namespace
@@ -88,8 +87,7 @@ QList<Command> libraryCommands()
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Delete)},
             .label =
                 [](const Desk &desk) {
-                    return desk.library.tickedCount() == 0 ? Texts::tr("&Delete patch")
-                                                                           : Texts::tr("&Delete patches");
+                    return desk.library.tickedCount() == 0 ? Texts::tr("&Delete patch") : Texts::tr("&Delete patches");
                 },
             .buttonLabel = [](const Desk &) { return Texts::tr("Delete"); },
             .symbol = [](const Desk &) { return QStringLiteral("trash"); },
@@ -99,7 +97,7 @@ QList<Command> libraryCommands()
                         return selectFirst(desk, Texts::tr("Delete the patch"));
                     }
                     return desk.library.tickedCount() > 0 ? Texts::tr("Delete the ticked patches")
-                                                                          : Texts::tr("Tick a patch first");
+                                                          : Texts::tr("Tick a patch first");
                 },
             .isEnabled = canDelete,
             .run = [](Desk &desk, WindowTasks &) { desk.library.setDeleteConfirm(true); }},

@@ -63,8 +63,7 @@ QLayout *VelgorLibraryView::makeButtons()
     select->setAccessibleName(tr("Select"));
     const auto describe = [this, select] {
         const VelgorLibrary &library = m_commands.desk().library;
-        select->setAccessibleDescription(
-            library.isMultiSel() ? tr("%1 ticked").arg(library.tickedCount()) : QString());
+        select->setAccessibleDescription(library.isMultiSel() ? tr("%1 ticked").arg(library.tickedCount()) : QString());
     };
     connect(&m_commands, &Commands::refreshed, select, describe);
 
