@@ -36,7 +36,7 @@ LoadingView::LoadingView(QWidget *parent)
     m_reason->setFont(LookMeasures::footnoteFont(font()));
     m_reason->setWordWrap(true);
     m_reason->setAlignment(Qt::AlignHCenter);
-    m_reason->setFixedWidth(barSize.width());
+    m_reason->setFixedSize(barSize.width(), m_reason->heightForWidth(barSize.width()));
 
     auto *const column = new QVBoxLayout(this);
     column->setSpacing(LookMeasures::columnPadding);
