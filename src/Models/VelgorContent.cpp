@@ -142,10 +142,10 @@ void VelgorContent::setPatches(const QList<VelgorPatch> &patches, qsizetype loca
     if (location < 0) {
         Diagnostics::fatalStop("slot location below 0");
     }
-    const qsizetype end = std::min(location + patches.size(), m_slots.size());
-    if (location >= end) {
+    if (location >= m_slots.size() || patches.isEmpty()) {
         return;
     }
+    const qsizetype end = location + std::min(patches.size(), m_slots.size() - location);
     QMap<QString, int> versions = m_versions;
     for (qsizetype row = location; row < end; ++row) {
         place(patches.at(row - location), row, versions);
