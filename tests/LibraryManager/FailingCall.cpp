@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstdarg>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -69,6 +70,20 @@ ssize_t read(int handle, void *bytes, size_t count)
         return errno == FailingCall::endOfFile ? 0 : -1;
     }
     return syscall(SYS_read, handle, bytes, count);
+}
+
+ssize_t write(int handle, const void *bytes, size_t count)
+{
+    return fails(Call::Write) ? -1 : syscall(SYS_write, handle, bytes, count);
+}
+
+int openat(int directory, const char *path, int flags, ...)
+{
+    va_list rest;
+    va_start(rest, flags);
+    const unsigned rights = (flags & O_CREAT) != 0 ? va_arg(rest, unsigned) : 0;
+    va_end(rest);
+    return fails(Call::Open) ? -1 : static_cast<int>(syscall(SYS_openat, directory, path, flags, rights));
 }
 
 int fstat(int handle, struct stat *status) noexcept

@@ -1,4 +1,5 @@
 #include "DiagnosticRecorder.h"
+#include "DirectoryListing.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
 #include "FailingCall.h"
@@ -88,6 +89,8 @@ private Q_SLOTS:
     static void failedReplacementLeavesTheOldFileAndNothingElse_data()
     {
         QTest::addColumn<Call>("call");
+        QTest::newRow("making") << Call::Open;
+        QTest::newRow("writing") << Call::Write;
         QTest::newRow("synchronising") << Call::Sync;
         QTest::newRow("renaming") << Call::Rename;
     }
@@ -100,6 +103,63 @@ private Q_SLOTS:
         QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString::fromLocal8Bit(strerror(EIO)));
         QCOMPARE(directory.read(file), QByteArray("old"));
         QCOMPARE(directory.files(), QStringList{file});
+    }
+
+    static void interruptedWritingGoesOn()
+    {
+        const LibraryDirectory directory;
+        const FailingCall failing(Call::Write, EINTR);
+        QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString());
+        QVERIFY(failing.wasMade());
+        QCOMPARE(directory.read(file), QByteArray("new"));
+    }
+
+    static void fileThatCannotBeMeasuredIsNotTakenForWritten()
+    {
+        const LibraryDirectory directory;
+        directory.write(file, "old");
+        const FailingCall failing(Call::Stat, EIO);
+        QVERIFY(!DiskFiles::replace(directory.filePath(file), "new").isEmpty());
+        QVERIFY(failing.wasMade());
+        QCOMPARE(directory.read(file), QByteArray("old"));
+        QCOMPARE(directory.files(), QStringList{file});
+    }
+
+    static void temporaryNameThatIsTakenIsPassedOver()
+    {
+        const LibraryDirectory directory;
+        const FailingCall failing(Call::Open, EEXIST);
+        QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString());
+        QVERIFY(failing.wasMade());
+        QCOMPARE(directory.files(), QStringList{file});
+    }
+
+    static void directoryBelowThatVanishesWhileItIsListedIsNoEmptyOne()
+    {
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("below/file"), "x");
+        const FailingCall failing(Call::Open, ENOENT, 1);
+        QVERIFY(!DirectoryListing::scan(directory.path()));
+        QVERIFY(failing.wasMade());
+    }
+
+    static void directoryBelowThatMayNotBeListedIsPassedOver()
+    {
+        const LibraryDirectory directory;
+        directory.write(QStringLiteral("below/file"), "x");
+        directory.write(leadFile, "x");
+        const FailingCall failing(Call::Open, EACCES, 1);
+        const auto listing = DirectoryListing::scan(directory.path());
+        QVERIFY(failing.wasMade());
+        QVERIFY(listing);
+        QCOMPARE(listing->pathsFor(42), QStringList{leadFile});
+    }
+
+    static void directoryThatMayNotBeListedIsNoEmptyOne()
+    {
+        const LibraryDirectory directory;
+        const FailingCall failing(Call::Open, EACCES);
+        QVERIFY(!DirectoryListing::scan(directory.path()));
     }
 
     static void directoryThatKnowsNoSynchronisingIsNoFailure_data()
