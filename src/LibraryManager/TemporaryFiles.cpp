@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <QStringBuilder>
 #include <QSysInfo>
 
 namespace TemporaryFiles {
@@ -14,8 +15,8 @@ QString nameBeside(const QString &name)
 {
     static const QString prefix =
         LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
-    return name.first(name.lastIndexOf(u'/') + 1) + prefix
-        + QString::number(QRandomGenerator::global()->generate64(), 36);
+    return QStringView(name).first(name.lastIndexOf(u'/') + 1) % prefix
+        % QString::number(QRandomGenerator::global()->generate64(), 36);
 }
 
 void sweep(const QDir &directory)

@@ -119,6 +119,13 @@ void PatchIndex::changed(qsizetype row, const VelgorPatch &before, const VelgorP
     }
 }
 
+void PatchIndex::presetDataReplaced(qsizetype row, const VelgorPatch &after)
+{
+    if (m_soundHashes) {
+        (*m_soundHashes)[row] = after.soundHash();
+    }
+}
+
 void PatchIndex::removed(const QList<qsizetype> &ascendingRows)
 {
     m_nameCounts.reset();

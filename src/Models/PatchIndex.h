@@ -31,6 +31,8 @@ public:
     void appended(const VelgorPatch &patch, qsizetype position);
     /// The patch at `row` changed in anything but its id.
     void changed(qsizetype row, const VelgorPatch &before, const VelgorPatch &after);
+    /// The patch at `row` got other preset data, and nothing else changed.
+    void presetDataReplaced(qsizetype row, const VelgorPatch &after);
     void removed(const QList<qsizetype> &ascendingRows);
     /// formerRows holds, for each row, the row that its patch had before.
     void reordered(const QList<qsizetype> &formerRows);

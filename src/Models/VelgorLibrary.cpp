@@ -10,6 +10,18 @@
 #include <algorithm>
 #include <utility>
 
+namespace {
+
+/// What an empty library holds.
+VelgorPatch placeholder()
+{
+    VelgorPatch dummy(QStringLiteral("Empty library"), false);
+    dummy.empty = true;
+    return dummy;
+}
+
+} // namespace
+
 VelgorLibrary::VelgorLibrary(QObject *parent)
     : QObject(parent)
 {
@@ -102,6 +114,14 @@ void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::option
         return;
     }
     for (qsizetype i = 0; i < presets.patches.size(); ++i) {
+        const auto found = replace && synonymId ? getPatchFromId(synonymId) : std::nullopt;
+        if (found && !found->patch->empty) {
+            // As append() would, without a patch whose id nobody asks for.
+            replacePresetData(found->index, presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
+            manageDummy();
+            saveOrder();
+            continue;
+        }
         const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
         append(patch, false, replace, atEnd, synonymId);
     }
@@ -121,7 +141,7 @@ void VelgorLibrary::append(
     } else if (duplicate && !found->patch->empty) {
         appendDuplicate(patch, found->patch->name);
     } else if (replace && !found->patch->empty) {
-        replacePresetData(found->index, patch);
+        replacePresetData(found->index, patch.patchData, patch.userIRData, patch.headerData);
     }
     manageDummy();
     saveOrder();
@@ -160,22 +180,6 @@ bool VelgorLibrary::update(const VelgorPatch &patch)
     m_patches[found->index] = patch;
     Q_EMIT rowsChanged(found->index, found->index);
     return true;
-}
-
-void VelgorLibrary::move(qsizetype from, qsizetype offset)
-{
-    if (from < 0 || from >= m_patches.size() || offset < 0 || offset > m_patches.size()) {
-        Diagnostics::fatalStop("library row out of range");
-    }
-    if (offset == from || offset == from + 1) {
-        return;
-    }
-    materializeOrder();
-    Q_EMIT rowAboutToBeMoved(from, offset);
-    const qsizetype to = offset > from ? offset - 1 : offset;
-    m_patches.move(from, to);
-    m_index.moved(from, to);
-    Q_EMIT rowMoved(from, offset);
 }
 
 void VelgorLibrary::duplicateSelection(std::optional<quint64> id, LibraryStorage &storage)
@@ -284,14 +288,14 @@ void VelgorLibrary::removeRows(const QList<qsizetype> &ascendingRows)
     }
 }
 
-void VelgorLibrary::replacePresetData(qsizetype row, const VelgorPatch &patch)
+void VelgorLibrary::replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
+    const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData)
 {
-    VelgorPatch after = m_patches.at(row);
-    after.patchData = patch.patchData;
-    after.userIRData = patch.userIRData;
-    after.headerData = patch.headerData;
-    m_index.changed(row, m_patches.at(row), after);
-    m_patches[row] = std::move(after);
+    VelgorPatch &stored = m_patches[row];
+    stored.patchData = patchData;
+    stored.userIRData = userIRData;
+    stored.headerData = headerData;
+    m_index.presetDataReplaced(row, stored);
     Q_EMIT rowsChanged(row, row);
 }
 
@@ -332,13 +336,6 @@ void VelgorLibrary::manageDummy()
         insertAt(0, {placeholder()});
         setIsMultiSel(false);
     }
-}
-
-VelgorPatch VelgorLibrary::placeholder()
-{
-    VelgorPatch dummy(QStringLiteral("Empty library"), false);
-    dummy.empty = true;
-    return dummy;
 }
 
 void VelgorLibrary::countEmpty()

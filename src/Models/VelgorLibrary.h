@@ -121,11 +121,11 @@ Q_SIGNALS:
 private:
     void insertAt(qsizetype position, const QList<VelgorPatch> &patches);
     void removeRows(const QList<qsizetype> &ascendingRows);
-    void replacePresetData(qsizetype row, const VelgorPatch &patch);
+    void replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
+        const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData);
     void appendDuplicate(const VelgorPatch &patch, const QString &foundName);
     [[nodiscard]] QString findNewNameForDuplicate(const QString &fromname);
     void manageDummy();
-    [[nodiscard]] static VelgorPatch placeholder();
     void countEmpty();
 
     void materializeOrder();

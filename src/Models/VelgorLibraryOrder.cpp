@@ -2,6 +2,7 @@
 
 #include "VelgorLibrary.h"
 
+#include "Diagnostics.h"
 #include "ObservableProperty.h"
 
 #include <algorithm>
@@ -90,6 +91,22 @@ void VelgorLibrary::materializeOrder()
     for (const VelgorPatch &patch : std::as_const(m_patches)) {
         m_order.append(patch.id());
     }
+}
+
+void VelgorLibrary::move(qsizetype from, qsizetype offset)
+{
+    if (from < 0 || from >= m_patches.size() || offset < 0 || offset > m_patches.size()) {
+        Diagnostics::fatalStop("library row out of range");
+    }
+    if (offset == from || offset == from + 1) {
+        return;
+    }
+    materializeOrder();
+    Q_EMIT rowAboutToBeMoved(from, offset);
+    const qsizetype to = offset > from ? offset - 1 : offset;
+    m_patches.move(from, to);
+    m_index.moved(from, to);
+    Q_EMIT rowMoved(from, offset);
 }
 
 void VelgorLibrary::sort()

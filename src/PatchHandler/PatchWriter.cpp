@@ -88,7 +88,8 @@ std::optional<QByteArray> PatchWriter::encodePatches(const SPresetFile &presets)
 
 quint16 PatchWriter::calcChecksum(QByteArrayView data)
 {
-    const auto sum = std::accumulate(
-        data.begin(), data.end(), 0U, [](unsigned total, char byte) { return total + static_cast<quint8>(byte); });
+    // Only the lowest eight bits of the sum count.
+    const quint8 sum = std::accumulate(data.begin(), data.end(), quint8(0),
+        [](quint8 total, char byte) { return static_cast<quint8>(total + static_cast<quint8>(byte)); });
     return static_cast<quint16>(((sum & 0x0FU) << 8U) | ((sum >> 4U) & 0x0FU));
 }
