@@ -8,9 +8,9 @@
 
 #ifndef Q_OS_WIN
 #include "FileHandle.h"
+#include "SystemError.h"
 
 #include <cerrno>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -64,11 +64,6 @@ QString CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
 namespace {
 
 constexpr mode_t usualRights = 0666;
-
-QString systemError()
-{
-    return QString::fromLocal8Bit(std::error_code(errno, std::generic_category()).message().c_str());
-}
 
 QString writeChecked(int file, const QByteArray &bytes, bool isSynced)
 {

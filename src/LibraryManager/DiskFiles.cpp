@@ -20,6 +20,7 @@
 
 #ifndef Q_OS_WIN
 #include "FileHandle.h"
+#include "SystemError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -42,11 +43,6 @@ QString reason(const std::error_code &error)
 }
 
 #ifndef Q_OS_WIN
-
-QString systemError()
-{
-    return reason(std::error_code(errno, std::generic_category()));
-}
 
 /// Why an open file is not to be read; its size where it is.
 QString checkRegular(const FileHandle &handle, qint64 &size)
@@ -317,7 +313,7 @@ QString DiskFiles::move(const QString &from, const QString &to)
     }
     // Some file systems know no such move.
     if (errno != EINVAL && errno != ENOSYS) {
-        return reason(std::error_code(errno, std::generic_category()));
+        return systemError();
     }
 #endif
     std::error_code error;

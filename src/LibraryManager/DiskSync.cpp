@@ -1,7 +1,8 @@
 #include "DiskSync.h"
 
+#include "SystemError.h"
+
 #include <cerrno>
-#include <system_error>
 
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -16,8 +17,7 @@ namespace {
 
 QString reasonUnless(bool isSuccess)
 {
-    return isSuccess ? QString()
-                     : QString::fromLocal8Bit(std::error_code(errno, std::generic_category()).message().c_str());
+    return isSuccess ? QString() : systemError();
 }
 
 } // namespace

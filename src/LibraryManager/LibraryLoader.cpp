@@ -223,11 +223,7 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
 {
     fileName = LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry));
     // Nothing of the bytes stays, so that all files can be read into the same memory.
-    FileReadResult file =
-        DiskFiles::readRegular(m_openDirectory, fileName, DiskFiles::Links::Refuse, std::exchange(m_room, {}));
-    if (!file.bytes && !m_openDirectory.isInPlace()) {
-        file = DiskFiles::readRegular(pathOf(fileName), DiskFiles::Links::Refuse);
-    }
+    FileReadResult file = readFile(fileName, std::exchange(m_room, {}));
     bool isUnreadable = file.isUnreadable;
     std::optional<SPresetFile> presets;
     if (file.bytes) {
@@ -311,10 +307,20 @@ QStringList LibraryLoader::otherFiles(quint64 id)
 
 std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name, bool &isUnreadable) const
 {
-    const FileReadResult file = DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse);
+    const FileReadResult file = readFile(name);
     isUnreadable = isUnreadable || file.isUnreadable;
     std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
     return presets && presets->patches.size() == 1 ? presets : std::nullopt;
+}
+
+FileReadResult LibraryLoader::readFile(const QString &name, QByteArray room) const
+{
+    FileReadResult file = DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse, std::move(room));
+    if (file.bytes || m_openDirectory.isInPlace()) {
+        return file;
+    }
+    // Another directory stands under the path by now, and the file may be in that one.
+    return DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
 }
 
 QString LibraryLoader::pathOf(const QString &name) const

@@ -86,6 +86,7 @@ private:
     /// `isUnreadable` becomes true when there is a file that cannot be read for the moment.
     [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name, bool &isUnreadable) const;
     void noteRemoved(LibraryLoadResult &result) const;
+    [[nodiscard]] FileReadResult readFile(const QString &name, QByteArray room = {}) const;
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;

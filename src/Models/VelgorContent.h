@@ -114,12 +114,11 @@ private:
     void fill(const std::optional<VelgorPatch> &fillwith);
     void place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions);
     void setVersions(const QMap<QString, int> &versions);
+    /// For changes of patches or rows: the sound hashes are forgotten.
+    [[nodiscard]] QList<VelgorContentPatch> &changingSlots();
 
     int m_limit = 0;
     QList<VelgorContentPatch> m_slots;
-    /// For changes of patches or rows, before which the hashes below are forgotten.
-    [[nodiscard]] QList<VelgorContentPatch> &changingSlots();
-
     mutable std::optional<RowValues<std::optional<quint64>>> m_soundHashes; ///< made when asked for
     QMap<QString, int> m_versions;
     bool m_openError = false;
