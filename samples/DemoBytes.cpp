@@ -38,7 +38,7 @@ QByteArray DemoBytes::parameters(quint32 effects)
         }
     }
     writer.writeUInt8(static_cast<quint8>(effects));
-    return writer.bytes();
+    return writer.take();
 }
 
 QByteArray DemoBytes::impulseResponse(qsizetype size)
@@ -55,5 +55,5 @@ QByteArray DemoBytes::impulseResponse(qsizetype size)
         writer.writeUInt16(static_cast<quint16>(static_cast<qint16>(noise * (level / fraction) / loudest)));
         level = level / fraction * fall + (level % fraction) * fall / fraction;
     }
-    return writer.bytes();
+    return writer.take();
 }

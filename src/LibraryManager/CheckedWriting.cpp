@@ -14,6 +14,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 // A full disk may show only when the file is measured, and only the attempt to write the rest says why there was room
@@ -76,8 +77,7 @@ QString writeChecked(int file, const QByteArray &bytes, bool isSynced)
         }
         written += std::max<ssize_t>(count, 0);
     }
-    struct stat status { };
-    if (written != bytes.size() || ::fstat(file, &status) != 0 || status.st_size != bytes.size()) {
+    if (written != bytes.size() || ::lseek(file, 0, SEEK_END) != bytes.size()) {
         return CheckedWriting::tr("not all bytes were written");
     }
     return isSynced ? DiskSync::syncFile(file) : QString();

@@ -2,6 +2,8 @@
 
 #include "LibraryFileNames.h"
 
+#include <QStringBuilder>
+
 namespace {
 
 constexpr QByteArrayView putWord("put ");
@@ -22,8 +24,7 @@ QByteArray LibraryJournal::encode() const
     QByteArray text;
     text.reserve(staged.size() * usualLineSize);
     for (auto file = staged.cbegin(); file != staged.cend(); ++file) {
-        text.append(putWord).append(QByteArray::number(file.key())).append(' ');
-        text.append(file.value().toUtf8()).append('\n');
+        text += putWord % QByteArray::number(file.key()) % ' ' % file.value().toUtf8() % '\n';
     }
     for (const quint64 id : removed) {
         text.append(removeWord).append(QByteArray::number(id) + '\n');

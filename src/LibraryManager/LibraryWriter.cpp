@@ -6,12 +6,12 @@
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
-#include "LibraryJournal.h"
 #include "PatchFileHandler.h"
 #include "SPresetFile.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <future>
@@ -86,11 +86,15 @@ bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
             planMoves(patch, name);
         }
         const bool isThere = isAlone || isStored(name);
-        const bool isDamaged = isThere && m_result.state.damagedFiles.contains(name);
-        if (isDamaged) {
+        if (isThere && !m_result.state.damagedFiles.contains(name)) {
+            continue;
+        }
+        if (isThere) {
             m_damagedFiles.insert(name, patch.id());
         }
-        if ((!isThere || isDamaged) && !stage(patch, name, m_files)) {
+        if (stage(patch, name, m_files)) {
+            m_journal.staged.insert(patch.id(), m_files.staged().constLast().temporary);
+        } else if (m_files.isBlocked()) {
             return false;
         }
     }
@@ -129,25 +133,21 @@ void LibraryWriter::settleOrphanedJournal()
 bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)
 {
     PatchFileHandler handler(files);
-    if (handler.save(patch, pathOf(name))) {
-        return true;
+    if (!handler.save(patch, pathOf(name))) {
+        m_result.problems.append(handler.problem());
+        m_result.arePatchesWritten = false;
+        return false;
     }
-    m_result.problems.append(handler.problem());
-    m_result.arePatchesWritten = false;
-    return !files.isBlocked();
+    return true;
 }
 
 bool LibraryWriter::writeJournal()
 {
-    LibraryJournal journal;
-    journal.removed = m_result.state.idsToRemove;
-    for (const BatchFiles::Staged &file : m_files.staged()) {
-        journal.staged.insert(LibraryFileNames::patchFileId(file.name).value_or(0), file.temporary);
-    }
-    if (journal.isEmpty()) {
+    m_journal.removed = m_result.state.idsToRemove;
+    if (m_journal.isEmpty()) {
         return true;
     }
-    const QString error = DiskFiles::replace(pathOf(LibraryFileNames::journalFile()), journal.encode());
+    const QString error = DiskFiles::replace(pathOf(LibraryFileNames::journalFile()), m_journal.encode());
     if (!error.isEmpty()) {
         addProblem(LibraryFileNames::journalFile(), error);
     }
@@ -346,5 +346,5 @@ void LibraryWriter::addProblem(const QString &name, const QString &reason)
 
 QString LibraryWriter::pathOf(const QString &name) const
 {
-    return m_directory + u'/' + name;
+    return m_directory % u'/' % name;
 }

@@ -2,6 +2,7 @@
 
 #include "BatchFiles.h"
 #include "DirectoryListing.h"
+#include "LibraryJournal.h"
 #include "LibraryJson.h"
 #include "LibraryWriteResult.h"
 #include "PatchFileMatcher.h"
@@ -66,5 +67,6 @@ private:
     QHash<QString, quint64> m_damagedFiles; ///< name of the file that makes room, to the patch's id
     QList<Move> m_moves;
     QStringList m_unfinished; ///< temporary files of the journal that are not in place
-    bool m_hasJournal = false;
+    LibraryJournal m_journal;
+    bool m_hasJournal = false; ///< the journal is on the disk
 };

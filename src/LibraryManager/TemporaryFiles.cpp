@@ -9,14 +9,18 @@
 #include <QStringBuilder>
 #include <QSysInfo>
 
+#include <atomic>
+
 namespace TemporaryFiles {
 
 QString nameBeside(const QString &name)
 {
     static const QString prefix =
         LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
-    return QStringView(name).first(name.lastIndexOf(u'/') + 1) % prefix
-        % QString::number(QRandomGenerator::global()->generate64(), 36);
+    // From a random number on, because an earlier process of the same number may have left files. Short, because Linux
+    // handles names of up to 39 bytes faster.
+    static std::atomic<quint32> number = QRandomGenerator::global()->bounded(1U << 30U);
+    return QStringView(name).first(name.lastIndexOf(u'/') + 1) % prefix % QString::number(number++, 36);
 }
 
 void sweep(const QDir &directory)

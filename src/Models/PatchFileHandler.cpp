@@ -6,6 +6,7 @@
 #include "VelgorContent.h"
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -132,8 +133,9 @@ bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
     if (!patch.patchData || !patch.userIRData || !patch.headerData) {
         return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(patch.name));
     }
-    return write(exportHeader(*patch.headerData, 1), {namedRecord(*patch.patchData, patch.patchData->name)},
-        {*patch.userIRData}, filename);
+    QList<SPatch> records;
+    records.append(namedRecord(*patch.patchData, patch.patchData->name));
+    return write(exportHeader(*patch.headerData, 1), std::move(records), {*patch.userIRData}, filename);
 }
 
 bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QString &filename)
@@ -147,8 +149,8 @@ bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QStrin
     if (velgorContent.inverseTailBit()) {
         header.tailBit ^= 1U;
     }
-    const auto [patches, userIRs] = velgorContent.getPatchesAndUserIRs();
-    return write(header, patches, userIRs, filename);
+    auto [patches, userIRs] = velgorContent.getPatchesAndUserIRs();
+    return write(header, std::move(patches), std::move(userIRs), filename);
 }
 
 bool PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString &filename)
@@ -166,11 +168,12 @@ bool PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString
     if (patches.isEmpty()) {
         return fail(tr("There are no patches to export."));
     }
-    return write(exportHeader(*patches.first().headerData, patches.size()), records, userIRs, filename);
+    return write(
+        exportHeader(*patches.first().headerData, patches.size()), std::move(records), std::move(userIRs), filename);
 }
 
 bool PatchFileHandler::write(
-    const SHeaderDesc &header, const QList<SPatch> &patches, const QList<SUserIR> &userIRs, const QString &filename)
+    const SHeaderDesc &header, QList<SPatch> patches, QList<SUserIR> userIRs, const QString &filename)
 {
     m_path = filename;
     qint64 size = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * patches.size();
@@ -183,7 +186,7 @@ bool PatchFileHandler::write(
     if (patches.size() > std::numeric_limits<quint16>::max() || size > std::numeric_limits<quint32>::max()) {
         return fail(tr("%1: a preset file cannot hold that many patches").arg(filename));
     }
-    const std::optional<SPresetFile> presets = SPresetFile::fromRecords(header, patches, userIRs);
+    const std::optional<SPresetFile> presets = SPresetFile::fromRecords(header, std::move(patches), std::move(userIRs));
     const std::optional<QByteArray> bytes = presets ? PatchWriter::encodePatches(*presets) : std::nullopt;
     if (!bytes) {
         return fail(tr("%1: %2").arg(filename, Diagnostics::lastLine()));

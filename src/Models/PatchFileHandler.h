@@ -51,8 +51,7 @@ private:
     bool cancel();
     bool canExport(const VelgorContent &velgorContent);
     bool canExport(const VelgorPatch &patch);
-    bool write(const SHeaderDesc &header, const QList<SPatch> &patches, const QList<SUserIR> &userIRs,
-        const QString &filename);
+    bool write(const SHeaderDesc &header, QList<SPatch> patches, QList<SUserIR> userIRs, const QString &filename);
 
     FileAccess &m_files;
     FileDialogs *m_dialogs;

@@ -2,33 +2,40 @@
 
 #include <QtEndian>
 
-#include <array>
-#include <cstring>
-
-namespace {
-
-template <typename Integer>
-void append(QByteArray &bytes, Integer value)
-{
-    const Integer littleEndian = qToLittleEndian(value);
-    std::array<char, sizeof(Integer)> taken{};
-    std::memcpy(taken.data(), &littleEndian, sizeof(Integer));
-    bytes.append(QByteArrayView(taken));
-}
-
-} // namespace
+#include <algorithm>
+#include <utility>
 
 void ByteWriter::writeUInt8(quint8 value)
 {
-    m_bytes.append(static_cast<char>(value));
+    *room(sizeof(value)) = static_cast<char>(value);
 }
 
 void ByteWriter::writeUInt16(quint16 value)
 {
-    append(m_bytes, value);
+    qToLittleEndian(value, room(sizeof(value)));
 }
 
 void ByteWriter::writeUInt32(quint32 value)
 {
-    append(m_bytes, value);
+    qToLittleEndian(value, room(sizeof(value)));
+}
+
+void ByteWriter::writeBytes(QByteArrayView bytes)
+{
+    std::copy(bytes.begin(), bytes.end(), room(bytes.size()));
+}
+
+QByteArray ByteWriter::take()
+{
+    m_bytes.truncate(std::exchange(m_size, 0));
+    return std::exchange(m_bytes, {});
+}
+
+char *ByteWriter::room(qsizetype count)
+{
+    const qsizetype start = std::exchange(m_size, m_size + count);
+    if (m_size > m_bytes.size()) {
+        m_bytes.resize(std::max(m_size, 2 * m_bytes.size()));
+    }
+    return m_bytes.data() + start;
 }

@@ -4,6 +4,9 @@
 #include "Diagnostics.h"
 #include "PatchName.h"
 
+#include <QtEndian>
+
+#include <array>
 #include <limits>
 #include <numeric>
 
@@ -51,9 +54,9 @@ void writeUserIR(ByteWriter &writer, const SUserIR &userIR, quint32 number)
     writer.writeUInt32(userIR.size);
     // A response too short for a whole number gets as many bytes of it as there is room for.
     const qsizetype numberSize = qMin(SUserIR::numberSize, userIR.data.size());
-    ByteWriter numberWriter;
-    numberWriter.writeUInt32(number);
-    writer.writeBytes(QByteArrayView(numberWriter.bytes()).first(numberSize));
+    std::array<char, SUserIR::numberSize> numberBytes{};
+    qToLittleEndian(number, numberBytes.data());
+    writer.writeBytes(QByteArrayView(numberBytes).first(numberSize));
     writer.writeBytes(QByteArrayView(userIR.data).sliced(numberSize));
 }
 
@@ -82,8 +85,8 @@ std::optional<QByteArray> PatchWriter::encodePatches(const SPresetFile &presets)
         writeUserIR(writer, presets.userIRs.at(i), static_cast<quint32>(i));
     }
     writer.writeUInt8(presets.tailBit);
-    writer.writeUInt16(calcChecksum(writer.bytes()));
-    return writer.bytes();
+    writer.writeUInt16(calcChecksum(writer.written()));
+    return writer.take();
 }
 
 quint16 PatchWriter::calcChecksum(QByteArrayView data)

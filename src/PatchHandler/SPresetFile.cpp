@@ -72,17 +72,18 @@ std::optional<SPresetFile> SPresetFile::fromData(const QByteArray &data)
 }
 
 std::optional<SPresetFile> SPresetFile::fromRecords(
-    const SHeaderDesc &headerDesc, const QList<SPatch> &patches, const QList<SUserIR> &userIRs)
+    const SHeaderDesc &headerDesc, QList<SPatch> patches, QList<SUserIR> userIRs)
 {
     if (patches.isEmpty() || userIRs.size() != patches.size()) {
         return refuse(QStringLiteral("Incoherent presets to be created"));
     }
     SPresetFile file;
-    file.patches = patches;
-    file.userIRs = userIRs;
-    qint64 offset = headerDesc.length + SHeaderPatchDesc::encodedLength * patches.size();
-    for (qsizetype i = 0; i < patches.size(); ++i) {
-        const qint64 size = patches.at(i).length + (userIRs.at(i).size == 0 ? 0 : userIRs.at(i).length);
+    file.patches = std::move(patches);
+    file.userIRs = std::move(userIRs);
+    qint64 offset = headerDesc.length + SHeaderPatchDesc::encodedLength * file.patches.size();
+    for (qsizetype i = 0; i < file.patches.size(); ++i) {
+        const SUserIR &userIR = file.userIRs.at(i);
+        const qint64 size = file.patches.at(i).length + (userIR.size == 0 ? 0 : userIR.length);
         file.headerPatchDescs.append({.offset = checkedUInt32(offset), .size = checkedUInt32(size)});
         offset += size;
     }

@@ -31,7 +31,7 @@ struct SPresetFile {
     /// Prints a line and gives nothing when there are no patches or not one user IR for each. A file whose sizes
     /// do not fit 32 bits stops the program.
     [[nodiscard]] static std::optional<SPresetFile> fromRecords(
-        const SHeaderDesc &headerDesc, const QList<SPatch> &patches, const QList<SUserIR> &userIRs);
+        const SHeaderDesc &headerDesc, QList<SPatch> patches, QList<SUserIR> userIRs);
 
     bool operator==(const SPresetFile &) const = default;
 

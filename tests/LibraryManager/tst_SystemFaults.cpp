@@ -118,7 +118,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         directory.write(file, "old");
-        const FailingCall failing(Call::Stat, EIO);
+        const FailingCall failing(Call::Measure, EIO);
         QVERIFY(!DiskFiles::replace(directory.filePath(file), "new").isEmpty());
         QVERIFY(failing.wasMade());
         QCOMPARE(directory.read(file), QByteArray("old"));

@@ -1,0 +1,74 @@
+#include "LibraryDirectory.h"
+#include "LibraryFileNames.h"
+#include "TemporaryFiles.h"
+
+#include <QSysInfo>
+#include <QTest>
+#include <QThreadPool>
+
+#include <limits>
+#include <mutex>
+
+class TestTemporaryFiles : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    static void nameIsInTheDirectoryOfTheOtherAndTellsTheProcess()
+    {
+        QVERIFY(TemporaryFiles::nameBeside(QStringLiteral("/a/b/c")).startsWith(QStringLiteral("/a/b/.velgor-")));
+        const QString name = TemporaryFiles::nameBeside(QStringLiteral("c"));
+        QCOMPARE(LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName()),
+            std::optional<qint64>(QCoreApplication::applicationPid()));
+    }
+
+    static void noNameComesTwice()
+    {
+        constexpr int threads = 4;
+        constexpr int namesOfThread = 5'000;
+        std::mutex mutex;
+        QSet<QString> names;
+        QThreadPool pool;
+        pool.setMaxThreadCount(threads);
+        for (int thread = 0; thread < threads; ++thread) {
+            pool.start([&] {
+                QStringList own;
+                for (int i = 0; i < namesOfThread; ++i) {
+                    own.append(TemporaryFiles::nameBeside(QStringLiteral("x")));
+                }
+                const std::lock_guard lock(mutex);
+                names.unite(QSet(own.cbegin(), own.cend()));
+            });
+        }
+        pool.waitForDone();
+        QCOMPARE(names.size(), qsizetype(threads) * namesOfThread);
+    }
+
+    // Linux keeps longer names in memory of their own, which makes saving new patches slower.
+    static void nameIsShort()
+    {
+        const QString prefix =
+            LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
+        QVERIFY(TemporaryFiles::nameBeside(QStringLiteral("x")).size() <= prefix.size() + 6);
+    }
+
+    static void onlyWhatGoneProcessesLeftIsSwept()
+    {
+        const LibraryDirectory directory;
+        const QString host = QSysInfo::machineHostName();
+        // No system gives this number to a process.
+        constexpr qint64 gone = std::numeric_limits<qint32>::max();
+        const QString left = LibraryFileNames::temporaryPrefix(host, gone) + u'1';
+        const QString own = TemporaryFiles::nameBeside(QStringLiteral("x"));
+        const QString foreign = LibraryFileNames::temporaryPrefix(QStringLiteral("other host"), gone) + u'1';
+        for (const QString &name : {left, own, foreign}) {
+            directory.write(name, "bytes");
+        }
+        TemporaryFiles::sweep(QDir(directory.path()));
+        QVERIFY(!QFile::exists(directory.filePath(left)));
+        QVERIFY(QFile::exists(directory.filePath(own)));
+        QVERIFY(QFile::exists(directory.filePath(foreign)));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTemporaryFiles)
+#include "tst_TemporaryFiles.moc"
