@@ -1,5 +1,4 @@
 #include "DiagnosticRecorder.h"
-#include "DirectoryWatch.h"
 #include "TestLibraries.h"
 
 #include <QElapsedTimer>
@@ -58,74 +57,6 @@ private Q_SLOTS:
         }
         QCOMPARE(directory.files(), threeFiles);
         QCOMPARE(m_lines->take().last(), QStringLiteral("Saving done 0 patches"));
-    }
-
-    void savingWithoutChangesListsOnceAndOpensNoPatchFile()
-    {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        DirectoryWatch watch(directory.path());
-        QVERIFY(watch.isWatching());
-        QVERIFY(!save(directory, three()).hasError());
-        watch.look();
-        QCOMPARE(watch.scans, 1);
-        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
-    }
-
-    void listingsDoNotDependOnTheNumberOfPatches_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::newRow("ten") << 10;
-        QTest::newRow("a thousand") << 1000;
-    }
-    void listingsDoNotDependOnTheNumberOfPatches()
-    {
-        QFETCH(const int, count);
-        const LibraryDirectory directory;
-        LibraryJson::Content library;
-        for (int i = 0; i < count; ++i) {
-            library.patches.append(TestLibraries::patch(QString::number(i), static_cast<quint64>(i + 1), i));
-        }
-        DirectoryWatch watch(directory.path());
-        const LibraryWriteResult first = save(directory, library);
-        QCOMPARE(first.written, count);
-        watch.look();
-        QCOMPARE(watch.scans, 1);
-        QVERIFY(!save(directory, library, first.state).hasError());
-        watch.look();
-        QCOMPARE(watch.scans, 1);
-        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
-    }
-
-    void renamingAndAddingListsOnce()
-    {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryJson::Content library = three();
-        for (VelgorPatch &patch : library.patches) {
-            patch.name += QStringLiteral(" new");
-        }
-        library.patches.append(TestLibraries::patch(QStringLiteral("Added"), 45, 9));
-        DirectoryWatch watch(directory.path());
-        QVERIFY(!save(directory, library).hasError());
-        watch.look();
-        QCOMPARE(watch.scans, 1);
-        // Each file is looked into once before it is moved.
-        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")).size(), 3);
-    }
-
-    void removingManyListsOnce()
-    {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        DirectoryWatch watch(directory.path());
-        LibraryWriteState state = stateOf(directory);
-        state.idsToRemove = {42, 43, 44};
-        QVERIFY(!save(directory, {}, state).hasError());
-        watch.look();
-        QCOMPARE(watch.scans, 1);
-        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
-        QCOMPARE(directory.files(), QStringList{libraryFile});
     }
 
     void renamedPatchMovesItsFile()

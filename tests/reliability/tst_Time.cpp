@@ -90,7 +90,7 @@ class TestTime : public QObject {
 private Q_SLOTS:
     static void cleanup() { travel(0); }
 
-    static void anyDateComesBackToTheLastBit()
+    static void anyIdAndDateComeBackToTheLastBit()
     {
         constexpr int atOnce = 1000;
         QRandomGenerator random(11);
@@ -98,7 +98,7 @@ private Q_SLOTS:
             travel(done / atOnce);
             LibraryJson::Content written;
             for (int i = 0; i < atOnce; ++i) {
-                VelgorPatch patch = TestPatches::stored(static_cast<quint64>(i), QString());
+                VelgorPatch patch = TestPatches::stored(random.generate64(), QString());
                 patch.date.seconds = randomSeconds(random);
                 written.patches.append(patch);
             }
@@ -108,6 +108,7 @@ private Q_SLOTS:
                 const double expected = written.patches.at(i).date.seconds;
                 QVERIFY2(haveSameBits(read->patches.at(i).date.seconds, expected),
                     qPrintable(QString::number(expected, 'g', 17)));
+                QCOMPARE(read->patches.at(i).id(), written.patches.at(i).id());
             }
         }
     }
