@@ -204,6 +204,21 @@ private Q_SLOTS:
 
     // Whole saves
 
+    static void saveWithoutRoomForEveryPatchLeavesTheFormerState()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
+        const QByteArray text = directory.read(LibraryFileNames::libraryFile());
+        const QStringList files = directory.files();
+        const FailingCall failing(Call::Write, ENOSPC);
+        const LibraryWriteResult result = save(directory, three());
+        QVERIFY(failing.wasMade());
+        QVERIFY(result.hasError() && !result.isLibraryFileWritten && !result.arePatchesWritten);
+        QCOMPARE(directory.read(LibraryFileNames::libraryFile()), text);
+        QCOMPARE(directory.files(), files);
+    }
+
     static void saveWithAnyCallFailingLosesNothing_data()
     {
         QTest::addColumn<Call>("call");
