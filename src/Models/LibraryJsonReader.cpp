@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -112,11 +113,11 @@ bool LibraryJsonReader::string(string_t &value)
     if (isSkippable()) {
         return true;
     }
-    const auto decoded = Utf8Text::decode(QByteArrayView(value.data(), static_cast<qsizetype>(value.size())));
+    auto decoded = Utf8Text::decode(QByteArrayView(value.data(), static_cast<qsizetype>(value.size())));
     if (m_place != Place::Patch || !m_field->text || !decoded) {
         return false;
     }
-    m_patch.*(m_field->text) = *decoded;
+    m_patch.*(m_field->text) = *std::move(decoded);
     return markSeen();
 }
 
@@ -187,7 +188,7 @@ bool LibraryJsonReader::end_object()
         if (m_seenFields != allFields) {
             return false;
         }
-        m_content.patches.append(m_patch.withId(m_patchId));
+        m_content.patches.append(std::move(m_patch).withId(m_patchId));
         m_place = Place::Patches;
         return true;
     }

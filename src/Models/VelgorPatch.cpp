@@ -4,6 +4,7 @@
 #include "Utf8Text.h"
 
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -54,11 +55,15 @@ VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newNa
     return copy;
 }
 
-VelgorPatch VelgorPatch::withId(quint64 id) const
+VelgorPatch VelgorPatch::withId(quint64 id) const &
 {
-    VelgorPatch copy = *this;
-    copy.m_id = id;
-    return copy;
+    return VelgorPatch(*this).withId(id);
+}
+
+VelgorPatch VelgorPatch::withId(quint64 id) &&
+{
+    m_id = id;
+    return std::move(*this);
 }
 
 quint64 VelgorPatch::staticSimpleHash(const std::optional<SPatch> &patch, const std::optional<SUserIR> &userIR,

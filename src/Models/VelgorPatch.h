@@ -24,7 +24,8 @@ public:
     /// and gets a random id. Everything else, the date included, is the source's.
     [[nodiscard]] static VelgorPatch copyNamed(const VelgorPatch &from, const QString &newName);
     /// The same patch under another id.
-    [[nodiscard]] VelgorPatch withId(quint64 id) const;
+    [[nodiscard]] VelgorPatch withId(quint64 id) const &;
+    [[nodiscard]] VelgorPatch withId(quint64 id) &&;
 
     /// Key of the library, of selections, of the remembered order and of drags.
     [[nodiscard]] quint64 id() const { return m_id; }

@@ -1,7 +1,5 @@
 #include "Utf8Text.h"
 
-#include <QStringDecoder>
-
 namespace Utf8Text {
 
 namespace {
@@ -18,11 +16,13 @@ qsizetype unitsAt(const QString &text, qsizetype index)
 
 std::optional<QString> decode(QByteArrayView bytes)
 {
-    QStringDecoder decoder(
-        QStringDecoder::Utf8, QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
-    QString text = decoder.decode(bytes);
-    if (decoder.hasError()) {
+    if (!bytes.isValidUtf8()) {
         return std::nullopt;
+    }
+    QString text = QString::fromUtf8(bytes);
+    // At the start, Qt takes it for a sign of the encoding and leaves it out.
+    if (bytes.startsWith("\xEF\xBB\xBF")) {
+        text.prepend(QChar::ByteOrderMark);
     }
     return text;
 }

@@ -15,6 +15,8 @@ private Q_SLOTS:
         QTest::newRow("NUL is a character") << QByteArray(1, '\0') << QString(1, QChar(u'\0'));
         QTest::newRow("leading byte-order mark is kept")
             << QByteArray::fromHex("EFBBBF41") << QStringLiteral(u"\uFEFFA");
+        QTest::newRow("both of two leading byte-order marks are kept")
+            << QByteArray::fromHex("EFBBBFEFBBBF41") << QStringLiteral(u"\uFEFF\uFEFFA");
         QTest::newRow("byte-order mark alone") << QByteArray::fromHex("EFBBBF") << QStringLiteral(u"\uFEFF");
         QTest::newRow("smallest two-byte form") << QByteArray::fromHex("C280") << QString(QChar(u'\x80'));
         QTest::newRow("smallest three-byte form") << QByteArray::fromHex("E0A080") << QStringLiteral(u"\u0800");
