@@ -1,6 +1,7 @@
 #include "WindowActions.h"
 
 #include "CommentEdit.h"
+#include "LibraryCheckDialog.h"
 #include "LibraryContentMainView.h"
 #include "SampleLibrary.h"
 #include "ShownWidgets.h"
@@ -56,6 +57,7 @@ QList<WindowActions::Row> WindowActions::use()
     order();
     edit();
     change();
+    check();
     remove();
     return std::exchange(m_rows, {});
 }
@@ -178,6 +180,22 @@ void WindowActions::change()
         QStringLiteral("window, duplicate a patch"), fewRounds, [duplicate] { duplicate->trigger(); },
         [this] { selectRow(0); });
     waitForSave();
+}
+
+void WindowActions::check()
+{
+    constexpr int rounds = 3;
+    const auto dialog = [this] { return m_window.window->findChild<LibraryCheckDialog *>(); };
+    const auto close = [dialog] { delete dialog(); };
+    QAction *check = m_window.menuEntry(QStringLiteral("Check Library..."));
+    const auto open = [this, check] {
+        check->trigger();
+        list().update();
+    };
+    add(QStringLiteral("window, check the library"), rounds, open, close, [dialog] {
+        return ShownWidgets::labels(*dialog()).filter(QStringLiteral("Checking the library folder")).isEmpty();
+    });
+    close();
 }
 
 void WindowActions::remove()

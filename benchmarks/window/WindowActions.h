@@ -32,6 +32,7 @@ private:
     void tick();
     void edit();
     void change();
+    void check();
     void remove();
     [[nodiscard]] bool isSaved() const;
     void waitForSave() const;

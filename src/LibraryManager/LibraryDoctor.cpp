@@ -11,6 +11,8 @@
 #include <QFileInfo>
 #include <QSysInfo>
 
+#include <utility>
+
 namespace {
 
 /// True when the id is the hash of the patch, under the name in its record or the one that the user sees.
@@ -46,8 +48,9 @@ bool holdsTheSame(const VelgorPatch &a, const VelgorPatch &b)
 
 } // namespace
 
-LibraryDoctor::LibraryDoctor(const QString &directory)
+LibraryDoctor::LibraryDoctor(const QString &directory, LibraryLoader::Report report)
     : m_directory(directory)
+    , m_report(std::move(report))
 {
 }
 
@@ -60,7 +63,7 @@ LibraryHealth LibraryDoctor::examine()
     m_unreadable.clear();
     m_spare.clear();
     m_staged.clear();
-    const LibraryLoadResult loaded = LibraryLoader(m_directory).load();
+    const LibraryLoadResult loaded = LibraryLoader(m_directory, m_report).load();
     noteLibraryFile(loaded);
     if (!loaded.leftovers.areKnown) {
         readJournal();

@@ -18,8 +18,9 @@ class LibraryDoctor {
     Q_DECLARE_TR_FUNCTIONS(LibraryDoctor)
 
 public:
-    /// `directory` is a path without a slash at its end.
-    explicit LibraryDoctor(const QString &directory);
+    /// `directory` is a path without a slash at its end. `report` is called for each patch of the library file, on the
+    /// thread that examines; the files that are not of these patches come after it.
+    explicit LibraryDoctor(const QString &directory, LibraryLoader::Report report = {});
 
     [[nodiscard]] LibraryHealth examine();
 
@@ -42,6 +43,7 @@ private:
         const QString &reason = {}, const std::optional<VelgorPatch> &rescued = std::nullopt);
 
     QString m_directory;
+    LibraryLoader::Report m_report;
     LibraryHealth m_health;
     std::optional<DirectoryListing> m_listing;
     QMap<quint64, VelgorPatch> m_loaded; ///< by id, with preset data

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "BackgroundRun.h"
 #include "KeptLibraries.h"
 #include "LibraryHealth.h"
 
 #include <QList>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 class LibraryStorageManager;
@@ -17,10 +19,16 @@ class LibraryCheck {
 public:
     /// Both must outlive the check. The library must have been loaded.
     LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage);
+    /// Does not wait for an examination.
+    ~LibraryCheck();
+    Q_DISABLE_COPY_MOVE(LibraryCheck)
 
-    /// Writes what is not on disk yet and looks at the directory, which takes a moment with many patches.
+    /// Writes what is not on disk yet and begins to look at the directory, on a thread of its own.
     void examine();
-    /// What the last examination found.
+    /// Its progress counts patches. When it has finished, takeFindings() is to be called.
+    [[nodiscard]] BackgroundRun &examination() const { return *m_examination; }
+    void takeFindings();
+    /// What the last examination found whose findings were taken.
     [[nodiscard]] const LibraryHealth &health() const { return m_health; }
     /// What addRescued() would add.
     [[nodiscard]] QList<VelgorPatch> rescued() const;
@@ -38,4 +46,6 @@ private:
     VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
     LibraryHealth m_health;
+    std::shared_ptr<LibraryHealth> m_found; ///< the examination writes it
+    std::unique_ptr<BackgroundRun> m_examination;
 };

@@ -16,9 +16,12 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include <chrono>
+
 namespace {
 
 constexpr QSize startSize{940, 600};
+constexpr std::chrono::milliseconds patience(50);
 constexpr int margin = 20 - LookMeasures::focusGutter;
 
 /// The pointer says that the program is busy.
@@ -65,8 +68,9 @@ LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageMan
     addColumns();
     addBottom();
     resize(startSize.boundedTo(screen()->availableSize()));
-    examine();
-    finish({});
+    connect(&m_check.examination(), &BackgroundRun::progress, this, &LibraryCheckDialog::showProgress);
+    connect(&m_check.examination(), &BackgroundRun::finished, this, &LibraryCheckDialog::showExamined);
+    examine({});
 }
 
 void LibraryCheckDialog::addColumns()
@@ -77,6 +81,7 @@ void LibraryCheckDialog::addColumns()
     columns->addWidget(m_kept, 1);
     m_layout->addSpacing(LookMeasures::gap);
     m_layout->addLayout(columns, 1);
+    m_findings->button()->setText(tr("&Add Patches"));
     m_kept->button()->setText(tr("&Restore"));
     connect(m_findings->list(), &LibraryCheckList::selectionMoved, this,
         [this] { m_findings->setDetails(m_findings->list()->selectedRow().details); });
@@ -106,10 +111,33 @@ void LibraryCheckDialog::addBottom()
     connect(m_close, &QPushButton::clicked, this, &QDialog::accept);
 }
 
-void LibraryCheckDialog::examine()
+void LibraryCheckDialog::examine(const QString &done)
 {
-    const Waiting waiting;
+    m_doneText = done;
     m_check.examine();
+    // Most libraries take no longer, and nothing flickers.
+    if (m_check.examination().finishWithin(patience)) {
+        return;
+    }
+    m_summary->setText(tr("Checking the library folder..."));
+    m_place->setText(StatusText::directory(m_storage.libDirectory()));
+    m_done->clear();
+    for (LibraryCheckColumn *const column : {m_findings, m_kept}) {
+        column->setRows({}, {});
+        column->button()->setEnabled(false);
+    }
+    keepFocus();
+}
+
+void LibraryCheckDialog::showProgress(qsizetype examined, qsizetype total)
+{
+    m_summary->setText(
+        tr("Checking the library folder: %1 of %2 patches").arg(QString::number(examined), QString::number(total)));
+}
+
+void LibraryCheckDialog::showExamined()
+{
+    m_check.takeFindings();
     const qsizetype patches = m_library.count();
     const QString place = StatusText::directory(m_storage.libDirectory());
     m_summary->setText(LibraryFindingText::summary(m_check.health().findings.size()));
@@ -117,6 +145,8 @@ void LibraryCheckDialog::examine()
         patches == 1 ? tr("1 patch in %1").arg(place) : tr("%1 patches in %2").arg(QString::number(patches), place));
     showFindings();
     showKept();
+    m_done->setText(m_storage.writeError() ? QString() : m_doneText);
+    keepFocus();
 }
 
 void LibraryCheckDialog::showFindings()
@@ -159,8 +189,8 @@ void LibraryCheckDialog::addRescued()
         const Waiting waiting;
         m_check.addRescued();
     }
-    examine();
-    finish(
+    Q_EMIT libraryChanged();
+    examine(
         count == 1 ? tr("1 patch was added to the library.") : tr("%1 patches were added to the library.").arg(count));
 }
 
@@ -171,20 +201,18 @@ void LibraryCheckDialog::restore()
         const Waiting waiting;
         isRestored = m_check.restore(m_kept->list()->selectedRow().keptLibrary);
     }
-    examine();
-    finish(isRestored ? tr("The former library is back. The one that it replaced is the first in the list.")
-                      : tr("Nothing was restored."));
+    Q_EMIT libraryChanged();
+    examine(isRestored ? tr("The former library is back. The one that it replaced is the first in the list.")
+                       : tr("Nothing was restored."));
 }
 
-void LibraryCheckDialog::finish(const QString &done)
+void LibraryCheckDialog::keepFocus()
 {
-    m_done->setText(m_storage.writeError() ? QString() : done);
     const QWidget *const focused = focusWidget();
-    if (!focused || !focused->isEnabled() || focused->focusPolicy() == Qt::NoFocus) {
-        const bool hasFindings = !m_check.health().findings.isEmpty();
+    const bool hasFindings = m_findings->list()->focusPolicy() != Qt::NoFocus && !m_check.health().findings.isEmpty();
+    // While the first examination took its time, nothing else could have the focus.
+    const bool isLent = focused == m_close && hasFindings && m_doneText.isEmpty();
+    if (!focused || !focused->isEnabled() || focused->focusPolicy() == Qt::NoFocus || isLent) {
         (hasFindings ? static_cast<QWidget *>(m_findings->list()) : m_close)->setFocus();
-    }
-    if (!done.isEmpty()) {
-        Q_EMIT libraryChanged();
     }
 }

@@ -27,14 +27,17 @@ Q_SIGNALS:
 private:
     void addColumns();
     void addBottom();
-    void examine();
+    /// `done` is what is said when it is over.
+    void examine(const QString &done);
+    void showProgress(qsizetype examined, qsizetype total);
+    void showExamined();
     void showFindings();
     void showKept();
     void describeKept();
     void addRescued();
     void restore();
-    /// Says what was done, and gives the focus to something that can have it.
-    void finish(const QString &done);
+    /// Gives the focus to something that can have it.
+    void keepFocus();
 
     VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
@@ -45,5 +48,6 @@ private:
     LibraryCheckColumn *m_findings;
     LibraryCheckColumn *m_kept;
     QLabel *m_done; ///< what the last press of a button came to
+    QString m_doneText; ///< the same while it is not shown yet
     QPushButton *m_close;
 };

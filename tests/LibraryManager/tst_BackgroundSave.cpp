@@ -1,6 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
-#include "SaveGate.h"
+#include "ThreadGate.h"
 #include "TestLibraries.h"
 
 #include <QElapsedTimer>
@@ -136,7 +136,7 @@ private Q_SLOTS:
 
     static void changesDuringTheSaveAreNotInIt()
     {
-        SaveGate gate(longest);
+        ThreadGate gate(longest);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
@@ -151,7 +151,7 @@ private Q_SLOTS:
 
     static void requestDuringTheSaveWaitsForTheNextRequest()
     {
-        SaveGate gate(longest);
+        ThreadGate gate(longest);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
@@ -176,7 +176,7 @@ private Q_SLOTS:
 
     static void requestDuringTheSaveIsWrittenBeforeTheEnd()
     {
-        SaveGate gate(200ms);
+        ThreadGate gate(200ms);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
@@ -191,7 +191,7 @@ private Q_SLOTS:
 
     static void changesBeingWrittenCountAsUnsaved()
     {
-        SaveGate gate(longest);
+        ThreadGate gate(longest);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
@@ -220,7 +220,7 @@ private Q_SLOTS:
 
     static void directSaveWaitsForTheBackgroundSaveAndWins()
     {
-        SaveGate gate(200ms);
+        ThreadGate gate(200ms);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
@@ -239,7 +239,7 @@ private Q_SLOTS:
 
     static void deletionDuringABackgroundSaveLeavesNoFileBehind()
     {
-        SaveGate gate(200ms);
+        ThreadGate gate(200ms);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
@@ -268,7 +268,7 @@ private Q_SLOTS:
 
     static void destructionWaitsForTheSave()
     {
-        SaveGate gate(200ms);
+        ThreadGate gate(200ms);
         const LibraryDirectory directory;
         const auto library = threePatches();
         {
@@ -282,7 +282,7 @@ private Q_SLOTS:
 
     static void libraryMayGoDuringItsSave()
     {
-        SaveGate gate(longest);
+        ThreadGate gate(longest);
         const LibraryDirectory directory;
         LibraryStorageManager manager(directory.path(), shortPeriod);
         auto library = threePatches();

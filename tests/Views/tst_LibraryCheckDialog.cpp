@@ -2,6 +2,7 @@
 #include "LibraryCheckList.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
+#include "ThreadGate.h"
 #include "WindowFixture.h"
 
 #include <QApplication>
@@ -13,6 +14,9 @@ namespace {
 const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
 const QString latest = QStringLiteral("velgorlibrary-20260102T000000-00.json");
 const QString entry = QStringLiteral("Check Library...");
+/// What a thread prints that reads a file that is no preset file.
+const QString damagedLine = QStringLiteral("Could not decode HeaderDesc");
+constexpr std::chrono::milliseconds longest(10'000);
 
 /// The same patch, date included, whenever it is asked for.
 const VelgorPatch &patchOf(const QString &name)
@@ -57,7 +61,14 @@ struct Checked {
                 return false;
             }
         }
-        return window.choose(entry) && dialog() != nullptr;
+        return window.choose(entry) && dialog() != nullptr && isExamined();
+    }
+    [[nodiscard]] bool isExamined() const
+    {
+        return QTest::qWaitFor([this] {
+            return dialog() == nullptr
+                || ShownWidgets::labels(*dialog()).filter(QStringLiteral("Checking the library folder")).isEmpty();
+        });
     }
 
     [[nodiscard]] LibraryCheckDialog *dialog() const
@@ -87,6 +98,7 @@ struct Checked {
         QVERIFY2(button(name) != nullptr && button(name)->isEnabled(), qPrintable(name));
         QTest::mouseClick(button(name), Qt::LeftButton);
         WindowFixture::settle();
+        QVERIFY(isExamined());
     }
     [[nodiscard]] bool isSaid(const QString &text) const { return ShownWidgets::labels(*dialog()).contains(text); }
     [[nodiscard]] QStringList rows(const LibraryCheckList *of) const
@@ -421,6 +433,50 @@ private Q_SLOTS:
         QCOMPARE(mnemonics.removeDuplicates(), 0);
         QCOMPARE(mnemonics.size(), 4);
         QVERIFY(!mnemonics.contains(QString()));
+    }
+
+    void aCheckThatTakesItsTimeSaysSo()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(fileOf(QStringLiteral("B")), "damaged");
+        Checked check(directory);
+        QVERIFY(check.open());
+        check.press(QStringLiteral("Close"));
+        ThreadGate gate(longest, damagedLine);
+        QVERIFY(check.window.choose(entry));
+        QTRY_VERIFY(gate.isHolding());
+        QTRY_VERIFY(check.isSaid(QStringLiteral("Checking the library folder: 1 of 2 patches")));
+        QVERIFY(check.isSaid(directory.path()));
+        QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
+        QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
+        QVERIFY(check.button(QStringLiteral("Close"))->hasFocus());
+        gate.open();
+        QVERIFY(check.isExamined());
+        QVERIFY(check.isSaid(QStringLiteral("1 finding in the library folder")));
+        QVERIFY(check.findings()->hasFocus());
+    }
+
+    void aCheckThatIsUnderWayCanBeClosed()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(fileOf(QStringLiteral("B")), "damaged");
+        Checked check(directory);
+        QVERIFY(check.open());
+        check.press(QStringLiteral("Close"));
+        {
+            ThreadGate gate(longest, damagedLine);
+            QVERIFY(check.window.choose(entry));
+            QTRY_VERIFY(gate.isHolding());
+            QTest::mouseClick(check.button(QStringLiteral("Close")), Qt::LeftButton);
+            QTRY_VERIFY(!check.dialog());
+            QVERIFY(gate.isHolding());
+            gate.open();
+            QTRY_VERIFY(QCoreApplication::instance()->findChildren<BackgroundRun *>().isEmpty());
+        }
+        QVERIFY(check.check());
+        QVERIFY(check.isSaid(QStringLiteral("1 finding in the library folder")));
     }
 
     void theFolderIsShownFromHere()

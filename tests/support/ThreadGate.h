@@ -9,18 +9,20 @@
 #include <mutex>
 #include <thread>
 
-/// Holds every save that runs on another thread right after it began, and collects the diagnostic lines.
-class SaveGate {
+/// Holds every other thread that prints a diagnostic line, for a save that is its first one, and collects all lines.
+class ThreadGate {
 public:
-    /// A save is held until open(), but no longer than `longest`.
-    explicit SaveGate(std::chrono::milliseconds longest)
+    /// A thread is held until open(), but no longer than `longest`.
+    explicit ThreadGate(
+        std::chrono::milliseconds longest, const QString &held = QStringLiteral("Saving in progress..."))
         : m_longest(longest)
+        , m_held(held)
         , m_owner(std::this_thread::get_id())
         , m_previous(Diagnostics::setSink([this](const QString &line) { take(line); }))
     {
     }
-    ~SaveGate() { Diagnostics::setSink(std::move(m_previous)); }
-    Q_DISABLE_COPY_MOVE(SaveGate)
+    ~ThreadGate() { Diagnostics::setSink(std::move(m_previous)); }
+    Q_DISABLE_COPY_MOVE(ThreadGate)
 
     [[nodiscard]] bool isHolding() const
     {
@@ -46,7 +48,7 @@ private:
     {
         std::unique_lock lock(m_mutex);
         m_lines.append(line);
-        if (std::this_thread::get_id() != m_owner && line == QStringLiteral("Saving in progress...")) {
+        if (std::this_thread::get_id() != m_owner && line == m_held) {
             m_isHolding = true;
             m_opened.wait_for(lock, m_longest, [this] { return m_isOpen; });
             m_isHolding = false;
@@ -54,6 +56,7 @@ private:
     }
 
     std::chrono::milliseconds m_longest;
+    QString m_held; ///< the line
     std::thread::id m_owner;
     mutable std::mutex m_mutex;
     std::condition_variable m_opened;
