@@ -1,7 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
-#include "ThreadGate.h"
 #include "TestLibraries.h"
+#include "ThreadGate.h"
 
 #include <QElapsedTimer>
 #include <QTest>
