@@ -2,6 +2,13 @@
 
 #include <system_error>
 
+namespace {
+
+/// What ends the work of a run whose result nobody waits for.
+struct Unwanted { };
+
+} // namespace
+
 BackgroundRun::BackgroundRun(QObject *parent)
     : QObject(parent)
 {
@@ -13,6 +20,7 @@ BackgroundRun::BackgroundRun(QObject *parent)
 
 BackgroundRun::~BackgroundRun()
 {
+    m_isUnwanted = true;
     if (m_end.valid()) {
         m_end.wait();
     }
@@ -24,11 +32,19 @@ void BackgroundRun::start(const Work &work)
     m_reported = 0;
     m_done = 0;
     m_total = 0;
-    const auto run = [this, work, number = ++m_run] {
-        work([this](qsizetype done, qsizetype total) {
-            m_total = total;
-            m_done = done;
-        });
+    const auto report = [this](qsizetype done, qsizetype total) {
+        if (m_isUnwanted) {
+            throw Unwanted();
+        }
+        m_total = total;
+        m_done = done;
+    };
+    const auto run = [this, work, report, number = ++m_run]() noexcept {
+        try {
+            work(report);
+        } catch (const Unwanted &) {
+            return;
+        }
         const auto end = [this, number] {
             // finish() may have been called meanwhile, and another run be under way.
             if (number == m_run) {

@@ -14,17 +14,18 @@ class BackgroundRun : public QObject {
     Q_OBJECT
 
 public:
-    /// For the thread to call, as often as it likes.
+    /// For the thread to call, as often as it likes. Does not return, but throws what only this class may catch, once
+    /// the run is to end early.
     using Report = std::function<void(qsizetype done, qsizetype total)>;
     using Work = std::function<void(const Report &report)>;
 
     explicit BackgroundRun(QObject *parent = nullptr);
-    /// Waits for the end of a run.
+    /// Ends a run with its next report, and waits for that.
     ~BackgroundRun() override;
     Q_DISABLE_COPY_MOVE(BackgroundRun)
 
-    /// Not while it is running. Where no thread is to be had, the work is done before this returns; finished() comes
-    /// later all the same.
+    /// Not while it is running. An exception of the work ends the program. Where no thread is to be had, the work is
+    /// done before this returns; finished() comes later all the same.
     void start(const Work &work);
     /// True from start() until right before finished().
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
@@ -48,4 +49,5 @@ private:
     qsizetype m_reported = 0;
     std::atomic<qsizetype> m_done = 0;
     std::atomic<qsizetype> m_total = 0;
+    std::atomic<bool> m_isUnwanted = false;
 };

@@ -255,7 +255,7 @@ QString DiskFiles::stage(const OpenDirectory &directory, const QString &name, co
     if (!error.isEmpty()) {
         return error;
     }
-    // Two names that are taken by chance are not to be met with; a file system that says so of every name is.
+    // By chance one name is taken, or two in a row, but not so many; a file system may say so of every name.
     constexpr int mostAttempts = 8;
     bool isTaken = true;
     for (int attempt = 0; isTaken && attempt < mostAttempts; ++attempt) {

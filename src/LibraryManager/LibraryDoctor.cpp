@@ -80,6 +80,7 @@ LibraryHealth LibraryDoctor::examine()
         QStringList names = m_listing->names();
         names.sort();
         for (const QString &name : std::as_const(names)) {
+            reportStillBusy();
             examineFile(name);
         }
         examineStaged();
@@ -88,6 +89,13 @@ LibraryHealth LibraryDoctor::examine()
     examineContents();
     noteDropped();
     return m_health;
+}
+
+void LibraryDoctor::reportStillBusy() const
+{
+    if (m_report) {
+        m_report(m_loaded.size() + m_dropped.size(), m_loaded.size() + m_dropped.size());
+    }
 }
 
 void LibraryDoctor::readJournal()
@@ -231,6 +239,7 @@ void LibraryDoctor::examineStaged()
 void LibraryDoctor::examineContents()
 {
     for (const VelgorPatch &patch : std::as_const(m_loaded)) {
+        reportStillBusy();
         if (!givesId(patch, patch.id())) {
             examineContent(patch);
         }

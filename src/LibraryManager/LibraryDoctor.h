@@ -18,13 +18,14 @@ class LibraryDoctor {
     Q_DECLARE_TR_FUNCTIONS(LibraryDoctor)
 
 public:
-    /// `directory` is a path without a slash at its end. `report` is called for each patch of the library file, on the
-    /// thread that examines; the files that are not of these patches come after it.
+    /// `directory` is a path without a slash at its end. `report` is called on the thread that examines, for each
+    /// patch of the library file, and goes on with the last number while what follows takes its time.
     explicit LibraryDoctor(const QString &directory, LibraryLoader::Report report = {});
 
     [[nodiscard]] LibraryHealth examine();
 
 private:
+    void reportStillBusy() const;
     void noteLibraryFile(const LibraryLoadResult &loaded);
     void readJournal();
     void examineFile(const QString &name);

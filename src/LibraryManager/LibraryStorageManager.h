@@ -39,7 +39,7 @@ public:
     /// A directory that is neither made nor recorded.
     explicit LibraryStorageManager(const QString &directory,
         std::chrono::milliseconds period = DelayedSave::usualPeriod, QObject *parent = nullptr);
-    /// Waits for a load, and for a save that is being written. What is not on disk yet is for saveUnsaved().
+    /// Ends a load, and waits for a save that is being written. What is not on disk yet is for saveUnsaved().
     ~LibraryStorageManager() override;
     Q_DISABLE_COPY_MOVE(LibraryStorageManager)
 

@@ -9,18 +9,15 @@
 #include <QStringBuilder>
 #include <QSysInfo>
 
-#include <atomic>
-
 namespace TemporaryFiles {
 
 QString nameBeside(const QString &name)
 {
     static const QString prefix =
         LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
-    // From a random number on, because an earlier process of the same number may have left files. Short, because Linux
-    // handles names of up to 39 bytes faster.
-    static std::atomic<quint32> number = QRandomGenerator::global()->bounded(1U << 30U);
-    return QStringView(name).first(name.lastIndexOf(u'/') + 1) % prefix % QString::number(number++, 36);
+    // Short, because Linux handles names of up to 39 bytes faster.
+    const quint32 number = QRandomGenerator::global()->bounded(1U << 30U);
+    return QStringView(name).first(name.lastIndexOf(u'/') + 1) % prefix % QString::number(number, 36);
 }
 
 void sweep(const QDir &directory)

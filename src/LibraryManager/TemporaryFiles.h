@@ -6,8 +6,8 @@
 /// The names under which files are written before they take their places.
 namespace TemporaryFiles {
 
-/// A name, or a path, in the directory of another: a new one at each call. The name tells which process of which
-/// computer writes it.
+/// A name, or a path, in the directory of another. It tells which process of which computer writes the file, and is
+/// drawn anew at each call; one out of thousands may be taken.
 [[nodiscard]] QString nameBeside(const QString &name);
 
 /// Removes what processes of this computer left there that were killed while they wrote: nothing will ever use it. Does

@@ -23,32 +23,20 @@ struct Texts {
 LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage)
     : m_library(library)
     , m_storage(storage)
-    , m_examination(std::make_unique<BackgroundRun>())
 {
-}
-
-LibraryCheck::~LibraryCheck()
-{
-    if (m_examination->isRunning()) {
-        // It cannot be stopped. The program waits for it before it ends; who closes the check does not.
-        BackgroundRun *const rest = m_examination.release();
-        rest->setParent(QCoreApplication::instance());
-        QObject::connect(rest, &BackgroundRun::finished, rest, &QObject::deleteLater);
-    }
 }
 
 void LibraryCheck::examine()
 {
     m_storage.saveUnsaved();
-    m_found = std::make_shared<LibraryHealth>();
-    m_examination->start([directory = m_storage.libDirectory(), found = m_found](const BackgroundRun::Report &report) {
-        *found = LibraryDoctor(directory, report).examine();
+    m_examination.start([this, directory = m_storage.libDirectory()](const BackgroundRun::Report &report) {
+        m_found = LibraryDoctor(directory, report).examine();
     });
 }
 
 void LibraryCheck::takeFindings()
 {
-    m_health = std::exchange(*m_found, {});
+    m_health = std::exchange(m_found, {});
     notePatchesThatCanBeReadAgain();
 }
 

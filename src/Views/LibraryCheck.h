@@ -7,7 +7,6 @@
 #include <QList>
 #include <QString>
 
-#include <memory>
 #include <optional>
 
 class LibraryStorageManager;
@@ -19,14 +18,10 @@ class LibraryCheck {
 public:
     /// Both must outlive the check. The library must have been loaded.
     LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage);
-    /// Does not wait for an examination.
-    ~LibraryCheck();
-    Q_DISABLE_COPY_MOVE(LibraryCheck)
-
     /// Writes what is not on disk yet and begins to look at the directory, on a thread of its own.
     void examine();
     /// Its progress counts patches. When it has finished, takeFindings() is to be called.
-    [[nodiscard]] BackgroundRun &examination() const { return *m_examination; }
+    [[nodiscard]] BackgroundRun &examination() { return m_examination; }
     void takeFindings();
     /// What the last examination found whose findings were taken.
     [[nodiscard]] const LibraryHealth &health() const { return m_health; }
@@ -46,6 +41,6 @@ private:
     VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
     LibraryHealth m_health;
-    std::shared_ptr<LibraryHealth> m_found; ///< the examination writes it
-    std::unique_ptr<BackgroundRun> m_examination;
+    LibraryHealth m_found; ///< written by the examination, read after it
+    BackgroundRun m_examination; ///< after what it writes, so that it ends first
 };

@@ -17,11 +17,12 @@
 #include <QVBoxLayout>
 
 #include <chrono>
+#include <utility>
 
 namespace {
 
 constexpr QSize startSize{940, 600};
-constexpr std::chrono::milliseconds patience(50);
+constexpr std::chrono::milliseconds patience(30);
 constexpr int margin = 20 - LookMeasures::focusGutter;
 
 /// The pointer says that the program is busy.
@@ -114,11 +115,16 @@ void LibraryCheckDialog::addBottom()
 void LibraryCheckDialog::examine(const QString &done)
 {
     m_doneText = done;
-    m_check.examine();
-    // Most libraries take no longer, and nothing flickers.
-    if (m_check.examination().finishWithin(patience)) {
-        return;
+    {
+        const Waiting waiting;
+        m_check.examine();
+        // Most libraries take no longer, and nothing flickers.
+        if (m_check.examination().finishWithin(patience)) {
+            return;
+        }
     }
+    m_isWaiting = true;
+    m_focusBefore = focusWidget();
     m_summary->setText(tr("Checking the library folder..."));
     m_place->setText(StatusText::directory(m_storage.libDirectory()));
     m_done->clear();
@@ -146,6 +152,13 @@ void LibraryCheckDialog::showExamined()
     showFindings();
     showKept();
     m_done->setText(m_storage.writeError() ? QString() : m_doneText);
+    if (std::exchange(m_isWaiting, false) && focusWidget() == m_close) {
+        // It was only lent, while nothing else could be done.
+        m_close->clearFocus();
+        if (m_focusBefore) {
+            m_focusBefore->setFocus();
+        }
+    }
     keepFocus();
 }
 
@@ -209,10 +222,9 @@ void LibraryCheckDialog::restore()
 void LibraryCheckDialog::keepFocus()
 {
     const QWidget *const focused = focusWidget();
-    const bool hasFindings = m_findings->list()->focusPolicy() != Qt::NoFocus && !m_check.health().findings.isEmpty();
-    // While the first examination took its time, nothing else could have the focus.
-    const bool isLent = focused == m_close && hasFindings && m_doneText.isEmpty();
-    if (!focused || !focused->isEnabled() || focused->focusPolicy() == Qt::NoFocus || isLent) {
+    if (!focused || !focused->isEnabled() || focused->focusPolicy() == Qt::NoFocus) {
+        const bool hasFindings =
+            m_findings->list()->focusPolicy() != Qt::NoFocus && !m_check.health().findings.isEmpty();
         (hasFindings ? static_cast<QWidget *>(m_findings->list()) : m_close)->setFocus();
     }
 }

@@ -3,6 +3,7 @@
 #include "LibraryCheck.h"
 
 #include <QDialog>
+#include <QPointer>
 
 class LibraryCheckColumn;
 class LibraryStorageManager;
@@ -49,5 +50,7 @@ private:
     LibraryCheckColumn *m_kept;
     QLabel *m_done; ///< what the last press of a button came to
     QString m_doneText; ///< the same while it is not shown yet
+    bool m_isWaiting = false; ///< for an examination that takes its time
+    QPointer<QWidget> m_focusBefore; ///< what had the focus before that
     QPushButton *m_close;
 };

@@ -1,19 +1,18 @@
 #!/usr/bin/env python3
-"""The programs need the shared libraries of what they use, and no others: shared_libraries.py APPLICATION COMMAND"""
+"""The programs need Qt's shared libraries of what they use, and no others: shared_libraries.py APPLICATION COMMAND"""
 
 import re
 import subprocess
 import sys
 
-SYSTEM = {"libstdc++", "libm", "libgcc_s", "libc", "ld-linux-x86-64", "ld-linux-aarch64"}
-COMMAND = SYSTEM | {"libQt6Core"}
+COMMAND = {"libQt6Core"}
 # Svg draws the icons, Network hands a second start over to the first, DBus knows whether the desktop is light or dark.
 APPLICATION = COMMAND | {"libQt6Gui", "libQt6Widgets", "libQt6Svg", "libQt6Network", "libQt6DBus"}
 
 
 def needed(program):
     text = subprocess.run(["readelf", "--dynamic", "--wide", program], check=True, capture_output=True, text=True).stdout
-    return {name.split(".so")[0] for name in re.findall(r"\(NEEDED\).*\[(.+)\]", text)}
+    return {name.split(".so")[0] for name in re.findall(r"\(NEEDED\).*\[(libQt.+)\]", text)}
 
 
 def main():

@@ -253,7 +253,7 @@ private Q_SLOTS:
         QCOMPARE(loaded(directory).size(), stored);
     }
 
-    static void destructionWaitsForTheLoad()
+    static void destructionEndsTheLoad()
     {
         DiagnosticRecorder lines;
         const LibraryDirectory directory;
@@ -263,7 +263,8 @@ private Q_SLOTS:
             manager.startLoading();
             QVERIFY(manager.isLoading());
         }
-        QVERIFY(lines.take().last().startsWith(QStringLiteral("Incomplete library loading")));
+        // That comes at the end of a whole load.
+        QCOMPARE(lines.take().filter(QStringLiteral("Incomplete library loading")), QStringList());
         QCoreApplication::processEvents();
     }
 };

@@ -2,7 +2,11 @@
 #include "DirectoryWatch.h"
 #include "TestLibraries.h"
 
+#include <QFile>
 #include <QTest>
+
+#include <cstring>
+#include <memory>
 
 using namespace TestLibraries;
 

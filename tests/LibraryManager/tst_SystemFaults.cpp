@@ -211,7 +211,8 @@ private Q_SLOTS:
         QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
         const QByteArray text = directory.read(LibraryFileNames::libraryFile());
         const QStringList files = directory.files();
-        const FailingCall failing(Call::Write, ENOSPC);
+        // One is prepared, the next one finds no room.
+        const FailingCall failing(Call::Write, ENOSPC, 1);
         const LibraryWriteResult result = save(directory, three());
         QVERIFY(failing.wasMade());
         QVERIFY(result.hasError() && !result.isLibraryFileWritten && !result.arePatchesWritten);
@@ -225,7 +226,8 @@ private Q_SLOTS:
         for (const auto &[call, name] :
             {std::pair(Call::Sync, "synchronising a file"), std::pair(Call::SyncAll, "synchronising all"),
                 std::pair(Call::Rename, "renaming"), std::pair(Call::MoveOnly, "moving"),
-                std::pair(Call::Unlink, "removing"), std::pair(Call::Read, "reading")}) {
+                std::pair(Call::Unlink, "removing"), std::pair(Call::Read, "reading"),
+                std::pair(Call::Write, "writing"), std::pair(Call::Measure, "measuring")}) {
             QTest::newRow(name) << call;
         }
     }
@@ -308,16 +310,21 @@ private Q_SLOTS:
         LibraryJson::Content library = one(QStringLiteral("Lead"));
         QVERIFY(!save(directory, library).hasError());
         library.patches.first().name = QStringLiteral("Solo");
+        LibraryWriteResult result;
         {
             const FailingCall moving(Call::MoveOnly, EIO);
             const FailingCall failing(call, EIO, before);
-            const LibraryWriteResult result = save(directory, library);
+            result = save(directory, library);
             QVERIFY(moving.wasMade() && failing.wasMade());
             QVERIFY(!result.arePatchesWritten && !result.problems.isEmpty());
         }
         QVERIFY(directory.has(leadFile));
         QCOMPARE(leftovers(directory), QStringList());
         QVERIFY(areIdentical(loaded(directory), library.patches));
+
+        // Nothing stands in the way any more.
+        QVERIFY(!save(directory, library, result.state).hasError());
+        QVERIFY(directory.has(QStringLiteral("lib-Solo.42.prst")));
     }
 
     static void damagedFileThatCannotBeSetAsideStays()

@@ -9,6 +9,8 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
@@ -16,7 +18,7 @@ const QString latest = QStringLiteral("velgorlibrary-20260102T000000-00.json");
 const QString entry = QStringLiteral("Check Library...");
 /// What a thread prints that reads a file that is no preset file.
 const QString damagedLine = QStringLiteral("Could not decode HeaderDesc");
-constexpr std::chrono::milliseconds longest(10'000);
+constexpr std::chrono::milliseconds longest = 10s;
 
 /// The same patch, date included, whenever it is asked for.
 const VelgorPatch &patchOf(const QString &name)
@@ -247,6 +249,7 @@ private Q_SLOTS:
         QCOMPARE(check.window.message(), QStringLiteral("Could not access to library directory."));
         QVERIFY(check.window.answer(entry));
         QTRY_VERIFY(check.dialog());
+        QVERIFY(check.isExamined());
         QVERIFY(check.rows(check.findings()).contains(QStringLiteral("Library file not readable (1)")));
         check.press(QStringLiteral("Add 2 Patches"));
         QCOMPARE(TestLibraries::loaded(directory).size(), 2);
@@ -270,6 +273,7 @@ private Q_SLOTS:
         QCOMPARE(check.window.message(), QStringLiteral("Some patches of the library could not be loaded"));
         QVERIFY(check.window.answer(entry));
         QTRY_VERIFY(check.dialog());
+        QVERIFY(check.isExamined());
         QCOMPARE(check.rows(check.findings()),
             (QStringList{QStringLiteral("Patches without a file (1)"), QStringLiteral("B")}));
         QTest::keyClick(check.dialog(), Qt::Key_Escape);
@@ -457,26 +461,45 @@ private Q_SLOTS:
         QVERIFY(check.findings()->hasFocus());
     }
 
-    void aCheckThatIsUnderWayCanBeClosed()
+    void aCheckThatIsClosedEndsWithThePatchThatItLooksAt()
     {
         const LibraryDirectory directory;
         QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(fileOf(QStringLiteral("A")), "damaged");
         directory.write(fileOf(QStringLiteral("B")), "damaged");
         Checked check(directory);
         QVERIFY(check.open());
         check.press(QStringLiteral("Close"));
         {
-            ThreadGate gate(longest, damagedLine);
+            ThreadGate gate(200ms, damagedLine);
             QVERIFY(check.window.choose(entry));
             QTRY_VERIFY(gate.isHolding());
             QTest::mouseClick(check.button(QStringLiteral("Close")), Qt::LeftButton);
-            QTRY_VERIFY(!check.dialog());
-            QVERIFY(gate.isHolding());
-            gate.open();
-            QTRY_VERIFY(QCoreApplication::instance()->findChildren<BackgroundRun *>().isEmpty());
+            QTRY_VERIFY(check.window.window->findChildren<LibraryCheckDialog *>().isEmpty());
+            QVERIFY(!gate.isHolding());
+            QCOMPARE(gate.lines().count(damagedLine), 1);
         }
         QVERIFY(check.check());
-        QVERIFY(check.isSaid(QStringLiteral("1 finding in the library folder")));
+        QVERIFY(check.isSaid(QStringLiteral("2 findings in the library folder")));
+    }
+
+    void theFocusIsWhereItWasAfterACheckThatTookItsTime()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        directory.write(QStringLiteral("lib-X.1.prst"), "damaged");
+        Checked check(directory);
+        QVERIFY(check.open());
+        QPushButton *const restore = check.button(QStringLiteral("Restore"));
+        restore->setFocus();
+        ThreadGate gate(longest, damagedLine);
+        QTest::keyClick(restore, Qt::Key_Space);
+        QTRY_VERIFY(gate.isHolding());
+        QTRY_VERIFY(check.button(QStringLiteral("Close"))->hasFocus());
+        gate.open();
+        QVERIFY(check.isExamined());
+        QVERIFY(restore->isEnabled() && restore->hasFocus());
     }
 
     void theFolderIsShownFromHere()

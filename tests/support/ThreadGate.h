@@ -9,7 +9,7 @@
 #include <mutex>
 #include <thread>
 
-/// Holds every other thread that prints a diagnostic line, for a save that is its first one, and collects all lines.
+/// Holds every other thread that prints a certain diagnostic line, by default the first of a save. Collects all lines.
 class ThreadGate {
 public:
     /// A thread is held until open(), but no longer than `longest`.

@@ -125,6 +125,7 @@ def take_pictures(desktop, scheme, pictures, *paths):
     program = desktop.start([session.executable], session.home, **session.variables)
     program.answer("Some patches of the library could not be loaded", "Check Library...")
     program.dialog("Check Library")
+    program.wait(lambda: program.rows_of("Findings"), "the findings")
     program.press("End")
     park(desktop)
     take("library-check")
