@@ -114,7 +114,7 @@ def machine() -> str:
     )
     return (
         f"{datetime.date.today():%-d %B %Y}; {os.cpu_count()} cores of {model}; {platform.system()} "
-        f"{platform.release().partition("-")[0]}; load of the machine at the end {os.getloadavg()[0]:.1f}."
+        f"{platform.release().split('-')[0]}; load of the machine at the end {os.getloadavg()[0]:.1f}."
     )
 
 
