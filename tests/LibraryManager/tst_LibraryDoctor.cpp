@@ -91,6 +91,18 @@ private Q_SLOTS:
             [](const LibraryFinding &finding) { return finding.kind == Kind::UnlistedDirectory; }));
     }
 
+    void itReportsEachPatchAndGoesOnWhileFilesAndContentsAreLookedAt()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, importedThree()).hasError());
+        QList<qsizetype> reported;
+        std::ignore = LibraryDoctor(directory.path(), [&reported](qsizetype done, qsizetype) {
+            reported.append(done);
+        }).examine();
+        const qsizetype later = directory.files().size() + importedThree().patches.size();
+        QCOMPARE(reported, (QList<qsizetype>{1, 2, 3} + QList<qsizetype>(later, 3)));
+    }
+
     void whatAJournalNamesAndIsNoPatchIsALeftover()
     {
         const LibraryDirectory directory;

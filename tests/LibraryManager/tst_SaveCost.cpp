@@ -6,7 +6,6 @@
 #include <QTest>
 
 #include <cstring>
-#include <memory>
 
 using namespace TestLibraries;
 
@@ -41,13 +40,9 @@ LibraryJson::Content many(int count)
 class TestSaveCost : public QObject {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticRecorder> m_lines;
+    const DiagnosticRecorder m_silence;
 
 private Q_SLOTS:
-    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_lines.reset(); }
-
     static void savingWithoutChangesListsOnceAndOpensNoPatchFile()
     {
         const LibraryDirectory directory;
