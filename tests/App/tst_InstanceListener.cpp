@@ -1,6 +1,8 @@
 #include "InstanceListener.h"
 #include "InstanceMessage.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -171,5 +173,5 @@ private:
     QString m_name;
 };
 
-QTEST_GUILESS_MAIN(TestInstanceListener)
+VELGOR_TEST(TestInstanceListener)
 #include "tst_InstanceListener.moc"

@@ -1,5 +1,7 @@
 #include "InstanceMessage.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using InstanceMessage::State;
@@ -56,5 +58,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestInstanceMessage)
+VELGOR_TEST(TestInstanceMessage)
 #include "tst_InstanceMessage.moc"

@@ -2,7 +2,9 @@
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
 #include "SingleInstance.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -262,5 +264,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_runtime;
 };
 
-QTEST_GUILESS_MAIN(TestSingleInstance)
+VELGOR_TEST(TestSingleInstance)
 #include "tst_SingleInstance.moc"

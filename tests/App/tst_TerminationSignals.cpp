@@ -1,5 +1,7 @@
 #include "TerminationSignals.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -90,5 +92,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTerminationSignals)
+VELGOR_TEST(TestTerminationSignals)
 #include "tst_TerminationSignals.moc"

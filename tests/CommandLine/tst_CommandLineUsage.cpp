@@ -1,6 +1,8 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -192,5 +194,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCommandLineUsage)
+VELGOR_TEST(TestCommandLineUsage)
 #include "tst_CommandLineUsage.moc"

@@ -1,7 +1,9 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace {
@@ -132,5 +134,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestComposeCommand)
+VELGOR_TEST(TestComposeCommand)
 #include "tst_ComposeCommand.moc"

@@ -1,7 +1,9 @@
 #include "LibraryDirectory.h"
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace {
@@ -258,5 +260,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDoctorCommand)
+VELGOR_TEST(TestDoctorCommand)
 #include "tst_DoctorCommand.moc"

@@ -1,7 +1,9 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -295,5 +297,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFileCommands)
+VELGOR_TEST(TestFileCommands)
 #include "tst_FileCommands.moc"

@@ -1,7 +1,9 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QLockFile>
 #include <QSysInfo>
 #include <QTest>
@@ -267,5 +269,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHostileInput)
+VELGOR_TEST(TestHostileInput)
 #include "tst_HostileInput.moc"

@@ -1,7 +1,9 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <memory>
@@ -350,5 +352,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryCommands)
+VELGOR_TEST(TestLibraryCommands)
 #include "tst_LibraryCommands.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
@@ -269,5 +271,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBackgroundLoad)
+VELGOR_TEST(TestBackgroundLoad)
 #include "tst_BackgroundLoad.moc"

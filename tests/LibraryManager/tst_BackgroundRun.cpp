@@ -1,5 +1,7 @@
 #include "BackgroundRun.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
@@ -121,5 +123,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBackgroundRun)
+VELGOR_TEST(TestBackgroundRun)
 #include "tst_BackgroundRun.moc"

@@ -1,8 +1,10 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "ThreadGate.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -367,5 +369,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBackgroundSave)
+VELGOR_TEST(TestBackgroundSave)
 #include "tst_BackgroundSave.moc"

@@ -1,6 +1,8 @@
 #include "BatchFiles.h"
 #include "LibraryDirectory.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestBatchFiles : public QObject {
@@ -120,5 +122,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBatchFiles)
+VELGOR_TEST(TestBatchFiles)
 #include "tst_BatchFiles.moc"

@@ -1,6 +1,8 @@
 #include "DelayedSave.h"
 #include "DiagnosticRecorder.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
@@ -147,5 +149,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDelayedSave)
+VELGOR_TEST(TestDelayedSave)
 #include "tst_DelayedSave.moc"

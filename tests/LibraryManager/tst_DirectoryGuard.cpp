@@ -1,6 +1,8 @@
 #include "DirectoryGuard.h"
 #include "LibraryDirectory.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -48,5 +50,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDirectoryGuard)
+VELGOR_TEST(TestDirectoryGuard)
 #include "tst_DirectoryGuard.moc"

@@ -1,7 +1,9 @@
 #include "DirectoryListing.h"
 #include "LibraryDirectory.h"
 #include "OrdinaryUser.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -122,5 +124,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDirectoryListing)
+VELGOR_TEST(TestDirectoryListing)
 #include "tst_DirectoryListing.moc"

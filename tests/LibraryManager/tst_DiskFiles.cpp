@@ -1,7 +1,9 @@
 #include "DiskFiles.h"
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSysInfo>
 #include <QTest>
@@ -344,5 +346,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDiskFiles)
+VELGOR_TEST(TestDiskFiles)
 #include "tst_DiskFiles.moc"

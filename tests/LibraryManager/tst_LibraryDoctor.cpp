@@ -8,7 +8,9 @@
 #include "OrdinaryUser.h"
 #include "RescuedPatches.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSysInfo>
 #include <QTest>
 
@@ -602,5 +604,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryDoctor)
+VELGOR_TEST(TestLibraryDoctor)
 #include "tst_LibraryDoctor.moc"

@@ -1,5 +1,7 @@
 #include "LibraryFileNames.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -169,5 +171,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryFileNames)
+VELGOR_TEST(TestLibraryFileNames)
 #include "tst_LibraryFileNames.moc"

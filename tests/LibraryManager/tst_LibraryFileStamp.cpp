@@ -1,6 +1,8 @@
 #include "LibraryDirectory.h"
 #include "LibraryFileStamp.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 /// Whether a file is still the one that was read.
@@ -61,5 +63,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryFileStamp)
+VELGOR_TEST(TestLibraryFileStamp)
 #include "tst_LibraryFileStamp.moc"

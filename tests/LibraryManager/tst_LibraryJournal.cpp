@@ -1,6 +1,8 @@
 #include "LibraryFileNames.h"
 #include "LibraryJournal.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <limits>
@@ -54,5 +56,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryJournal)
+VELGOR_TEST(TestLibraryJournal)
 #include "tst_LibraryJournal.moc"

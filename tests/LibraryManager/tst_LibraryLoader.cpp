@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -465,5 +467,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryLoader)
+VELGOR_TEST(TestLibraryLoader)
 #include "tst_LibraryLoader.moc"

@@ -1,7 +1,9 @@
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
 #include "LibraryLock.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -184,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryLock)
+VELGOR_TEST(TestLibraryLock)
 #include "tst_LibraryLock.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -180,5 +182,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryManagerPreferences)
+VELGOR_TEST(TestLibraryManagerPreferences)
 #include "tst_LibraryManagerPreferences.moc"

@@ -4,7 +4,9 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 /// A library moves to another directory, and the former one stays as it is.
@@ -121,5 +123,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryMove)
+VELGOR_TEST(TestLibraryMove)
 #include "tst_LibraryMove.moc"

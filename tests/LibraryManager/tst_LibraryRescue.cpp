@@ -3,7 +3,9 @@
 #include "LibraryLock.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using namespace TestLibraries;
@@ -205,5 +207,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryRescue)
+VELGOR_TEST(TestLibraryRescue)
 #include "tst_LibraryRescue.moc"

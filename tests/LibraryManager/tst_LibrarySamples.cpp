@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QTest>
 
@@ -167,5 +169,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibrarySamples)
+VELGOR_TEST(TestLibrarySamples)
 #include "tst_LibrarySamples.moc"

@@ -4,7 +4,9 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -305,5 +307,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryStorageManager)
+VELGOR_TEST(TestLibraryStorageManager)
 #include "tst_LibraryStorageManager.moc"

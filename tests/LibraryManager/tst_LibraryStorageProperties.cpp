@@ -2,7 +2,9 @@
 #include "LibraryStorageManager.h"
 #include "PatchName.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -166,5 +168,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryStorageProperties)
+VELGOR_TEST(TestLibraryStorageProperties)
 #include "tst_LibraryStorageProperties.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryJournal.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using namespace TestLibraries;
@@ -156,5 +158,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibrarySweeper)
+VELGOR_TEST(TestLibrarySweeper)
 #include "tst_LibrarySweeper.moc"

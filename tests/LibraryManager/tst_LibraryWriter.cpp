@@ -1,6 +1,8 @@
 #include "DiagnosticRecorder.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -452,5 +454,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryWriter)
+VELGOR_TEST(TestLibraryWriter)
 #include "tst_LibraryWriter.moc"

@@ -1,6 +1,8 @@
 #include "DiagnosticRecorder.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using namespace TestLibraries;
@@ -202,5 +204,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryWriterMoves)
+VELGOR_TEST(TestLibraryWriterMoves)
 #include "tst_LibraryWriterMoves.moc"

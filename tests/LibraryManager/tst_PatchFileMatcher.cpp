@@ -1,7 +1,9 @@
 #include "LibraryDirectory.h"
 #include "PatchFileMatcher.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestPatchFileMatcher : public QObject {
@@ -112,5 +114,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPatchFileMatcher)
+VELGOR_TEST(TestPatchFileMatcher)
 #include "tst_PatchFileMatcher.moc"

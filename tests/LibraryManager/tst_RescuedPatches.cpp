@@ -1,7 +1,9 @@
 #include "LibraryAnnouncements.h"
 #include "RescuedPatches.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using namespace TestLibraries;
@@ -100,5 +102,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestRescuedPatches)
+VELGOR_TEST(TestRescuedPatches)
 #include "tst_RescuedPatches.moc"

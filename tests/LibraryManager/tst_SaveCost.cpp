@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QTest>
 
@@ -141,5 +143,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSaveCost)
+VELGOR_TEST(TestSaveCost)
 #include "tst_SaveCost.moc"

@@ -2,7 +2,9 @@
 #include "LibraryJournal.h"
 #include "SettledExamination.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSysInfo>
 #include <QTest>
 
@@ -101,5 +103,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSettledExamination)
+VELGOR_TEST(TestSettledExamination)
 #include "tst_SettledExamination.moc"

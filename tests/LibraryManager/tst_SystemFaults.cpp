@@ -6,7 +6,9 @@
 #include "LibraryJournal.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -381,7 +383,6 @@ private Q_SLOTS:
     static void fileOfARemovedPatchThatStaysAtTheStartGoesWithTheNextSave()
     {
         const LibraryDirectory directory;
-        const QString leadFile = QStringLiteral("lib-Lead.42.prst");
         LibraryJson::Content rest = three();
         QVERIFY(!save(directory, rest).hasError());
         rest.patches.removeFirst();
@@ -431,5 +432,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSystemFaults)
+VELGOR_TEST(TestSystemFaults)
 #include "tst_SystemFaults.moc"

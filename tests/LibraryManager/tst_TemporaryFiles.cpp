@@ -1,7 +1,9 @@
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
 #include "TemporaryFiles.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSysInfo>
 #include <QTest>
 
@@ -56,5 +58,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTemporaryFiles)
+VELGOR_TEST(TestTemporaryFiles)
 #include "tst_TemporaryFiles.moc"

@@ -2,8 +2,10 @@
 #include "FailingCall.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "UnreadPatches.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <cerrno>
@@ -130,5 +132,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestUnreadPatches)
+VELGOR_TEST(TestUnreadPatches)
 #include "tst_UnreadPatches.moc"

@@ -3,7 +3,9 @@
 #include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "TestProgram.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <QTest>
@@ -123,5 +125,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestBadgePainter)
+VELGOR_WIDGET_TEST(TestBadgePainter)
 #include "tst_BadgePainter.moc"

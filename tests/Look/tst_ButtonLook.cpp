@@ -3,6 +3,7 @@
 #include "LookTokens.h"
 #include "Painted.h"
 #include "Symbols.h"
+#include "TestProgram.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
@@ -103,5 +104,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestButtonLook)
+VELGOR_WIDGET_TEST(TestButtonLook)
 #include "tst_ButtonLook.moc"

@@ -1,6 +1,7 @@
 #include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "TestProgram.h"
 #include "ToggleButton.h"
 #include "VelgorStyle.h"
 
@@ -74,5 +75,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestKeyboardFocus)
+VELGOR_WIDGET_TEST(TestKeyboardFocus)
 #include "tst_KeyboardFocus.moc"

@@ -1,5 +1,7 @@
 #include "LookMeasures.h"
+#include "TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 using namespace LookMeasures;
@@ -71,5 +73,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLookMeasures)
+VELGOR_WIDGET_TEST(TestLookMeasures)
 #include "tst_LookMeasures.moc"

@@ -2,6 +2,7 @@
 #include "Contrast.h"
 #include "Look.h"
 #include "LookTokens.h"
+#include "TestProgram.h"
 
 #include <QApplication>
 #include <QTest>
@@ -121,5 +122,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLookTokens)
+VELGOR_WIDGET_TEST(TestLookTokens)
 #include "tst_LookTokens.moc"

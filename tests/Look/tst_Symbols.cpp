@@ -2,7 +2,9 @@
 #include "Look.h"
 #include "LookTokens.h"
 #include "Symbols.h"
+#include "TestProgram.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QPainter>
 #include <QPushButton>
@@ -163,5 +165,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestSymbols)
+VELGOR_WIDGET_TEST(TestSymbols)
 #include "tst_Symbols.moc"

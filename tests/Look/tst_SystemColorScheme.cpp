@@ -1,6 +1,7 @@
 #include "Look.h"
 #include "LookTokens.h"
 #include "SystemColorScheme.h"
+#include "TestProgram.h"
 
 #include <QApplication>
 #include <QDBusVariant>
@@ -95,5 +96,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestSystemColorScheme)
+VELGOR_WIDGET_TEST(TestSystemColorScheme)
 #include "tst_SystemColorScheme.moc"

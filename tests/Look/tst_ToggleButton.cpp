@@ -3,6 +3,7 @@
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "Painted.h"
+#include "TestProgram.h"
 #include "ToggleButton.h"
 #include "VelgorStyle.h"
 
@@ -120,5 +121,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestToggleButton)
+VELGOR_WIDGET_TEST(TestToggleButton)
 #include "tst_ToggleButton.moc"

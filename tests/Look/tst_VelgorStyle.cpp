@@ -3,6 +3,7 @@
 #include "LookTokens.h"
 #include "Painted.h"
 #include "Symbols.h"
+#include "TestProgram.h"
 #include "ToggleButton.h"
 #include "VelgorStyle.h"
 
@@ -325,5 +326,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestVelgorStyle)
+VELGOR_WIDGET_TEST(TestVelgorStyle)
 #include "tst_VelgorStyle.moc"

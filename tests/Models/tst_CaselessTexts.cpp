@@ -1,7 +1,9 @@
 #include "CaselessTexts.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "Utf8Text.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <algorithm>
@@ -103,5 +105,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCaselessTexts)
+VELGOR_TEST(TestCaselessTexts)
 #include "tst_CaselessTexts.moc"

@@ -1,8 +1,10 @@
 #include "ContentEditor.h"
 #include "FakeLibraryStorage.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorContent.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using TestPatches::imported;
@@ -385,5 +387,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestContentEditor)
+VELGOR_TEST(TestContentEditor)
 #include "tst_ContentEditor.moc"

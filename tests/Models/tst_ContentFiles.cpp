@@ -3,8 +3,10 @@
 #include "FakeFiles.h"
 #include "PatchFileHandler.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorContent.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -403,5 +405,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestContentFiles)
+VELGOR_TEST(TestContentFiles)
 #include "tst_ContentFiles.moc"

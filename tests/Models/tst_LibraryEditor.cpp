@@ -2,8 +2,10 @@
 #include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorContent.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using TestPatches::imported;
@@ -497,5 +499,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryEditor)
+VELGOR_TEST(TestLibraryEditor)
 #include "tst_LibraryEditor.moc"

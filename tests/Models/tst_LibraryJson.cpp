@@ -1,7 +1,9 @@
 #include "LibraryJson.h"
 #include "LibraryJsonReader.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <bit>
@@ -475,5 +477,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryJson)
+VELGOR_TEST(TestLibraryJson)
 #include "tst_LibraryJson.moc"

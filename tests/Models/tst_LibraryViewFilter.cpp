@@ -1,7 +1,9 @@
 #include "LibraryViewFilter.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorLibrary.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using Flag = bool VelgorPatch::*;
@@ -263,5 +265,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryViewFilter)
+VELGOR_TEST(TestLibraryViewFilter)
 #include "tst_LibraryViewFilter.moc"

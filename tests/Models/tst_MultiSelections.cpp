@@ -1,5 +1,7 @@
 #include "MultiSelections.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestMultiSelections : public QObject {
@@ -63,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMultiSelections)
+VELGOR_TEST(TestMultiSelections)
 #include "tst_MultiSelections.moc"

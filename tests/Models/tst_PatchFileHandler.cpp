@@ -2,8 +2,10 @@
 #include "FakeFiles.h"
 #include "PatchFileHandler.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorContent.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using TestPatches::imported;
@@ -402,5 +404,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPatchFileHandler)
+VELGOR_TEST(TestPatchFileHandler)
 #include "tst_PatchFileHandler.moc"

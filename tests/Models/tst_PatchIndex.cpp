@@ -1,7 +1,9 @@
 #include "PatchIndex.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "Utf8Text.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <algorithm>
@@ -216,5 +218,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPatchIndex)
+VELGOR_TEST(TestPatchIndex)
 #include "tst_PatchIndex.moc"

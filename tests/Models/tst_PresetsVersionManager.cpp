@@ -1,5 +1,7 @@
 #include "PresetsVersionManager.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestPresetsVersionManager : public QObject {
@@ -89,5 +91,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPresetsVersionManager)
+VELGOR_TEST(TestPresetsVersionManager)
 #include "tst_PresetsVersionManager.moc"

@@ -1,5 +1,7 @@
 #include "ReferenceDate.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 #include <QTimeZone>
 
@@ -60,5 +62,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestReferenceDate)
+VELGOR_TEST(TestReferenceDate)
 #include "tst_ReferenceDate.moc"

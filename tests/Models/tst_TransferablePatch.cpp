@@ -1,7 +1,9 @@
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "TransferablePatch.h"
 #include "VelgorContentPatch.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <functional>
@@ -219,5 +221,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTransferablePatch)
+VELGOR_TEST(TestTransferablePatch)
 #include "tst_TransferablePatch.moc"

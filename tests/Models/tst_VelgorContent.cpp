@@ -3,8 +3,10 @@
 #include "FatalStop.h"
 #include "PatchFileHandler.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorContent.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -593,5 +595,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVelgorContent)
+VELGOR_TEST(TestVelgorContent)
 #include "tst_VelgorContent.moc"

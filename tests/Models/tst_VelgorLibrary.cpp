@@ -3,8 +3,10 @@
 #include "FatalStop.h"
 #include "LibraryAnnouncements.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorLibrary.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -571,5 +573,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVelgorLibrary)
+VELGOR_TEST(TestVelgorLibrary)
 #include "tst_VelgorLibrary.moc"

@@ -1,8 +1,10 @@
 #include "FakeLibraryStorage.h"
 #include "LibraryAnnouncements.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorLibrary.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using TestPatches::imported;
@@ -251,5 +253,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVelgorLibraryOrder)
+VELGOR_TEST(TestVelgorLibraryOrder)
 #include "tst_VelgorLibraryOrder.moc"

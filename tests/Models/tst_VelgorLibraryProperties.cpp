@@ -3,9 +3,11 @@
 #include "FakeLibraryStorage.h"
 #include "LibraryViewFilter.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "Utf8Text.h"
 #include "VelgorLibrary.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <algorithm>
@@ -353,5 +355,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVelgorLibraryProperties)
+VELGOR_TEST(TestVelgorLibraryProperties)
 #include "tst_VelgorLibraryProperties.moc"

@@ -1,7 +1,9 @@
 #include "LibraryAnnouncements.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorLibrary.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using TestPatches::imported;
@@ -140,5 +142,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVelgorLibraryTakeOver)
+VELGOR_TEST(TestVelgorLibraryTakeOver)
 #include "tst_VelgorLibraryTakeOver.moc"

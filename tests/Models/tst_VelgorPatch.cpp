@@ -1,6 +1,8 @@
 #include "LibraryJson.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <limits>
@@ -273,5 +275,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVelgorPatch)
+VELGOR_TEST(TestVelgorPatch)
 #include "tst_VelgorPatch.moc"

@@ -1,6 +1,8 @@
 #include "ByteReader.h"
 #include "FatalStop.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestByteReader : public QObject {
@@ -39,5 +41,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestByteReader)
+VELGOR_TEST(TestByteReader)
 #include "tst_ByteReader.moc"

@@ -1,5 +1,7 @@
 #include "ByteWriter.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestByteWriter : public QObject {
@@ -40,5 +42,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestByteWriter)
+VELGOR_TEST(TestByteWriter)
 #include "tst_ByteWriter.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "Diagnostics.h"
 #include "FatalStop.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <thread>
@@ -74,5 +76,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDiagnostics)
+VELGOR_TEST(TestDiagnostics)
 #include "tst_Diagnostics.moc"

@@ -1,5 +1,7 @@
 #include "PatchName.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestPatchName : public QObject {
@@ -98,5 +100,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPatchName)
+VELGOR_TEST(TestPatchName)
 #include "tst_PatchName.moc"

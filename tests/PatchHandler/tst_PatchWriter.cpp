@@ -1,8 +1,10 @@
 #include "DiagnosticRecorder.h"
 #include "FatalStop.h"
 #include "PatchWriter.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace {
@@ -216,5 +218,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPatchWriter)
+VELGOR_TEST(TestPatchWriter)
 #include "tst_PatchWriter.moc"

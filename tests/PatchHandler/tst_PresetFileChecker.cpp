@@ -1,8 +1,10 @@
 #include "DiagnosticRecorder.h"
 #include "PatchWriter.h"
 #include "PresetFileChecker.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace {
@@ -150,5 +152,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPresetFileChecker)
+VELGOR_TEST(TestPresetFileChecker)
 #include "tst_PresetFileChecker.moc"

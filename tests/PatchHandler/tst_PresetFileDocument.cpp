@@ -1,7 +1,9 @@
 #include "PatchWriter.h"
 #include "PresetFileChecker.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QTest>
 
@@ -105,5 +107,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPresetFileDocument)
+VELGOR_TEST(TestPresetFileDocument)
 #include "tst_PresetFileDocument.moc"

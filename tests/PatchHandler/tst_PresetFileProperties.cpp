@@ -2,8 +2,10 @@
 #include "PatchName.h"
 #include "PatchWriter.h"
 #include "PresetFileChecker.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
@@ -262,5 +264,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPresetFileProperties)
+VELGOR_TEST(TestPresetFileProperties)
 #include "tst_PresetFileProperties.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "SHeaderDesc.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <functional>
@@ -109,5 +111,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSHeaderDesc)
+VELGOR_TEST(TestSHeaderDesc)
 #include "tst_SHeaderDesc.moc"

@@ -1,6 +1,8 @@
 #include "DiagnosticRecorder.h"
 #include "SHeaderPatchDesc.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <functional>
@@ -68,5 +70,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSHeaderPatchDesc)
+VELGOR_TEST(TestSHeaderPatchDesc)
 #include "tst_SHeaderPatchDesc.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "SPatch.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 #include <QtEndian>
 
@@ -188,5 +190,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSPatch)
+VELGOR_TEST(TestSPatch)
 #include "tst_SPatch.moc"

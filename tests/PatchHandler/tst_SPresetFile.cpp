@@ -2,8 +2,10 @@
 #include "FatalStop.h"
 #include "PatchWriter.h"
 #include "SPresetFile.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 #include <QtEndian>
 
@@ -287,5 +289,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSPresetFile)
+VELGOR_TEST(TestSPresetFile)
 #include "tst_SPresetFile.moc"

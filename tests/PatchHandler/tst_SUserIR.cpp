@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "SUserIR.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 #include <QtEndian>
 
@@ -154,5 +156,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSUserIR)
+VELGOR_TEST(TestSUserIR)
 #include "tst_SUserIR.moc"

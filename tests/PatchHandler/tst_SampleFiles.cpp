@@ -2,7 +2,9 @@
 #include "PatchWriter.h"
 #include "PresetFileChecker.h"
 #include "SPresetFile.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -255,5 +257,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSampleFiles)
+VELGOR_TEST(TestSampleFiles)
 #include "tst_SampleFiles.moc"

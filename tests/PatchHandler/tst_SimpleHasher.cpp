@@ -1,5 +1,7 @@
 #include "SimpleHasher.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestSimpleHasher : public QObject {
@@ -67,5 +69,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSimpleHasher)
+VELGOR_TEST(TestSimpleHasher)
 #include "tst_SimpleHasher.moc"

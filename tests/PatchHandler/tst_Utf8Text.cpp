@@ -1,5 +1,7 @@
+#include "TestProgram.h"
 #include "Utf8Text.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestUtf8Text : public QObject {
@@ -118,5 +120,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestUtf8Text)
+VELGOR_TEST(TestUtf8Text)
 #include "tst_Utf8Text.moc"

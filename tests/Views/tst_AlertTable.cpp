@@ -1,6 +1,7 @@
 #include "AlertTexts.h"
 #include "Alerts.h"
 #include "TestDesk.h"
+#include "TestProgram.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -452,5 +453,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestAlertTable)
+VELGOR_WIDGET_TEST(TestAlertTable)
 #include "tst_AlertTable.moc"

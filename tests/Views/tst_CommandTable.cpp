@@ -1,10 +1,12 @@
 #include "CommandTable.h"
 #include "Commands.h"
 #include "TestDesk.h"
+#include "TestProgram.h"
 #include "WebPages.h"
 #include "WindowTasks.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QTest>
 
@@ -527,5 +529,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestCommandTable)
+VELGOR_WIDGET_TEST(TestCommandTable)
 #include "tst_CommandTable.moc"

@@ -2,9 +2,11 @@
 #include "PatchPayload.h"
 #include "PatchRoles.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorContent.h"
 
 #include <QAbstractItemModelTester>
+#include <QCoreApplication>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
@@ -270,5 +272,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestContentListModel)
+VELGOR_TEST(TestContentListModel)
 #include "tst_ContentListModel.moc"

@@ -1,8 +1,10 @@
 #include "PatchRoles.h"
 #include "ShownWidgets.h"
+#include "TestProgram.h"
 #include "WindowFixture.h"
 
 #include <QAction>
+#include <QApplication>
 
 using namespace ShownWidgets;
 
@@ -259,5 +261,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestContentRegion)
+VELGOR_WIDGET_TEST(TestContentRegion)
 #include "tst_ContentRegion.moc"

@@ -1,6 +1,7 @@
 #include "LookTokens.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "WindowFixture.h"
 
 #include <QAction>
@@ -326,5 +327,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestContentView)
+VELGOR_WIDGET_TEST(TestContentView)
 #include "tst_ContentView.moc"

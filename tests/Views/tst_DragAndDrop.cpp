@@ -1,10 +1,14 @@
 #include "DragOver.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "WindowFixture.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QScrollBar>
+
+#include <utility>
 
 using namespace ShownWidgets;
 
@@ -64,7 +68,7 @@ private Q_SLOTS:
         QVERIFY(drop(window->libraryList(), {1}, window->contentList(), pointIn(window->contentList(), 5, lowerHalf)));
         QCOMPARE(window->slotNames(), QStringLiteral("A B C D E Bells G"));
         const auto &after = window->content.velgorContentPatchList();
-        QCOMPARE(QPair(after.at(5).bank, after.at(5).number), QPair(2, 3));
+        QCOMPARE(std::pair(after.at(5).bank, after.at(5).number), std::pair(2, 3));
         for (qsizetype row = 0; row < after.size(); ++row) {
             QCOMPARE(after.at(row).patch.id() == before.at(row).patch.id(), row != 5);
         }
@@ -176,7 +180,7 @@ private Q_SLOTS:
         QTEST(window->slotNames(), "expected");
         for (int i = 0; i < 5; ++i) {
             const VelgorContentPatch &slot = window->content.velgorContentPatchList().at(i);
-            QCOMPARE(QPair(slot.bank, slot.number), QPair(i / 3 + 1, i % 3 + 1));
+            QCOMPARE(std::pair(slot.bank, slot.number), std::pair(i / 3 + 1, i % 3 + 1));
             const bool isSelected = list->selectionModel()->isSelected(list->model()->index(i, 0));
             QCOMPARE(isSelected, selected.contains(slot.id));
         }
@@ -341,5 +345,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestDragAndDrop)
+VELGOR_WIDGET_TEST(TestDragAndDrop)
 #include "tst_DragAndDrop.moc"

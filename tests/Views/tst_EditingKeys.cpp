@@ -1,6 +1,8 @@
 #include "EditingKeys.h"
+#include "TestProgram.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -100,5 +102,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestEditingKeys)
+VELGOR_WIDGET_TEST(TestEditingKeys)
 #include "tst_EditingKeys.moc"

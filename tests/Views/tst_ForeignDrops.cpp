@@ -1,8 +1,10 @@
 #include "DragOver.h"
 #include "LibraryContentMainView.h"
+#include "TestProgram.h"
 #include "VelgorPatchDetailView.h"
 #include "WindowFixture.h"
 
+#include <QApplication>
 #include <QTest>
 #include <QUrl>
 
@@ -117,5 +119,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestForeignDrops)
+VELGOR_WIDGET_TEST(TestForeignDrops)
 #include "tst_ForeignDrops.moc"

@@ -1,5 +1,6 @@
 #include "ShownWidgets.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "WindowFixture.h"
 
 #include <QApplication>
@@ -373,5 +374,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestKeyboardUse)
+VELGOR_WIDGET_TEST(TestKeyboardUse)
 #include "tst_KeyboardUse.moc"

@@ -2,6 +2,7 @@
 #include "LibraryCheckList.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "ThreadGate.h"
 #include "WindowFixture.h"
 
@@ -516,5 +517,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLibraryCheckDialog)
+VELGOR_WIDGET_TEST(TestLibraryCheckDialog)
 #include "tst_LibraryCheckDialog.moc"

@@ -3,9 +3,11 @@
 #include "PatchPayload.h"
 #include "PatchRoles.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorLibrary.h"
 
 #include <QAbstractItemModelTester>
+#include <QCoreApplication>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
@@ -372,5 +374,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLibraryListModel)
+VELGOR_TEST(TestLibraryListModel)
 #include "tst_LibraryListModel.moc"

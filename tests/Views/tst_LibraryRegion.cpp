@@ -1,8 +1,10 @@
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "WindowFixture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 
 using namespace ShownWidgets;
@@ -342,5 +344,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLibraryRegion)
+VELGOR_WIDGET_TEST(TestLibraryRegion)
 #include "tst_LibraryRegion.moc"

@@ -2,6 +2,7 @@
 #include "Look.h"
 #include "ShownWidgets.h"
 #include "TestPatches.h"
+#include "TestProgram.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
@@ -240,5 +241,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestLibraryViewFilterView)
+VELGOR_WIDGET_TEST(TestLibraryViewFilterView)
 #include "tst_LibraryViewFilterView.moc"

@@ -1,4 +1,5 @@
 #include "DetailFixture.h"
+#include "TestProgram.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
@@ -243,5 +244,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestPatchDetailFields)
+VELGOR_WIDGET_TEST(TestPatchDetailFields)
 #include "tst_PatchDetailFields.moc"

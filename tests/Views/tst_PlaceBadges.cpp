@@ -2,6 +2,7 @@
 #include "PlaceBadge.h"
 #include "PlaceBadges.h"
 #include "ShownWidgets.h"
+#include "TestProgram.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
@@ -137,5 +138,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestPlaceBadges)
+VELGOR_WIDGET_TEST(TestPlaceBadges)
 #include "tst_PlaceBadges.moc"

@@ -1,7 +1,9 @@
 #include "DropMark.h"
 #include "StatusText.h"
 #include "TestDesk.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 class TestStatusText : public QObject {
@@ -47,5 +49,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestStatusText)
+VELGOR_TEST(TestStatusText)
 #include "tst_StatusText.moc"

@@ -2,6 +2,7 @@
 #include "FakeLibraryStorage.h"
 #include "PlaceBadges.h"
 #include "PresetsVersionManager.h"
+#include "TestProgram.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
@@ -327,5 +328,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestVelgorPatchDetailView)
+VELGOR_WIDGET_TEST(TestVelgorPatchDetailView)
 #include "tst_VelgorPatchDetailView.moc"

@@ -2,12 +2,16 @@
 #include "LoadingView.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "VelgorLibraryView.h"
 #include "WindowFixture.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QSignalSpy>
+
+#include <utility>
 
 using namespace ShownWidgets;
 
@@ -123,7 +127,7 @@ private Q_SLOTS:
         Q_EMIT window->storage.loadProgress(812, 1248);
         QVERIFY(!bar->isVisible());
         QVERIFY(QTest::qWaitFor([bar] { return bar->isVisible(); }));
-        QCOMPARE(QPair(bar->value(), bar->maximum()), QPair(812, 1248));
+        QCOMPARE(std::pair(bar->value(), bar->maximum()), std::pair(812, 1248));
         QVERIFY(window->isSaid(QStringLiteral("812 of 1248 patches")));
         QVERIFY(window->isSaid(QStringLiteral("The patches appear once all of them have been read and checked")));
         window->window->columns().setLoading(false);
@@ -187,5 +191,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestWindowLoading)
+VELGOR_WIDGET_TEST(TestWindowLoading)
 #include "tst_WindowLoading.moc"

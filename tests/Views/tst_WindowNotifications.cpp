@@ -1,10 +1,12 @@
 #include "Commands.h"
 #include "CommentEdit.h"
 #include "ShownWidgets.h"
+#include "TestProgram.h"
 #include "WindowFixture.h"
 
 #include <QAbstractItemModel>
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
 
@@ -148,5 +150,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestWindowNotifications)
+VELGOR_WIDGET_TEST(TestWindowNotifications)
 #include "tst_WindowNotifications.moc"

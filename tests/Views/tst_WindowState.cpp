@@ -1,5 +1,7 @@
+#include "TestProgram.h"
 #include "WindowState.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -131,5 +133,5 @@ private:
     QString m_file;
 };
 
-QTEST_GUILESS_MAIN(TestWindowState)
+VELGOR_TEST(TestWindowState)
 #include "tst_WindowState.moc"

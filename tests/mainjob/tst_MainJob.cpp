@@ -1,5 +1,7 @@
 #include "SPresetFile.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -333,5 +335,5 @@ private:
     Run m_added;
 };
 
-QTEST_GUILESS_MAIN(TestMainJob)
+VELGOR_TEST(TestMainJob)
 #include "tst_MainJob.moc"

@@ -1,7 +1,9 @@
 #include "Diagnostics.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -367,5 +369,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEditsDuringSaves)
+VELGOR_TEST(TestEditsDuringSaves)
 #include "tst_EditsDuringSaves.moc"

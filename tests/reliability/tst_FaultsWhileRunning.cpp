@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -282,5 +284,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFaultsWhileRunning)
+VELGOR_TEST(TestFaultsWhileRunning)
 #include "tst_FaultsWhileRunning.moc"

@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <chrono>
@@ -199,5 +201,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestForeignChanges)
+VELGOR_TEST(TestForeignChanges)
 #include "tst_ForeignChanges.moc"

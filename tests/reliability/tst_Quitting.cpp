@@ -3,6 +3,7 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryListView.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "VelgorStyle.h"
 #include "Velgor_Library_ManagerApp.h"
 
@@ -70,11 +71,34 @@ void end(End way)
     }
 }
 
+/// A home directory of its own: nothing of the user's takes part.
+class EmptyHome {
+public:
+    EmptyHome()
+    {
+        for (const char *variable : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+            qputenv(variable, QFile::encodeName(m_directory.path()));
+        }
+    }
+
+private:
+    QTemporaryDir m_directory{QDir::tempPath() + QStringLiteral("/velgor-XXXXXX")};
+};
+
+/// The environment is set before the application reads it.
+class ApplicationAwayFromHome : private EmptyHome, public QApplication {
+public:
+    ApplicationAwayFromHome(int &argc, char **argv)
+        : QApplication(argc, argv)
+    {
+    }
+};
+
+/// The application itself, with an edit that no delayed save has written when it is told to end.
 } // namespace
 
 Q_DECLARE_METATYPE(End)
 
-/// The application itself, with an edit that no delayed save has written when it is told to end.
 class TestQuitting : public QObject {
     Q_OBJECT
 
@@ -155,16 +179,5 @@ private:
     QRandomGenerator m_random{13};
 };
 
-int main(int argc, char *argv[])
-{
-    // Nothing of the user's takes part.
-    const QTemporaryDir home(QDir::tempPath() + QStringLiteral("/velgor-XXXXXX"));
-    for (const char *variable : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
-        qputenv(variable, QFile::encodeName(home.path()));
-    }
-    const QApplication application(argc, argv);
-    TestQuitting test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+VELGOR_TEST_IN(ApplicationAwayFromHome, TestQuitting)
 #include "tst_Quitting.moc"

@@ -1,6 +1,8 @@
 #include "PatchName.h"
 #include "PresetFileChecker.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
 #include <QSet>
@@ -143,5 +145,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDemoLists)
+VELGOR_TEST(TestDemoLists)
 #include "tst_DemoLists.moc"

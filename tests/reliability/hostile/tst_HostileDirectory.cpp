@@ -1,7 +1,9 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "TreeRecord.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <sys/socket.h>
@@ -264,5 +266,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHostileDirectory)
+VELGOR_TEST(TestHostileDirectory)
 #include "tst_HostileDirectory.moc"

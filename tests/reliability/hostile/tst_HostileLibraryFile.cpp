@@ -1,7 +1,9 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using namespace TestLibraries;
@@ -266,5 +268,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHostileLibraryFile)
+VELGOR_TEST(TestHostileLibraryFile)
 #include "tst_HostileLibraryFile.moc"

@@ -3,8 +3,10 @@
 #include "LibraryStorageManager.h"
 #include "PatchFileHandler.h"
 #include "TestLibraries.h"
+#include "TestProgram.h"
 #include "TreeRecord.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 using namespace TestLibraries;
@@ -195,5 +197,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHostileNames)
+VELGOR_TEST(TestHostileNames)
 #include "tst_HostileNames.moc"

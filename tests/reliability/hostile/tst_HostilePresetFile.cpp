@@ -1,8 +1,10 @@
 #include "DiagnosticRecorder.h"
 #include "PatchWriter.h"
 #include "PresetFileChecker.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace {
@@ -125,5 +127,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHostilePresetFile)
+VELGOR_TEST(TestHostilePresetFile)
 #include "tst_HostilePresetFile.moc"

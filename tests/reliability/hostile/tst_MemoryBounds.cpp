@@ -1,7 +1,9 @@
 #include "ProgramFiles.h"
+#include "TestProgram.h"
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <csignal>
@@ -242,5 +244,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMemoryBounds)
+VELGOR_TEST(TestMemoryBounds)
 #include "tst_MemoryBounds.moc"
