@@ -16,7 +16,8 @@ constexpr std::array<std::pair<char32_t, char32_t>, 11> wideRanges{
 
 QString textOf(char32_t character)
 {
-    return QString::fromUcs4(&character, 1);
+    // QString::fromUcs4() takes a U+FEFF for a sign of the byte order, and leaves it out.
+    return QStringView(QChar::fromUcs4(character)).toString();
 }
 
 int widthOf(char32_t character)

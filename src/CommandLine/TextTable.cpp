@@ -2,6 +2,7 @@
 
 #include "Output.h"
 #include "ShownText.h"
+#include "Utf8Text.h"
 
 #include <QtGlobal>
 
@@ -65,7 +66,7 @@ void TextTable::print() const
     const bool isCut = columns > lastStart;
     QString text;
     for (const QByteArray &row : m_rows) {
-        const QStringList cells = QString::fromUtf8(row).split(u'\n');
+        const QStringList cells = Utf8Text::decode(row).value_or(QString()).split(u'\n');
         QString line;
         for (qsizetype column = 0; column + 1 < cells.size(); ++column) {
             line += ShownText::padded(cells.at(column), m_widths.at(column) + gap);

@@ -2,6 +2,7 @@
 #include "Diagnostics.h"
 #include "Dispatcher.h"
 #include "Output.h"
+#include "ProgramArguments.h"
 #include "ShownText.h"
 
 #include <QCoreApplication>
@@ -47,7 +48,13 @@ int main(int argc, char *argv[])
     Diagnostics::setSink(
         [print = Diagnostics::standardError()](const QString &line) { print(ShownText::escaped(line)); });
 
-    const int status = Dispatcher().run(QCoreApplication::arguments().mid(1));
+    QByteArray bad;
+    const std::optional<QStringList> words = ProgramArguments::decode(argc, argv, bad);
+    if (!words) {
+        return Output::fail(
+            QCoreApplication::translate("main", "an argument is not valid UTF-8: %1").arg(QString::fromUtf8(bad)));
+    }
+    const int status = Dispatcher().run(*words);
     if (!Output::isComplete()) {
         return Output::fail(QCoreApplication::translate("main", "standard output could not be written"));
     }

@@ -25,6 +25,11 @@ VelgorProcess::VelgorProcess()
     setVariable(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
 }
 
+QString VelgorProcess::executable()
+{
+    return QStringLiteral(VELGOR_EXECUTABLE);
+}
+
 VelgorProcess::Result VelgorProcess::run(const QStringList &arguments) const
 {
     QProcess process;
@@ -37,7 +42,9 @@ VelgorProcess::Result VelgorProcess::run(const QStringList &arguments) const
         process.setStandardOutputFile(m_outputFile);
     }
     process.setWorkingDirectory(home());
-    process.start(QStringLiteral(VELGOR_EXECUTABLE), arguments, QIODevice::ReadOnly);
+    process.start(executable(), arguments);
+    process.write(m_input);
+    process.closeWriteChannel();
     if (!process.waitForFinished(m_timeLimit) || process.exitStatus() != QProcess::NormalExit) {
         process.kill();
         process.waitForFinished();

@@ -1,0 +1,47 @@
+#include "ProgramArguments.h"
+
+#include "Utf8Text.h"
+
+#ifdef Q_OS_WIN
+#include <QScopeGuard>
+#include <qt_windows.h>
+
+#include <shellapi.h>
+#endif
+
+namespace ProgramArguments {
+
+#ifdef Q_OS_WIN
+
+// What main() is given went through the code page of the system.
+std::optional<QStringList> decode(int /*argc*/, const char *const * /*argv*/, QByteArray & /*bad*/)
+{
+    int count = 0;
+    wchar_t **const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    const auto release = qScopeGuard([arguments] { LocalFree(arguments); });
+    QStringList words;
+    for (int i = 1; arguments && i < count; ++i) {
+        words.append(QString(reinterpret_cast<const QChar *>(arguments[i])));
+    }
+    return words;
+}
+
+#else
+
+std::optional<QStringList> decode(int argc, const char *const *argv, QByteArray &bad)
+{
+    QStringList words;
+    for (int i = 1; i < argc; ++i) {
+        const std::optional<QString> word = Utf8Text::decode(argv[i]);
+        if (!word) {
+            bad = argv[i];
+            return std::nullopt;
+        }
+        words.append(*word);
+    }
+    return words;
+}
+
+#endif
+
+} // namespace ProgramArguments
