@@ -25,7 +25,7 @@ std::optional<Arguments> Arguments::parse(const Command &command, const QStringL
         }
     }
     const qsizetype count = arguments.m_positional.size();
-    if (arguments.has(QStringLiteral("help"))) {
+    if (arguments.has(QStringLiteral("help")) || arguments.has(QStringLiteral("version"))) {
         return arguments;
     }
     if (count < command.fewestArguments) {

@@ -1,8 +1,8 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
 #include "Diagnostics.h"
-#include "DiskFiles.h"
 #include "Output.h"
+#include "PipedFiles.h"
 #include "PresetFileChecker.h"
 #include "ShownText.h"
 #include "VelgorPatch.h"
@@ -35,7 +35,7 @@ QString versionOf(const SPresetFile &file)
 CheckedFile checkFile(const QString &path)
 {
     CheckedFile checked{.path = path, .report = {}};
-    const FileReadResult read = DiskFiles().read(path);
+    const FileReadResult read = PipedFiles().read(path);
     if (!read.bytes) {
         Output::fail(QStringLiteral("%1: %2").arg(path, read.error));
         return checked;

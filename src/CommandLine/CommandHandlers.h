@@ -5,6 +5,8 @@ class Arguments;
 /// What each command does. Every function returns the exit status.
 namespace CommandHandlers {
 
+int help(const Arguments &arguments);
+
 int listFile(const Arguments &arguments);
 int checkFiles(const Arguments &arguments);
 int copyFile(const Arguments &arguments);

@@ -18,10 +18,13 @@ class CommandTable {
 
 public:
     [[nodiscard]] static const QList<Command> &commands();
+    /// The command that these words call; null when there is none.
+    [[nodiscard]] static const Command *find(const QString &name);
     /// The eight flags that a user sets.
     [[nodiscard]] static const QList<FlagOption> &flags();
 
 private:
     [[nodiscard]] static QList<Command> fileCommands();
     [[nodiscard]] static QList<Command> libraryCommands();
+    [[nodiscard]] static QList<Command> helpCommands();
 };

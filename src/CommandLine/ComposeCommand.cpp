@@ -1,9 +1,10 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
-#include "DiskFiles.h"
 #include "LibrarySession.h"
+#include "LongNames.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
+#include "PipedFiles.h"
 #include "VelgorContent.h"
 
 #include <QCoreApplication>
@@ -54,7 +55,7 @@ std::optional<QList<Placement>> placements(const QStringList &values)
 QString fill(VelgorContent &content, const Arguments &arguments, const VelgorLibrary &library)
 {
     if (const std::optional<QString> from = arguments.value(QStringLiteral("from"))) {
-        DiskFiles files;
+        PipedFiles files;
         PatchFileHandler handler(files);
         const std::optional<SPresetFile> presets = handler.read(*from);
         if (!presets) {
@@ -110,7 +111,15 @@ int CommandHandlers::libraryCompose(const Arguments &arguments)
         Output::warn(ComposeCommand::tr("the list mixes firmware versions: %1")
                          .arg(QStringList(content.versions().keys()).join(QStringLiteral(", "))));
     }
-    DiskFiles files;
+    PipedFiles files;
     PatchFileHandler handler(files);
-    return handler.exportTo(content, *output) ? Done : Output::fail(handler.problem());
+    if (!handler.exportTo(content, *output)) {
+        return Output::fail(handler.problem());
+    }
+    QStringList names;
+    for (const VelgorContentPatch &slot : content.velgorContentPatchList()) {
+        names.append(slot.patch.name);
+    }
+    LongNames::warn(names);
+    return Done;
 }

@@ -6,8 +6,6 @@
 #include "HelpText.h"
 #include "Output.h"
 
-#include <algorithm>
-
 int Dispatcher::run(const QStringList &words)
 {
     m_words = words;
@@ -25,7 +23,14 @@ int Dispatcher::run(const QStringList &words)
         if (m_words.isEmpty()) {
             return wrongUsage(tr("a library command is missing"), name);
         }
-        name += u' ' + m_words.takeFirst();
+        const QString second = m_words.takeFirst();
+        if (second == QStringLiteral("help")) {
+            // The words of the command that help is wanted for.
+            m_words.prepend(name);
+            name = second;
+        } else {
+            name += u' ' + second;
+        }
     }
     return runCommand(name);
 }
@@ -39,9 +44,8 @@ std::optional<int> Dispatcher::takeLeadingOptions(const QString &group)
             Output::print(HelpText::overview(group));
             return Done;
         }
-        if (option == QStringLiteral("--version")) {
-            Output::print(QStringLiteral("velgor " VELGOR_VERSION "\n"));
-            return Done;
+        if (option == QStringLiteral("--version") || option == QStringLiteral("-V")) {
+            return showVersion();
         }
         if (option.startsWith(assignment)) {
             m_library = option.sliced(assignment.size());
@@ -58,10 +62,8 @@ std::optional<int> Dispatcher::takeLeadingOptions(const QString &group)
 
 int Dispatcher::runCommand(const QString &name)
 {
-    const QList<Command> &commands = CommandTable::commands();
-    const auto command =
-        std::find_if(commands.begin(), commands.end(), [&name](const Command &entry) { return entry.name == name; });
-    if (command == commands.end()) {
+    const Command *command = CommandTable::find(name);
+    if (!command) {
         return wrongUsage(tr("unknown command \"%1\"").arg(name));
     }
     if (m_library && !command->usesLibrary()) {
@@ -80,7 +82,16 @@ int Dispatcher::runCommand(const QString &name)
         Output::print(HelpText::ofCommand(*command));
         return Done;
     }
+    if (arguments->has(QStringLiteral("version"))) {
+        return showVersion();
+    }
     return command->run(*arguments);
+}
+
+int Dispatcher::showVersion()
+{
+    Output::print(QStringLiteral("velgor " VELGOR_VERSION "\n"));
+    return Done;
 }
 
 int Dispatcher::wrongUsage(const QString &error, const QString &command)

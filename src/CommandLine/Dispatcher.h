@@ -19,6 +19,7 @@ private:
     /// Takes what may stand before and between the words of a command. An exit status ends the program.
     [[nodiscard]] std::optional<int> takeLeadingOptions(const QString &group);
     [[nodiscard]] int runCommand(const QString &name);
+    [[nodiscard]] static int showVersion();
     [[nodiscard]] static int wrongUsage(const QString &error, const QString &command = {});
 
     QStringList m_words;

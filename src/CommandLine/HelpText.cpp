@@ -66,6 +66,12 @@ QList<std::pair<QString, QString>> HelpText::exitStatuses()
     };
 }
 
+QString HelpText::standardStreams()
+{
+    return tr("standard input in the place of a FILE, standard output after -o, and ids from standard input, one a "
+              "line, in the place of an ID...; a file of this name is ./-");
+}
+
 QString HelpText::overview(const QString &group)
 {
     QString text = tr("The command line of Velgor Library Manager.") + QStringLiteral("\n\n")
@@ -84,7 +90,7 @@ QString HelpText::overview(const QString &group)
     text += twoColumns(
         {{QStringLiteral("--library DIR"), tr("the library directory; the one of the preferences if not given")},
             {QStringLiteral("-h, --help"), tr("shows this help, or that of the command before it")},
-            {QStringLiteral("--version"), tr("shows the version")}});
+            {QStringLiteral("-V, --version"), tr("shows the version")}, {QStringLiteral("-"), standardStreams()}});
     return text + u'\n' + tr("Exit status:") + u'\n' + twoColumns(exitStatuses());
 }
 

@@ -10,6 +10,8 @@ class HelpText {
     Q_DECLARE_TR_FUNCTIONS(HelpText)
 
 public:
+    /// What "-" stands for.
+    [[nodiscard]] static QString standardStreams();
     /// All commands, or those that begin with `group`.
     [[nodiscard]] static QString overview(const QString &group = {});
     [[nodiscard]] static QString ofCommand(const Command &command);

@@ -1,17 +1,14 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
 #include "CommandTable.h"
-#include "DiskFiles.h"
 #include "LibrarySession.h"
+#include "LongNames.h"
 #include "Output.h"
-#include "PatchFileHandler.h"
 #include "ShownText.h"
+#include "StandardInput.h"
 
 #include <QCoreApplication>
-
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
+#include <QSet>
 
 namespace {
 
@@ -20,125 +17,49 @@ struct LibraryChangeCommands {
     Q_DECLARE_TR_FUNCTIONS(LibraryChangeCommands)
 };
 
-struct AddedFile {
-    QString path;
-    std::optional<SPresetFile> presets;
-    QString error;
-    QList<VelgorPatch> added;
-    QList<VelgorPatch> known;
-};
-
-AddedFile readFile(const QString &path)
+/// The patches that the ids name, each once; nothing, after a line on standard error, when an id is unknown.
+std::optional<QList<VelgorPatch>> distinctPatches(const LibrarySession &session, const QStringList &ids)
 {
-    DiskFiles files;
-    PatchFileHandler handler(files);
-    AddedFile file;
-    file.path = path;
-    file.presets = handler.read(path);
-    if (!file.presets) {
-        file.error = handler.problem();
-        Output::fail(file.error);
+    std::optional<QList<VelgorPatch>> patches = session.patches(ids);
+    if (patches) {
+        QSet<quint64> seen;
+        patches->removeIf([&seen](const VelgorPatch &patch) {
+            const bool isKnown = seen.contains(patch.id());
+            seen.insert(patch.id());
+            return isKnown;
+        });
     }
-    return file;
+    return patches;
 }
 
-void addPatches(AddedFile &file, VelgorLibrary &library)
+/// A line for each patch: saving itself only counts the patch files that were written anew, which may be none.
+void printLines(const QString &what, const QList<VelgorPatch> &patches)
 {
-    const SPresetFile &presets = *file.presets;
-    for (qsizetype i = 0; i < presets.patches.size(); ++i) {
-        const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
-        const bool isKnown = library.getPatchFromId(patch.id()).has_value();
-        (isKnown ? file.known : file.added).append(patch);
-        library.append(patch, false, false);
-    }
-}
-
-/// What was to be added did not reach the disk.
-void markFailed(QList<AddedFile> &files, const QString &error)
-{
-    for (AddedFile &file : files) {
-        if (file.error.isEmpty()) {
-            file.error = error;
-            file.added.clear();
-        }
-    }
-}
-
-/// Adds what the readable files hold, and saves if that is anything new.
-int addToLibrary(const Arguments &arguments, QList<AddedFile> &files)
-{
-    LibrarySession session(arguments);
-    if (!session.open(LibrarySession::Access::Create)) {
-        markFailed(files, LibraryChangeCommands::tr("the library cannot be used"));
-        return Failed;
-    }
-    bool isChanged = false;
-    for (AddedFile &file : files) {
-        if (file.presets) {
-            addPatches(file, session.library());
-            isChanged = isChanged || !file.added.isEmpty();
-        }
-    }
-    const int status = isChanged ? session.save() : Done;
-    if (status != Done) {
-        markFailed(files, LibraryChangeCommands::tr("the library could not be saved"));
-    }
-    return status;
-}
-
-nlohmann::ordered_json idsOf(const QList<VelgorPatch> &patches)
-{
-    nlohmann::ordered_json ids = nlohmann::ordered_json::array();
     for (const VelgorPatch &patch : patches) {
-        ids.push_back(std::to_string(patch.id()));
-    }
-    return ids;
-}
-
-void printJson(const QList<AddedFile> &files)
-{
-    nlohmann::ordered_json document = nlohmann::ordered_json::array();
-    for (const AddedFile &file : files) {
-        nlohmann::ordered_json entry;
-        entry["file"] = Output::jsonText(file.path);
-        entry["added"] = idsOf(file.added);
-        entry["known"] = idsOf(file.known);
-        entry["error"] = nullptr;
-        if (!file.error.isEmpty()) {
-            entry["error"] = Output::jsonText(file.error);
-        }
-        document.push_back(entry);
-    }
-    Output::printJson(document);
-}
-
-void printLines(const QList<AddedFile> &files)
-{
-    for (const AddedFile &file : files) {
-        const QString path = ShownText::escaped(file.path);
-        for (const VelgorPatch &patch : file.added) {
-            Output::print(LibraryChangeCommands::tr("added          %1  %2")
-                              .arg(patch.id(), -20)
-                              .arg(ShownText::escaped(patch.name))
-                + u'\n');
-        }
-        for (const VelgorPatch &patch : file.known) {
-            Output::print(LibraryChangeCommands::tr("already there  %1  %2")
-                              .arg(patch.id(), -20)
-                              .arg(ShownText::escaped(patch.name))
-                + u'\n');
-        }
-        const QString summary = LibraryChangeCommands::tr("%1: %2 added, %3 already there")
-                                    .arg(path, QString::number(file.added.size()), QString::number(file.known.size()));
         Output::print(
-            (file.error.isEmpty() ? summary : path + QStringLiteral(": ") + ShownText::escaped(file.error)) + u'\n');
+            QStringLiteral("%1  %2  %3\n").arg(what).arg(patch.id(), -20).arg(ShownText::escaped(patch.name)));
     }
+}
+
+/// What the options say of one patch only is refused for several.
+QString whyNotForAll(const Arguments &arguments, qsizetype count)
+{
+    if (count > 1 && arguments.has(QStringLiteral("default"))) {
+        return LibraryChangeCommands::tr("--default takes one patch, not %1").arg(count);
+    }
+    if (count > 1 && arguments.has(QStringLiteral("name"))) {
+        return LibraryChangeCommands::tr("--name takes one patch, not %1; their names would be lost").arg(count);
+    }
+    return {};
 }
 
 /// Puts what the options say into `patch`. An error text for a value that is none.
 QString applyEdits(const Arguments &arguments, VelgorPatch &patch)
 {
     patch.name = arguments.value(QStringLiteral("name")).value_or(patch.name);
+    if (arguments.has(QStringLiteral("name")) && patch.name.trimmed().isEmpty()) {
+        return LibraryChangeCommands::tr("--name takes a name that is not blank");
+    }
     patch.comment = arguments.value(QStringLiteral("comment")).value_or(patch.comment);
     for (const FlagOption &option : CommandTable::flags()) {
         const std::optional<QString> value = arguments.value(option.name);
@@ -165,48 +86,46 @@ bool hasEdits(const Arguments &arguments)
 
 } // namespace
 
-int CommandHandlers::libraryAdd(const Arguments &arguments)
-{
-    QList<AddedFile> files;
-    for (const QString &path : arguments.positional()) {
-        files.append(readFile(path));
-    }
-    const auto isReadable = [](const AddedFile &file) { return file.presets.has_value(); };
-    int status = std::all_of(files.begin(), files.end(), isReadable) ? Done : Failed;
-    // Without anything to add, no directory is made.
-    if (std::any_of(files.begin(), files.end(), isReadable)) {
-        status = std::max(status, addToLibrary(arguments, files));
-    }
-    if (arguments.has(QStringLiteral("json"))) {
-        printJson(files);
-    } else {
-        printLines(files);
-    }
-    return status;
-}
-
 int CommandHandlers::librarySet(const Arguments &arguments)
 {
     if (!hasEdits(arguments)) {
         return Output::fail(LibraryChangeCommands::tr("library set: nothing to set was given"));
     }
+    const std::optional<QStringList> ids = StandardInput::withIds(arguments.positional());
+    if (!ids) {
+        return Failed;
+    }
     LibrarySession session(arguments);
     if (!session.open(LibrarySession::Access::Change)) {
         return Failed;
     }
-    std::optional<VelgorPatch> patch = session.patch(arguments.positional().first());
-    if (!patch) {
+    const std::optional<QList<VelgorPatch>> patches = distinctPatches(session, *ids);
+    if (!patches) {
         return Failed;
     }
-    const QString error = applyEdits(arguments, *patch);
-    if (!error.isEmpty()) {
-        return Output::fail(error);
+    const QString refusal = whyNotForAll(arguments, patches->size());
+    if (!refusal.isEmpty()) {
+        return Output::fail(refusal);
     }
-    session.library().update(*patch);
+    QList<VelgorPatch> edited = *patches;
+    for (VelgorPatch &patch : edited) {
+        const QString error = applyEdits(arguments, patch);
+        if (!error.isEmpty()) {
+            return Output::fail(error);
+        }
+    }
+    for (const VelgorPatch &patch : std::as_const(edited)) {
+        session.library().update(patch);
+    }
     if (arguments.has(QStringLiteral("default"))) {
-        session.library().setDefaultPatch(patch->id(), session.storage());
+        session.library().setDefaultPatch(edited.first().id(), session.storage());
     }
-    return session.save();
+    const int status = session.save();
+    if (status == Done) {
+        LongNames::warn({arguments.value(QStringLiteral("name")).value_or(QString())});
+        printLines(LibraryChangeCommands::tr("changed"), edited);
+    }
+    return status;
 }
 
 int CommandHandlers::libraryDuplicate(const Arguments &arguments)
@@ -230,11 +149,15 @@ int CommandHandlers::libraryDuplicate(const Arguments &arguments)
 
 int CommandHandlers::libraryRemove(const Arguments &arguments)
 {
+    const std::optional<QStringList> given = StandardInput::withIds(arguments.positional());
+    if (!given) {
+        return Failed;
+    }
     LibrarySession session(arguments);
     if (!session.open(LibrarySession::Access::Change)) {
         return Failed;
     }
-    const std::optional<QList<VelgorPatch>> patches = session.patches(arguments.positional());
+    const std::optional<QList<VelgorPatch>> patches = distinctPatches(session, *given);
     if (!patches) {
         return Failed;
     }
@@ -243,5 +166,9 @@ int CommandHandlers::libraryRemove(const Arguments &arguments)
         ids.append(patch.id());
     }
     session.library().deletePatches(ids, session.storage());
-    return session.report();
+    const int status = session.report();
+    if (status == Done) {
+        printLines(LibraryChangeCommands::tr("removed"), *patches);
+    }
+    return status;
 }

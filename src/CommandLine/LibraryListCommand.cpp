@@ -99,10 +99,24 @@ void printJson(const QList<VelgorPatch> &patches, const VelgorLibrary &library, 
     Output::printJson(json);
 }
 
+void printIds(const QList<VelgorPatch> &patches)
+{
+    QString text;
+    for (const VelgorPatch &patch : patches) {
+        text += QString::number(patch.id()) + u'\n';
+    }
+    Output::print(text);
+}
+
 } // namespace
 
 int CommandHandlers::libraryList(const Arguments &arguments)
 {
+    const bool isJson = arguments.has(QStringLiteral("json"));
+    const bool isIds = arguments.has(QStringLiteral("ids"));
+    if (isJson && isIds) {
+        return Output::fail(LibraryListCommand::tr("library list takes one of --json and --ids"));
+    }
     LibrarySession session(arguments);
     if (!session.open(LibrarySession::Access::Read)) {
         return Failed;
@@ -116,8 +130,10 @@ int CommandHandlers::libraryList(const Arguments &arguments)
     if (filter) {
         patches = filter->filter(patches);
     }
-    if (arguments.has(QStringLiteral("json"))) {
+    if (isJson) {
         printJson(patches, library, session.storage().libDirectory());
+    } else if (isIds) {
+        printIds(patches);
     } else {
         printTable(patches, library);
     }

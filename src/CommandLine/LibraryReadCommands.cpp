@@ -1,9 +1,11 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
-#include "DiskFiles.h"
 #include "LibrarySession.h"
+#include "LongNames.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
+#include "PipedFiles.h"
+#include "StandardInput.h"
 #include "TextTable.h"
 
 #include <QCoreApplication>
@@ -53,15 +55,28 @@ int CommandHandlers::libraryExport(const Arguments &arguments)
     if (!output) {
         return Output::fail(LibraryReadCommands::tr("library export needs -o FILE"));
     }
+    // Before the library is read: what pipes the ids in may be changing it.
+    const std::optional<QStringList> ids = StandardInput::withIds(arguments.positional());
+    if (!ids) {
+        return Failed;
+    }
     LibrarySession session(arguments);
     if (!session.open(LibrarySession::Access::Read)) {
         return Failed;
     }
-    const std::optional<QList<VelgorPatch>> patches = session.patches(arguments.positional());
+    const std::optional<QList<VelgorPatch>> patches = session.patches(*ids);
     if (!patches) {
         return Failed;
     }
-    DiskFiles files;
+    PipedFiles files;
     PatchFileHandler handler(files);
-    return handler.exportTo(*patches, *output) ? Done : Output::fail(handler.problem());
+    if (!handler.exportTo(*patches, *output)) {
+        return Output::fail(handler.problem());
+    }
+    QStringList names;
+    for (const VelgorPatch &patch : *patches) {
+        names.append(patch.name);
+    }
+    LongNames::warn(names);
+    return Done;
 }

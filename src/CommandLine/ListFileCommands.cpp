@@ -1,10 +1,10 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
 #include "Diagnostics.h"
-#include "DiskFiles.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
 #include "PatchWriter.h"
+#include "PipedFiles.h"
 #include "TextTable.h"
 #include "VelgorContent.h"
 
@@ -96,7 +96,7 @@ void printTable(const SPresetFile &file)
 int CommandHandlers::listFile(const Arguments &arguments)
 {
     const QString path = arguments.positional().first();
-    const FileReadResult read = DiskFiles().read(path);
+    const FileReadResult read = PipedFiles().read(path);
     if (!read.bytes) {
         return Output::fail(QStringLiteral("%1: %2").arg(path, read.error));
     }
@@ -119,7 +119,7 @@ int CommandHandlers::copyFile(const Arguments &arguments)
     if (!output) {
         return Output::fail(ListFileCommands::tr("copy needs -o FILE"));
     }
-    DiskFiles files;
+    PipedFiles files;
     PatchFileHandler handler(files);
     const std::optional<SPresetFile> file = handler.read(arguments.positional().first());
     if (!file) {

@@ -44,6 +44,7 @@ QString text()
         }
         page += QStringLiteral(".PP\nExample:\n.PP\n.RS\n") + roff(command.example) + QStringLiteral(".RE\n");
     }
+    page += QStringLiteral(".SH STANDARD INPUT AND OUTPUT\n") + entry(QStringLiteral("-"), HelpText::standardStreams());
     page += QStringLiteral(".SH EXIT STATUS\n");
     for (const auto &[status, meaning] : HelpText::exitStatuses()) {
         page += entry(status, meaning);

@@ -24,7 +24,11 @@ void write(const char *bytes, std::size_t size)
 
 void print(const QString &text)
 {
-    const QByteArray bytes = text.toUtf8();
+    printBytes(text.toUtf8());
+}
+
+void printBytes(const QByteArray &bytes)
+{
     write(bytes.constData(), static_cast<std::size_t>(bytes.size()));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <nlohmann/json_fwd.hpp>
@@ -9,6 +10,8 @@ namespace Output {
 
 /// Text for standard output, flushed at once.
 void print(const QString &text);
+/// Bytes as they are.
+void printBytes(const QByteArray &bytes);
 /// One JSON document and a line feed.
 void printJson(const nlohmann::ordered_json &document);
 /// False when anything could not be written to standard output.

@@ -30,8 +30,9 @@ private:
     static void addCommands()
     {
         QTest::addColumn<QString>("command");
-        for (const char *command : {"list", "check", "copy", "library list", "library add", "library set",
-                 "library duplicate", "library remove", "library similar", "library export", "library compose"}) {
+        for (const char *command :
+            {"list", "check", "copy", "library list", "library add", "library set", "library duplicate",
+                "library remove", "library similar", "library export", "library compose", "library doctor", "help"}) {
             QTest::newRow(command) << command;
         }
     }
@@ -50,6 +51,7 @@ private Q_SLOTS:
         QVERIFY(help.startsWith(QStringLiteral("Usage: velgor ") + command));
         QVERIFY(help.contains(QStringLiteral("Example:\n  velgor ") + command));
         QCOMPARE(m_velgor.run(words(command + QStringLiteral(" -h"))).output, result.output);
+        QCOMPARE(m_velgor.run(words(QStringLiteral("help ") + command)).output, result.output);
     }
 
     void overviewNamesTheCommand_data() { addCommands(); }
@@ -97,18 +99,75 @@ private Q_SLOTS:
         QCOMPARE(process.exitCode(), 0);
     }
 
+    void versionIsShown_data()
+    {
+        QTest::addColumn<QString>("line");
+        for (const char *line : {"--version", "-V", "library --version", "library -V", "list --version", "list -V",
+                 "list x.prst --version", "check --json -V", "library set --version", "library remove -V",
+                 "library --library /nowhere list --version", "help --version"}) {
+            QTest::newRow(line) << line;
+        }
+    }
     void versionIsShown()
     {
-        const auto result = m_velgor.run({QStringLiteral("--version")});
+        QFETCH(const QString, line);
+        const auto result = m_velgor.run(words(line));
         QCOMPARE(result.status, 0);
         QCOMPARE(result.output, QByteArray("velgor " VELGOR_VERSION "\n"));
+        QCOMPARE(result.errors, QByteArray());
+    }
+
+    void versionMayBeAValueOrAFile()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        QCOMPARE(
+            m_velgor.library(directory.path(), words(QStringLiteral("set %1 --comment --version").arg(lead))).status,
+            0);
+        const auto listed =
+            m_velgor.library(directory.path(), words(QStringLiteral("list --comment --version --json")));
+        QCOMPARE(listed.json().at("patches").size(), std::size_t(1));
+        QCOMPARE(m_velgor.run(words(QStringLiteral("list -- --version"))).status, 2);
+    }
+
+    void helpIsACommandToo_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("same");
+        QTest::newRow("alone") << "help"
+                               << "--help";
+        QTest::newRow("of the group") << "help library"
+                                      << "library --help";
+        QTest::newRow("in the group") << "library help"
+                                      << "library --help";
+        QTest::newRow("of a command in the group") << "library help set"
+                                                   << "library set --help";
+    }
+    void helpIsACommandToo()
+    {
+        QFETCH(const QString, line);
+        QFETCH(const QString, same);
+        const auto result = m_velgor.run(words(line));
+        QCOMPARE(result.status, 0);
+        QCOMPARE(result.output, m_velgor.run(words(same)).output);
+    }
+
+    void helpOfNothingKnownIsRefused()
+    {
+        for (const QString &line : {QStringLiteral("help liste"), QStringLiteral("library help liste"),
+                 QStringLiteral("help library liste"), QStringLiteral("help list FILE")}) {
+            const auto result = m_velgor.run(words(line));
+            QCOMPARE(result.status, 2);
+            QCOMPARE(result.output, QByteArray());
+            QVERIFY(result.errors.startsWith("velgor: unknown command "));
+        }
     }
 
     void wrongWordsAreRefused_data()
     {
         QTest::addColumn<QString>("line");
         for (const char *line : {"", "liste", "library", "library liste", "--liste", "list --liste x", "list", "check",
-                 "copy", "library add", "library set", "library set 1 2 --name x", "list a b", "library list a",
+                 "copy", "library add", "library set", "library duplicate 1 2", "list a b", "library list a",
                  "--library", "library --library", "library list --library", "--library d list x", "library remove",
                  "library export -o x", "list --json=yes x"}) {
             QTest::newRow(*line == '\0' ? "nothing" : line) << line;

@@ -1,0 +1,28 @@
+#include "PipedFiles.h"
+
+#include "Output.h"
+#include "StandardInput.h"
+
+#ifdef Q_OS_WIN
+#include <cstdio>
+
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+FileReadResult PipedFiles::read(const QString &path)
+{
+    return path == StandardInput::mark() ? StandardInput::read() : DiskFiles::read(path);
+}
+
+QString PipedFiles::write(const QString &path, const QByteArray &bytes)
+{
+    if (path != StandardInput::mark()) {
+        return DiskFiles::write(path, bytes);
+    }
+#ifdef Q_OS_WIN
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
+    Output::printBytes(bytes);
+    return {};
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "DiskFiles.h"
+
+/// The files that a user names: "-" stands for standard input where a file is read, and for standard output where one
+/// is written.
+class PipedFiles : public DiskFiles {
+public:
+    [[nodiscard]] FileReadResult read(const QString &path) override;
+    /// What could not be written to standard output is told at the end of the program.
+    [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
+};

@@ -1,0 +1,82 @@
+#include "StandardInput.h"
+
+#include "DiskFiles.h"
+#include "Output.h"
+
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#else
+#include "SystemError.h"
+#endif
+
+namespace {
+
+QString errorOfStream()
+{
+#ifdef Q_OS_WIN
+    return StandardInput::tr("cannot be read");
+#else
+    return systemError();
+#endif
+}
+
+FileReadResult readAll()
+{
+#ifdef Q_OS_WIN
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
+    constexpr qsizetype portion = 65'536;
+    QByteArray bytes;
+    while (true) {
+        const qsizetype size = bytes.size();
+        bytes.resize(size + portion);
+        const std::size_t count = std::fread(bytes.data() + size, 1, portion, stdin);
+        bytes.truncate(size + static_cast<qsizetype>(count));
+        if (std::ferror(stdin) != 0) {
+            return {.bytes = std::nullopt, .error = errorOfStream()};
+        }
+        if (count == 0) {
+            return {.bytes = bytes, .error = {}};
+        }
+        if (bytes.size() > DiskFiles::largestFile) {
+            return {.bytes = std::nullopt, .error = StandardInput::tr("larger than any preset file")};
+        }
+    }
+}
+
+} // namespace
+
+const FileReadResult &StandardInput::read()
+{
+    static const FileReadResult result = readAll();
+    return result;
+}
+
+std::optional<QStringList> StandardInput::withIds(const QStringList &ids)
+{
+    QStringList result;
+    for (const QString &id : ids) {
+        if (id != mark()) {
+            result.append(id);
+            continue;
+        }
+        const FileReadResult &input = read();
+        if (!input.bytes) {
+            Output::fail(tr("standard input: %1").arg(input.error));
+            return std::nullopt;
+        }
+        for (const QString &line : QString::fromUtf8(*input.bytes).split(u'\n')) {
+            if (!line.trimmed().isEmpty()) {
+                result.append(line.trimmed());
+            }
+        }
+    }
+    if (result.isEmpty()) {
+        Output::fail(tr("standard input holds no ids"));
+        return std::nullopt;
+    }
+    return result;
+}
