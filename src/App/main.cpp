@@ -1,11 +1,33 @@
+#include "StartOptions.h"
 #include "VelgorStyle.h"
 #include "Velgor_Library_ManagerApp.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QFileInfo>
 
 #include <csignal>
+#include <tuple>
+
+namespace {
+
+constexpr int wrongUsage = 2;
+
+void nameProgram()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("velgor"));
+    QCoreApplication::setApplicationName(QStringLiteral("Velgor Library Manager"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELGOR_VERSION));
+}
+
+QStringList wordsOf(int argc, const char *const *argv)
+{
+    QStringList words;
+    for (int i = 1; i < argc; ++i) {
+        words.append(QString::fromLocal8Bit(argv[i]));
+    }
+    return words;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -13,23 +35,20 @@ int main(int argc, char *argv[])
     // A file that grows beyond what the user may write is a failed write like any other.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
-    QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("velgor"));
-    QCoreApplication::setApplicationName(QStringLiteral("Velgor Library Manager"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(VELGOR_VERSION));
+    nameProgram();
+    if (StartOptions::needNoWindow(wordsOf(argc, argv))) {
+        const QCoreApplication application(argc, argv);
+        std::ignore = StartOptions().fileOf(QCoreApplication::arguments());
+        return wrongUsage;
+    }
+    const QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QStringLiteral("velgor-library-manager"));
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate("main", "Patch librarian for the Velgor"));
-    parser.addPositionalArgument(QStringLiteral("FILE"), QCoreApplication::translate("main", "A preset file to open."),
-        QStringLiteral("[FILE]"));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.process(application);
-
-    const QStringList files = parser.positionalArguments();
-    const QString file = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
+    const std::optional<QString> file = StartOptions().fileOf(QCoreApplication::arguments());
+    if (!file) {
+        return wrongUsage;
+    }
     QApplication::setStyle(new VelgorStyle);
     Velgor_Library_ManagerApp app;
-    return app.run(file);
+    return app.run(*file);
 }

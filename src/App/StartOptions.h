@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the words that the application is started with ask for.
+class StartOptions {
+    Q_DECLARE_TR_FUNCTIONS(StartOptions)
+
+public:
+    StartOptions();
+
+    /// True when the words, which may hold options of the window system, ask for what needs no window and no display.
+    [[nodiscard]] static bool needNoWindow(const QStringList &words);
+
+    /// Takes what is left when the window system, if there is one, has taken its options: the application object's
+    /// arguments. Shows help or version, and ends the program then. Gives the absolute path of the file to open, which
+    /// may be empty; nothing, after a sentence on standard error, for words that are refused.
+    [[nodiscard]] std::optional<QString> fileOf(const QStringList &arguments);
+
+private:
+    QCommandLineParser m_parser;
+};
