@@ -1,0 +1,204 @@
+"""What scripts/run decides: the window where there is a display, the whole job on the command line where there is none.
+
+usage: run_script.py PROJECT VELGOR WINDOW DIRECTORY
+
+Works on a copy of the scripts beside the programs that are built already, with a build that does nothing.
+"""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import time
+
+PATIENCE = 60
+
+
+def check(condition, what):
+    if not condition:
+        raise SystemExit(f"run_script: {what}")
+
+
+def write_script(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_text("#!/bin/sh\n" + text)
+    path.chmod(0o755)
+
+
+class Project:
+    """A copy of the project in which nothing is installed or built."""
+
+    def __init__(self, source, velgor, directory):
+        shutil.rmtree(directory, ignore_errors=True)
+        self.root = directory / "project"
+        self.home = directory / "home"
+        self.temporary = directory / "tmp"
+        self.started = directory / "started"
+        for folder in (self.root / "scripts", self.home, self.temporary):
+            folder.mkdir(parents=True)
+        for name in ("run", "main-job"):
+            shutil.copy2(source / "scripts" / name, self.root / "scripts" / name)
+        shutil.copytree(source / "samples", self.root / "samples")
+        write_script(self.root / "scripts" / "setup", "exit 0\n")
+        write_script(directory / "bin" / "cmake", "echo building\n")
+        build = self.root / "build" / "run"
+        (build / "src" / "CommandLine").mkdir(parents=True)
+        (build / "build.ninja").touch()
+        (build / "src" / "CommandLine" / "velgor").symlink_to(velgor)
+        self.window = build / "src" / "App" / "velgor-library-manager"
+        self.results = build / "main-job"
+        self.stand_in()
+        (self.home / "mine.txt").write_text("mine")
+        self.environment = {
+            "PATH": f"{directory / 'bin'}:{os.environ['PATH']}",
+            "HOME": str(self.home),
+            "TMPDIR": str(self.temporary),
+            "LC_ALL": "C.UTF-8",
+        }
+        # Sanitizers find what they need through their own variables.
+        self.environment |= {k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")}
+
+    def stand_in(self):
+        """In the place of the window, a script that writes down how it was started."""
+        self.window.unlink(missing_ok=True)
+        write_script(self.window, f'{{ echo "$#"; printf "%s\\n" "$@"; env; }} > {self.started}\n')
+
+    def run(self, *arguments, **variables):
+        self.started.unlink(missing_ok=True)
+        return subprocess.run(
+            [self.root / "scripts" / "run", *arguments],
+            env=self.environment | variables,
+            cwd=self.root,
+            stdin=subprocess.DEVNULL,
+            capture_output=True,
+            text=True,
+            timeout=PATIENCE,
+            check=False,
+        )
+
+    def started_with(self):
+        """The arguments and the environment of the window; nothing when it was not started."""
+        if not self.started.exists():
+            return None
+        count, *lines = self.started.read_text().splitlines()
+        variables = dict(line.split("=", 1) for line in lines[max(int(count), 1) :] if "=" in line)
+        return lines[: int(count)], variables
+
+    def home_files(self):
+        return sorted(str(path.relative_to(self.home)) for path in self.home.rglob("*"))
+
+
+def whole_job_without_a_display(project, velgor):
+    for attempt in ("first", "second"):
+        done = project.run()
+        check(done.returncode == 0, f"{attempt} run ended with {done.returncode}: {done.stderr}")
+        check(project.started_with() is None, "the window was started without a display")
+        for command in ("list", "library add", "library set", "library compose", "library export", "check"):
+            shown = [line for line in done.stdout.splitlines() if line.startswith("$ velgor ") and command in line]
+            check(shown, f"'{command}' is not shown")
+        check("There is no display" in done.stdout, "the reason is not told")
+        check("To see the window" in done.stdout, "the way to the window is not told")
+        check(str(project.results) in done.stdout, "the place of the results is not told")
+        check("new.prst: ok" in done.stdout, "the check is not shown")
+        check("Saving" not in done.stdout + done.stderr, "progress is shown")
+        for name in ("new.prst", "solo.prst"):
+            checked = subprocess.run([velgor, "check", project.results / name], capture_output=True, check=False)
+            check(checked.returncode == 0, f"{name} is no clean preset file")
+        check((project.results / "library" / "velgorlibrary.json").exists(), "there is no library")
+        check(not (project.results / "diagnostics").exists(), "a file of the script stays")
+        check(project.home_files() == ["mine.txt"], f"the home has changed: {project.home_files()}")
+
+
+def failure_of_the_job_is_told(project):
+    samples = project.root / "samples" / "demo.prst"
+    good = samples.read_bytes()
+    samples.write_bytes(good[:-1])
+    done = project.run()
+    samples.write_bytes(good)
+    check(done.returncode == 2, f"a job that fails ends with {done.returncode}")
+    check("velgor: demo.prst: not a complete preset file" in done.stderr, f"the failure is not told: {done.stderr}")
+
+
+def file_without_a_display(project):
+    done = project.run("samples/demo.prst")
+    check(done.returncode == 0, f"a file without a display ends with {done.returncode}: {done.stderr}")
+    check("Warm Jazz Box" in done.stdout and "To see the window" in done.stdout, "the file is not listed")
+    check(project.run("none.prst").returncode == 2, "a file that is not there is no failure")
+    check(project.started_with() is None, "the window was started without a display")
+
+
+def window_with_a_display(project):
+    for variable in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"):
+        for arguments in ([], ["samples/demo.prst"]):
+            done = project.run(*arguments, **{variable: "some"})
+            check(done.returncode == 0, f"{variable} {arguments} ended with {done.returncode}: {done.stderr}")
+            check(project.started_with() is not None, f"{variable}: the window was not started")
+            words, variables = project.started_with()
+            check(words == arguments, f"{variable}: started with {words}")
+            check(variables["HOME"] == str(project.home), f"{variable}: started with another home")
+
+
+def demonstration_touches_nothing(project):
+    done = project.run("--demo", DISPLAY="some", XDG_CONFIG_HOME=str(project.home / "config"))
+    check(done.returncode == 0, f"--demo ended with {done.returncode}: {done.stderr}")
+    words, variables = project.started_with()
+    home = pathlib.Path(variables["HOME"])
+    check(home.parent == project.temporary, f"--demo works in {home}")
+    check(str(home) in done.stdout, "--demo does not tell its directory")
+    check(words == [str(home / "demo.prst")], f"--demo opens {words}")
+    for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"):
+        check(pathlib.Path(variables[name]).is_relative_to(home), f"--demo: {name} is {variables[name]}")
+    check(variables["XAUTHORITY"] == str(project.home / ".Xauthority"), "--demo loses the key of the display")
+    check(project.home_files() == ["mine.txt"], f"the home has changed: {project.home_files()}")
+
+    without = project.run("--demo")
+    check(without.returncode == 0 and "new.prst: ok" in without.stdout, "--demo without a display does not do the job")
+    check("./scripts/run --demo" in without.stdout, "--demo without a display does not tell the way to the window")
+
+
+def demonstration_of_the_real_window(project, window):
+    project.window.unlink()
+    project.window.symlink_to(window)
+    before = set(project.temporary.iterdir())
+    with subprocess.Popen(
+        [project.root / "scripts" / "run", "--demo"],
+        env=project.environment | {"QT_QPA_PLATFORM": "offscreen"},
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.DEVNULL,
+    ) as program:
+        deadline = time.monotonic() + PATIENCE
+        library = None
+        while library is None and program.poll() is None and time.monotonic() < deadline:
+            new = set(project.temporary.glob("velgor-demo.*")) - before
+            library = next((path for home in new for path in home.rglob("VelgorLibrary")), None)
+            time.sleep(0.05)
+        program.send_signal(signal.SIGTERM)
+        status = program.wait(PATIENCE)
+    check(library is not None, "the window made no library in the temporary directory")
+    check(status in (0, -signal.SIGTERM), f"the window ended with {status}")
+    check(project.home_files() == ["mine.txt"], f"the window has changed the home: {project.home_files()}")
+    project.stand_in()
+
+
+def wrong_usage(project):
+    for arguments in (["--dem"], ["a", "b"], ["--demo", "a"]):
+        done = project.run(*arguments, DISPLAY="some")
+        check(done.returncode == 2 and "usage: " in done.stderr, f"{arguments} ended with {done.returncode}")
+        check(project.started_with() is None, f"{arguments} started the window")
+
+
+def main():
+    source, velgor, window, directory = (pathlib.Path(argument) for argument in sys.argv[1:])
+    project = Project(source, velgor, directory)
+    whole_job_without_a_display(project, velgor)
+    failure_of_the_job_is_told(project)
+    file_without_a_display(project)
+    window_with_a_display(project)
+    demonstration_touches_nothing(project)
+    demonstration_of_the_real_window(project, window)
+    wrong_usage(project)
+
+
+main()
