@@ -144,13 +144,13 @@ def demonstration_touches_nothing(project):
     done = project.run("--demo", DISPLAY="some", XDG_CONFIG_HOME=str(project.home / "config"))
     check(done.returncode == 0, f"--demo ended with {done.returncode}: {done.stderr}")
     words, variables = project.started_with()
-    home = pathlib.Path(variables["HOME"])
-    check(home.parent == project.temporary, f"--demo works in {home}")
-    check(str(home) in done.stdout, "--demo does not tell its directory")
-    check(words == [str(home / "demo.prst")], f"--demo opens {words}")
-    for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"):
-        check(pathlib.Path(variables[name]).is_relative_to(home), f"--demo: {name} is {variables[name]}")
-    check(variables["XAUTHORITY"] == str(project.home / ".Xauthority"), "--demo loses the key of the display")
+    place = pathlib.Path(variables["XDG_CONFIG_HOME"]).parent
+    check(place.parent == project.temporary, f"--demo works in {place}")
+    check(str(place) in done.stdout, "--demo does not tell its directory")
+    check(words == [str(project.root / "samples" / "demo.prst")], f"--demo opens {words}")
+    for name in ("XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"):
+        check(pathlib.Path(variables[name]).is_relative_to(place), f"--demo: {name} is {variables[name]}")
+    check(variables["HOME"] == str(project.home), "--demo loses the key of the display")
     check(project.home_files() == ["mine.txt"], f"the home has changed: {project.home_files()}")
 
     without = project.run("--demo")
@@ -172,7 +172,7 @@ def demonstration_of_the_real_window(project, window):
         library = None
         while library is None and program.poll() is None and time.monotonic() < deadline:
             new = set(project.temporary.glob("velgor-demo.*")) - before
-            library = next((path for home in new for path in home.rglob("VelgorLibrary")), None)
+            library = next((place / "library" for place in new if (place / "library").is_dir()), None)
             time.sleep(0.05)
         program.send_signal(signal.SIGTERM)
         status = program.wait(PATIENCE)
