@@ -186,7 +186,7 @@ int LibrarySession::report()
     }
     for (const QString &kept : m_storage.keptFiles()) {
         if (!LibraryFileNames::isDatedCopy(QFileInfo(kept).fileName())) {
-            Output::warn(tr("a patch file that cannot be read was kept as %1").arg(kept));
+            Output::warn(tr("what stood in the place of a patch's file was kept as %1").arg(kept));
         } else if (m_storage.wasChangedByOthers()) {
             Output::warn(
                 tr("another program changed the library file meanwhile; what it wrote was kept as %1").arg(kept));

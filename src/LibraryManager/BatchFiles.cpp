@@ -28,13 +28,14 @@ QString BatchFiles::write(const QString &path, const QByteArray &bytes)
     if (!m_directory) {
         m_directory.emplace(m_path);
     }
-    Staged file{.temporary = {}, .name = path.sliced(m_path.size() + 1)};
+    const QString name = path.sliced(m_path.size() + 1);
     const DiskFiles::Staging staging{
-        .isSynced = !DiskSync::canSyncFileSystem(), .isFree = m_listing && !m_listing->kindOf(file.name)};
-    QString error = DiskFiles::stage(*m_directory, file.name, bytes, staging, file.temporary);
+        .isSynced = !DiskSync::canSyncFileSystem(), .isFree = m_listing && !m_listing->kindOf(name)};
+    DiskFiles::Staged staged;
+    QString error = DiskFiles::stage(*m_directory, name, bytes, staging, staged);
     if (error.isEmpty()) {
-        m_staged.append(file);
-    } else if (DiskFiles::whyNotReplaceable(*m_directory, file.name).isEmpty()) {
+        m_staged.append({.temporary = staged.name, .name = name, .stamp = staged.stamp});
+    } else if (DiskFiles::whyNotReplaceable(*m_directory, name).isEmpty()) {
         m_isBlocked = true;
     }
     return error;
@@ -66,6 +67,8 @@ QList<BatchFiles::Failure> BatchFiles::finish()
                                         : tr("another directory has taken the place of the library's");
         if (!error.isEmpty()) {
             failures.append({.path = pathOf(file.name), .error = error, .temporary = pathOf(file.temporary)});
+        } else {
+            m_placed.append(file);
         }
     }
     return failures;

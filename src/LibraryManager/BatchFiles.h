@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileAccess.h"
+#include "FileStamp.h"
 #include "OpenDirectory.h"
 
 #include <QCoreApplication>
@@ -19,10 +20,10 @@ class BatchFiles : public FileAccess {
     Q_DECLARE_TR_FUNCTIONS(BatchFiles)
 
 public:
-    /// Two names in the directory.
     struct Staged {
-        QString temporary;
+        QString temporary; ///< names in the directory
         QString name;
+        FileStamp stamp; ///< which the file keeps in its place
     };
     struct Failure {
         QString path;
@@ -48,11 +49,12 @@ public:
     [[nodiscard]] const QList<Staged> &staged() const { return m_staged; }
     /// Gives up the file that was to get this name.
     void discard(const QString &name);
-    [[nodiscard]] qsizetype discarded() const { return m_discarded.size(); }
     /// The system's reason when the prepared files may not have reached the disk.
     [[nodiscard]] QString sync() const;
     /// The files that could not be put in place.
     [[nodiscard]] QList<Failure> finish();
+    /// The files that are, after finish().
+    [[nodiscard]] const QList<Staged> &placed() const { return m_placed; }
 
 private:
     [[nodiscard]] QString pathOf(const QString &name) const { return m_path + u'/' + name; }
@@ -61,6 +63,7 @@ private:
     const DirectoryListing *m_listing = nullptr;
     std::optional<OpenDirectory> m_directory; ///< from the first file on
     QList<Staged> m_staged;
+    QList<Staged> m_placed;
     QSet<QString> m_discarded; ///< names
     bool m_isBlocked = false;
 };

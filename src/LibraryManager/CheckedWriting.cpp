@@ -40,19 +40,23 @@ QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
 
 } // namespace
 
-QString CheckedWriting::createFile(
-    const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced, bool &isTaken)
+CheckedWriting::Created CheckedWriting::createFile(
+    const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced)
 {
     QFile file(directory.pathOf(name));
-    isTaken = file.exists();
+    Created created{.isTaken = file.exists()};
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-        return file.errorString();
+        created.error = file.errorString();
+        return created;
     }
-    QString error = writeChecked(file, bytes, isSynced);
-    if (!error.isEmpty()) {
+    created.error = writeChecked(file, bytes, isSynced);
+    if (!created.error.isEmpty()) {
         file.remove();
+        return created;
     }
-    return error;
+    file.close();
+    created.stamp = FileStamp::of(directory, name).value_or(FileStamp());
+    return created;
 }
 
 QString CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
@@ -66,7 +70,7 @@ namespace {
 
 constexpr mode_t usualRights = 0666;
 
-QString writeChecked(int file, const QByteArray &bytes, bool isSynced)
+QString writeChecked(int file, const QByteArray &bytes, bool isSynced, FileStamp &stamp)
 {
     qsizetype written = 0;
     ssize_t count = 1;
@@ -77,34 +81,38 @@ QString writeChecked(int file, const QByteArray &bytes, bool isSynced)
         }
         written += std::max<ssize_t>(count, 0);
     }
-    if (written != bytes.size() || ::lseek(file, 0, SEEK_END) != bytes.size()) {
+    struct stat status { };
+    if (written != bytes.size() || ::fstat(file, &status) != 0 || status.st_size != bytes.size()) {
         return CheckedWriting::tr("not all bytes were written");
     }
+    stamp = FileStamp::of(status);
     return isSynced ? DiskSync::syncFile(file) : QString();
 }
 
 } // namespace
 
-QString CheckedWriting::createFile(
-    const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced, bool &isTaken)
+CheckedWriting::Created CheckedWriting::createFile(
+    const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced)
 {
     const QByteArray encoded = directory.encoded(name);
     const FileHandle file(
         ::openat(directory.descriptor(), encoded.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, usualRights));
-    isTaken = file.descriptor() < 0 && errno == EEXIST;
+    Created created{.isTaken = file.descriptor() < 0 && errno == EEXIST};
     if (file.descriptor() < 0) {
-        return systemError();
+        created.error = systemError();
+        return created;
     }
-    QString error = writeChecked(file.descriptor(), bytes, isSynced);
-    if (!error.isEmpty()) {
+    created.error = writeChecked(file.descriptor(), bytes, isSynced, created.stamp);
+    if (!created.error.isEmpty()) {
         ::unlinkat(directory.descriptor(), encoded.constData(), 0);
     }
-    return error;
+    return created;
 }
 
 QString CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
 {
-    return writeChecked(file.handle(), bytes, true);
+    FileStamp stamp;
+    return writeChecked(file.handle(), bytes, true, stamp);
 }
 
 #endif

@@ -44,8 +44,8 @@ QString reason(const std::error_code &error)
 
 #ifndef Q_OS_WIN
 
-/// Why an open file is not to be read; its size where it is.
-QString checkRegular(const FileHandle &handle, qint64 &size)
+/// Why an open file is not to be read; its stamp where it is.
+QString checkRegular(const FileHandle &handle, FileStamp &stamp)
 {
     struct stat status { };
     if (::fstat(handle.descriptor(), &status) != 0) {
@@ -54,7 +54,7 @@ QString checkRegular(const FileHandle &handle, qint64 &size)
     if (S_ISDIR(status.st_mode)) {
         return DiskFiles::tr("a directory in the place of a file");
     }
-    size = status.st_size;
+    stamp = FileStamp::of(status);
     return S_ISREG(status.st_mode) ? QString() : DiskFiles::tr("not a regular file");
 }
 
@@ -114,13 +114,13 @@ Place whatIsAt(const OpenDirectory &directory, const QString &name)
 #endif
 }
 
-/// Where that is not possible, the file keeps the rights of any new file.
+/// Where that is not possible, the file keeps the rights of any new file. Its owner can read it in any case.
 void setRights(const OpenDirectory &directory, const QString &name, unsigned rights)
 {
 #ifdef Q_OS_WIN
     QFile::setPermissions(directory.pathOf(name), QFile::Permissions::fromInt(static_cast<int>(rights)));
 #else
-    std::ignore = ::fchmodat(directory.descriptor(), directory.encoded(name).constData(), rights, 0);
+    std::ignore = ::fchmodat(directory.descriptor(), directory.encoded(name).constData(), rights | S_IRUSR, 0);
 #endif
 }
 
@@ -166,9 +166,12 @@ FileReadResult DiskFiles::readRegular(const QString &path, Links links)
     return readRegular(OpenDirectory(), path, links);
 }
 
-FileReadResult DiskFiles::readRegular(const OpenDirectory &directory, const QString &name, Links links, QByteArray room)
+FileReadResult DiskFiles::readRegular(
+    const OpenDirectory &directory, const QString &name, Links links, QByteArray room, FileStamp *stamp)
 {
-    const auto fail = [](const QString &error) { return FileReadResult{.bytes = std::nullopt, .error = error}; };
+    const auto fail = [](const QString &error, bool isForNow = false) {
+        return FileReadResult{.bytes = std::nullopt, .error = error, .isUnreadable = isForNow};
+    };
     const auto tooLarge = [] { return tr("larger than any preset file"); };
     const auto noMemory = [] { return tr("there is not enough memory for it"); };
     const auto isLink = [] { return tr("a link in the place of a file"); };
@@ -176,7 +179,10 @@ FileReadResult DiskFiles::readRegular(const OpenDirectory &directory, const QStr
     const QString path = directory.pathOf(name);
     QFile file(path);
     if (links == Links::Refuse && QFileInfo(path).isSymLink()) {
-        return fail(isLink());
+        return fail(isLink(), true);
+    }
+    if (stamp) {
+        *stamp = FileStamp::of(directory, name).value_or(FileStamp());
     }
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         return fail(file.errorString());
@@ -203,14 +209,16 @@ FileReadResult DiskFiles::readRegular(const OpenDirectory &directory, const QStr
         const bool isMissing = errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
         // What opening refuses without a try may be no file at all.
         const bool isSomethingElse = errno == ENXIO || errno == ENODEV || errno == EISDIR;
-        FileReadResult result = fail(isLinkRefused ? isLink() : systemError());
-        result.isUnreadable = !isMissing && !isSomethingElse;
-        return result;
+        return isLinkRefused ? fail(isLink(), true) : fail(systemError(), !isMissing && !isSomethingElse);
     }
-    qint64 size = 0;
-    const QString refusal = checkRegular(handle, size);
+    FileStamp found;
+    const QString refusal = checkRegular(handle, found);
     if (!refusal.isEmpty()) {
         return fail(refusal);
+    }
+    const qint64 size = found.size;
+    if (stamp) {
+        *stamp = found;
     }
     if (size > largestFile) {
         return fail(tooLarge());
@@ -220,9 +228,7 @@ FileReadResult DiskFiles::readRegular(const OpenDirectory &directory, const QStr
     }
     const QString error = readAll(handle, room);
     if (!error.isEmpty()) {
-        FileReadResult result = fail(error);
-        result.isUnreadable = true;
-        return result;
+        return fail(error, true);
     }
 #endif
     return {.bytes = std::move(room), .error = {}};
@@ -231,12 +237,12 @@ FileReadResult DiskFiles::readRegular(const OpenDirectory &directory, const QStr
 QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
 {
     const OpenDirectory anywhere;
-    QString temporary;
-    QString error = stage(anywhere, path, bytes, {}, temporary);
+    Staged staged;
+    QString error = stage(anywhere, path, bytes, {}, staged);
     if (error.isEmpty()) {
-        error = commit(anywhere, temporary, path);
+        error = commit(anywhere, staged.name, path);
         if (!error.isEmpty()) {
-            std::ignore = remove(temporary);
+            std::ignore = remove(staged.name);
         }
     }
     return error.isEmpty() ? DiskSync::syncDirectory(QFileInfo(path).absolutePath()) : error;
@@ -248,24 +254,25 @@ QString DiskFiles::whyNotReplaceable(const OpenDirectory &directory, const QStri
 }
 
 QString DiskFiles::stage(const OpenDirectory &directory, const QString &name, const QByteArray &bytes,
-    const Staging &staging, QString &temporary)
+    const Staging &staging, Staged &staged)
 {
     const Place place = staging.isFree ? Place() : whatIsAt(directory, name);
-    QString error = ::whyNotReplaceable(place);
-    if (!error.isEmpty()) {
-        return error;
+    const QString refusal = ::whyNotReplaceable(place);
+    if (!refusal.isEmpty()) {
+        return refusal;
     }
     // By chance one name is taken, or two in a row, but not so many; a file system may say so of every name.
     constexpr int mostAttempts = 8;
-    bool isTaken = true;
-    for (int attempt = 0; isTaken && attempt < mostAttempts; ++attempt) {
-        temporary = TemporaryFiles::nameBeside(name);
-        error = CheckedWriting::createFile(directory, temporary, bytes, staging.isSynced, isTaken);
+    CheckedWriting::Created created{.isTaken = true};
+    for (int attempt = 0; created.isTaken && attempt < mostAttempts; ++attempt) {
+        staged.name = TemporaryFiles::nameBeside(name);
+        created = CheckedWriting::createFile(directory, staged.name, bytes, staging.isSynced);
     }
-    if (error.isEmpty() && place.kind == Place::Kind::File) {
-        setRights(directory, temporary, place.rights);
+    staged.stamp = created.stamp;
+    if (created.error.isEmpty() && place.kind == Place::Kind::File) {
+        setRights(directory, staged.name, place.rights);
     }
-    return error;
+    return created.error;
 }
 
 QString DiskFiles::commit(const OpenDirectory &directory, const QString &temporary, const QString &name)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileAccess.h"
+#include "FileStamp.h"
 #include "LibraryFileStamp.h"
 #include "OpenDirectory.h"
 
@@ -26,9 +27,9 @@ public:
     [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
 
     [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);
-    /// `room` is memory that may be used for the bytes.
-    [[nodiscard]] static FileReadResult readRegular(
-        const OpenDirectory &directory, const QString &name, Links links, QByteArray room = {});
+    /// `room` is memory that may be used for the bytes. `stamp` is the file's as it was before it was read.
+    [[nodiscard]] static FileReadResult readRegular(const OpenDirectory &directory, const QString &name, Links links,
+        QByteArray room = {}, FileStamp *stamp = nullptr);
     /// Writes a temporary file beside `path`, checks and synchronises it, and renames it over `path`, so that an
     /// interruption leaves the old file or the new one. Refuses to take the place of anything but a file or link.
     [[nodiscard]] static QString replace(const QString &path, const QByteArray &bytes);
@@ -43,10 +44,14 @@ public:
         bool isSynced = true;
         bool isFree = false; ///< nothing has the name, which is therefore not looked at
     };
-    /// The first step of a replacement: a checked temporary file beside `name`. Its own name goes into `temporary`.
-    /// Refuses where whyNotReplaceable() says so.
+    struct Staged {
+        QString name;
+        FileStamp stamp; ///< which the file keeps when it is renamed
+    };
+    /// The first step of a replacement: a checked temporary file beside `name`, described in `staged`. Refuses where
+    /// whyNotReplaceable() says so.
     [[nodiscard]] static QString stage(const OpenDirectory &directory, const QString &name, const QByteArray &bytes,
-        const Staging &staging, QString &temporary);
+        const Staging &staging, Staged &staged);
     /// The last step: the temporary file takes the place of the other. It stays on failure.
     [[nodiscard]] static QString commit(const OpenDirectory &directory, const QString &temporary, const QString &name);
 

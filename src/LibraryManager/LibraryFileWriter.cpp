@@ -7,6 +7,7 @@
 #include "LibraryFileNames.h"
 #include "LibraryWriter.h"
 
+#include <QDateTime>
 #include <QDir>
 
 #include <algorithm>
@@ -114,12 +115,17 @@ bool LibraryFileWriter::keepOldFile(const QString &name)
 void LibraryFileWriter::pruneKeptFiles()
 {
     QStringList kept = QDir(m_directory).entryList(QDir::Files, QDir::Name);
+    kept.removeIf([](const QString &name) { return !LibraryFileNames::isDatedCopy(name); });
+    qsizetype spare = kept.size() - LibraryWriter::keptFileLimit;
     // What was kept just now stays, even if the clock went back and its name says that it is the oldest.
-    kept.removeIf([this](const QString &name) {
-        return !LibraryFileNames::isDatedCopy(name) || m_result.keptFiles.contains(pathOf(name));
-    });
-    while (!kept.isEmpty() && kept.size() + m_result.keptFiles.size() > LibraryWriter::keptFileLimit) {
-        std::ignore = DiskFiles::remove(pathOf(kept.takeFirst()));
+    kept.removeIf([this](const QString &name) { return m_result.keptFiles.contains(pathOf(name)); });
+    const QDateTime latest = QDateTime::currentDateTimeUtc().addDuration(-LibraryWriter::keptFileAge);
+    for (auto name = kept.cbegin(); name != kept.cend() && spare > 0; ++name) {
+        const QDateTime keptAt = LibraryFileNames::dateOfCopy(*name);
+        if (keptAt.isValid() && keptAt < latest) {
+            std::ignore = DiskFiles::remove(pathOf(*name));
+            --spare;
+        }
     }
 }
 

@@ -196,6 +196,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
         Diagnostics::printLine(QStringLiteral("Nothing to load into library"));
         return {.complete = false};
     }
+    result.writeState.verified.reserve(stored.size());
     Progress progress;
     qsizetype done = 0;
     for (const VelgorPatch &entry : stored) {
@@ -222,19 +223,28 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
     const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result)
 {
     fileName = LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry));
+    bool isUnreadable = false;
+    // What a save had prepared and not put in place goes before what it was about to take the place of.
+    std::optional<SPresetFile> presets = readFromJournal(entry, fileName, result, isUnreadable);
+    if (presets) {
+        return presets;
+    }
     // Nothing of the bytes stays, so that all files can be read into the same memory.
-    FileReadResult file = readFile(fileName, std::exchange(m_room, {}));
-    bool isUnreadable = file.isUnreadable;
-    std::optional<SPresetFile> presets;
+    FileStamp stamp;
+    FileReadResult file = readFile(fileName, std::exchange(m_room, {}), &stamp);
+    isUnreadable = isUnreadable || file.isUnreadable;
+    QString reason = file.error;
     if (file.bytes) {
         presets = SPresetFile::fromData(*file.bytes);
-        if (!presets) {
-            result.writeState.damagedFiles.insert(fileName);
-        }
         m_room = std::exchange(*file.bytes, {});
-    }
-    if (!presets) {
-        presets = readFromJournal(entry, result, isUnreadable);
+        if (!presets) {
+            reason = tr("not a preset file");
+        } else if (presets->patches.size() != 1) {
+            reason = tr("a list of %1 patches").arg(presets->patches.size());
+            presets.reset();
+        } else if (!m_entries.hasFreshId(entry)) {
+            result.writeState.verified.insert(entry.id(), stamp);
+        }
     }
     if (!presets) {
         presets = readFromOtherFile(entry, fileName, isUnreadable);
@@ -243,7 +253,6 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
         result.writeState.unread.patches.insert(entry.id(), entry.withId(m_entries.storedId(entry)));
     }
     if (!presets) {
-        const QString reason = file.bytes ? tr("not a preset file") : file.error;
         m_failures.insert(entry.id(), tr("%1: %2 (%3)").arg(entry.name.simplified(), reason, fileName));
     }
     if (!presets && !file.bytes) {
@@ -253,13 +262,13 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
 }
 
 std::optional<SPresetFile> LibraryLoader::readFromJournal(
-    const VelgorPatch &entry, LibraryLoadResult &result, bool &isUnreadable)
+    const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result, bool &isUnreadable)
 {
-    const QString temporary = m_journal.staged.value(m_entries.storedId(entry));
+    // Of two entries with one id, the journal knows the first.
+    const QString temporary = m_entries.hasFreshId(entry) ? QString() : m_journal.staged.value(entry.id());
     std::optional<SPresetFile> presets = temporary.isEmpty() ? std::nullopt : readOnePatch(temporary, isUnreadable);
     if (presets) {
-        result.leftovers.unfinished.insert(
-            temporary, LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry)));
+        result.leftovers.unfinished.insert(temporary, fileName);
     }
     return presets;
 }
@@ -307,20 +316,21 @@ QStringList LibraryLoader::otherFiles(quint64 id)
 
 std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name, bool &isUnreadable) const
 {
-    const FileReadResult file = readFile(name);
+    const FileReadResult file = readFile(name, {});
     isUnreadable = isUnreadable || file.isUnreadable;
     std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
     return presets && presets->patches.size() == 1 ? presets : std::nullopt;
 }
 
-FileReadResult LibraryLoader::readFile(const QString &name, QByteArray room) const
+FileReadResult LibraryLoader::readFile(const QString &name, QByteArray room, FileStamp *stamp) const
 {
-    FileReadResult file = DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse, std::move(room));
+    FileReadResult file =
+        DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse, std::move(room), stamp);
     if (file.bytes || m_openDirectory.isInPlace()) {
         return file;
     }
     // Another directory stands under the path by now, and the file may be in that one.
-    return DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
+    return DiskFiles::readRegular({}, pathOf(name), DiskFiles::Links::Refuse, {}, stamp);
 }
 
 QString LibraryLoader::pathOf(const QString &name) const

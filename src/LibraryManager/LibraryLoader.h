@@ -22,6 +22,7 @@
 
 class DirectoryListing;
 struct FileReadResult;
+struct FileStamp;
 
 /// What loading a library directory gave.
 struct LibraryLoadResult {
@@ -78,7 +79,7 @@ private:
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readFromJournal(
-        const VelgorPatch &entry, LibraryLoadResult &result, bool &isUnreadable);
+        const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result, bool &isUnreadable);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(
         const VelgorPatch &entry, QString &fileName, bool &isUnreadable);
     /// The files that may hold the patch of an id, the most likely first.
@@ -86,7 +87,7 @@ private:
     /// `isUnreadable` becomes true when there is a file that cannot be read for the moment.
     [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name, bool &isUnreadable) const;
     void noteRemoved(LibraryLoadResult &result) const;
-    [[nodiscard]] FileReadResult readFile(const QString &name, QByteArray room = {}) const;
+    [[nodiscard]] FileReadResult readFile(const QString &name, QByteArray room, FileStamp *stamp = nullptr) const;
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;

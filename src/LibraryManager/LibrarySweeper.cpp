@@ -3,6 +3,7 @@
 #include "DirectoryListing.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
+#include "DisplacedFiles.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "PatchFileMatcher.h"
@@ -57,9 +58,24 @@ void LibrarySweeper::completeLibraryFile()
 void LibrarySweeper::putInPlace()
 {
     for (auto file = m_leftovers.unfinished.begin(); file != m_leftovers.unfinished.end();) {
-        const bool isDone = DiskFiles::move(pathOf(file.key()), pathOf(file.value())).isEmpty();
+        const bool isDone = putInPlace(file.key(), file.value());
         file = isDone ? m_leftovers.unfinished.erase(file) : std::next(file);
     }
+}
+
+bool LibrarySweeper::putInPlace(const QString &prepared, const QString &name)
+{
+    const FileReadResult whole = DiskFiles::readRegular(pathOf(prepared), DiskFiles::Links::Refuse);
+    const FileReadResult there = DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
+    if (there.bytes && there.bytes == whole.bytes) {
+        return remove(prepared);
+    }
+    const auto id = LibraryFileNames::patchFileId(name);
+    if (id && whole.bytes && (there.bytes || there.isUnreadable)) {
+        QString aside;
+        std::ignore = DisplacedFiles::setAside(m_directory, name, *id, aside);
+    }
+    return DiskFiles::move(pathOf(prepared), pathOf(name)).isEmpty();
 }
 
 void LibrarySweeper::removePatchFiles()

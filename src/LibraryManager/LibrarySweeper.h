@@ -34,6 +34,8 @@ public:
 private:
     void completeLibraryFile();
     void putInPlace();
+    /// Another file in this place makes room.
+    [[nodiscard]] bool putInPlace(const QString &prepared, const QString &name);
     void removePatchFiles();
     void removeTemporaryFiles();
     void removeWriteTestFile();

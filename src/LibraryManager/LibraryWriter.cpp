@@ -3,11 +3,11 @@
 #include "Diagnostics.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
-#include "FileExistence.h"
+#include "DisplacedFiles.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
+#include "OrphanedJournal.h"
 #include "PatchFileHandler.h"
-#include "SPresetFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -15,9 +15,11 @@
 
 #include <algorithm>
 #include <future>
+#include <utility>
 
 LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &state)
     : m_directory(directory)
+    , m_openDirectory(directory)
     , m_files(directory)
 {
     m_result.state = state;
@@ -27,7 +29,9 @@ LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
 {
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
-    settleOrphanedJournal();
+    if (std::exchange(m_result.state.isJournalOrphaned, false)) {
+        OrphanedJournal::settle(m_directory);
+    }
     // While this thread waits for the disk. Where there can be no second thread, it is done when it is asked for.
     std::future<QByteArray> text = std::async(std::launch::async | std::launch::deferred,
         [content = withUnread(library)] { return LibraryJson::encode(content); });
@@ -75,6 +79,7 @@ LibraryJson::Content LibraryWriter::withUnread(const LibraryJson::Content &libra
 
 bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
 {
+    m_result.state.verified.keepOnly(patches);
     if (!patches.isEmpty() || !m_result.state.idsToRemove.isEmpty()) {
         m_result.isTidy = scan();
     }
@@ -82,18 +87,18 @@ bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
     for (const VelgorPatch &patch : patches) {
         const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
         const bool isAlone = m_listing && m_listing->hasOnly(patch.id(), name);
-        if (m_listing && !isAlone) {
-            planMoves(patch, name);
-        }
-        const bool isThere = isAlone || isStored(name);
-        if (isThere && !m_result.state.damagedFiles.contains(name)) {
+        if (m_listing && !isAlone && planMoves(patch, name)) {
             continue;
         }
-        if (isThere) {
-            m_damagedFiles.insert(name, patch.id());
+        const bool isThere = isAlone || isStored(name);
+        if (isThere && m_result.state.verified.holds(m_openDirectory, name, patch)) {
+            continue;
         }
         if (stage(patch, name, m_files)) {
             m_journal.staged.insert(patch.id(), m_files.staged().constLast().temporary);
+            if (isThere || isLink(name)) {
+                m_displaced.insert(name, patch.id());
+            }
         } else if (m_files.isBlocked()) {
             return false;
         }
@@ -103,31 +108,6 @@ bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
         addProblem({}, error);
     }
     return error.isEmpty();
-}
-
-// A library file that could not be decoded may have held what its journal speaks of: what that one prepared becomes
-// files without an entry, which can be added, and what it wanted to remove stays.
-void LibraryWriter::settleOrphanedJournal()
-{
-    const QString path = pathOf(LibraryFileNames::journalFile());
-    if (!m_result.state.isJournalOrphaned) {
-        return;
-    }
-    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    const auto journal = file.bytes ? LibraryJournal::decode(*file.bytes) : std::nullopt;
-    const auto staged = journal ? journal->staged : QHash<quint64, QString>();
-    for (auto patch = staged.cbegin(); patch != staged.cend(); ++patch) {
-        const FileReadResult bytes = DiskFiles::readRegular(pathOf(patch.value()), DiskFiles::Links::Refuse);
-        const auto presets = bytes.bytes ? SPresetFile::fromData(*bytes.bytes) : std::nullopt;
-        if (presets && presets->patches.size() == 1) {
-            const QString name = LibraryFileNames::patchFile(presets->patches.first().name, patch.key());
-            std::ignore = DiskFiles::move(pathOf(patch.value()), pathOf(name));
-        }
-    }
-    if (file.bytes) {
-        std::ignore = DiskFiles::remove(path);
-    }
-    m_result.state.isJournalOrphaned = false;
 }
 
 bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)
@@ -157,7 +137,7 @@ bool LibraryWriter::writeJournal()
 
 void LibraryWriter::carryOut()
 {
-    setDamagedFilesAside();
+    setDisplacedFilesAside();
     moveFiles();
     putInPlace(m_files, true);
     if (m_result.isLibraryFileWritten) {
@@ -181,18 +161,14 @@ void LibraryWriter::carryOut()
     m_result.state.prepared.append(m_unfinished);
 }
 
-void LibraryWriter::setDamagedFilesAside()
+void LibraryWriter::setDisplacedFilesAside()
 {
-    for (auto file = m_damagedFiles.cbegin(); file != m_damagedFiles.cend(); ++file) {
-        int attempt = 0;
-        QString aside = LibraryFileNames::damagedFile(file.value(), attempt);
-        while (existence(pathOf(aside)) != FileExistence::none) {
-            aside = LibraryFileNames::damagedFile(file.value(), ++attempt);
-        }
-        const QString error = DiskFiles::move(pathOf(file.key()), pathOf(aside));
+    for (auto file = m_displaced.cbegin(); file != m_displaced.cend(); ++file) {
+        QString aside;
+        const QString error = DisplacedFiles::setAside(m_directory, file.key(), file.value(), aside);
         if (error.isEmpty()) {
-            m_result.state.damagedFiles.remove(file.key());
             m_result.keptFiles.append(pathOf(aside));
+            m_result.renamed.append({.from = file.key(), .to = aside});
         } else {
             addProblem(file.key(), error);
             m_result.arePatchesWritten = false;
@@ -207,6 +183,7 @@ void LibraryWriter::moveFiles()
     for (const Move &move : std::as_const(m_moves)) {
         const QString error = DiskFiles::move(pathOf(move.candidate.name), pathOf(move.to));
         if (error.isEmpty()) {
+            m_result.renamed.append({.from = move.candidate.name, .to = move.to});
             continue;
         }
         reportMove(move.candidate, error);
@@ -225,7 +202,6 @@ void LibraryWriter::moveFiles()
 
 void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
 {
-    const qsizetype count = files.staged().size() - files.discarded();
     const QList<BatchFiles::Failure> failures = files.finish();
     for (const BatchFiles::Failure &failure : failures) {
         m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));
@@ -237,7 +213,12 @@ void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
             std::ignore = DiskFiles::remove(failure.temporary);
         }
     }
-    m_result.written += count - failures.size();
+    for (const BatchFiles::Staged &file : files.placed()) {
+        if (const auto id = LibraryFileNames::patchFileId(file.name)) {
+            m_result.state.verified.insert(*id, file.stamp);
+        }
+    }
+    m_result.written += files.placed().size();
 }
 
 void LibraryWriter::removeFiles()
@@ -260,8 +241,10 @@ void LibraryWriter::removeFiles()
             if (!error.isEmpty()) {
                 Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
                 addProblem(candidate.name, error);
-                m_result.areFilesRemoved = false;
+                m_result.isTidy = false;
+                // In a directory below, where nothing is removed, it is no file of the patch.
                 if (m_listing->kindOf(candidate.name)) {
+                    m_result.areFilesRemoved = false;
                     failed.append(id);
                 }
             }
@@ -270,8 +253,9 @@ void LibraryWriter::removeFiles()
     ids = failed;
 }
 
-void LibraryWriter::planMoves(const VelgorPatch &patch, const QString &currentName)
+bool LibraryWriter::planMoves(const VelgorPatch &patch, const QString &currentName)
 {
+    bool isPlanned = false;
     for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, patch.id())) {
         const bool isSettled = candidate.name == currentName || m_result.state.leftAlone.contains(candidate.name);
         // An older file of a patch that is stored under its present name: moving it failed once, and may rest.
@@ -282,15 +266,17 @@ void LibraryWriter::planMoves(const VelgorPatch &patch, const QString &currentNa
         if (canMove(candidate, patch, currentName, reason)) {
             m_moves.append({candidate, currentName, patch});
             m_listing->moved(candidate.name, currentName);
+            isPlanned = true;
         } else {
             reportMove(candidate, reason);
             m_result.state.leftAlone.insert(candidate.name);
         }
     }
+    return isPlanned;
 }
 
-bool LibraryWriter::canMove(const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch,
-    const QString &currentName, QString &reason) const
+bool LibraryWriter::canMove(
+    const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch, const QString &currentName, QString &reason)
 {
     if (m_listing->kindOf(currentName)) {
         reason = tr("the patch has its file already");
@@ -301,8 +287,7 @@ bool LibraryWriter::canMove(const PatchFileMatcher::Candidate &candidate, const 
         return false;
     }
     // A name alone proves nothing: the user may have put another patch's bytes under it.
-    const FileReadResult file = DiskFiles::readRegular(pathOf(candidate.name), DiskFiles::Links::Refuse);
-    if (!file.bytes || !PatchFileMatcher::holdsPatch(*file.bytes, patch)) {
+    if (!patch.patchData || !m_result.state.verified.holds(m_openDirectory, candidate.name, patch)) {
         reason = tr("it does not hold the patch that its name speaks of");
         return false;
     }
@@ -324,6 +309,12 @@ bool LibraryWriter::isStored(const QString &name) const
     }
     const QFileInfo info(pathOf(name));
     return info.isFile() && !info.isSymLink();
+}
+
+bool LibraryWriter::isLink(const QString &name) const
+{
+    const bool isOther = !m_listing || m_listing->kindOf(name) == DirectoryListing::Kind::Other;
+    return isOther && QFileInfo(pathOf(name)).isSymLink();
 }
 
 bool LibraryWriter::scan()

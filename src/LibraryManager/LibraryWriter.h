@@ -5,11 +5,13 @@
 #include "LibraryJournal.h"
 #include "LibraryJson.h"
 #include "LibraryWriteResult.h"
+#include "OpenDirectory.h"
 #include "PatchFileMatcher.h"
 
 #include <QCoreApplication>
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 /// Writes a library to its directory: the library file, and the preset file of every patch that has none, moving the
@@ -23,8 +25,10 @@ class LibraryWriter {
     Q_DECLARE_TR_FUNCTIONS(LibraryWriter)
 
 public:
-    /// Old library files that stay, the oldest going first.
-    static constexpr qsizetype keptFileLimit = 5;
+    /// Old library files that stay, the oldest going first, and how old one of them is when it goes. A directory that
+    /// several computers write into makes many in a day.
+    static constexpr qsizetype keptFileLimit = 20;
+    static constexpr std::chrono::days keptFileAge{30};
 
     /// `directory` is a path without a slash at its end.
     LibraryWriter(const QString &directory, const LibraryWriteState &state);
@@ -40,31 +44,33 @@ private:
 
     /// The library with what could not be read of it, where it was.
     [[nodiscard]] LibraryJson::Content withUnread(const LibraryJson::Content &library);
-    void settleOrphanedJournal();
     void forgetRemovalsOf(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool prepare(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool stage(const VelgorPatch &patch, const QString &name, BatchFiles &files);
     [[nodiscard]] bool writeJournal();
     void carryOut();
-    void setDamagedFilesAside();
+    void setDisplacedFilesAside();
     void moveFiles();
     void putInPlace(BatchFiles &files, bool isInJournal);
     void removeFiles();
 
-    void planMoves(const VelgorPatch &patch, const QString &currentName);
+    /// True when a file of the patch will be moved to its present name.
+    [[nodiscard]] bool planMoves(const VelgorPatch &patch, const QString &currentName);
     [[nodiscard]] bool canMove(const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch,
-        const QString &currentName, QString &reason) const;
+        const QString &currentName, QString &reason);
     void reportMove(const PatchFileMatcher::Candidate &candidate, const QString &reason);
     [[nodiscard]] bool isStored(const QString &name) const;
+    [[nodiscard]] bool isLink(const QString &name) const;
     [[nodiscard]] bool scan();
     void addProblem(const QString &name, const QString &reason);
     [[nodiscard]] QString pathOf(const QString &name) const;
 
     QString m_directory;
+    OpenDirectory m_openDirectory;
     LibraryWriteResult m_result;
     BatchFiles m_files;
     std::optional<DirectoryListing> m_listing; ///< as it will be once everything planned is done
-    QHash<QString, quint64> m_damagedFiles; ///< name of the file that makes room, to the patch's id
+    QHash<QString, quint64> m_displaced; ///< what stands in the place of a patch's file and is not it, to the id
     QList<Move> m_moves;
     QStringList m_unfinished; ///< temporary files of the journal that are not in place
     LibraryJournal m_journal;

@@ -1,6 +1,7 @@
 #include "PatchFileMatcher.h"
 
 #include "LibraryFileNames.h"
+#include "PatchFileHandler.h"
 #include "SPresetFile.h"
 
 #include <QSet>
@@ -37,11 +38,17 @@ QList<Candidate> candidates(const DirectoryListing &listing, quint64 id)
 
 bool holdsPatch(const QByteArray &bytes, const VelgorPatch &patch)
 {
+    const std::optional<QByteArray> expected = PatchFileHandler::storedBytes(patch);
+    if (!expected || bytes == *expected) {
+        return expected.has_value();
+    }
+    // Another writer may have numbered it otherwise.
     const std::optional<SPresetFile> file = SPresetFile::fromData(bytes);
     if (!file || file->patches.size() != 1) {
         return false;
     }
-    return VelgorPatch(file->patches.first(), file->userIRs.first(), file->headerDesc).soundHash() == patch.soundHash();
+    return PatchFileHandler::storedBytes(VelgorPatch(file->patches.first(), file->userIRs.first(), file->headerDesc))
+        == expected;
 }
 
 } // namespace PatchFileMatcher

@@ -23,7 +23,8 @@ struct Candidate {
 /// files named for another patch, which may hold this number by chance.
 [[nodiscard]] QList<Candidate> candidates(const DirectoryListing &listing, quint64 id);
 
-/// True when `bytes` are a preset file of just this patch, under whatever name.
+/// True when `bytes` are a preset file of just this patch: loading them gives the patch to the last byte that an
+/// export writes.
 [[nodiscard]] bool holdsPatch(const QByteArray &bytes, const VelgorPatch &patch);
 
 } // namespace PatchFileMatcher

@@ -9,7 +9,9 @@
 struct FileReadResult {
     std::optional<QByteArray> bytes;
     QString error; ///< the system's reason, without the file's name; empty on success
-    bool isUnreadable = false; ///< the file is there, but the system does not let it be read now
+    /// The file is there, but the system does not let it be read now, or a link stands in its place that is not
+    /// followed.
+    bool isUnreadable = false;
 };
 
 /// How the models read and write whole files, so that disk access stays in one place.

@@ -31,6 +31,12 @@ SPatch namedRecord(SPatch record, const QString &name)
     return record;
 }
 
+/// As the library's own file keeps it: as it was hashed, but no longer than its field.
+SPatch storedRecord(const SPatch &record)
+{
+    return namedRecord(record, record.name);
+}
+
 } // namespace
 
 PatchFileHandler::PatchFileHandler(FileAccess &files, FileDialogs *dialogs)
@@ -134,8 +140,18 @@ bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
         return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(patch.name));
     }
     QList<SPatch> records;
-    records.append(namedRecord(*patch.patchData, patch.patchData->name));
+    records.append(storedRecord(*patch.patchData));
     return write(exportHeader(*patch.headerData, 1), std::move(records), {*patch.userIRData}, filename);
+}
+
+std::optional<QByteArray> PatchFileHandler::storedBytes(const VelgorPatch &patch)
+{
+    if (!patch.patchData || !patch.userIRData || !patch.headerData) {
+        return std::nullopt;
+    }
+    const auto presets = SPresetFile::fromRecords(
+        exportHeader(*patch.headerData, 1), {storedRecord(*patch.patchData)}, {*patch.userIRData});
+    return presets ? PatchWriter::encodePatches(*presets) : std::nullopt;
 }
 
 bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QString &filename)

@@ -5,6 +5,7 @@
 #include "SPresetFile.h"
 #include "VelgorPatch.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QList>
 
@@ -34,6 +35,8 @@ public:
     [[nodiscard]] bool save(const VelgorPatch &patch);
     /// Writes the library's own file of a patch.
     [[nodiscard]] bool save(const VelgorPatch &patch, const QString &filename);
+    /// The bytes of that file. Nothing without preset data.
+    [[nodiscard]] static std::optional<QByteArray> storedBytes(const VelgorPatch &patch);
     /// Writes the list, or patches in their order, as one file for the unit's editor.
     [[nodiscard]] bool exportTo(const VelgorContent &velgorContent, const QString &filename);
     [[nodiscard]] bool exportTo(const QList<VelgorPatch> &patches, const QString &filename);

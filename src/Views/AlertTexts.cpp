@@ -215,8 +215,8 @@ Alert AlertTexts::keptFiles(const Desk &desk)
     const QString reason = desk.storage.wasChangedByOthers()
         ? Texts::tr("Another program changed the library file after it was loaded here. What it wrote is kept; the "
                     "library file now holds what this window shows.")
-        : Texts::tr("They hold what could not be loaded: patches and their comments, or files that cannot be read. "
-                    "Of former library files the last five stay.");
+        : Texts::tr("They hold what could not be loaded or is not understood, or what stood in the place of a patch's "
+                    "file. Of former library files the last twenty stay, and each for thirty days.");
     return checkable(Texts::tr("The former files of the library are kept"),
         inParagraphs(firstLines(desk.storage.keptFiles()), reason));
 }

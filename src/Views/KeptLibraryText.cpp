@@ -87,13 +87,14 @@ QList<LibraryCheckRow> KeptLibraryText::rows(const LibraryHealth &health, const 
     }
     if (!health.keptPatchFiles.isEmpty()) {
         rows.append(
-            {.text = Texts::tr("Damaged patch files that were set aside (%1)").arg(health.keptPatchFiles.size())});
+            {.text = Texts::tr("Files that were set aside for a patch's (%1)").arg(health.keptPatchFiles.size())});
     }
     for (const QString &file : health.keptPatchFiles) {
         rows.append({.text = file,
-            .details = Texts::tr("This preset file could not be read and was set aside for a good one. It is here for "
-                                 "you to look at; the library does not need it.\n\nFile: %1")
-                           .arg(QDir(directory).filePath(file))});
+            .details =
+                Texts::tr("This file stood in the place of a patch's and did not hold just that patch. It is here "
+                          "for you to look at; the library does not need it.\n\nFile: %1")
+                    .arg(QDir(directory).filePath(file))});
     }
     return rows;
 }

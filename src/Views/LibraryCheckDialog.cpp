@@ -177,7 +177,8 @@ void LibraryCheckDialog::showFindings()
 void LibraryCheckDialog::showKept()
 {
     const EmptyHint hint{QStringLiteral("tray"), tr("No former library"),
-        tr("The library file is kept here before it is overwritten with less than it held, the last five times.")};
+        tr("The library file is kept here before it is overwritten with less than it held: the last twenty times, and "
+           "each time for thirty days.")};
     m_kept->setRows(KeptLibraryText::rows(m_check.health(), m_storage.libDirectory()), hint);
 }
 

@@ -91,11 +91,6 @@ int fstat(int handle, struct stat *status) noexcept
     return fails(Call::Stat) ? -1 : fstatat(handle, "", status, AT_EMPTY_PATH);
 }
 
-off_t lseek(int handle, off_t offset, int from) noexcept
-{
-    return fails(Call::Measure) ? -1 : syscall(SYS_lseek, handle, offset, from);
-}
-
 int fsync(int handle)
 {
     return fails(Call::Sync) ? -1 : static_cast<int>(syscall(SYS_fsync, handle));

@@ -8,7 +8,7 @@
 /// others go through. The test's own executable defines these calls, and the libraries use those.
 class FailingCall {
 public:
-    enum class Call { Open, Read, Write, Stat, Measure, Sync, SyncAll, Rename, MoveOnly, Unlink, Thread };
+    enum class Call { Open, Read, Write, Stat, Sync, SyncAll, Rename, MoveOnly, Unlink, Thread };
 
     /// An error for Call::Read that is none: there are no more bytes.
     static constexpr int endOfFile = -1;

@@ -221,24 +221,25 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         const OpenDirectory open(directory.path());
         const QString name = QStringLiteral("lib-A.42.prst");
-        QString temporary;
-        QCOMPARE(DiskFiles::stage(open, name, "x", {}, temporary), QString());
-        QCOMPARE(directory.files(), QStringList{temporary});
-        QVERIFY(LibraryFileNames::isReserved(temporary));
-        QVERIFY(LibraryFileNames::idsIn(temporary).isEmpty());
-        QCOMPARE(DiskFiles::commit(open, temporary, name), QString());
+        DiskFiles::Staged staged;
+        QCOMPARE(DiskFiles::stage(open, name, "x", {}, staged), QString());
+        QCOMPARE(directory.files(), QStringList{staged.name});
+        QVERIFY(LibraryFileNames::isReserved(staged.name));
+        QVERIFY(LibraryFileNames::idsIn(staged.name).isEmpty());
+        QCOMPARE(DiskFiles::commit(open, staged.name, name), QString());
         QCOMPARE(directory.files(), QStringList{QStringLiteral("lib-A.42.prst")});
+        QCOMPARE(FileStamp::of(open, name), std::optional(staged.stamp));
     }
 
     static void failedCommitKeepsTheStagedFile()
     {
         const LibraryDirectory directory;
         const OpenDirectory open(directory.path());
-        QString temporary;
-        QCOMPARE(DiskFiles::stage(open, file, "x", {}, temporary), QString());
+        DiskFiles::Staged staged;
+        QCOMPARE(DiskFiles::stage(open, file, "x", {}, staged), QString());
         directory.write(file + QStringLiteral("/inside"), "x");
-        QVERIFY(!DiskFiles::commit(open, temporary, file).isEmpty());
-        QVERIFY(QFile::remove(directory.filePath(temporary)));
+        QVERIFY(!DiskFiles::commit(open, staged.name, file).isEmpty());
+        QVERIFY(QFile::remove(directory.filePath(staged.name)));
         QCOMPARE(directory.files(), QStringList{file + QStringLiteral("/inside")});
     }
 

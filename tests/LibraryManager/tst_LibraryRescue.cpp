@@ -150,13 +150,15 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         QFile::remove(directory.filePath(m_leadFile));
-        for (int day = 1; day <= 5; ++day) {
-            directory.write(QStringLiteral("velgorlibrary-2999010%1T000000-00.json").arg(day), "future");
+        constexpr int others = 25;
+        for (int number = 10; number < 10 + others; ++number) {
+            directory.write(QStringLiteral("velgorlibrary-29990101T000000-%1.json").arg(number), "future");
         }
         const LibraryWriteResult result = run(directory, nothing);
         QCOMPARE(result.keptFiles.size(), 1);
         QVERIFY(QFile::exists(result.keptFiles.first()));
-        QCOMPARE(datedCopies(directory).size(), 5);
+        // None of them is thirty days old.
+        QCOMPARE(datedCopies(directory).size(), others + 1);
     }
 
     void removingOnePatchTwiceOrAFileOfTwoPatchesIsNoError()

@@ -137,7 +137,7 @@ private Q_SLOTS:
         QCOMPARE(result.written, 2);
     }
 
-    void linkInThePlaceOfAPatchFileGivesWayWithoutBeingFollowed()
+    void linkInThePlaceOfAPatchFileMakesRoomWithoutBeingFollowed()
     {
         const LibraryDirectory directory;
         const QString outside = directory.parentPath() + QStringLiteral("/outside");
@@ -246,21 +246,21 @@ private Q_SLOTS:
         QCOMPARE(kept, (QList<QByteArray>{"first", "second", "third"}));
     }
 
-    void fiveKeptFilesStayAndNoneOfTheUsers()
+    void twentyKeptFilesStayAndNoneOfTheUsers()
     {
         const LibraryDirectory directory;
         const QString users = QStringLiteral("velgorlibrary-backup.json");
         directory.write(users, "mine");
         QStringList old;
-        for (int i = 0; i < 7; ++i) {
-            old.append(QStringLiteral("velgorlibrary-2020010%1T000000-00.json").arg(i + 1));
+        for (int i = 10; i < 32; ++i) {
+            old.append(QStringLiteral("velgorlibrary-202001%1T000000-00.json").arg(i));
             directory.write(old.last(), "old");
         }
         directory.write(libraryFile, "garbled");
         QVERIFY(!save(directory, three(), mustKeep).hasError());
         const QStringList kept = datedCopies(directory);
-        QCOMPARE(kept.size(), 5);
-        QCOMPARE(kept.first(4), old.last(4));
+        QCOMPARE(kept.size(), 20);
+        QCOMPARE(kept.first(19), old.last(19));
         QCOMPARE(directory.read(kept.last()), QByteArray("garbled"));
         QCOMPARE(directory.read(users), QByteArray("mine"));
     }

@@ -36,13 +36,14 @@ private Q_SLOTS:
     void oldAndNewFileStayBoth()
     {
         const LibraryDirectory directory;
+        const QByteArray bytes = patchBytes(one(QStringLiteral("New")).patches.first());
         directory.write(QStringLiteral("lib-Old.42.prst"), "old");
-        directory.write(QStringLiteral("lib-New.42.prst"), "new");
+        directory.write(QStringLiteral("lib-New.42.prst"), bytes);
         const LibraryWriteResult result = save(directory, one(QStringLiteral("New")));
         QCOMPARE(result.written, 0);
         QVERIFY(!result.hasError());
         QCOMPARE(directory.read(QStringLiteral("lib-Old.42.prst")), QByteArray("old"));
-        QCOMPARE(directory.read(QStringLiteral("lib-New.42.prst")), QByteArray("new"));
+        QCOMPARE(directory.read(QStringLiteral("lib-New.42.prst")), bytes);
     }
 
     void foreignFileWithTheIdIsNeverThePatchs()
@@ -192,13 +193,15 @@ private Q_SLOTS:
         QCOMPARE(directory.files(), QStringList{libraryFile});
     }
 
-    void fileThatCannotBeRemovedIsReportedAndTheRestGoes()
+    void fileInADirectoryBelowIsReportedAndStays()
     {
         const LibraryDirectory directory;
         directory.write(QStringLiteral("sub/x.42.y"), "mine");
         directory.write(leadFile, "x");
         const LibraryWriteResult result = remove(directory, {42});
-        QVERIFY(!result.areFilesRemoved && result.hasError());
+        QVERIFY(result.hasError() && !result.isTidy);
+        // What lies in a directory below is none of the patch's files.
+        QVERIFY(result.areFilesRemoved && result.state.idsToRemove.isEmpty());
         QVERIFY(m_lines->take().contains(QStringLiteral("Could not remove file x.42.y")));
         QCOMPARE(directory.files(), (QStringList{QStringLiteral("sub/x.42.y"), libraryFile}));
     }

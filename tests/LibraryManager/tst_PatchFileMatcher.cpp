@@ -89,7 +89,7 @@ private Q_SLOTS:
         QCOMPARE(candidates.first().path, QStringLiteral("lib-A.42.prst"));
     }
 
-    static void patchIsKnownByItsSound_data()
+    static void patchIsKnownByEveryByteThatIsExported_data()
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("isHeld");
@@ -97,8 +97,9 @@ private Q_SLOTS:
         const SPatch renamed = TestRecords::patch(QStringLiteral("Other name"));
         const SPatch other = TestRecords::patch(QStringLiteral("Lead"), 2);
         QTest::newRow("same") << TestRecords::fileBytes({patch}) << true;
-        QTest::newRow("under another name") << TestRecords::fileBytes({renamed}) << true;
-        QTest::newRow("of another firmware") << TestRecords::fileBytes({patch}, {}, "V9.99") << true;
+        QTest::newRow("under another name") << TestRecords::fileBytes({renamed}) << false;
+        QTest::newRow("of another firmware") << TestRecords::fileBytes({patch}, {}, "V9.99") << false;
+        QTest::newRow("with bytes behind its end") << TestRecords::fileBytes({patch}) + "more" << true;
         QTest::newRow("another sound") << TestRecords::fileBytes({other}) << false;
         QTest::newRow("with an impulse response") << TestRecords::fileBytes({patch}, {TestRecords::userIR(1)}) << false;
         QTest::newRow("twice") << TestRecords::fileBytes({patch, patch}) << false;
@@ -106,7 +107,7 @@ private Q_SLOTS:
         QTest::newRow("foreign") << QByteArray("notes") << false;
         QTest::newRow("empty") << QByteArray() << false;
     }
-    static void patchIsKnownByItsSound()
+    static void patchIsKnownByEveryByteThatIsExported()
     {
         QFETCH(const QByteArray, bytes);
         const VelgorPatch patch = TestPatches::imported(QStringLiteral("Lead")).withId(42);

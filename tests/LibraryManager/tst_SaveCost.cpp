@@ -48,12 +48,36 @@ private Q_SLOTS:
     static void savingWithoutChangesListsOnceAndOpensNoPatchFile()
     {
         const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
+        const LibraryWriteResult first = save(directory, three());
         DirectoryWatch watch(directory.path());
         QVERIFY(watch.isWatching());
-        QVERIFY(!save(directory, three()).hasError());
+        QVERIFY(!save(directory, three(), first.state).hasError());
         watch.look();
         QCOMPARE(watch.scans, 1);
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
+    }
+
+    static void savingWhatWasLoadedOpensNoPatchFile()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const LibraryLoadResult result = load(directory);
+        DirectoryWatch watch(directory.path());
+        QVERIFY(!save(directory, three(), stateAfter(result)).hasError());
+        watch.look();
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
+    }
+
+    static void fileThatIsLookedIntoOnceIsNotAgain()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        DirectoryWatch watch(directory.path());
+        const LibraryWriteResult first = save(directory, three());
+        watch.look();
+        QCOMPARE(watch.opened.filter(QStringLiteral(".prst")).size(), 3);
+        QVERIFY(!save(directory, three(), first.state).hasError());
+        watch.look();
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
     }
 

@@ -120,7 +120,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         directory.write(file, "old");
-        const FailingCall failing(Call::Measure, EIO);
+        const FailingCall failing(Call::Stat, EIO);
         QVERIFY(!DiskFiles::replace(directory.filePath(file), "new").isEmpty());
         QVERIFY(failing.wasMade());
         QCOMPARE(directory.read(file), QByteArray("old"));
@@ -229,7 +229,7 @@ private Q_SLOTS:
             {std::pair(Call::Sync, "synchronising a file"), std::pair(Call::SyncAll, "synchronising all"),
                 std::pair(Call::Rename, "renaming"), std::pair(Call::MoveOnly, "moving"),
                 std::pair(Call::Unlink, "removing"), std::pair(Call::Read, "reading"),
-                std::pair(Call::Write, "writing"), std::pair(Call::Measure, "measuring")}) {
+                std::pair(Call::Write, "writing"), std::pair(Call::Stat, "measuring")}) {
             QTest::newRow(name) << call;
         }
     }

@@ -113,6 +113,30 @@ private Q_SLOTS:
         QCOMPARE(result.writeState.unread.patches.keys(), QList<quint64>{42});
     }
 
+    static void aPatchWhoseFileIsALinkStays()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, three()).hasError());
+        const QByteArray text = directory.read(LibraryFileNames::libraryFile());
+        const QString file = directory.filePath(QStringLiteral("lib-A$B.43.prst"));
+        const QString outside = directory.parentPath() + QStringLiteral("/outside.prst");
+        QVERIFY(QFile::rename(file, outside));
+        QVERIFY(QFile::link(outside, file));
+        LibraryStorageManager storage(directory.path());
+        const auto library = storage.decodeLibrary();
+        QVERIFY(library);
+        QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("A/B")});
+        QCOMPARE(storage.unreadPatches(), 1);
+        storage.save(*library);
+        QVERIFY(!storage.writeError());
+        QCOMPARE(directory.read(LibraryFileNames::libraryFile()), text);
+        QCOMPARE(QFileInfo(file).symLinkTarget(), outside);
+        QCOMPARE(datedCopies(directory), QStringList());
+        QVERIFY(QFile::remove(file));
+        QVERIFY(QFile::rename(outside, file));
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+    }
+
     static void aLibraryIsNotMovedWithoutThem()
     {
         const LibraryDirectory directory;
