@@ -69,6 +69,9 @@ void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult 
         unread.defaultPatch = content.defaultPatch;
     }
     noteDropped(result);
+    if (content.hasUnknown) {
+        keepSource(result);
+    }
     noteRemoved(result);
 }
 
@@ -118,6 +121,11 @@ void LibraryLoader::noteDropped(LibraryLoadResult &result) const
     if (!hasEmptyPlaces && result.droppedEntries.size() == result.writeState.unread.patches.size()) {
         return;
     }
+    keepSource(result);
+}
+
+void LibraryLoader::keepSource(LibraryLoadResult &result)
+{
     const QString source =
         result.leftovers.isCopySpare ? LibraryFileNames::libraryFile() : LibraryFileNames::libraryCopy();
     if (!result.writeState.filesToKeep.contains(source)) {

@@ -75,6 +75,8 @@ private:
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
     void noteDropped(LibraryLoadResult &result) const;
+    /// What was read is kept before it is overwritten.
+    static void keepSource(LibraryLoadResult &result);
     Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);

@@ -15,6 +15,8 @@ namespace LibraryJson {
 struct Content {
     QList<VelgorPatch> patches;
     std::optional<quint64> defaultPatch;
+    /// The text held something that is not in here and that encode() will not write again.
+    bool hasUnknown = false;
 };
 
 [[nodiscard]] QByteArray encode(const Content &library);
@@ -22,7 +24,8 @@ struct Content {
 [[nodiscard]] QByteArray encodePatch(const VelgorPatch &patch);
 
 /// Nothing when the text is not JSON, has no list of patches, or any patch lacks a key or has one of another type.
-/// A default patch that is missing or no id is left out silently; keys that are not known are skipped.
+/// A default patch that is missing or no id is left out silently; keys that are not known are skipped. Of the second
+/// and the third, `hasUnknown` tells.
 [[nodiscard]] std::optional<Content> decode(const QByteArray &text);
 
 } // namespace LibraryJson

@@ -50,6 +50,11 @@ bool LibraryJsonReader::isSkippable() const
         || (m_place == Place::Patch && !m_field);
 }
 
+bool LibraryJsonReader::isDefaultPatch() const
+{
+    return m_skippedDepth == 0 && m_place == Place::Library && m_libraryKey == "defaultPatch";
+}
+
 bool LibraryJsonReader::isField(const char *key) const
 {
     return m_skippedDepth == 0 && m_place == Place::Patch && m_field && std::strcmp(m_field->key, key) == 0;
@@ -57,8 +62,18 @@ bool LibraryJsonReader::isField(const char *key) const
 
 bool LibraryJsonReader::markSeen()
 {
-    m_seenFields |= 1U << static_cast<unsigned>(m_field - patchJsonFields().data());
+    const unsigned field = 1U << static_cast<unsigned>(m_field - patchJsonFields().data());
+    // Of a key that stands there twice, one value is lost.
+    m_content.hasUnknown = m_content.hasUnknown || (m_seenFields & field) != 0;
+    m_seenFields |= field;
     return true;
+}
+
+bool LibraryJsonReader::skip()
+{
+    const bool isAllowed = isSkippable();
+    m_content.hasUnknown = m_content.hasUnknown || isAllowed;
+    return isAllowed;
 }
 
 bool LibraryJsonReader::takeDate(double seconds)
@@ -69,12 +84,13 @@ bool LibraryJsonReader::takeDate(double seconds)
 
 bool LibraryJsonReader::null()
 {
-    return isSkippable();
+    // For the default patch, it says that there is none.
+    return isDefaultPatch() || skip();
 }
 
 bool LibraryJsonReader::boolean(bool value)
 {
-    if (isSkippable()) {
+    if (skip()) {
         return true;
     }
     if (m_place != Place::Patch || !m_field->flag) {
@@ -86,12 +102,12 @@ bool LibraryJsonReader::boolean(bool value)
 
 bool LibraryJsonReader::number_integer(number_integer_t value)
 {
-    return isField("date") ? takeDate(static_cast<double>(value)) : isSkippable();
+    return isField("date") ? takeDate(static_cast<double>(value)) : skip();
 }
 
 bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
 {
-    if (m_skippedDepth == 0 && m_place == Place::Library && m_libraryKey == "defaultPatch") {
+    if (isDefaultPatch()) {
         m_content.defaultPatch = value;
         return true;
     }
@@ -99,18 +115,18 @@ bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
         m_patchId = value;
         return markSeen();
     }
-    return isField("date") ? takeDate(static_cast<double>(value)) : isSkippable();
+    return isField("date") ? takeDate(static_cast<double>(value)) : skip();
 }
 
 bool LibraryJsonReader::number_float(number_float_t value, const string_t &text)
 {
     Q_UNUSED(text)
-    return isField("date") ? takeDate(value) : isSkippable();
+    return isField("date") ? takeDate(value) : skip();
 }
 
 bool LibraryJsonReader::string(string_t &value)
 {
-    if (isSkippable()) {
+    if (skip()) {
         return true;
     }
     auto decoded = Utf8Text::decode(QByteArrayView(value.data(), static_cast<qsizetype>(value.size())));
@@ -129,7 +145,7 @@ bool LibraryJsonReader::binary(binary_t &value)
 
 bool LibraryJsonReader::startContainer()
 {
-    if (!isSkippable()) {
+    if (!skip()) {
         return false;
     }
     ++m_skippedDepth;
@@ -161,6 +177,7 @@ bool LibraryJsonReader::key(string_t &name)
     if (m_place == Place::Library) {
         m_libraryKey = name;
         if (name == "defaultPatch") {
+            m_content.hasUnknown = m_content.hasUnknown || m_content.defaultPatch;
             m_content.defaultPatch.reset();
         }
         return true;

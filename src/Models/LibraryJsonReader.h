@@ -46,9 +46,12 @@ private:
 
     /// True when a value that no field takes may stand here: under a key that is not known, or for the default.
     [[nodiscard]] bool isSkippable() const;
+    [[nodiscard]] bool isDefaultPatch() const;
     [[nodiscard]] bool isField(const char *key) const;
     bool takeDate(double seconds);
     bool markSeen();
+    /// Notes a value that no field takes; false where none may stand.
+    bool skip();
     bool startContainer();
 
     Place m_place = Place::Start;
