@@ -110,11 +110,14 @@ void Velgor_Library_ManagerApp::moveLibrary()
         ? *chosen
         : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
     std::unique_ptr<SingleInstance> instance;
-    const QString problem = storage.moveTo(directory, velgorLibrary, [&instance](const QString &target) {
-        instance = std::make_unique<SingleInstance>(target);
-        const bool isFirst = instance->start(QString()) == SingleInstance::Outcome::First;
-        return isFirst ? QString() : tr("%1: another program uses the folder").arg(target);
-    });
+    const QString problem = storage.moveTo(
+        directory, velgorLibrary,
+        [&instance](const QString &target) {
+            instance = std::make_unique<SingleInstance>(target);
+            const bool isFirst = instance->start(QString()) == SingleInstance::Outcome::First;
+            return isFirst ? QString() : tr("%1: another program uses the folder").arg(target);
+        },
+        [&instance] { instance.reset(); });
     if (!problem.isEmpty()) {
         m_window->alerts().show(AlertTexts::cannotMoveLibrary(problem), [](bool) {});
         return;

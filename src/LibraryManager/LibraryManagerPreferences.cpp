@@ -1,9 +1,14 @@
 #include "LibraryManagerPreferences.h"
 
+#include "Diagnostics.h"
+#include "FileExistence.h"
+#include "LibraryFileNames.h"
 #include "ObservableProperty.h"
 #include "OwnerlessLock.h"
+#include "PreferencesFile.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace {
@@ -43,32 +48,51 @@ LibraryManagerPreferences::LibraryManagerPreferences(std::unique_ptr<QSettings> 
 
 QString LibraryManagerPreferences::defaultLibraryDirectory()
 {
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
-        .absoluteFilePath(QStringLiteral("VelgorLibrary"));
+    const QString name = QStringLiteral("VelgorLibrary");
+    const QString inDocuments =
+        QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).absoluteFilePath(name);
+    const QString inHome = QDir::home().absoluteFilePath(name);
+    const bool isHomeBetter = !LibraryFileNames::isListable(inDocuments) && LibraryFileNames::isListable(inHome);
+    return isHomeBetter && !holdsLibrary(inDocuments) ? inHome : inDocuments;
 }
 
 void LibraryManagerPreferences::setColorScheme(PrefColors colorScheme)
 {
-    m_store->setValue(colorSchemeKey, static_cast<int>(colorScheme));
+    const QString problem = store(colorSchemeKey, static_cast<int>(colorScheme));
+    if (!problem.isEmpty()) {
+        Diagnostics::printLine(problem);
+    }
     setObservable(this, m_colorScheme, colorScheme, &LibraryManagerPreferences::colorSchemeChanged);
 }
 
-void LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirectory)
+QString LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirectory)
 {
-    setObservable(this, m_libraryDirectory, libraryDirectory, &LibraryManagerPreferences::libraryDirectoryChanged);
-    if (libraryDirectory == defaultLibraryDirectory()) {
-        m_store->remove(libraryDirectoryKey);
-    } else {
-        saveLibraryDirectory();
+    const bool isDefault = libraryDirectory == defaultLibraryDirectory();
+    QString problem = store(libraryDirectoryKey, isDefault ? QVariant() : QDir(libraryDirectory).absolutePath());
+    if (problem.isEmpty()) {
+        setObservable(this, m_libraryDirectory, libraryDirectory, &LibraryManagerPreferences::libraryDirectoryChanged);
     }
+    return problem;
 }
 
-void LibraryManagerPreferences::saveLibraryDirectory()
+QString LibraryManagerPreferences::store(const QString &key, const QVariant &value)
 {
-    const QString directory = QDir(m_libraryDirectory).absolutePath();
     // Every start comes here, and the store writes a value that it has already as if it were new, before the window
     // is painted.
-    if (m_store->value(libraryDirectoryKey).toString() != directory) {
-        m_store->setValue(libraryDirectoryKey, directory);
+    if (m_store->value(key).toString() == value.toString() && m_store->contains(key) == value.isValid()) {
+        return {};
     }
+    if (!QFileInfo(m_store->fileName()).isAbsolute()) {
+        // Where the platform keeps preferences otherwise than in a file.
+        if (value.isValid()) {
+            m_store->setValue(key, value);
+        } else {
+            m_store->remove(key);
+        }
+        m_store->sync();
+        return m_store->status() == QSettings::NoError ? QString() : tr("The preferences cannot be written");
+    }
+    const QString problem = PreferencesFile(m_store->fileName()).change(key, value);
+    m_store->sync();
+    return problem;
 }

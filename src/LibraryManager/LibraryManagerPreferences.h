@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QSettings>
 #include <QString>
+#include <QVariant>
 
 #include <memory>
 #include <optional>
@@ -22,23 +23,27 @@ public:
     /// Reads from and writes to `store`, or the user's own store where it is null.
     explicit LibraryManagerPreferences(std::unique_ptr<QSettings> store = nullptr, QObject *parent = nullptr);
 
-    /// "VelgorLibrary" in the user's documents directory.
+    /// "VelgorLibrary" in the user's documents directory. In the home directory where a path in the documents directory
+    /// keeps a library from being listed, unless there is one already.
     [[nodiscard]] static QString defaultLibraryDirectory();
 
     [[nodiscard]] PrefColors colorScheme() const { return m_colorScheme; }
+    /// Where it cannot be stored, it lasts until the program ends.
     void setColorScheme(PrefColors colorScheme);
 
     /// An absolute path.
     [[nodiscard]] QString libraryDirectory() const { return m_libraryDirectory; }
-    /// The default directory is never stored, so that it stays the default wherever documents move.
-    void setLibraryDirectory(const QString &libraryDirectory);
+    /// The default directory is never stored, so that it stays the default wherever documents move. Where the change
+    /// cannot be stored nothing changes, and the reason is returned; empty on success. Translated.
+    [[nodiscard]] QString setLibraryDirectory(const QString &libraryDirectory);
 
 Q_SIGNALS:
     void colorSchemeChanged();
     void libraryDirectoryChanged();
 
 private:
-    void saveLibraryDirectory();
+    /// An invalid value takes the key away. The reason on failure.
+    [[nodiscard]] QString store(const QString &key, const QVariant &value);
 
     std::unique_ptr<QSettings> m_store;
     PrefColors m_colorScheme = PrefColors::prefsystem;

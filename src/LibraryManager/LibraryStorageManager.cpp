@@ -6,6 +6,7 @@
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
+#include "LibraryMove.h"
 #include "LibrarySnapshot.h"
 #include "LibraryWriter.h"
 #include "ObservableProperty.h"
@@ -69,13 +70,17 @@ void LibraryStorageManager::createDirectoryLibrary()
         const QString error = DiskFiles::makeDirectory(m_directory);
         if (!error.isEmpty()) {
             Diagnostics::printLine(QStringLiteral("Cannot create library directory"));
+            m_isDirectoryMissed = true;
             addWriteError(tr("%1: %2").arg(m_directory, error));
             return;
         }
         testWrite();
     }
-    if (!m_writeError && m_preferences) {
-        m_preferences->setLibraryDirectory(m_directory);
+    m_isDirectoryMissed = false;
+    const QString problem =
+        m_writeError || !m_preferences ? QString() : m_preferences->setLibraryDirectory(m_directory);
+    if (!problem.isEmpty()) {
+        addWriteError(problem);
     }
 }
 
@@ -130,7 +135,9 @@ void LibraryStorageManager::endLoading()
 
 std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult result)
 {
-    m_readProblem = result.problem;
+    // Where no directory could be made, that was the problem, and was told.
+    m_readProblem =
+        m_isDirectoryMissed && existence(m_directory) != FileExistence::directory ? QString() : result.problem;
     m_droppedPatches = result.droppedPatches;
     m_droppedProblems = result.droppedProblems;
     m_leftovers = result.leftovers;
@@ -141,40 +148,40 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
     return std::move(result.library);
 }
 
-QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library, const TakeDirectory &take)
+QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library, const TakeDirectory &take,
+    const GiveDirectoryBack &giveBack)
 {
     const QString target = QDir(directory).absolutePath();
-    if (!LibraryFileNames::isListable(target)) {
-        return tr("%1: the path holds characters that keep the directory from being listed").arg(target);
-    }
-    if (holdsLibrary(target)) {
-        return tr("%1: there is a library already").arg(target);
-    }
     finishBackgroundWork();
     if (!m_writeState.unread.isEmpty()) {
         return tr("%1: %2 patch files cannot be read now, and would be left behind")
             .arg(m_directory)
             .arg(m_writeState.unread.patches.size());
     }
-    const QString error = existence(target) == FileExistence::directory ? QString() : DiskFiles::makeDirectory(target);
-    if (!error.isEmpty()) {
-        return tr("%1: %2").arg(target, error);
+    LibraryMove move(target);
+    QString problem = move.makeDirectory();
+    const bool isTaken = problem.isEmpty() && take;
+    if (isTaken) {
+        problem = take(target);
     }
-    QString refusal = take ? take(target) : QString();
-    if (!refusal.isEmpty()) {
-        return refusal;
+    if (problem.isEmpty()) {
+        problem = move.write(LibrarySnapshot::take(library));
     }
-    const LibraryWriteResult result = LibraryWriter(target, {}).save(LibrarySnapshot::take(library));
-    if (result.hasError()) {
-        return result.problems.join(u'\n');
+    if (problem.isEmpty() && m_preferences) {
+        problem = m_preferences->setLibraryDirectory(target);
+    }
+    if (!problem.isEmpty()) {
+        const QString left = move.takeBackFiles();
+        if (isTaken && giveBack) {
+            giveBack();
+        }
+        move.removeDirectories();
+        return left.isEmpty() ? problem : problem + u'\n' + left;
     }
     m_delay.cancel();
     setLibraryToSave(nullptr);
     m_directory = target;
-    takeResult(result, &library);
-    if (m_preferences) {
-        m_preferences->setLibraryDirectory(target);
-    }
+    takeResult(move.result(), &library);
     return {};
 }
 

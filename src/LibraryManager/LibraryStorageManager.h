@@ -30,6 +30,7 @@ class LibraryStorageManager : public QObject, public LibraryStorage {
 
 public:
     using TakeDirectory = std::function<QString(const QString &directory)>;
+    using GiveDirectoryBack = std::function<void()>;
     using ShowDirectory = std::function<void(const QUrl &directory)>;
 
     /// The directory of the preferences, made if it is missing and recorded there if it can be used.
@@ -92,9 +93,10 @@ public:
     /// Saves the library in another directory, which is made if need be, and keeps it there from then on; the former
     /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. `take` is called once
     /// the directory is there, to keep other programs from it; a text that it returns ends the move. The reason when
-    /// that failed, and the library stays where it was; empty on success. Translated.
-    [[nodiscard]] QString moveTo(
-        const QString &directory, const VelgorLibrary &library, const TakeDirectory &take = {});
+    /// that failed, after `giveBack` undid what `take` did: then the library is where it was, the preferences say so,
+    /// and the other directory is as it was. Empty on success. Translated.
+    [[nodiscard]] QString moveTo(const QString &directory, const VelgorLibrary &library, const TakeDirectory &take = {},
+        const GiveDirectoryBack &giveBack = {});
     /// Finishes what an interrupted program began, and removes what it left behind. To be called after loading, which
     /// finds out what is still needed, and only while this program alone uses the directory.
     void sweepLeftovers();
@@ -145,6 +147,7 @@ private:
     QPointer<const VelgorLibrary> m_unsaved;
     bool m_writeError = false;
     bool m_readError = false;
+    bool m_isDirectoryMissed = false; ///< it could not be made
     QStringList m_saveProblems; ///< of the last save
     QStringList m_otherProblems; ///< of directories and removals, since writeError was last cleared
     QString m_readProblem;

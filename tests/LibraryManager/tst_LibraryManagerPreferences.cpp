@@ -63,7 +63,7 @@ private Q_SLOTS:
         file.close();
         {
             LibraryManagerPreferences preferences(store());
-            preferences.setLibraryDirectory(directory);
+            QCOMPARE(preferences.setLibraryDirectory(directory), QString());
         }
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY(file.readAll().endsWith("; note\n"));
@@ -136,20 +136,101 @@ private Q_SLOTS:
         {
             LibraryManagerPreferences preferences(store());
             const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
-            preferences.setLibraryDirectory(path);
-            preferences.setLibraryDirectory(path);
+            QCOMPARE(preferences.setLibraryDirectory(path), QString());
+            QCOMPARE(preferences.setLibraryDirectory(path), QString());
             QCOMPARE(changes.size(), 1);
         }
         QCOMPARE(LibraryManagerPreferences(store()).libraryDirectory(), path);
         QCOMPARE(store()->value(QStringLiteral("libraryDirectory")).toString(), path);
     }
 
+    void directoryThatCannotBeStoredIsNotTaken()
+    {
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        m_path += QStringLiteral("/below a file.ini");
+        LibraryManagerPreferences preferences(store());
+        const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
+        const QString former = preferences.libraryDirectory();
+        QVERIFY(preferences.setLibraryDirectory(m_directory.path()).contains(m_path));
+        QCOMPARE(preferences.libraryDirectory(), former);
+        QCOMPARE(changes.size(), 0);
+    }
+
+    void whatElseIsInTheFileStays()
+    {
+        store()->setValue(QStringLiteral("other/key"), QStringLiteral("mine"));
+        LibraryManagerPreferences preferences(store());
+        QCOMPARE(preferences.setLibraryDirectory(m_directory.path()), QString());
+        preferences.setColorScheme(PrefColors::prefdark);
+        QCOMPARE(store()->value(QStringLiteral("other/key")).toString(), QStringLiteral("mine"));
+    }
+
+    static void defaultDirectoryCanBeListed_data()
+    {
+        QTest::addColumn<QString>("home");
+        QTest::addColumn<QString>("documents");
+        QTest::addColumn<QString>("library");
+        QTest::addColumn<QString>("expected");
+        const QString plain = QStringLiteral("user");
+        const QString other = QString::fromUtf8("müller");
+        const QString inDocuments = QString::fromUtf8("Документы/VelgorLibrary");
+        QTest::newRow("plain") << plain << QStringLiteral("Documents") << QString()
+                               << QStringLiteral("Documents/VelgorLibrary");
+        QTest::newRow("documents beyond ASCII")
+            << plain << QString::fromUtf8("Документы") << QString() << QStringLiteral("VelgorLibrary");
+        QTest::newRow("documents with a space")
+            << plain << QStringLiteral("My Documents") << QString() << QStringLiteral("VelgorLibrary");
+        QTest::newRow("library in documents beyond ASCII")
+            << plain << QString::fromUtf8("Документы") << inDocuments << inDocuments;
+        QTest::newRow("home beyond ASCII")
+            << other << QStringLiteral("Documents") << QString() << QStringLiteral("Documents/VelgorLibrary");
+        QTest::newRow("library in the home of another run")
+            << plain << QStringLiteral("Documents") << QStringLiteral("VelgorLibrary")
+            << QStringLiteral("Documents/VelgorLibrary");
+    }
+    static void defaultDirectoryCanBeListed()
+    {
+        QFETCH(const QString, home);
+        QFETCH(const QString, documents);
+        QFETCH(const QString, library);
+        QFETCH(const QString, expected);
+        const QTemporaryDir parent(QDir::tempPath() + QStringLiteral("/velgor-XXXXXX"));
+        const QString place = parent.filePath(home);
+        const auto write = [&place](const QString &name, const QByteArray &text) {
+            QFile file(place + u'/' + name);
+            return QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly)
+                && file.write(text) == text.size();
+        };
+        QVERIFY(QDir().mkpath(place + u'/' + documents));
+        QVERIFY(write(
+            QStringLiteral(".config/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=\"$HOME/" + documents.toUtf8() + "\"\n"));
+        if (!library.isEmpty()) {
+            QVERIFY(write(library + QStringLiteral("/velgorlibrary.json"), "{}"));
+        }
+        const QByteArray formerHome = qgetenv("HOME");
+        const bool hasConfig = qEnvironmentVariableIsSet("XDG_CONFIG_HOME");
+        const QByteArray formerConfig = qgetenv("XDG_CONFIG_HOME");
+        qputenv("HOME", QFile::encodeName(place));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(place + QStringLiteral("/.config")));
+        QStandardPaths::setTestModeEnabled(false);
+        const QString found = LibraryManagerPreferences::defaultLibraryDirectory();
+        QStandardPaths::setTestModeEnabled(true);
+        qputenv("HOME", formerHome);
+        if (hasConfig) {
+            qputenv("XDG_CONFIG_HOME", formerConfig);
+        } else {
+            qunsetenv("XDG_CONFIG_HOME");
+        }
+        QCOMPARE(found, place + u'/' + expected);
+    }
+
     void defaultDirectoryTakesTheKeyAway()
     {
         {
             LibraryManagerPreferences preferences(store());
-            preferences.setLibraryDirectory(m_directory.path());
-            preferences.setLibraryDirectory(LibraryManagerPreferences::defaultLibraryDirectory());
+            QCOMPARE(preferences.setLibraryDirectory(m_directory.path()), QString());
+            QCOMPARE(preferences.setLibraryDirectory(LibraryManagerPreferences::defaultLibraryDirectory()), QString());
             QCOMPARE(preferences.libraryDirectory(), LibraryManagerPreferences::defaultLibraryDirectory());
         }
         QVERIFY(!store()->contains(QStringLiteral("libraryDirectory")));
@@ -160,7 +241,7 @@ private Q_SLOTS:
         {
             LibraryManagerPreferences preferences(store());
             preferences.setColorScheme(PrefColors::prefdark);
-            preferences.setLibraryDirectory(m_directory.path());
+            QCOMPARE(preferences.setLibraryDirectory(m_directory.path()), QString());
         }
         QCOMPARE(store()->allKeys(), (QStringList{QStringLiteral("colorScheme"), QStringLiteral("libraryDirectory")}));
     }

@@ -32,7 +32,7 @@ private Q_SLOTS:
         const LibraryDirectory former(QStringLiteral("my library"));
         const LibraryDirectory place;
         LibraryManagerPreferences preferences(settingsIn(place));
-        preferences.setLibraryDirectory(former.path());
+        QCOMPARE(preferences.setLibraryDirectory(former.path()), QString());
         LibraryStorageManager storage(preferences);
         VelgorLibrary library;
         fill(library);
@@ -71,6 +71,55 @@ private Q_SLOTS:
         QCOMPARE(taken, place.path());
         QCOMPARE(place.files(), QStringList());
         QCOMPARE(storage.libDirectory(), former.path());
+    }
+
+    void moveThatThePreferencesCannotRecordIsTakenBack()
+    {
+        const LibraryDirectory former;
+        const LibraryDirectory place;
+        // Preferences that can be read and not written.
+        place.write(QStringLiteral("file"), "x");
+        LibraryManagerPreferences preferences(
+            std::make_unique<QSettings>(place.filePath(QStringLiteral("file/settings")), QSettings::IniFormat));
+        LibraryStorageManager recorded(preferences);
+        VelgorLibrary library;
+        fill(library);
+        const QString before = recorded.libDirectory();
+        int taken = 0;
+        const QString target = place.filePath(QStringLiteral("a/b/moved"));
+        const QString problem = recorded.moveTo(
+            target, library,
+            [&taken](const QString &directory) {
+                ++taken;
+                QFile lock(directory + u'/' + LibraryFileNames::lockFile());
+                return lock.open(QIODevice::WriteOnly) ? QString() : QStringLiteral("cannot be locked");
+            },
+            [&taken, &target] {
+                --taken;
+                QFile::remove(target + u'/' + LibraryFileNames::lockFile());
+            });
+        QVERIFY2(problem.contains(QStringLiteral("file/settings")), qPrintable(problem));
+        QCOMPARE(taken, 0);
+        QCOMPARE(place.files(), QStringList{QStringLiteral("file")});
+        QVERIFY(!QFileInfo::exists(place.filePath(QStringLiteral("a"))));
+        QCOMPARE(recorded.libDirectory(), before);
+        QCOMPARE(preferences.libraryDirectory(), before);
+    }
+
+    void fileOfTheUserThatNamesAPatchDoesNotEndTheMove()
+    {
+        const LibraryDirectory former;
+        const LibraryDirectory place;
+        LibraryStorageManager storage(former.path());
+        VelgorLibrary library;
+        fill(library);
+        storage.save(library);
+        const QString notes = QStringLiteral("notes.%1.txt").arg(library.patches().first().id());
+        place.write(notes, "mine");
+        QCOMPARE(storage.moveTo(place.path(), library), QString());
+        QCOMPARE(storage.libDirectory(), place.path());
+        QCOMPARE(place.read(notes), QByteArray("mine"));
+        QVERIFY(storage.wasLastSaveWritten());
     }
 
     void unsavedChangesGoAlong()

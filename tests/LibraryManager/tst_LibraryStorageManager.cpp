@@ -16,6 +16,7 @@ namespace {
 
 const QString libraryFile = LibraryFileNames::libraryFile();
 const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+const QString directoryKey = QStringLiteral("libraryDirectory");
 
 std::unique_ptr<VelgorLibrary> threePatches()
 {
@@ -40,7 +41,7 @@ private Q_SLOTS:
         const QTemporaryDir parent;
         const QString path = parent.filePath(QStringLiteral("a/b/Presets"));
         LibraryManagerPreferences preferences(storeOf(parent));
-        preferences.setLibraryDirectory(path + u'/');
+        QCOMPARE(preferences.setLibraryDirectory(path + u'/'), QString());
         const LibraryStorageManager manager(preferences);
         QVERIFY(!manager.writeError());
         QCOMPARE(manager.libDirectory(), path);
@@ -50,21 +51,27 @@ private Q_SLOTS:
         QCOMPARE(preferences.libraryDirectory(), path);
     }
 
-    static void plainFileInThePlaceOfTheDirectoryIsAWriteError()
+    static void plainFileInThePlaceOfTheDirectoryIsOneWriteError()
     {
         const QTemporaryDir parent;
         const LibraryDirectory directory;
         directory.write(QStringLiteral("file"), "mine");
         const QString path = directory.filePath(QStringLiteral("file"));
+        // What a usable directory would be recorded as is another text.
+        storeOf(parent)->setValue(directoryKey, QString(path + u'/'));
         LibraryManagerPreferences preferences(storeOf(parent));
-        preferences.setLibraryDirectory(path);
         const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
         DiagnosticRecorder lines;
-        const LibraryStorageManager manager(preferences);
+        LibraryStorageManager manager(preferences);
         QVERIFY(manager.writeError());
         QCOMPARE(lines.take(), QStringList{QStringLiteral("Cannot create library directory")});
-        QVERIFY(manager.writeProblems().join(u'\n').contains(path));
+        QCOMPARE(manager.writeProblems().size(), 1);
+        QVERIFY(manager.writeProblems().first().contains(path));
+        QVERIFY(!manager.decodeLibrary());
+        QVERIFY(!manager.readError() && manager.readProblem().isEmpty());
+        QCOMPARE(manager.writeProblems().size(), 1);
         QCOMPARE(changes.size(), 0);
+        QCOMPARE(storeOf(parent)->value(directoryKey).toString(), path + u'/');
         QCOMPARE(directory.read(QStringLiteral("file")), QByteArray("mine"));
     }
 
@@ -73,12 +80,22 @@ private Q_SLOTS:
         const QTemporaryDir parent;
         const LibraryDirectory directory;
         QDir(directory.path()).mkdir(QStringLiteral("new.testfile.txt"));
+        const QString stored = directory.filePath(QStringLiteral("new/"));
+        storeOf(parent)->setValue(directoryKey, stored);
         LibraryManagerPreferences preferences(storeOf(parent));
-        preferences.setLibraryDirectory(directory.filePath(QStringLiteral("new")));
         DiagnosticRecorder lines;
+        {
+            const LibraryStorageManager manager(preferences);
+            QVERIFY(manager.writeError());
+            QCOMPARE(lines.take(), QStringList());
+            QCOMPARE(storeOf(parent)->value(directoryKey).toString(), stored);
+        }
+        // With nothing in the way of the test, the directory is recorded.
+        QVERIFY(QDir(directory.path()).rmdir(QStringLiteral("new.testfile.txt")));
+        QVERIFY(QDir(directory.path()).rmdir(QStringLiteral("new")));
         const LibraryStorageManager manager(preferences);
-        QVERIFY(manager.writeError());
-        QCOMPARE(lines.take(), QStringList());
+        QVERIFY(!manager.writeError());
+        QCOMPARE(storeOf(parent)->value(directoryKey).toString(), directory.filePath(QStringLiteral("new")));
     }
 
     static void writeTestSparesAFileOfItsName()
@@ -88,7 +105,7 @@ private Q_SLOTS:
         const QString other = QStringLiteral("new.testfile.txt");
         directory.write(other, "mine");
         LibraryManagerPreferences preferences(storeOf(parent));
-        preferences.setLibraryDirectory(directory.filePath(QStringLiteral("new")));
+        QCOMPARE(preferences.setLibraryDirectory(directory.filePath(QStringLiteral("new"))), QString());
         const LibraryStorageManager manager(preferences);
         QVERIFY(!manager.writeError());
         QVERIFY(QFileInfo(manager.libDirectory()).isDir());
@@ -102,7 +119,7 @@ private Q_SLOTS:
         directory.write(QStringLiteral("file"), "mine");
         const auto before = directory.stamps();
         LibraryManagerPreferences preferences(storeOf(parent));
-        preferences.setLibraryDirectory(directory.path());
+        QCOMPARE(preferences.setLibraryDirectory(directory.path()), QString());
         const LibraryStorageManager manager(preferences);
         QVERIFY(!manager.writeError());
         QCOMPARE(directory.stamps(), before);

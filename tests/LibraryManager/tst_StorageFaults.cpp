@@ -1,0 +1,193 @@
+#include "DiagnosticRecorder.h"
+#include "FailingCall.h"
+#include "LibraryManagerPreferences.h"
+#include "LibraryStorageManager.h"
+#include "TestLibraries.h"
+#include "TestProgram.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+using namespace TestLibraries;
+using Call = FailingCall::Call;
+
+namespace {
+
+const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+
+std::unique_ptr<QSettings> settingsIn(const LibraryDirectory &place)
+{
+    return std::make_unique<QSettings>(place.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+}
+
+/// What a start of the program would take the library's directory for.
+QString storedDirectory(const LibraryDirectory &place)
+{
+    const LibraryDirectory elsewhere;
+    elsewhere.write(QStringLiteral("settings.ini"), place.read(QStringLiteral("settings.ini")));
+    return LibraryManagerPreferences(settingsIn(elsewhere)).libraryDirectory();
+}
+
+} // namespace
+
+/// Removing, moving and remembering a library when the system fails a call once.
+class TestStorageFaults : public QObject {
+    Q_OBJECT
+
+    const DiagnosticRecorder m_silence;
+
+    /// A library of three whose first patch was deleted; its file could not be.
+    static std::unique_ptr<VelgorLibrary> afterAFailedRemoval(LibraryStorageManager &storage)
+    {
+        auto library = std::make_unique<VelgorLibrary>(three().patches, three().defaultPatch);
+        storage.save(*library);
+        // The first that is removed is the copy of the library file.
+        const FailingCall failing(Call::Unlink, EIO, 1);
+        library->deletePatch(42, storage);
+        return failing.wasMade() && storage.writeError() ? std::move(library) : nullptr;
+    }
+
+private Q_SLOTS:
+    static void patchThatIsImportedAgainAfterAFailedRemovalKeepsItsFile()
+    {
+        const LibraryDirectory directory;
+        LibraryStorageManager storage(directory.path());
+        const auto library = afterAFailedRemoval(storage);
+        QVERIFY(library && directory.has(leadFile));
+        library->append(three().patches.first(), false, false);
+        storage.setWriteError(false);
+        storage.save(*library);
+        QVERIFY(!storage.writeError());
+        storage.save(*library);
+        QVERIFY(directory.has(leadFile));
+        QVERIFY(areIdentical(loaded(directory), library->patches()));
+    }
+
+    static void fileThatAFailedRemovalLeftIsNoFileOfAnotherPatchWithItsId()
+    {
+        const LibraryDirectory directory;
+        LibraryStorageManager storage(directory.path());
+        const auto library = afterAFailedRemoval(storage);
+        QVERIFY(library);
+        const QByteArray former = directory.read(leadFile);
+        const VelgorPatch other = TestLibraries::patch(QStringLiteral("Lead"), 42, 9);
+        library->append(other, false, false);
+        storage.save(*library);
+        QCOMPARE(directory.read(leadFile), patchBytes(other));
+        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), former);
+    }
+
+    static void fileThatAFailedRemovalLeftGoesWithTheNextSave()
+    {
+        const LibraryDirectory directory;
+        LibraryStorageManager storage(directory.path());
+        const auto library = afterAFailedRemoval(storage);
+        QVERIFY(library && directory.has(leadFile));
+        storage.save(*library);
+        QVERIFY(!directory.has(leadFile));
+    }
+
+    static void writeTestWritesItsText()
+    {
+        // It is gone at once, unless it cannot be removed.
+        const LibraryDirectory place;
+        LibraryManagerPreferences preferences(settingsIn(place));
+        QCOMPARE(preferences.setLibraryDirectory(place.filePath(QStringLiteral("new"))), QString());
+        const FailingCall failing(Call::Unlink, EIO);
+        const LibraryStorageManager storage(preferences);
+        QVERIFY(failing.wasMade() && storage.writeError());
+        QCOMPARE(place.read(QStringLiteral("new.testfile.txt")), QByteArray("Test file that can be removed"));
+        QCOMPARE(storage.writeProblems().size(), 1);
+    }
+
+    static void preferencesThatCannotBeStoredStay_data()
+    {
+        QTest::addColumn<Call>("call");
+        QTest::newRow("writing") << Call::Write;
+        QTest::newRow("renaming") << Call::Rename;
+        QTest::newRow("synchronising") << Call::Sync;
+        QTest::newRow("reading") << Call::Read;
+    }
+    static void preferencesThatCannotBeStoredStay()
+    {
+        QFETCH(const Call, call);
+        bool wasMade = true;
+        int failures = 0;
+        for (int before = 0; wasMade; ++before) {
+            const LibraryDirectory place;
+            const QString former = place.filePath(QStringLiteral("former"));
+            const QString other = place.filePath(QStringLiteral("other"));
+            LibraryManagerPreferences preferences(settingsIn(place));
+            QCOMPARE(preferences.setLibraryDirectory(former), QString());
+            QString problem;
+            {
+                const FailingCall failing(call, ENOSPC, before);
+                problem = preferences.setLibraryDirectory(other);
+                wasMade = failing.wasMade();
+            }
+            const QString expected = problem.isEmpty() ? other : former;
+            failures += problem.isEmpty() ? 0 : 1;
+            QCOMPARE(preferences.libraryDirectory(), expected);
+            QCOMPARE(storedDirectory(place), expected);
+        }
+        QVERIFY(failures > 0);
+    }
+
+    static void moveThatFailsLeavesEverythingAsItWas_data()
+    {
+        QTest::addColumn<Call>("call");
+        for (const auto &[call, name] : {std::pair(Call::Open, "opening"), std::pair(Call::Write, "writing"),
+                 std::pair(Call::Rename, "renaming"), std::pair(Call::MoveOnly, "moving"),
+                 std::pair(Call::Sync, "synchronising a file"), std::pair(Call::SyncAll, "synchronising all"),
+                 std::pair(Call::Stat, "measuring"), std::pair(Call::Read, "reading")}) {
+            QTest::newRow(name) << call;
+        }
+    }
+    static void moveThatFailsLeavesEverythingAsItWas()
+    {
+        QFETCH(const Call, call);
+        bool wasMade = true;
+        int failures = 0;
+        for (int before = 0; wasMade; ++before) {
+            const LibraryDirectory former;
+            const LibraryDirectory place;
+            LibraryManagerPreferences preferences(settingsIn(place));
+            QCOMPARE(preferences.setLibraryDirectory(former.path()), QString());
+            LibraryStorageManager storage(preferences);
+            const VelgorLibrary library(three().patches, three().defaultPatch);
+            storage.save(library);
+            // Somebody's own files, two of which are in the way.
+            const QString target = place.filePath(QStringLiteral("new"));
+            place.write(QStringLiteral("new/notes.txt"), "mine");
+            place.write(QStringLiteral("new/lib-Lead.42.prst"), "mine");
+            place.write(QStringLiteral("new/x.43.prst"), patchBytes(three().patches.at(1)));
+            const auto formerFiles = former.stamps();
+            auto files = place.contents();
+            QString problem;
+            {
+                const FailingCall failing(call, EIO, before);
+                problem = storage.moveTo(target, library);
+                wasMade = failing.wasMade();
+            }
+            QCOMPARE(former.stamps(), formerFiles);
+            const QString expected = problem.isEmpty() ? target : former.path();
+            QCOMPARE(storage.libDirectory(), expected);
+            QCOMPARE(preferences.libraryDirectory(), expected);
+            QCOMPARE(storedDirectory(place), expected);
+            LibraryStorageManager again(expected);
+            const auto found = again.decodeLibrary();
+            QVERIFY(found && areIdentical(found->patches(), three().patches));
+            if (!problem.isEmpty()) {
+                ++failures;
+                auto left = place.contents();
+                left.insert(QStringLiteral("settings.ini"), files.value(QStringLiteral("settings.ini")));
+                QCOMPARE(left.keys(), files.keys());
+                QCOMPARE(left, files);
+            }
+        }
+        QVERIFY(failures > 0);
+    }
+};
+
+VELGOR_TEST(TestStorageFaults)
+#include "tst_StorageFaults.moc"
