@@ -5,6 +5,7 @@
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <memory>

@@ -3,6 +3,7 @@
 #include "TestRecords.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 #include <memory>

@@ -2,6 +2,7 @@
 #include "TestProgram.h"
 #include "VelgorProcess.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QTest>
 
