@@ -20,6 +20,10 @@ function(velgor_add_layer name)
     target_link_libraries(${name} PUBLIC ${LAYER_USES} PRIVATE velgor_compiler)
     set_target_properties(${name} PROPERTIES AUTOMOC ON VERIFY_INTERFACE_HEADER_SETS ON)
     velgor_precompile(${name} ${LAYER_PRECOMPILED})
+    # What the fuzz targets reach tells them which branches an input took.
+    if(VELGOR_FUZZERS AND NOT LAYER_PRECOMPILED STREQUAL "widgets" AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
 endfunction()
 
 # A test program holds the test classes of one folder; CTest runs each class by itself, under the name of its file. It

@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int symbolInset = 8;
-constexpr int symbolGap = 5;
+constexpr int gapAfterSymbol = 5;
 constexpr int ownTextInset = 8;
 
 } // namespace
@@ -27,7 +27,7 @@ SearchField::SearchField(const QString &placeholder, const QString &accessibleNa
     setPlaceholderText(placeholder);
     setAccessibleName(accessibleName);
     setMaxLength(std::numeric_limits<int>::max());
-    setTextMargins(symbolInset + LookMeasures::symbolSize(fontMetrics()) + symbolGap - ownTextInset, 0, 0, 0);
+    setTextMargins(symbolInset + LookMeasures::symbolSize(fontMetrics()) + gapAfterSymbol - ownTextInset, 0, 0, 0);
 
     // Named for assistive technology, which meets the button by this text.
     auto *clearAction = new QAction(
