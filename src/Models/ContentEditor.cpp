@@ -5,8 +5,9 @@
 
 #include <algorithm>
 
-ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content)
-    : m_library(library)
+ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content, QObject *parent)
+    : QObject(parent)
+    , m_library(library)
     , m_content(content)
 {
 }
@@ -71,7 +72,13 @@ void ContentEditor::reset()
 
 void ContentEditor::moveSlots(const QList<qsizetype> &rows, qsizetype offset)
 {
+    const auto isAbove = [offset](qsizetype row) { return row < offset; };
+    const qsizetype first = offset - std::count_if(rows.begin(), rows.end(), isAbove);
+    const bool isMove = !rows.isEmpty() && (rows.first() != first || rows.last() != first + rows.size() - 1);
     m_content.move(rows, offset);
+    if (isMove) {
+        Q_EMIT moved(first, rows.size());
+    }
 }
 
 void ContentEditor::moveSelectedSlots(int step)

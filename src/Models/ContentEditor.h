@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QList>
-#include <QtGlobal>
+#include <QObject>
 
 #include <optional>
 
@@ -11,10 +11,12 @@ class VelgorPatch;
 
 /// What the user does to the list being composed. Operations that place patches warn of mixed firmware versions by
 /// the content's flag. User-interface thread only.
-class ContentEditor {
+class ContentEditor : public QObject {
+    Q_OBJECT
+
 public:
     /// Both must outlive the editor.
-    ContentEditor(VelgorLibrary &library, VelgorContent &content);
+    ContentEditor(VelgorLibrary &library, VelgorContent &content, QObject *parent = nullptr);
 
     /// A library patch was dropped on the slot at `location`: it goes there. When ticking, the ticked patches go there
     /// and into the slots behind it, as far as there are slots, and ticking ends.
@@ -37,6 +39,10 @@ public:
     [[nodiscard]] bool canPut() const;
     [[nodiscard]] bool canReplace() const;
     [[nodiscard]] bool canMoveSelected(int step) const;
+
+Q_SIGNALS:
+    /// So many slots were moved and stand together now, from this row on.
+    void moved(qsizetype first, qsizetype count);
 
 private:
     [[nodiscard]] const VelgorPatch *selectedPatch() const;

@@ -85,29 +85,43 @@ ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, QObj
 void ContentFiles::importFile()
 {
     m_content.openPresetFile(m_files);
-    imported();
+    finishImport();
 }
 
 void ContentFiles::importFile(const QString &path)
 {
     m_content.openPresetFile(m_files, path);
-    imported();
+    finishImport();
 }
 
-void ContentFiles::imported()
+void ContentFiles::finishImport()
 {
     m_problem = m_files.problem();
     if (!m_files.wasCancelled() && !m_content.openError()) {
         markStored(m_files.path());
+        Q_EMIT imported(m_stored.size(), m_fileName);
     }
+}
+
+QList<VelgorPatch> ContentFiles::patchesIn(const QString &path)
+{
+    QList<VelgorPatch> patches;
+    const std::optional<SPresetFile> presets = m_files.read(path);
+    m_problem = m_files.problem();
+    for (qsizetype i = 0; presets && i < presets->patches.size(); ++i) {
+        patches.append(VelgorPatch(presets->patches.at(i), presets->userIRs.at(i), presets->headerDesc));
+    }
+    return patches;
 }
 
 bool ContentFiles::exportList()
 {
-    const bool isDone = m_files.save(m_content);
+    const bool isDone = m_files.save(m_content, m_fileName.isEmpty() ? std::nullopt : std::optional(m_fileName));
     m_problem = m_files.problem();
     if (isDone) {
         markStored(m_files.path());
+        // A slot without preset data writes nothing.
+        Q_EMIT exported(m_content.getPatchesAndUserIRs().first.size(), m_fileName);
     }
     m_content.setSaveError(!isDone && !m_files.wasCancelled());
     return isDone;
@@ -117,6 +131,9 @@ bool ContentFiles::exportPatch(const VelgorPatch &patch)
 {
     const bool isDone = m_files.save(patch);
     m_problem = m_files.problem();
+    if (isDone) {
+        Q_EMIT patchExported(patch.name, m_files.path());
+    }
     m_content.setSaveError(!isDone && !m_files.wasCancelled());
     return isDone;
 }

@@ -24,6 +24,9 @@ public:
     void importFile();
     /// Fills the list from this file.
     void importFile(const QString &path);
+    /// The patches of a file, which goes nowhere; none when it cannot be read, for the reason that problem() then
+    /// gives.
+    [[nodiscard]] QList<VelgorPatch> patchesIn(const QString &path);
     /// Asks where to and writes the list. False when cancelled or failed; only a failure sets the content's flag.
     bool exportList();
     /// The same for one patch; the list's file and state stay as they are.
@@ -39,9 +42,13 @@ public:
 Q_SIGNALS:
     /// The file name or, perhaps, isModified() changed.
     void changed();
+    /// Files were read into the list or written, as many patches as that.
+    void imported(qsizetype count, const QString &path);
+    void exported(qsizetype count, const QString &path);
+    void patchExported(const QString &name, const QString &path);
 
 private:
-    void imported();
+    void finishImport();
     void markStored(const QString &path);
 
     VelgorContent &m_content;

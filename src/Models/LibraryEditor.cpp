@@ -9,8 +9,9 @@
 
 #include <algorithm>
 
-LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage)
-    : m_library(library)
+LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent)
+    : QObject(parent)
+    , m_library(library)
     , m_content(content)
     , m_storage(storage)
 {
@@ -107,7 +108,11 @@ void LibraryEditor::tickSimilar()
 
 void LibraryEditor::duplicateSelected()
 {
+    const qsizetype former = m_library.count();
     m_library.duplicateSelection(m_library.selection(), m_storage);
+    if (m_library.count() > former) {
+        Q_EMIT duplicated(idsFrom(former));
+    }
 }
 
 void LibraryEditor::setSelectedAsDefault()
@@ -206,8 +211,12 @@ void LibraryEditor::move(quint64 id, qsizetype location)
     if (!found || found->patch->empty) {
         return;
     }
-    m_library.move(found->index, std::clamp<qsizetype>(location, 0, m_library.patches().size()));
+    const qsizetype former = found->index;
+    m_library.move(former, std::clamp<qsizetype>(location, 0, m_library.patches().size()));
     changed();
+    if (m_library.getPatchFromId(id)->index != former) {
+        Q_EMIT moved(id);
+    }
 }
 
 void LibraryEditor::keepSlots(const QList<TransferablePatch> &items)
@@ -217,26 +226,44 @@ void LibraryEditor::keepSlots(const QList<TransferablePatch> &items)
         slotPatches.insert(slot.id, &slot.patch);
     }
     QList<VelgorPatch> patches;
-    std::optional<quint64> firstId;
+    bool isFirstThere = false;
     for (qsizetype i = 0; i < items.size(); ++i) {
         const VelgorPatch *held = items.at(i).cid ? slotPatches.value(*items.at(i).cid) : nullptr;
         // A slot without preset data has nothing that could be kept.
         if (held && held->patchData) {
-            VelgorPatch patch = *held;
-            patch.date = ReferenceDate::now();
-            patches.append(patch);
-            if (i == 0) {
-                firstId = patch.id();
-            }
+            patches.append(*held);
+            isFirstThere |= i == 0;
         }
     }
+    keep(patches, isFirstThere);
+}
+
+void LibraryEditor::keep(const QList<VelgorPatch> &patches, bool isFirstSelected)
+{
     if (patches.isEmpty()) {
         return;
     }
-    m_library.appendNew(patches);
+    QList<VelgorPatch> dated = patches;
+    for (VelgorPatch &patch : dated) {
+        patch.date = ReferenceDate::now();
+    }
+    const qsizetype former = m_library.count();
+    m_library.appendNew(dated);
     changed();
-    if (firstId) {
-        Diagnostics::printLine(QStringLiteral("Select %1").arg(*firstId));
+    if (isFirstSelected) {
+        const quint64 firstId = dated.first().id();
+        Diagnostics::printLine(QStringLiteral("Select %1").arg(firstId));
         m_library.setSelection(firstId);
     }
+    const QList<quint64> fresh = idsFrom(former);
+    Q_EMIT kept(fresh, dated.size() - fresh.size());
+}
+
+QList<quint64> LibraryEditor::idsFrom(qsizetype row) const
+{
+    QList<quint64> ids;
+    for (qsizetype i = row; i < m_library.count(); ++i) {
+        ids.append(m_library.patches().at(i).id());
+    }
+    return ids;
 }

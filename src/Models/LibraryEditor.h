@@ -4,6 +4,7 @@
 #include "TransferablePatch.h"
 
 #include <QList>
+#include <QObject>
 
 class LibraryStorage;
 class VelgorContent;
@@ -11,10 +12,12 @@ class VelgorLibrary;
 
 /// What the user does to the library, by mouse, keyboard or menu: each operation changes the library, lets the list
 /// being composed follow, and asks for a save. Unknown ids do nothing. User-interface thread only.
-class LibraryEditor : public LibraryCallbacks {
+class LibraryEditor : public QObject, public LibraryCallbacks {
+    Q_OBJECT
+
 public:
     /// All three must outlive the editor.
-    LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage);
+    LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent = nullptr);
 
     void changed(quint64 id) override;
     [[nodiscard]] QList<BankNumber> inContentPatch(quint64 pid) const override;
@@ -54,10 +57,20 @@ public:
     void drop(const QList<TransferablePatch> &items, qsizetype location);
     /// Moves one patch by library rows, as drop() counts them.
     void move(quint64 id, qsizetype location);
+    /// Keeps patches as new ones at the end, and selects the first if so wished.
+    void keep(const QList<VelgorPatch> &patches, bool isFirstSelected = true);
+
+Q_SIGNALS:
+    /// Patches were to be kept: these are new in the library, and so many it held already.
+    void kept(const QList<quint64> &ids, qsizetype known);
+    void duplicated(const QList<quint64> &copies);
+    /// A patch went to another row of the library.
+    void moved(quint64 id);
 
 private:
     [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
     void keepSlots(const QList<TransferablePatch> &items);
+    [[nodiscard]] QList<quint64> idsFrom(qsizetype row) const;
 
     VelgorLibrary &m_library;
     VelgorContent &m_content;

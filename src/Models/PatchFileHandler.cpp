@@ -3,8 +3,10 @@
 #include "Diagnostics.h"
 #include "PatchName.h"
 #include "PatchWriter.h"
+#include "Utf8Text.h"
 #include "VelgorContent.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -14,6 +16,17 @@ namespace {
 QString lastPathComponent(const QString &path)
 {
     return path.section(u'/', -1, -1, QString::SectionSkipEmpty);
+}
+
+/// What a file dialog proposes for a patch: its name as far as file systems and dialogs have room for it.
+QString proposedFileName(const QString &patchName)
+{
+    constexpr qsizetype longest = 200;
+    const QString suffix = QStringLiteral(".prst");
+    QString stem = lastPathComponent(patchName + suffix).chopped(suffix.size());
+    const auto isControl = [](QChar character) { return character.category() == QChar::Other_Control; };
+    std::replace_if(stem.begin(), stem.end(), isControl, u' ');
+    return Utf8Text::longestPrefixWithin(stem, longest) + suffix;
 }
 
 SHeaderDesc exportHeader(const SHeaderDesc &stored, qsizetype count)
@@ -128,8 +141,7 @@ bool PatchFileHandler::save(const VelgorPatch &patch)
     if (!canExport(patch)) {
         return false;
     }
-    const QString proposed = lastPathComponent(patch.name + QStringLiteral(".prst"));
-    const std::optional<QString> path = m_dialogs->askSaveFile(tr("Save patch"), proposed);
+    const std::optional<QString> path = m_dialogs->askSaveFile(tr("Save patch"), proposedFileName(patch.name));
     return path ? exportTo(QList{patch}, *path) : cancel();
 }
 

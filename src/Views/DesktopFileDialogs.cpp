@@ -17,6 +17,12 @@ QString firstDirectory()
     return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
+/// Preset files first; other names are a choice away.
+void filterPresetFiles(QFileDialog &dialog)
+{
+    dialog.setNameFilters({DesktopFileDialogs::tr("Preset files (*.prst)"), DesktopFileDialogs::tr("All files (*)")});
+}
+
 /// One path, or nothing when the user cancelled.
 std::optional<QString> ask(QFileDialog &dialog)
 {
@@ -44,6 +50,7 @@ std::optional<QString> DesktopFileDialogs::askOpenFile(const QString &title)
     const QString used = m_state.importDirectory();
     QFileDialog dialog(m_parent, title, used.isEmpty() ? firstDirectory() : used);
     dialog.setFileMode(QFileDialog::ExistingFile);
+    filterPresetFiles(dialog);
     std::optional<QString> chosen = ask(dialog);
     if (chosen) {
         m_state.setImportDirectory(QFileInfo(*chosen).absolutePath());
@@ -58,6 +65,7 @@ std::optional<QString> DesktopFileDialogs::askSaveFile(const QString &title, con
     QFileDialog dialog(m_parent, title, directory.isEmpty() ? firstDirectory() : directory);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
+    filterPresetFiles(dialog);
     dialog.setDefaultSuffix(QStringLiteral("prst"));
     dialog.selectFile(proposedName);
     std::optional<QString> chosen = ask(dialog);

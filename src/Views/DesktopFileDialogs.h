@@ -2,6 +2,7 @@
 
 #include "FileDialogs.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QWidget>
 
@@ -10,6 +11,8 @@ class WindowState;
 /// Asks for files with Qt's dialogs, native where the desktop has them. Each kind of dialog opens in the directory
 /// that it was last used in.
 class DesktopFileDialogs : public FileDialogs {
+    Q_DECLARE_TR_FUNCTIONS(DesktopFileDialogs)
+
 public:
     /// `state` remembers the directories and must outlive the dialogs.
     explicit DesktopFileDialogs(WindowState &state);

@@ -90,6 +90,37 @@ private Q_SLOTS:
         QVERIFY(!changes.isEmpty());
     }
 
+    void anExportProposesTheNameOfTheListsFile()
+    {
+        Desk desk;
+        desk.contentFiles.importFile(in);
+        desk.dialogs.answer = out;
+        QVERIFY(desk.contentFiles.exportList());
+        QVERIFY(desk.contentFiles.exportList());
+        desk.content.createNew(desk.patch(0));
+        QVERIFY(desk.contentFiles.exportList());
+        QCOMPARE(desk.dialogs.asked,
+            (QStringList{QStringLiteral("Save patches list: in.prst"), QStringLiteral("Save patches list: out.prst"),
+                QStringLiteral("Save patches list: patches.prst")}));
+    }
+
+    void thePatchesOfAFileAreReadBesideTheList()
+    {
+        Desk desk;
+        desk.contentFiles.importFile(in);
+        const QStringList before = desk.names();
+        const QList<VelgorPatch> patches = desk.contentFiles.patchesIn(in);
+        QCOMPARE(patches.size(), 3);
+        QCOMPARE(patches.at(2).name, QStringLiteral("C"));
+        QVERIFY(patches.at(2).hasUserIR);
+        QVERIFY(desk.contentFiles.problem().isEmpty());
+        QVERIFY(desk.contentFiles.patchesIn(QStringLiteral("/lists/none.prst")).isEmpty());
+        QVERIFY(desk.contentFiles.problem().contains(QStringLiteral("none.prst")));
+        QCOMPARE(desk.names(), before);
+        QVERIFY(!desk.content.openError());
+        QCOMPARE(desk.contentFiles.fileName(), in);
+    }
+
     void aNamedFileIsImportedUnasked()
     {
         Desk desk;

@@ -250,6 +250,11 @@ private Q_SLOTS:
                                  << "DC.prst";
         QTest::newRow("a slash at the start") << "/Lead"
                                               << "Lead.prst";
+        QTest::newRow("longer than file names") << QString(5'000, u'n') << QString(200, u'n') + QStringLiteral(".prst");
+        QTest::newRow("longer, beyond ASCII")
+            << fromUtf8("\u00e9").repeated(150) << fromUtf8("\u00e9").repeated(100) + QStringLiteral(".prst");
+        QTest::newRow("two lines") << "two\nlines"
+                                   << "two lines.prst";
         QTest::newRow("only beyond ASCII") << fromUtf8("\u00e9") << fromUtf8("\u00e9.prst");
     }
 
