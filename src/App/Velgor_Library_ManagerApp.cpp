@@ -5,6 +5,8 @@
 #include "Look.h"
 #include "MessageBox.h"
 #include "SingleInstance.h"
+#include "StatusLine.h"
+#include "StatusText.h"
 #include "TerminationSignals.h"
 
 #include <QApplication>
@@ -63,10 +65,9 @@ int Velgor_Library_ManagerApp::run(const QString &file)
         qApp, &QGuiApplication::commitDataRequest, this, [this] { storage.saveUnsaved(); }, Qt::DirectConnection);
     connect(m_instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
     connect(m_window.get(), &ContentView::libraryLoaded, this, [this] { storage.sweepLeftovers(); });
+    connect(m_window.get(), &ContentView::libraryLoaded, this, &Velgor_Library_ManagerApp::tellOfDirectory,
+        Qt::SingleShotConnection);
     m_window->show();
-    if (!m_instance->reason().isEmpty()) {
-        m_window->alerts().show(AlertTexts::directoryInUse(m_instance->reason()), [](bool) {});
-    }
     if (!file.isEmpty()) {
         m_waitingFile = file;
         m_openAgain.start();
@@ -74,6 +75,15 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     const int status = QCoreApplication::exec();
     storage.saveUnsaved();
     return status;
+}
+
+void Velgor_Library_ManagerApp::tellOfDirectory()
+{
+    // A directory that cannot be locked because it cannot be used at all has its message already.
+    const bool isTold = storage.readError() || storage.writeError() || !storage.readProblem().isEmpty();
+    if (!m_instance->reason().isEmpty() && !isTold) {
+        m_window->alerts().show(AlertTexts::directoryInUse(m_instance->reason()), [](bool) {});
+    }
 }
 
 void Velgor_Library_ManagerApp::open(const QString &file)
@@ -124,6 +134,7 @@ void Velgor_Library_ManagerApp::moveLibrary()
     }
     connect(instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
     m_instance = std::move(instance);
+    m_window->statusLine().say(StatusText::ofLibraryMove(directory));
 }
 
 void Velgor_Library_ManagerApp::terminate()

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] int run(const QString &file);
 
 private:
+    /// Why other programs cannot be kept from the directory, unless that was told.
+    void tellOfDirectory();
     void open(const QString &file);
     /// Opens the file that waits, once no dialog and no message is about the list that it would replace.
     void openWaiting();

@@ -5,7 +5,7 @@
 #include "LibraryEditor.h"
 #include "LibraryFileNames.h"
 #include "LibraryStorageManager.h"
-#include "Utf8Text.h"
+#include "ShownName.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
@@ -18,19 +18,18 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(AlertTexts)
 };
 
-/// Of a name in a message; longer ones push the buttons off the screen.
-constexpr qsizetype longestName = 80;
-
 Alert notice(const QString &title, const QString &text)
 {
-    return {.title = title, .text = text, .acceptLabel = {}, .safeLabel = Texts::tr("OK")};
+    return {.title = title, .text = text, .acceptLabel = {}, .safeLabel = Texts::tr("&OK")};
 }
 
 /// A notice from which the user can go on to the check of the library.
 Alert checkable(const QString &title, const QString &text)
 {
-    return {
-        .title = title, .text = text, .acceptLabel = Texts::tr("Check Library..."), .safeLabel = Texts::tr("Not Now")};
+    return {.title = title,
+        .text = text,
+        .acceptLabel = Texts::tr("&Check Library..."),
+        .safeLabel = Texts::tr("&Not Now")};
 }
 
 /// What happened, and below it what that means.
@@ -39,10 +38,20 @@ QString inParagraphs(const QString &reason, const QString &advice)
     return reason + QStringLiteral("\n\n") + advice;
 }
 
-/// A name in it may be endless; the file stands at the end.
-QString shortened(const QString &line)
+/// A problem as the layers below tell it: a path or a name, and behind a colon what is the matter with it.
+QString shownProblem(const QString &problem)
 {
-    return line.size() <= 2 * longestName ? line : line.first(longestName) + QChar(0x2026) + line.last(longestName);
+    const QString line = problem.simplified();
+    const qsizetype colon = line.indexOf(QStringLiteral(": "));
+    if (colon < 0) {
+        return shownPath(line);
+    }
+    return shownPath(line.first(colon)) + QStringLiteral(": ") + shownPath(line.sliced(colon + 2));
+}
+
+QString fileNameOf(const QString &path)
+{
+    return shownName(QFileInfo(path).fileName());
 }
 
 /// The first few of many lines, and how many more there are.
@@ -51,7 +60,7 @@ QString firstLines(const QStringList &lines)
     constexpr qsizetype shown = 3;
     QStringList first;
     for (const QString &line : lines.first(std::min(shown, lines.size()))) {
-        first.append(shortened(line));
+        first.append(shownProblem(line));
     }
     if (lines.size() > shown) {
         first.append(Texts::tr("and %1 more").arg(lines.size() - shown));
@@ -64,7 +73,7 @@ QString firstLines(const QStringList &lines)
 Alert AlertTexts::openError(const Desk &desk)
 {
     return notice(Texts::tr("Could not import file"),
-        inParagraphs(desk.contentFiles.problem(),
+        inParagraphs(shownProblem(desk.contentFiles.problem()),
             Texts::tr("A preset file (.prst) exported by the editor of your Velgor is expected. The list was not "
                       "changed.")));
 }
@@ -72,7 +81,7 @@ Alert AlertTexts::openError(const Desk &desk)
 Alert AlertTexts::saveError(const Desk &desk)
 {
     return notice(Texts::tr("Could not export file"),
-        inParagraphs(desk.contentFiles.problem(),
+        inParagraphs(shownProblem(desk.contentFiles.problem()),
             Texts::tr("A file that was there before is unchanged. Choose another place and export again.")));
 }
 
@@ -100,7 +109,7 @@ Alert AlertTexts::mixVersions(const Desk &desk)
 Alert AlertTexts::readError(const Desk &desk)
 {
     return checkable(Texts::tr("Could not access to library directory."),
-        inParagraphs(desk.storage.readProblem(),
+        inParagraphs(shownProblem(desk.storage.readProblem()),
             Texts::tr("The window shows an empty library. The file stays as it is; before the first change is saved "
                       "it is kept under a dated name beside it.")));
 }
@@ -109,24 +118,29 @@ Alert AlertTexts::writeError(const Desk &desk)
 {
     if (!LibraryFileNames::isListable(desk.storage.libDirectory())) {
         return {.title = Texts::tr("Could not save one or more library files"),
-            .text = inParagraphs(desk.storage.libDirectory(),
+            .text = inParagraphs(shownPath(desk.storage.libDirectory()),
                 Texts::tr(
                     "The path of the library folder holds spaces or letters beyond A to Z. Patches are saved there, "
                     "but the files of renamed and deleted patches stay behind. Move the library to a folder "
                     "whose path does without.")),
-            .acceptLabel = Texts::tr("Move Library..."),
-            .safeLabel = Texts::tr("Not Now")};
+            .acceptLabel = Texts::tr("&Move Library..."),
+            .safeLabel = Texts::tr("&Not Now")};
     }
+    const QString advice = desk.storage.wasLastSaveWritten() && !desk.storage.hasUnsavedChanges()
+        ? Texts::tr("The patches of the library are saved. Only what is named here could not be done.")
+        : Texts::tr("Your changes are in the window. They are saved with the next change, or when the window "
+                    "closes, once the cause is gone.");
     return notice(Texts::tr("Could not save one or more library files"),
-        inParagraphs(firstLines(desk.storage.writeProblems()),
-            Texts::tr("Your changes are in the window. They are saved with the next change, or when the window "
-                      "closes, once the cause is gone.")));
+        inParagraphs(firstLines(desk.storage.writeProblems()), advice));
 }
 
 Alert AlertTexts::deleteConfirm(const Desk &desk)
 {
-    Alert alert{
-        .title = {}, .text = {}, .acceptLabel = Texts::tr("Yes"), .safeLabel = Texts::tr("No"), .isDestructive = true};
+    Alert alert{.title = {},
+        .text = {},
+        .acceptLabel = Texts::tr("&Yes"),
+        .safeLabel = Texts::tr("&No"),
+        .isDestructive = true};
     if (desk.library.isMultiSel()) {
         const qsizetype ticked = desk.library.tickedCount();
         alert.title = Texts::tr("Do you really want to delete %1 patches?").arg(ticked);
@@ -136,8 +150,8 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
     }
     alert.title = Texts::tr("Do you really want to delete 1 patch?");
     if (const VelgorPatch *patch = desk.libraryEditor.selectedPatch()) {
-        alert.text = Texts::tr("\"%1\" is removed from the library and its file is deleted.")
-                         .arg(Utf8Text::firstCharacters(patch->name.simplified(), longestName));
+        alert.text =
+            Texts::tr("\"%1\" is removed from the library and its file is deleted.").arg(shownName(patch->name));
         const qsizetype uses = desk.libraryEditor.inContentPatch(patch->id()).size();
         if (uses == 1) {
             alert.text += u' ' + Texts::tr("The slot that uses it keeps its copy.");
@@ -159,18 +173,47 @@ Alert AlertTexts::confirmExport(const Desk &desk)
             : Texts::tr("%1 slots will be written to a new preset file. Keep a backup made with the "
                         "editor of your Velgor.")
                   .arg(slotCount),
-        .acceptLabel = Texts::tr("OK"),
-        .safeLabel = Texts::tr("I don't accept"),
+        .acceptLabel = Texts::tr("&OK"),
+        .safeLabel = Texts::tr("I &don't accept"),
         .isDestructive = true};
 }
 
 Alert AlertTexts::replaceUnexported(const QString &path)
 {
     return {.title = Texts::tr("The list has changes that were not exported"),
-        .text = Texts::tr("They are lost when %1 takes its place.").arg(QFileInfo(path).fileName()),
-        .acceptLabel = Texts::tr("Import"),
-        .safeLabel = Texts::tr("Cancel"),
+        .text = Texts::tr("They are lost when %1 takes its place.").arg(fileNameOf(path)),
+        .acceptLabel = Texts::tr("&Import"),
+        .safeLabel = Texts::tr("&Cancel"),
         .isDestructive = true};
+}
+
+Alert AlertTexts::severalFiles(const QStringList &paths, bool isListModified)
+{
+    QStringList left;
+    for (const QString &path : paths.sliced(1)) {
+        left.append(fileNameOf(path));
+    }
+    QStringList paragraphs{
+        Texts::tr("%1 takes the place of the list. These are left out:").arg(fileNameOf(paths.first())) + u'\n'
+            + firstLines(left),
+        Texts::tr("Drop the files on the library to keep the patches of all of them.")};
+    if (isListModified) {
+        paragraphs.insert(1, Texts::tr("The list has changes that were not exported. They are lost."));
+    }
+    return {.title = Texts::tr("Only one of %1 files can be imported into the list").arg(paths.size()),
+        .text = paragraphs.join(QStringLiteral("\n\n")),
+        .acceptLabel = Texts::tr("&Import the First"),
+        .safeLabel = Texts::tr("&Cancel"),
+        .isDestructive = isListModified};
+}
+
+Alert AlertTexts::filesNotKept(const QStringList &problems, qsizetype count)
+{
+    const QString rest = count == problems.size()
+        ? Texts::tr("A preset file (.prst) exported by the editor of your Velgor is expected. The library was not "
+                    "changed.")
+        : Texts::tr("The patches of the other files are in the library.");
+    return notice(Texts::tr("Could not import file"), inParagraphs(firstLines(problems), rest));
 }
 
 Alert AlertTexts::closeUnexported(const Desk &desk)
@@ -178,8 +221,8 @@ Alert AlertTexts::closeUnexported(const Desk &desk)
     Q_UNUSED(desk)
     return {.title = Texts::tr("The list has changes that were not exported"),
         .text = Texts::tr("They are lost when the window closes. Patches of the library are not affected."),
-        .acceptLabel = Texts::tr("Close without Exporting"),
-        .safeLabel = Texts::tr("Cancel"),
+        .acceptLabel = Texts::tr("Close without &Exporting"),
+        .safeLabel = Texts::tr("&Cancel"),
         .isDestructive = true};
 }
 
@@ -188,26 +231,32 @@ Alert AlertTexts::closeUnsaved(const Desk &desk)
     return {.title = Texts::tr("Could not save one or more library files"),
         .text = inParagraphs(firstLines(desk.storage.writeProblems()),
             Texts::tr("Changes of the library are lost when the window closes now.")),
-        .acceptLabel = Texts::tr("Close without Saving"),
-        .safeLabel = Texts::tr("Cancel"),
+        .acceptLabel = Texts::tr("Close without &Saving"),
+        .safeLabel = Texts::tr("&Cancel"),
         .isDestructive = true};
 }
 
 Alert AlertTexts::directoryInUse(const QString &reason)
 {
-    return notice(Texts::tr("Could not access to library directory."), reason);
+    return notice(Texts::tr("Could not access to library directory."), shownProblem(reason));
 }
 
 Alert AlertTexts::cannotShowDirectory(const QString &directory)
 {
     return notice(Texts::tr("Could not show the library folder"),
-        Texts::tr("No program of the desktop opens folders. The library is in %1").arg(directory));
+        Texts::tr("No program of the desktop opens folders. The library is in %1").arg(shownPath(directory)));
+}
+
+Alert AlertTexts::cannotOpenPage(const QString &address)
+{
+    return notice(Texts::tr("Could not show the page"),
+        inParagraphs(Texts::tr("No program of the desktop opens pages of the web. The address is:"), address));
 }
 
 Alert AlertTexts::cannotMoveLibrary(const QString &problem)
 {
-    return notice(
-        Texts::tr("Could not move the library"), inParagraphs(problem, Texts::tr("The library is where it was.")));
+    return notice(Texts::tr("Could not move the library"),
+        inParagraphs(firstLines(problem.split(u'\n')), Texts::tr("The library is where it was.")));
 }
 
 Alert AlertTexts::keptFiles(const Desk &desk)

@@ -3,6 +3,8 @@
 #include "Alert.h"
 #include "Desk.h"
 
+#include <QStringList>
+
 /// What the messages say about the present state.
 namespace AlertTexts {
 
@@ -16,6 +18,10 @@ namespace AlertTexts {
 [[nodiscard]] Alert confirmExport(const Desk &desk);
 /// A file was dropped or handed over while the list was not exported.
 [[nodiscard]] Alert replaceUnexported(const QString &path);
+/// Several files were dropped on the list; only the first can take its place.
+[[nodiscard]] Alert severalFiles(const QStringList &paths, bool isListModified);
+/// Files were dropped on the library that hold no patches; `count` files were dropped in all.
+[[nodiscard]] Alert filesNotKept(const QStringList &problems, qsizetype count);
 /// The window closes while the list was not exported.
 [[nodiscard]] Alert closeUnexported(const Desk &desk);
 /// The window closes and the library could not be saved.
@@ -24,6 +30,8 @@ namespace AlertTexts {
 [[nodiscard]] Alert directoryInUse(const QString &reason);
 /// The desktop has nothing that shows a directory.
 [[nodiscard]] Alert cannotShowDirectory(const QString &directory);
+/// The desktop has nothing that shows a page of the web.
+[[nodiscard]] Alert cannotOpenPage(const QString &address);
 [[nodiscard]] Alert cannotMoveLibrary(const QString &problem);
 /// A save has put the former library file aside.
 [[nodiscard]] Alert keptFiles(const Desk &desk);

@@ -29,11 +29,11 @@ const QList<Alerts::Entry> &Alerts::table()
             [](Alerts &alerts) { alerts.m_desk.content.setSelectDefault(false); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); }, AlertTexts::mixVersions,
             [](Alerts &alerts) { alerts.m_desk.content.setMixVersions(false); }, nullptr},
-        {[](const Alerts &alerts) { return alerts.m_desk.storage.readError(); }, AlertTexts::readError,
-            [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
+        {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.readError(); },
+            AlertTexts::readError, [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
             [](Alerts &alerts) { Q_EMIT alerts.libraryCheckWanted(); }},
-        {[](const Alerts &alerts) { return alerts.m_desk.storage.writeError(); }, AlertTexts::writeError,
-            [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
+        {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.writeError(); },
+            AlertTexts::writeError, [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
             [](Alerts &alerts) {
                 if (alerts.m_desk.moveLibrary) {
                     alerts.m_desk.moveLibrary();
@@ -69,6 +69,8 @@ void Alerts::followFlags()
     follow(&m_desk.content, &VelgorContent::mixVersionsChanged);
     follow(&m_desk.storage, &LibraryStorageManager::readErrorChanged);
     follow(&m_desk.storage, &LibraryStorageManager::writeErrorChanged);
+    // Until then the directory may have more to say.
+    follow(&m_desk.storage, &LibraryStorageManager::loadFinished);
     follow(&m_desk.library, &VelgorLibrary::deleteConfirmChanged);
     QTimer::singleShot(0, this, &Alerts::showNext);
 }

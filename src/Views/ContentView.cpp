@@ -6,6 +6,7 @@
 #include "ContentFiles.h"
 #include "ContentListView.h"
 #include "EditingKeys.h"
+#include "FileDrops.h"
 #include "Hairline.h"
 #include "LibraryCheckDialog.h"
 #include "LibraryContentMainView.h"
@@ -15,6 +16,7 @@
 #include "LibraryViewFilterView.h"
 #include "Look.h"
 #include "LookMeasures.h"
+#include "StatusLine.h"
 #include "StatusText.h"
 #include "SystemColorScheme.h"
 #include "VelgorContentView.h"
@@ -25,25 +27,17 @@
 #include "WindowState.h"
 
 #include <QCloseEvent>
+#include <QDesktopServices>
 #include <QDragEnterEvent>
 #include <QFileInfo>
-#include <QLabel>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QScreen>
-#include <QStatusBar>
 #include <QTimer>
 
 namespace {
 
 constexpr QSize startSize{1280, 800};
 constexpr QSize smallestSize{1024, 600};
-
-QString fileIn(const QMimeData *data)
-{
-    const QList<QUrl> urls = data->urls();
-    return urls.isEmpty() ? QString() : urls.first().toLocalFile();
-}
 
 } // namespace
 
@@ -53,7 +47,6 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     , m_state(state)
     , m_commands(new Commands(desk, *this, this))
     , m_alerts(new Alerts(desk, *this))
-    , m_status(new QLabel(this))
 {
     applyColorScheme();
     m_columns = new LibraryContentMainView(*m_commands, this);
@@ -65,13 +58,12 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     new EditingKeys(this);
     setAcceptDrops(true);
 
-    m_status->setFont(LookMeasures::footnoteFont(font()));
-    m_status->setForegroundRole(QPalette::PlaceholderText);
-    // The status bar has a margin of its own.
-    m_status->setContentsMargins(
-        LookMeasures::columnPadding - LookMeasures::tinyGap, 0, LookMeasures::columnPadding, 0);
-    statusBar()->setSizeGripEnabled(false);
-    statusBar()->addWidget(m_status, 1);
+    const auto isShown = [this](quint64 id) { return m_columns->library()->isShown(id); };
+    m_status = new StatusLine(desk, isShown, this);
+    setStatusBar(m_status);
+    m_drops = new FileDrops(desk, *m_columns, *m_alerts, *m_status, this);
+    // It may say what the filter hides.
+    connect(m_columns->library()->filter(), &LibraryViewFilterView::filterChanged, m_status, &StatusLine::clear);
 
     connect(&desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &ContentView::applyColorScheme);
     connect(&systemColorScheme, &SystemColorScheme::changed, this, &ContentView::applyColorScheme);
@@ -86,7 +78,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
         // A save that has ended is told of before its result is known.
         connect(&desk.storage, signal, this, &ContentView::refreshStatus, Qt::QueuedConnection);
     }
-    connect(m_columns->content()->list(), &PatchListView::dropMarkChanged, this, &ContentView::refreshStatus);
+    connect(m_columns->content()->list(), &PatchListView::dropMarkChanged, this,
+        [this] { m_status->setDrop(StatusText::ofDrop(m_columns->content()->list()->dropMark())); });
     connect(m_alerts, &Alerts::libraryCheckWanted, this, &ContentView::checkLibrary);
     followLoading();
     restoreGeometryAndWidths();
@@ -139,6 +132,8 @@ void ContentView::finishLoading()
     refreshStatus();
     Q_EMIT libraryLoaded();
     if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
+        // What keeps a directory from being read has kept it from being made or tried before.
+        m_desk.storage.setWriteError(false);
         m_alerts->showAboutLibrary(AlertTexts::readError(m_desk));
     } else if (!m_desk.storage.droppedPatches().isEmpty()) {
         m_alerts->showAboutLibrary(AlertTexts::incompleteLibrary(m_desk));
@@ -147,15 +142,7 @@ void ContentView::finishLoading()
 
 void ContentView::importFile(const QString &path)
 {
-    if (!m_desk.contentFiles.isModified()) {
-        m_desk.contentFiles.importFile(path);
-        return;
-    }
-    m_alerts->show(AlertTexts::replaceUnexported(path), [this, path](bool isAccepted) {
-        if (isAccepted) {
-            m_desk.contentFiles.importFile(path);
-        }
-    });
+    m_drops->importFile(path);
 }
 
 void ContentView::raiseToFront()
@@ -229,20 +216,23 @@ bool ContentView::mayClose()
 
 void ContentView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!fileIn(event->mimeData()).isEmpty()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-    }
+    m_drops->dragOver(*event);
+}
+
+void ContentView::dragMoveEvent(QDragMoveEvent *event)
+{
+    m_drops->dragOver(*event);
+}
+
+void ContentView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    m_drops->leave();
+    event->accept();
 }
 
 void ContentView::dropEvent(QDropEvent *event)
 {
-    const QString path = fileIn(event->mimeData());
-    if (!path.isEmpty()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-        importFile(path);
-    }
+    m_drops->drop(*event);
 }
 
 void ContentView::confirmExport()
@@ -293,6 +283,16 @@ void ContentView::focusName()
     m_columns->details()->focusName();
 }
 
+void ContentView::openPage(const QUrl &page)
+{
+    if (QDesktopServices::openUrl(page)) {
+        // Whether there is a browser to be found is not always known at once.
+        m_status->say(StatusText::ofPage(page.toString()));
+    } else {
+        m_alerts->show(AlertTexts::cannotOpenPage(page.toString()), [](bool) {});
+    }
+}
+
 void ContentView::closeWindow()
 {
     close();
@@ -330,8 +330,7 @@ void ContentView::refreshTitle()
 
 void ContentView::refreshStatus()
 {
-    const QString drop = StatusText::ofDrop(m_columns->content()->list()->dropMark());
-    m_status->setText(drop.isEmpty() ? StatusText::ofLibrary(m_desk) : drop);
+    m_status->refresh();
     noteKeptFiles();
 }
 

@@ -8,9 +8,10 @@
 
 class Alerts;
 class Commands;
+class FileDrops;
 class LibraryCheckDialog;
 class LibraryContentMainView;
-class QLabel;
+class StatusLine;
 class SystemColorScheme;
 class WindowState;
 
@@ -32,6 +33,7 @@ public:
     /// Closes without asking about anything that was not exported or saved.
     void closeUnasked();
     [[nodiscard]] Alerts &alerts() const { return *m_alerts; }
+    [[nodiscard]] StatusLine &statusLine() const { return *m_status; }
     [[nodiscard]] LibraryContentMainView &columns() const { return *m_columns; }
     [[nodiscard]] Commands &commands() const { return *m_commands; }
 
@@ -44,6 +46,8 @@ protected:
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private:
@@ -54,6 +58,7 @@ private:
     [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
     void focusFilter() override;
     void focusName() override;
+    void openPage(const QUrl &page) override;
     void closeWindow() override;
 
     void followLoading();
@@ -72,7 +77,8 @@ private:
     LibraryContentMainView *m_columns = nullptr; ///< asked for by the commands, which come first
     Commands *m_commands;
     Alerts *m_alerts;
-    QLabel *m_status;
+    StatusLine *m_status = nullptr;
+    FileDrops *m_drops = nullptr;
     QPointer<LibraryCheckDialog> m_check;
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
     bool m_isExportWaived = false;

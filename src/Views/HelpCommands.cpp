@@ -3,7 +3,6 @@
 #include "WindowTasks.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
 
 namespace {
 
@@ -18,9 +17,9 @@ QList<Command> helpCommands()
     return {
         {.id = CommandId::Donate,
             .label = [](const Desk &) { return Texts::tr("&Send Mon€y to $upport Development"); },
-            .run = [](Desk &, WindowTasks &) { QDesktopServices::openUrl(WebPages::donation()); }},
+            .run = [](Desk &, WindowTasks &window) { window.openPage(WebPages::donation()); }},
         {.id = CommandId::OnlineHelp,
             .label = [](const Desk &) { return Texts::tr("&Online help"); },
-            .run = [](Desk &, WindowTasks &) { QDesktopServices::openUrl(WebPages::project()); }},
+            .run = [](Desk &, WindowTasks &window) { window.openPage(WebPages::project()); }},
     };
 }

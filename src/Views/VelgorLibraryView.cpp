@@ -113,6 +113,11 @@ void VelgorLibraryView::setLoading(bool isLoading)
     refresh();
 }
 
+bool VelgorLibraryView::isShown(quint64 id) const
+{
+    return m_model->indexOf(id).isValid();
+}
+
 void VelgorLibraryView::setLoadProgress(qsizetype loaded, qsizetype total)
 {
     m_loading->setProgress(loaded, total);

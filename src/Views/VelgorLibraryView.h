@@ -25,6 +25,8 @@ public:
 
     /// While the library is being loaded, how far that is takes the place of the list, and nothing can be pressed.
     void setLoading(bool isLoading);
+    /// Whether the filter lets this patch through.
+    [[nodiscard]] bool isShown(quint64 id) const;
     void setLoadProgress(qsizetype loaded, qsizetype total);
 
 private:

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+class QUrl;
+
 /// What commands ask of the window that they belong to.
 class WindowTasks {
 public:
@@ -19,5 +21,7 @@ public:
     [[nodiscard]] virtual bool canMoveLibraryPatch(int step) const = 0;
     virtual void focusFilter() = 0;
     virtual void focusName() = 0;
+    /// Shows a page of the web, or says why not.
+    virtual void openPage(const QUrl &page) = 0;
     virtual void closeWindow() = 0;
 };

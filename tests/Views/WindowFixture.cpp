@@ -204,6 +204,13 @@ QString WindowFixture::status() const
     return window->statusBar()->findChild<QLabel *>()->text();
 }
 
+QString WindowFixture::libraryStatus() const
+{
+    const QList<QLabel *> labels = window->statusBar()->findChildren<QLabel *>();
+    const QString last = labels.last()->text();
+    return last.isEmpty() ? labels.first()->text() : last;
+}
+
 QAbstractButton *WindowFixture::button(const QString &name) const
 {
     return ShownWidgets::named<QAbstractButton>(*window, name);
@@ -283,7 +290,7 @@ bool WindowFixture::answer(const QString &name) const
     const QMessageBox *shown = box();
     const QList<QAbstractButton *> buttons = shown != nullptr ? shown->buttons() : QList<QAbstractButton *>();
     for (QAbstractButton *candidate : buttons) {
-        if (candidate->text() == name) {
+        if (QString(candidate->text()).remove(u'&') == name) {
             QTest::mouseClick(candidate, Qt::LeftButton);
             settle();
             return true;

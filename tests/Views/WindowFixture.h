@@ -60,7 +60,9 @@ struct WindowFixture {
     [[nodiscard]] QString selectedRows(const PatchListView *list) const;
     [[nodiscard]] QString selectedName() const;
     [[nodiscard]] bool isSaid(const QString &label) const;
+    /// What the line at the lower edge says first, and what it says of the library.
     [[nodiscard]] QString status() const;
+    [[nodiscard]] QString libraryStatus() const;
     /// False when there is no such button or it is disabled.
     [[nodiscard]] bool press(const QString &button) const;
     [[nodiscard]] bool isEnabled(const QString &button) const;

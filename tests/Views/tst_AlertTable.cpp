@@ -200,6 +200,61 @@ private Q_SLOTS:
         QCOMPARE(window.desk.shown(), QStringLiteral("A B C"));
     }
 
+    void aButtonWithTheFocusIsPressedByReturn_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Return") << static_cast<int>(Qt::Key_Return);
+        QTest::newRow("Enter") << static_cast<int>(Qt::Key_Enter);
+    }
+
+    void aButtonWithTheFocusIsPressedByReturn()
+    {
+        QFETCH(const int, key);
+        for (const bool isYes : {false, true}) {
+            Window window(QStringLiteral("A B C"));
+            window.desk.select(1);
+            window.desk.library.setDeleteConfirm(true);
+            QMessageBox *box = shownBox();
+            QVERIFY(box);
+            QVERIFY(QTest::qWaitForWindowActive(box));
+            QCOMPARE(box->focusWidget(), buttonOf(*box, QStringLiteral("No")));
+            if (isYes) {
+                QTest::keyClick(box->focusWidget(), Qt::Key_Tab);
+                QCOMPARE(box->focusWidget(), buttonOf(*box, QStringLiteral("Yes")));
+            }
+            QTest::keyClick(box->focusWidget(), static_cast<Qt::Key>(key));
+            QTRY_COMPARE(window.desk.shown(), isYes ? QStringLiteral("A C") : QStringLiteral("A B C"));
+            QTRY_VERIFY(shownBoxes().isEmpty());
+        }
+    }
+
+    void returnOnTheFocusedOkTakesTheRisk()
+    {
+        Window window;
+        window.desk.fillContent(QStringLiteral("x y"));
+        window.desk.dialogs.answer = QStringLiteral("out");
+        window.alerts->confirmExport();
+        QMessageBox *box = shownBox();
+        QVERIFY(box && QTest::qWaitForWindowActive(box));
+        buttonOf(*box, QStringLiteral("OK"))->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+        QTRY_VERIFY(window.desk.files.files.contains(QStringLiteral("out")));
+    }
+
+    void aLetterPressesAButtonOnlyWithAlt()
+    {
+        Window window(QStringLiteral("A B C"));
+        window.desk.select(1);
+        window.desk.library.setDeleteConfirm(true);
+        QMessageBox *box = shownBox();
+        QVERIFY(box && QTest::qWaitForWindowActive(box));
+        QTest::keyClicks(box->focusWidget(), QStringLiteral("yn"));
+        QTest::qWait(1);
+        QCOMPARE(shownBox(), box);
+        QTest::keyClick(box->focusWidget(), Qt::Key_Y, Qt::AltModifier);
+        QTRY_COMPARE(window.desk.shown(), QStringLiteral("A C"));
+    }
+
     void yesDeletes_data()
     {
         QTest::addColumn<QList<qsizetype>>("ticked");

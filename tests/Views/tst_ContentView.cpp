@@ -198,7 +198,7 @@ private Q_SLOTS:
             QVERIFY(window->answer(QStringLiteral("OK")));
         }
         QVERIFY(window->window->isVisible());
-        QCOMPARE(window->status(), QStringLiteral("Changes not saved"));
+        QCOMPARE(window->libraryStatus(), QStringLiteral("Changes not saved"));
         unblockDirectory(*window->ownDirectory);
         QVERIFY(window->window->close());
         QCOMPARE(TestLibraries::loaded(*window->ownDirectory).size(), 2);
@@ -231,7 +231,7 @@ private Q_SLOTS:
         QCOMPARE(window.library.count(), 4);
         unblockDirectory(directory);
         QVERIFY(window.choose(QStringLiteral("Duplicate Patch")));
-        QTRY_COMPARE(window.status(), QStringLiteral("All changes saved"));
+        QTRY_COMPARE(window.libraryStatus(), QStringLiteral("All changes saved"));
         QCOMPARE(TestLibraries::loaded(directory).size(), 5);
     }
 

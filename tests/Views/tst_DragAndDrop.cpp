@@ -95,7 +95,7 @@ private Q_SLOTS:
         QCOMPARE(list->dropMark().row, 0);
         drag.leave();
         QCOMPARE(list->dropMark(), DropMark());
-        QCOMPARE(window->status(), QStringLiteral("All changes saved"));
+        QCOMPARE(window->libraryStatus(), QStringLiteral("All changes saved"));
         QCOMPARE(list->viewport()->grab().toImage(), before);
         QVERIFY(drag.dropAt(pointIn(list, 0)));
         QCOMPARE(list->dropMark(), DropMark());

@@ -1,10 +1,12 @@
 #include "DragOver.h"
 #include "LibraryContentMainView.h"
 #include "TestProgram.h"
+#include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
 #include "WindowFixture.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QTest>
 #include <QUrl>
 
@@ -19,6 +21,17 @@ QMimeData *data(const QString &type, const QByteArray &bytes)
 {
     auto *result = new QMimeData;
     result->setData(type, bytes);
+    return result;
+}
+
+QMimeData *filesData(const QStringList &paths)
+{
+    QList<QUrl> urls;
+    for (const QString &path : paths) {
+        urls.append(QUrl::fromLocalFile(path));
+    }
+    auto *result = new QMimeData;
+    result->setUrls(urls);
     return result;
 }
 
@@ -66,21 +79,109 @@ private Q_SLOTS:
         QCOMPARE(window->message(), QString());
     }
 
-    void aPresetFileDroppedAnywhereIsImported()
+    void aPresetFileDroppedBesideTheLibraryIsImported()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
         int number = 0;
         for (QWidget *target : {static_cast<QWidget *>(window->window.get()), window->contentList()->viewport(),
-                 window->libraryList()->viewport(), static_cast<QWidget *>(window->window->columns().details())}) {
+                 static_cast<QWidget *>(window->window->columns().details())}) {
             const QString name = QStringLiteral("New%1").arg(++number);
-            auto *file = new QMimeData;
-            file->setUrls({QUrl::fromLocalFile(window->presetFile(QStringLiteral("new.prst"), name))});
-            DragOver drag(target, file);
+            DragOver drag(target, filesData({window->presetFile(QStringLiteral("new.prst"), name)}));
+            QVERIFY(drag.moveTo(QPoint(30, 30)));
+            QCOMPARE(window->status(), QStringLiteral("Imports new.prst into the list"));
             QVERIFY(drag.dropAt(QPoint(30, 30)));
             WindowFixture::settle();
             QCOMPARE(window->slotNames(), name);
+            QCOMPARE(window->status(), QStringLiteral("1 slot read from new.prst"));
         }
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead"));
+    }
+
+    void filesDroppedOnTheLibraryKeepTheirPatches()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        const QString first = window->presetFile(QStringLiteral("first.prst"), QStringLiteral("Bells Lead"));
+        const QString second = window->presetFile(QStringLiteral("second.prst"), QStringLiteral("Choir Drum"));
+        DragOver one(window->libraryList()->viewport(), filesData({first}));
+        QVERIFY(one.moveTo(QPoint(30, 30)));
+        QCOMPARE(window->status(), QStringLiteral("Keeps the patches of first.prst in the library"));
+        QVERIFY(one.dropAt(QPoint(30, 30)));
+        WindowFixture::settle();
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells"));
+        QCOMPARE(window->status(), QStringLiteral("1 kept, 1 already there"));
+        QCOMPARE(window->selectedName(), QStringLiteral("Bells"));
+        QVERIFY(window->storage.hasUnsavedChanges());
+
+        // The filter and the buttons belong to the library too.
+        DragOver both(window->window->columns().library(), filesData({first, second}));
+        QVERIFY(both.moveTo(QPoint(30, 5)));
+        QCOMPARE(window->status(), QStringLiteral("Keeps the patches of 2 files in the library"));
+        QVERIFY(both.dropAt(QPoint(30, 5)));
+        WindowFixture::settle();
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells Choir Drum"));
+        QCOMPARE(window->status(), QStringLiteral("2 kept, 2 already there"));
+        QCOMPARE(window->slotNames(), QStringLiteral("A B"));
+        QCOMPARE(window->message(), QString());
+    }
+
+    void aFileThatCannotBeKeptIsNamedAndTheOthersAreKept()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        const QString good = window->presetFile(QStringLiteral("good.prst"), QStringLiteral("Bells"));
+        const QString missing = window->ownDirectory->parentPath() + QStringLiteral("/missing.prst");
+        for (const bool isGoodThere : {true, false}) {
+            const QStringList files = isGoodThere ? QStringList{missing, good} : QStringList{missing};
+            QVERIFY(DragOver(window->libraryList()->viewport(), filesData(files)).dropAt(QPoint(30, 30)));
+            WindowFixture::settle();
+            QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells"));
+            QCOMPARE(window->message(), QStringLiteral("Could not import file"));
+            QVERIFY(window->messageText().contains(QStringLiteral("missing.prst: ")));
+            QVERIFY(!window->messageText().contains(QStringLiteral("good.prst")));
+            QVERIFY(window->answer(QStringLiteral("OK")));
+        }
+    }
+
+    void ofSeveralFilesForTheListTheFirstIsTakenAndTheOthersAreNamed()
+    {
+        for (const bool isModified : {false, true}) {
+            for (const bool isAccepted : {false, true}) {
+                const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+                if (isModified) {
+                    window->contentEditor.moveSlots({0}, 2);
+                }
+                const QString former = window->slotNames();
+                const QStringList files{window->presetFile(QStringLiteral("first.prst"), QStringLiteral("C D")),
+                    window->presetFile(QStringLiteral("second.prst"), QStringLiteral("E")),
+                    window->presetFile(QStringLiteral("third.prst"), QStringLiteral("F"))};
+                DragOver drag(window->contentList()->viewport(), filesData(files));
+                QVERIFY(drag.moveTo(QPoint(30, 30)));
+                QCOMPARE(window->status(), QStringLiteral("Only one of 3 files can be imported into the list"));
+                QVERIFY(drag.dropAt(QPoint(30, 30)));
+                WindowFixture::settle();
+                QCOMPARE(window->slotNames(), former);
+                QCOMPARE(window->message(), QStringLiteral("Only one of 3 files can be imported into the list"));
+                const QString text = window->messageText();
+                for (const QString &file : files) {
+                    QVERIFY2(text.contains(QFileInfo(file).fileName()), qPrintable(text));
+                }
+                QCOMPARE(text.contains(QStringLiteral("not exported")), isModified);
+                QVERIFY(window->answer(isAccepted ? QStringLiteral("Import the First") : QStringLiteral("Cancel")));
+                QCOMPARE(window->slotNames(), isAccepted ? QStringLiteral("C D") : former);
+                QCOMPARE(window->libraryRows(), QStringLiteral("Lead"));
+                QCOMPARE(window->message(), QString());
+            }
+        }
+    }
+
+    void aDragOfFilesThatGoesAwayIsForgotten()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        const QString before = window->status();
+        DragOver drag(window->contentList()->viewport(), filesData({QStringLiteral("/lists/x.prst")}));
+        QVERIFY(drag.moveTo(QPoint(30, 30)));
+        QVERIFY(window->status() != before);
+        drag.leave();
+        QCOMPARE(window->status(), before);
     }
 
     void aFileDroppedOnAListWithUnexportedChangesAsksFirst()

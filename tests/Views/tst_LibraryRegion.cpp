@@ -258,8 +258,8 @@ private Q_SLOTS:
         QTest::keyClicks(name, QStringLiteral("er"));
         QVERIFY(window.press(QStringLiteral("Crunch")));
         QCOMPARE(window.slotNames(), QStringLiteral("Leader Bells"));
-        QCOMPARE(window.status(), QStringLiteral("Saving changes"));
-        QTRY_COMPARE(window.status(), QStringLiteral("All changes saved"));
+        QCOMPARE(window.libraryStatus(), QStringLiteral("Saving changes"));
+        QTRY_COMPARE(window.libraryStatus(), QStringLiteral("All changes saved"));
         const QStringList lines = window.recorder.take();
         QCOMPARE(lines.filter(QStringLiteral("Saving in progress...")).size(), 1);
         const QList<VelgorPatch> stored = TestLibraries::loaded(directory);

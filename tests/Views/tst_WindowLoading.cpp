@@ -189,6 +189,23 @@ private Q_SLOTS:
         QVERIFY(window.open());
         QCOMPARE(window.libraryRows(), QStringLiteral("Other"));
     }
+
+    void aFileInThePlaceOfTheDirectoryIsOneMessage()
+    {
+        const LibraryDirectory directory;
+        QDir().rmdir(directory.path());
+        QFile file(directory.path());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("mine") == 4);
+        file.close();
+        WindowFixture window(directory);
+        QVERIFY(window.open());
+        QVERIFY(!window.message().isEmpty());
+        QVERIFY2(window.messageText().contains(directory.path()), qPrintable(window.messageText()));
+        QVERIFY(window.answer(QStringLiteral("OK")) || window.answer(QStringLiteral("Not Now")));
+        QCOMPARE(window.message(), QString());
+        QVERIFY(!window.storage.writeError());
+        QVERIFY(!window.storage.readError());
+    }
 };
 
 VELGOR_WIDGET_TEST(TestWindowLoading)

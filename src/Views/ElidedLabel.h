@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QLabel>
+
+/// A text in one line that never makes its column wider: where the room is short it ends with an ellipsis, and the
+/// tool tip has all of it.
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget *parent = nullptr);
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] QRect textRect() const;
+    [[nodiscard]] bool isElided() const;
+};

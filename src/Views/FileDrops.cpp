@@ -1,0 +1,117 @@
+#include "FileDrops.h"
+
+#include "AlertTexts.h"
+#include "Alerts.h"
+#include "ContentFiles.h"
+#include "LibraryContentMainView.h"
+#include "LibraryEditor.h"
+#include "LibraryStorageManager.h"
+#include "StatusLine.h"
+#include "StatusText.h"
+#include "VelgorLibraryView.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+
+namespace {
+
+QStringList filesIn(const QDropEvent &event)
+{
+    QStringList paths;
+    const QList<QUrl> urls = event.mimeData()->urls();
+    for (const QUrl &url : urls) {
+        if (const QString path = url.toLocalFile(); !path.isEmpty()) {
+            paths.append(path);
+        }
+    }
+    return paths;
+}
+
+} // namespace
+
+FileDrops::FileDrops(Desk &desk, LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent)
+    : QObject(parent)
+    , m_desk(desk)
+    , m_columns(columns)
+    , m_alerts(alerts)
+    , m_status(status)
+{
+}
+
+bool FileDrops::isOverLibrary(const QPoint &position) const
+{
+    const QWidget *const library = m_columns.library();
+    return library->rect().contains(library->mapFrom(m_columns.window(), position));
+}
+
+void FileDrops::dragOver(QDropEvent &event)
+{
+    const QStringList paths = filesIn(event);
+    const bool isForLibrary = isOverLibrary(event.position().toPoint());
+    const bool isTaken = !paths.isEmpty() && !(isForLibrary && m_desk.storage.isLoading());
+    m_status.setDrop(isTaken ? StatusText::ofFileDrop(paths, isForLibrary) : QString());
+    if (isTaken) {
+        event.setDropAction(Qt::CopyAction);
+    }
+    event.setAccepted(isTaken);
+}
+
+void FileDrops::leave()
+{
+    m_status.setDrop({});
+}
+
+void FileDrops::drop(QDropEvent &event)
+{
+    dragOver(event);
+    leave();
+    if (!event.isAccepted()) {
+        return;
+    }
+    const QStringList paths = filesIn(event);
+    if (isOverLibrary(event.position().toPoint())) {
+        keep(paths);
+    } else {
+        importOneOf(paths);
+    }
+}
+
+void FileDrops::importFile(const QString &path)
+{
+    importOneOf({path});
+}
+
+void FileDrops::importOneOf(const QStringList &paths)
+{
+    const QString &path = paths.first();
+    const bool isModified = m_desk.contentFiles.isModified();
+    if (paths.size() == 1 && !isModified) {
+        m_desk.contentFiles.importFile(path);
+        return;
+    }
+    const Alert question =
+        paths.size() == 1 ? AlertTexts::replaceUnexported(path) : AlertTexts::severalFiles(paths, isModified);
+    m_alerts.show(question, [this, path](bool isAccepted) {
+        if (isAccepted) {
+            m_desk.contentFiles.importFile(path);
+        }
+    });
+}
+
+void FileDrops::keep(const QStringList &paths)
+{
+    QList<VelgorPatch> patches;
+    QStringList problems;
+    for (const QString &path : paths) {
+        const QList<VelgorPatch> held = m_desk.contentFiles.patchesIn(path);
+        if (held.isEmpty()) {
+            problems.append(m_desk.contentFiles.problem());
+        }
+        patches.append(held);
+    }
+    m_desk.libraryEditor.keep(patches);
+    if (!problems.isEmpty()) {
+        m_alerts.show(AlertTexts::filesNotKept(problems, paths.size()), [](bool) {});
+    }
+}

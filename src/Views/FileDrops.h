@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Desk.h"
+
+#include <QObject>
+#include <QStringList>
+
+class Alerts;
+class LibraryContentMainView;
+class QDropEvent;
+class QPoint;
+class StatusLine;
+
+/// Preset files that come to the window from outside, dragged or handed over. Dropped on the library they are kept
+/// there, anywhere else one of them takes the place of the list.
+class FileDrops : public QObject {
+    Q_OBJECT
+
+public:
+    /// All must outlive this object; positions are those of the columns' window.
+    FileDrops(Desk &desk, LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent);
+
+    /// Says what letting go here would do. The event is refused where that is nothing.
+    void dragOver(QDropEvent &event);
+    void leave();
+    void drop(QDropEvent &event);
+    /// Fills the list from this file; asks first if that loses changes that were not exported.
+    void importFile(const QString &path);
+
+private:
+    [[nodiscard]] bool isOverLibrary(const QPoint &position) const;
+    void importOneOf(const QStringList &paths);
+    void keep(const QStringList &paths);
+
+    Desk &m_desk;
+    LibraryContentMainView &m_columns;
+    Alerts &m_alerts;
+    StatusLine &m_status;
+};

@@ -1,0 +1,120 @@
+#include "StatusLine.h"
+
+#include "ContentEditor.h"
+#include "ContentFiles.h"
+#include "ElidedLabel.h"
+#include "LibraryEditor.h"
+#include "LookMeasures.h"
+#include "StatusText.h"
+#include "VelgorContent.h"
+#include "VelgorLibrary.h"
+
+#include <algorithm>
+#include <utility>
+
+using namespace LookMeasures;
+
+StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
+    : QStatusBar(parent)
+    , m_desk(desk)
+    , m_isShown(std::move(isShown))
+    , m_first(new ElidedLabel(this))
+    , m_last(new ElidedLabel(this))
+{
+    setSizeGripEnabled(false);
+    for (ElidedLabel *const label : {m_first, m_last}) {
+        label->setFont(footnoteFont(font()));
+        label->setForegroundRole(QPalette::PlaceholderText);
+        // The status bar has a margin of its own.
+        label->setContentsMargins(columnPadding - tinyGap, 0, columnPadding, 0);
+    }
+    addWidget(m_first, 1);
+    addPermanentWidget(m_last);
+    followChanges();
+    followEditors();
+    refresh();
+}
+
+void StatusLine::followChanges()
+{
+    const VelgorLibrary &library = m_desk.library;
+    for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowMoved,
+             &VelgorLibrary::rowsChanged}) {
+        connect(&library, signal, this, &StatusLine::clear);
+    }
+    connect(&library, &VelgorLibrary::reordered, this, &StatusLine::clear);
+    connect(&library, &VelgorLibrary::wasReset, this, &StatusLine::clear);
+    connect(&library, &VelgorLibrary::defaultPatchChanged, this, &StatusLine::clear);
+    const VelgorContent &content = m_desk.content;
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
+             &VelgorContent::rowsChanged}) {
+        connect(&content, signal, this, &StatusLine::clear);
+    }
+    connect(&content, &VelgorContent::reordered, this, &StatusLine::clear);
+    connect(&content, &VelgorContent::wasReset, this, &StatusLine::clear);
+}
+
+void StatusLine::followEditors()
+{
+    const auto hidden = [this](const QList<quint64> &ids) {
+        const auto isHidden = [this](quint64 id) { return !m_isShown(id); };
+        return StatusText::ofHidden(std::count_if(ids.begin(), ids.end(), isHidden), ids.size());
+    };
+    connect(
+        &m_desk.libraryEditor, &LibraryEditor::kept, this, [this, hidden](const QList<quint64> &ids, qsizetype known) {
+            say(StatusText::ofKept(ids.size(), known));
+            add(hidden(ids));
+        });
+    connect(&m_desk.libraryEditor, &LibraryEditor::duplicated, this, [this, hidden](const QList<quint64> &copies) {
+        const auto first = m_desk.library.getPatchFromId(copies.first());
+        say(StatusText::ofDuplicates(first ? first->patch->name : QString(), copies.size()));
+        add(hidden(copies));
+    });
+    connect(&m_desk.libraryEditor, &LibraryEditor::moved, this, [this](quint64 id) {
+        if (const auto found = m_desk.library.getPatchFromId(id)) {
+            say(StatusText::ofPatchMove(found->patch->name, found->index, m_desk.library.count()));
+        }
+    });
+    connect(&m_desk.contentEditor, &ContentEditor::moved, this,
+        [this](qsizetype first, qsizetype count) { say(StatusText::ofSlotMove(first, count)); });
+    connect(&m_desk.contentFiles, &ContentFiles::imported, this,
+        [this](qsizetype count, const QString &path) { say(StatusText::ofImport(count, path)); });
+    connect(&m_desk.contentFiles, &ContentFiles::exported, this,
+        [this](qsizetype count, const QString &path) { say(StatusText::ofExport(count, path)); });
+    connect(&m_desk.contentFiles, &ContentFiles::patchExported, this,
+        [this](const QString &name, const QString &path) { say(StatusText::ofPatchExport(name, path)); });
+}
+
+void StatusLine::setDrop(const QString &text)
+{
+    m_drop = text;
+    refresh();
+}
+
+void StatusLine::say(const QString &text)
+{
+    m_done = text;
+    refresh();
+}
+
+void StatusLine::add(const QString &text)
+{
+    if (!text.isEmpty()) {
+        say(m_done.isEmpty() ? text : m_done + QStringLiteral(". ") + text);
+    }
+}
+
+void StatusLine::clear()
+{
+    if (!m_done.isEmpty()) {
+        say({});
+    }
+}
+
+void StatusLine::refresh()
+{
+    const QString library = StatusText::ofLibrary(m_desk);
+    const QString &first = m_drop.isEmpty() ? m_done : m_drop;
+    m_first->setText(first.isEmpty() ? library : first);
+    m_last->setText(first.isEmpty() ? QString() : library);
+}

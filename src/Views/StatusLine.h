@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Desk.h"
+
+#include <QStatusBar>
+
+#include <functional>
+
+class ElidedLabel;
+
+/// The line at the window's lower edge: what letting go of a drag does, else what was done last, else how the library
+/// stands. How the library stands is said at the other end while something else stands first.
+class StatusLine : public QStatusBar {
+    Q_OBJECT
+
+public:
+    /// Whether the library list shows this patch.
+    using IsShown = std::function<bool(quint64 id)>;
+
+    /// What is on the desk must outlive the line.
+    StatusLine(const Desk &desk, IsShown isShown, QWidget *parent = nullptr);
+
+    /// What letting go of a drag does; empty when there is none.
+    void setDrop(const QString &text);
+    /// Says what was done, instead of what was said before, until the library or the list changes again.
+    void say(const QString &text);
+    /// Says more about what was done last.
+    void add(const QString &text);
+    void clear();
+    /// How the library stands may have changed.
+    void refresh();
+
+private:
+    void followChanges();
+    void followEditors();
+
+    const Desk &m_desk;
+    IsShown m_isShown;
+    ElidedLabel *m_first;
+    ElidedLabel *m_last;
+    QString m_drop;
+    QString m_done;
+};
