@@ -58,7 +58,6 @@ private Q_SLOTS:
         storage.setWriteError(false);
         storage.save(*library);
         QVERIFY(!storage.writeError());
-        storage.save(*library);
         QVERIFY(directory.has(leadFile));
         QVERIFY(areIdentical(loaded(directory), library->patches()));
     }

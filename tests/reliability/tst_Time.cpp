@@ -252,6 +252,7 @@ private Q_SLOTS:
             kept.append(directory.read(name));
         }
         std::sort(kept.begin(), kept.end());
+        std::sort(damaged.begin(), damaged.end());
         QCOMPARE(kept, damaged);
     }
 };
