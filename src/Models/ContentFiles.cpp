@@ -1,7 +1,6 @@
 #include "ContentFiles.h"
 
 #include "PatchFileHandler.h"
-#include "PatchName.h"
 #include "VelgorContent.h"
 
 #include <algorithm>
@@ -14,7 +13,7 @@ std::optional<SPatch> exportedRecord(const VelgorPatch &patch)
     std::optional<SPatch> record = patch.patchData;
     if (record) {
         record->pos = 0;
-        record->name = PatchName::fitted(patch.name);
+        record->rename(patch.name);
     }
     return record;
 }

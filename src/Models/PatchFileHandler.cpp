@@ -1,7 +1,6 @@
 #include "PatchFileHandler.h"
 
 #include "Diagnostics.h"
-#include "PatchName.h"
 #include "PatchWriter.h"
 #include "Utf8Text.h"
 #include "VelgorContent.h"
@@ -40,7 +39,7 @@ SHeaderDesc exportHeader(const SHeaderDesc &stored, qsizetype count)
 
 SPatch namedRecord(SPatch record, const QString &name)
 {
-    record.name = PatchName::fitted(name);
+    record.rename(name);
     return record;
 }
 

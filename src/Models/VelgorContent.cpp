@@ -3,7 +3,6 @@
 #include "Diagnostics.h"
 #include "ObservableProperty.h"
 #include "PatchFileHandler.h"
-#include "PatchName.h"
 
 #include <algorithm>
 
@@ -331,7 +330,7 @@ std::pair<QList<SPatch>, QList<SUserIR>> VelgorContent::getPatchesAndUserIRs() c
     for (const VelgorContentPatch &slot : m_slots) {
         if (slot.patch.patchData) {
             records.first.append(*slot.patch.patchData);
-            records.first.last().name = PatchName::fitted(slot.patch.name);
+            records.first.last().rename(slot.patch.name);
         }
         if (slot.patch.userIRData) {
             records.second.append(*slot.patch.userIRData);

@@ -4,12 +4,22 @@
 
 namespace PatchName {
 
+QString unreadable()
+{
+    return QStringLiteral("_error_");
+}
+
 QString getStringFrom16UInt8(QByteArrayView data, qsizetype size)
 {
     Q_UNUSED(size)
+    return decodeField(data).value_or(unreadable());
+}
+
+std::optional<QString> decodeField(QByteArrayView data)
+{
     QByteArray text = data.toByteArray();
     text.removeIf([](char byte) { return byte == '\0'; });
-    return Utf8Text::decode(text).value_or(QStringLiteral("_error_"));
+    return Utf8Text::decode(text);
 }
 
 QByteArray encodeField(const QString &name)

@@ -2,7 +2,6 @@
 
 #include "ByteWriter.h"
 #include "Diagnostics.h"
-#include "PatchName.h"
 
 #include <QtEndian>
 
@@ -41,7 +40,7 @@ void writePatch(ByteWriter &writer, const SPatch &patch, quint16 position)
     writer.writeUInt8(patch.sep);
     writer.writeUInt16(position);
     writer.writeUInt8(patch.sep2);
-    writer.writeBytes(PatchName::encodeField(patch.name));
+    writer.writeBytes(patch.nameField());
     writer.writeBytes(patch.data);
 }
 

@@ -5,6 +5,8 @@
 #include "PatchName.h"
 #include "SimpleHasher.h"
 
+#include <utility>
+
 std::optional<SPatch> SPatch::fromData(const QByteArray &data, qint64 dataOffset)
 {
     ByteReader reader(data, dataOffset);
@@ -24,10 +26,29 @@ std::optional<SPatch> SPatch::fromData(const QByteArray &data, qint64 dataOffset
     patch.sep = reader.readUInt8();
     patch.pos = reader.readUInt16();
     patch.sep2 = reader.readUInt8();
-    patch.name = PatchName::getStringFrom16UInt8(reader.readBytes(PatchName::fieldSize), PatchName::fieldSize);
+    const QByteArray nameField = reader.readBytes(PatchName::fieldSize);
+    if (std::optional<QString> name = PatchName::decodeField(nameField)) {
+        patch.name = *std::move(name);
+    } else {
+        patch.name = PatchName::unreadable();
+        patch.unreadableName = nameField;
+    }
     patch.data = reader.readBytes(patch.size - fixedSize);
     patch.length = sizeFieldEnd + patch.size;
     return patch;
+}
+
+QByteArray SPatch::nameField() const
+{
+    return unreadableName.isEmpty() ? PatchName::encodeField(name) : unreadableName;
+}
+
+void SPatch::rename(const QString &newName)
+{
+    if (newName != name) {
+        unreadableName.clear();
+    }
+    name = PatchName::fitted(newName);
 }
 
 quint64 SPatch::simpleHash(const std::optional<QString> &overrideName) const

@@ -88,7 +88,7 @@ private Q_SLOTS:
         row("position's high byte", changed(secondBlock + 10, "\x07"), "position", secondBlock + 9);
         row("name goes on after a zero byte", changed(firstBlock + 12 + 8, "x"), "name", firstBlock + 12);
         row("name in the last byte of the field", changed(firstBlock + 12 + 15, "x"), "name", firstBlock + 12);
-        row("name is not UTF-8", changed(firstBlock + 12, "\xFF"), "name", firstBlock + 12);
+        row("name is not UTF-8", changed(firstBlock + 12, "\xFF"), "name", firstBlock + 12, true);
         row("user-IR tag unlike the first one's", changed(secondUserIR, "X"), "user-ir-tag", secondUserIR, true);
         row("user-IR number", changed(secondUserIR + 8, "\x05"), "user-ir-number", secondUserIR + 8);
         row("user-IR number below the place in the list", changed(secondUserIR + 8, QByteArray(1, '\0')),

@@ -100,6 +100,29 @@ private Q_SLOTS:
         QCOMPARE(patch->data, QByteArray("ddddd"));
     }
 
+    void aNameThatIsNoTextKeepsItsBytesUntilItIsChanged()
+    {
+        const QByteArray field = QByteArray("Caf\xE9 \0x", 7).leftJustified(16, '\0');
+        auto patch = SPatch::fromData(block(25, 5, field), 0);
+        QVERIFY(patch);
+        QCOMPARE(patch->name, QStringLiteral("_error_"));
+        QCOMPARE(patch->nameField(), field);
+        patch->rename(QStringLiteral("_error_"));
+        QCOMPARE(patch->nameField(), field);
+        patch->rename(QStringLiteral("Cafe"));
+        QCOMPARE(patch->nameField(), QByteArray("Cafe").leftJustified(16, '\0'));
+        patch->rename(QStringLiteral("_error_"));
+        QCOMPARE(patch->nameField(), QByteArray("_error_").leftJustified(16, '\0'));
+    }
+
+    void aNewNameIsCutToItsField()
+    {
+        SPatch patch = TestRecords::patch(QStringLiteral("Lead"));
+        patch.rename(QString::fromUtf8("123456789012345\u00e9"));
+        QCOMPARE(patch.name, QStringLiteral("123456789012345"));
+        QCOMPARE(patch.nameField(), QByteArray("123456789012345\0", 16));
+    }
+
     void placeInTheFileDoesNotChangeTheHash()
     {
         const SPatch patch = TestRecords::patch(QStringLiteral("Lead"));
