@@ -69,9 +69,9 @@ void addPatches(AddedFile &file, VelgorLibrary &library)
     const SPresetFile &presets = *file.presets;
     for (qsizetype i = 0; i < presets.patches.size(); ++i) {
         const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
-        const bool isKnown = library.getPatchFromId(patch.id()).has_value();
-        (isKnown ? file.known : file.added).append(patch);
-        library.append(patch, false, false);
+        const qsizetype before = library.count();
+        const quint64 id = library.append(patch, false, false);
+        (library.count() == before ? file.known : file.added).append(patch.withId(id));
     }
 }
 

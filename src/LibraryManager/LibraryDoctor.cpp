@@ -6,6 +6,7 @@
 #include "LibraryFileNames.h"
 #include "LibraryLock.h"
 #include "PatchFileMatcher.h"
+#include "PatchIdentity.h"
 #include "ProcessExistence.h"
 
 #include <QFileInfo>
@@ -18,7 +19,9 @@ namespace {
 /// True when the id is the hash of the patch, under the name in its record or the one that the user sees.
 bool givesId(const VelgorPatch &patch, quint64 id)
 {
-    return VelgorPatch::staticSimpleHash(patch) == id || VelgorPatch::staticSimpleHash(patch, patch.name) == id;
+    // Copies of copies under one name take several.
+    constexpr quint32 freshIds = 9;
+    return PatchIdentity::givesId(patch, id, freshIds) || VelgorPatch::staticSimpleHash(patch, patch.name) == id;
 }
 
 /// The patch of a file with what the library knew about it.

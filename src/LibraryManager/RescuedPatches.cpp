@@ -101,7 +101,7 @@ void RescuedPatches::addTo(VelgorLibrary &library, const QString &directory, con
     }
     places.takeRest(patches);
     if (places.areAllAtEnd()) {
-        library.appendNew(places.atEnd());
+        library.restore(places.atEnd());
         return;
     }
     const auto selection = library.selection();

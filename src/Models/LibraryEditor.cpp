@@ -26,7 +26,8 @@ void LibraryEditor::changed()
 void LibraryEditor::changed(quint64 id)
 {
     if (const auto found = m_library.getPatchFromId(id)) {
-        m_content.propagateChangedPatch(*found->patch);
+        m_content.propagateChangedPatch(
+            *found->patch, [this, id](const VelgorPatch &held) { return m_library.knownId(held) == id; });
     }
     changed();
 }
@@ -41,8 +42,8 @@ QList<BankNumber> LibraryEditor::inContentPatch(quint64 pid) const
     }
     const auto &sounds = m_content.soundHashes();
     for (qsizetype row = 0; row < sounds.size(); ++row) {
-        if (sounds.at(row) == sound) {
-            const VelgorContentPatch &slot = m_content.velgorContentPatchList().at(row);
+        const VelgorContentPatch &slot = m_content.velgorContentPatchList().at(row);
+        if (sounds.at(row) == sound && PatchIdentity::isSameSound(slot.patch, *found->patch)) {
             places.append({.bank = slot.bank, .number = slot.number});
         }
     }
@@ -248,12 +249,11 @@ void LibraryEditor::keep(const QList<VelgorPatch> &patches, bool isFirstSelected
         patch.date = ReferenceDate::now();
     }
     const qsizetype former = m_library.count();
-    m_library.appendNew(dated);
+    const QList<quint64> ids = m_library.appendNew(dated);
     changed();
     if (isFirstSelected) {
-        const quint64 firstId = dated.first().id();
-        Diagnostics::printLine(QStringLiteral("Select %1").arg(firstId));
-        m_library.setSelection(firstId);
+        Diagnostics::printLine(QStringLiteral("Select %1").arg(ids.first()));
+        m_library.setSelection(ids.first());
     }
     const QList<quint64> fresh = idsFrom(former);
     Q_EMIT kept(fresh, dated.size() - fresh.size());

@@ -1,5 +1,7 @@
 #include "PatchIndex.h"
 
+#include "PatchIdentity.h"
+
 namespace {
 
 const CaselessTexts &madeOnce(
@@ -80,6 +82,24 @@ const PatchIndex::SoundHashes &PatchIndex::soundHashes(const QList<VelgorPatch> 
     return *m_soundHashes;
 }
 
+QList<quint64> PatchIndex::otherIds(quint64 contentHash, const QList<VelgorPatch> &patches)
+{
+    if (!m_otherIds) {
+        m_otherIds.emplace();
+        for (const VelgorPatch &patch : patches) {
+            noteOtherId(patch);
+        }
+    }
+    return m_otherIds->values(contentHash);
+}
+
+void PatchIndex::noteOtherId(const VelgorPatch &patch)
+{
+    if (patch.patchData && !PatchIdentity::givesId(patch, patch.id())) {
+        m_otherIds->insert(VelgorPatch::staticSimpleHash(patch), patch.id());
+    }
+}
+
 void PatchIndex::appended(const VelgorPatch &patch, qsizetype position)
 {
     if (m_positions && !m_positions->contains(patch.id())) {
@@ -96,6 +116,9 @@ void PatchIndex::appended(const VelgorPatch &patch, qsizetype position)
     }
     if (m_soundHashes) {
         m_soundHashes->append(patch.soundHash());
+    }
+    if (m_otherIds) {
+        noteOtherId(patch);
     }
 }
 
@@ -114,13 +137,14 @@ void PatchIndex::changed(qsizetype row, const VelgorPatch &before, const VelgorP
     if (m_comments && before.comment != after.comment) {
         m_comments->replace(row, after.comment);
     }
-    if (m_soundHashes && (before.patchData != after.patchData || before.userIRData != after.userIRData)) {
-        (*m_soundHashes)[row] = after.soundHash();
+    if (before.patchData != after.patchData || before.userIRData != after.userIRData) {
+        presetDataReplaced(row, after);
     }
 }
 
 void PatchIndex::presetDataReplaced(qsizetype row, const VelgorPatch &after)
 {
+    m_otherIds.reset();
     if (m_soundHashes) {
         (*m_soundHashes)[row] = after.soundHash();
     }

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] const CaselessTexts &names(const QList<VelgorPatch> &patches);
     [[nodiscard]] const CaselessTexts &comments(const QList<VelgorPatch> &patches);
     [[nodiscard]] const SoundHashes &soundHashes(const QList<VelgorPatch> &patches);
+    /// The ids of patches whose content has this hash and gives another id than they have; such ids are
+    /// found in no other way. An id may name nothing any more.
+    [[nodiscard]] QList<quint64> otherIds(quint64 contentHash, const QList<VelgorPatch> &patches);
 
     /// `patch` was added behind the last one and now stands at `position`.
     void appended(const VelgorPatch &patch, qsizetype position);
@@ -42,6 +45,7 @@ public:
     void invalidate() { *this = PatchIndex(); }
 
 private:
+    void noteOtherId(const VelgorPatch &patch);
     template <typename Move>
     void moveRows(Move move);
 
@@ -52,4 +56,5 @@ private:
     std::optional<CaselessTexts> m_names;
     std::optional<CaselessTexts> m_comments;
     std::optional<SoundHashes> m_soundHashes;
+    std::optional<QMultiHash<quint64, quint64>> m_otherIds; ///< by the hash of the content
 };

@@ -3,6 +3,7 @@
 #include "Diagnostics.h"
 #include "ObservableProperty.h"
 #include "PatchFileHandler.h"
+#include "PatchIdentity.h"
 
 #include <algorithm>
 
@@ -244,21 +245,21 @@ void VelgorContent::moveMany(const QList<qsizetype> &rows, qsizetype offset)
     Q_EMIT reordered(formerRows);
 }
 
-void VelgorContent::propagateChangedPatch(const VelgorPatch &velgorPatch)
+void VelgorContent::propagateChangedPatch(
+    const VelgorPatch &velgorPatch, const std::function<bool(const VelgorPatch &held)> &isHeld)
 {
-    VelgorPatch patch = velgorPatch;
-    if (patch.patchData) {
-        patch.patchData->name = patch.name;
+    // Copied, as the patch may stand in one of the slots.
+    const VelgorPatch patch = velgorPatch;
+    QList<quint64> ids{patch.id()};
+    if (isHeld && patch.patchData) {
+        ids += {VelgorPatch::staticSimpleHash(patch), PatchIdentity::freshId(patch, 1)};
     }
-    const std::optional<quint64> hash = m_soundHashes ? patch.soundHash() : std::nullopt;
     qsizetype first = -1;
     qsizetype last = -1;
     for (qsizetype row = 0; row < m_slots.size(); ++row) {
-        if (m_slots.at(row).patch.id() == patch.id()) {
-            m_slots[row].patch = patch;
-            if (m_soundHashes) {
-                (*m_soundHashes)[row] = hash;
-            }
+        const VelgorPatch &held = m_slots.at(row).patch;
+        if (ids.contains(held.id()) && PatchIdentity::isSameContent(held, patch) && (!isHeld || isHeld(held))) {
+            m_slots[row].patch.takeEdits(patch);
             first = first < 0 ? row : first;
             last = row;
         }

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QSet>
 
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -68,8 +69,11 @@ public:
     void move(qsizetype from, qsizetype offset);
     /// Moves several slots, given by ascending rows, to stand together in their order at `offset`.
     void move(const QList<qsizetype> &rows, qsizetype offset);
-    /// Every slot with this patch's id takes the patch as it is now, its name in the preset record too.
-    void propagateChangedPatch(const VelgorPatch &velgorPatch);
+    /// Every slot that holds this patch takes over what the user edits; see VelgorPatch::takeEdits(). What else an
+    /// export writes stays as it is. A slot whose records are the same is asked about also when its id is another one
+    /// that they give; without a question, the ids have to be equal.
+    void propagateChangedPatch(
+        const VelgorPatch &velgorPatch, const std::function<bool(const VelgorPatch &held)> &isHeld = {});
     /// The content hash without the name of each slot's patch; good until the next change of the list.
     [[nodiscard]] const RowValues<std::optional<quint64>> &soundHashes() const;
     /// Gives every slot its bank and number again. The list must not be empty.

@@ -2,10 +2,6 @@
 
 #include "Diagnostics.h"
 #include "ObservableProperty.h"
-#include "RandomId.h"
-#include "Utf8Text.h"
-
-#include <QSet>
 
 #include <algorithm>
 #include <utility>
@@ -105,63 +101,6 @@ std::optional<VelgorLibrary::Found> VelgorLibrary::getPatchFromId(std::optional<
         return std::nullopt;
     }
     return Found{index, &m_patches.at(index)};
-}
-
-void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::optional<quint64> synonymId)
-{
-    if (presets.patches.isEmpty() || presets.patches.size() != presets.userIRs.size()) {
-        Diagnostics::printLine(QStringLiteral("Nothing to put into library"));
-        return;
-    }
-    for (qsizetype i = 0; i < presets.patches.size(); ++i) {
-        const auto found = replace && synonymId ? getPatchFromId(synonymId) : std::nullopt;
-        if (found && !found->patch->empty) {
-            // As append() would, without a patch whose id nobody asks for.
-            replacePresetData(found->index, presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
-            manageDummy();
-            saveOrder();
-            continue;
-        }
-        const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
-        append(patch, false, replace, atEnd, synonymId);
-    }
-}
-
-void VelgorLibrary::append(
-    const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonymId)
-{
-    std::optional<Found> found = getPatchFromId(synonymId ? *synonymId : patch.id());
-    if (!found && synonymId) {
-        // The patch would go in under its own id, which must not stand in the list twice.
-        found = getPatchFromId(patch.id());
-    }
-    if (!found) {
-        const bool isInside = location != atEnd && location <= count();
-        insertAt(isInside ? location : count(), {patch});
-    } else if (duplicate && !found->patch->empty) {
-        appendDuplicate(patch, found->patch->name);
-    } else if (replace && !found->patch->empty) {
-        replacePresetData(found->index, patch.patchData, patch.userIRData, patch.headerData);
-    }
-    manageDummy();
-    saveOrder();
-}
-
-void VelgorLibrary::appendNew(const QList<VelgorPatch> &patches)
-{
-    QList<VelgorPatch> fresh;
-    QSet<quint64> ids;
-    for (const VelgorPatch &patch : patches) {
-        if (!getPatchFromId(patch.id()) && !ids.contains(patch.id())) {
-            ids.insert(patch.id());
-            fresh.append(patch);
-        }
-    }
-    if (!fresh.isEmpty()) {
-        insertAt(count(), fresh);
-    }
-    manageDummy();
-    saveOrder();
 }
 
 bool VelgorLibrary::update(const VelgorPatch &patch)
@@ -285,39 +224,6 @@ void VelgorLibrary::removeRows(const QList<qsizetype> &ascendingRows)
         Q_EMIT rowsRemoved(first, last);
     } else {
         Q_EMIT wasReset();
-    }
-}
-
-void VelgorLibrary::replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
-    const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData)
-{
-    VelgorPatch &stored = m_patches[row];
-    stored.patchData = patchData;
-    stored.userIRData = userIRData;
-    stored.headerData = headerData;
-    m_index.presetDataReplaced(row, stored);
-    Q_EMIT rowsChanged(row, row);
-}
-
-void VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &foundName)
-{
-    VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
-    // Names of nine bytes that differ in the last one hash alike.
-    while (getPatchFromId(copy.id())) {
-        copy = copy.withId(randomId());
-    }
-    insertAt(m_patches.size(), {copy});
-}
-
-QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
-{
-    constexpr qsizetype longestBase = 15;
-    for (int digits = 1;; ++digits) {
-        const qsizetype baseSize = std::max<qsizetype>(longestBase - digits, 0);
-        const QString stem = Utf8Text::firstCharacters(fromname, baseSize) + u'-';
-        if (const auto number = m_index.freeNumber(stem, digits, m_patches)) {
-            return stem + QString::number(*number);
-        }
     }
 }
 

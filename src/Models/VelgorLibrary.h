@@ -2,6 +2,7 @@
 
 #include "LibraryStorage.h"
 #include "MultiSelections.h"
+#include "PatchIdentity.h"
 #include "PatchIndex.h"
 #include "SPresetFile.h"
 #include "TripleBool.h"
@@ -64,13 +65,20 @@ public:
 
     /// Appends every patch of a file, each as append() below does, at the end. Prints a line when there are none.
     void append(const SPresetFile &presets, bool replace, std::optional<quint64> synonymId = std::nullopt);
-    /// Inserts `patch` at `location` unless the library holds a patch with the id `synonymId`, or else its own id.
+    /// Inserts `patch` at `location` unless the library holds a patch with the id `synonymId`, or else this very patch.
     /// If it does: with `duplicate`, a copy under a new name goes to the end; otherwise, with `replace`, the stored
-    /// patch takes over the preset records; otherwise nothing changes.
-    void append(const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location = atEnd,
+    /// patch takes over the preset records; otherwise nothing changes. Gives the id under which the library holds the
+    /// patch now: a fresh one when another patch has its own.
+    quint64 append(const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location = atEnd,
         std::optional<quint64> synonymId = std::nullopt);
-    /// Appends several patches that are not known yet at the end, announced as one insertion.
-    void appendNew(const QList<VelgorPatch> &patches);
+    /// Appends those of several patches that are not known yet at the end, announced as one insertion. Gives the id
+    /// under which the library holds each of them now.
+    QList<quint64> appendNew(const QList<VelgorPatch> &patches);
+    /// Puts patches back at the end under the ids that they had; one whose id is taken is left out.
+    void restore(const QList<VelgorPatch> &patches);
+    /// The id under which the library holds this very patch: the same bytes and name of the record, whatever the name
+    /// that the user gave it here.
+    [[nodiscard]] std::optional<quint64> knownId(const VelgorPatch &patch) const;
     /// Puts an edited patch in the place of the one with its id. False when there is none.
     bool update(const VelgorPatch &patch);
     /// Moves one patch; `offset` counts in the list as it is before the move, as a drop between rows does.
@@ -123,7 +131,10 @@ private:
     void removeRows(const QList<qsizetype> &ascendingRows);
     void replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
         const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData);
-    void appendDuplicate(const VelgorPatch &patch, const QString &foundName);
+    /// `alsoHere` finds patches that are about to be appended.
+    [[nodiscard]] PatchIdentity::Place placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const;
+    void appendAll(const QList<VelgorPatch> &patches);
+    quint64 appendDuplicate(const VelgorPatch &patch, const QString &foundName);
     [[nodiscard]] QString findNewNameForDuplicate(const QString &fromname);
     void manageDummy();
     void countEmpty();

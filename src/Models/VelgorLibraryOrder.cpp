@@ -169,7 +169,8 @@ MultiSelections VelgorLibrary::findSimilarPatches(quint64 id) const
         if (!patch.empty) {
             const std::optional<quint64> hash = hashes.at(row);
             // Two patches without preset data have nothing in common; each is similar to itself.
-            result.multiSelections.insert(patch.id(), patch.id() == id || (hash && hash == target));
+            const bool isSimilar = hash && hash == target && PatchIdentity::isSameSound(patch, *found->patch);
+            result.multiSelections.insert(patch.id(), patch.id() == id || isSimilar);
         }
     }
     return result;

@@ -3,10 +3,14 @@
 #include "RandomId.h"
 #include "Utf8Text.h"
 
+#include <array>
 #include <tuple>
 #include <utility>
 
 namespace {
+
+constexpr std::array classification{&VelgorPatch::guitar, &VelgorPatch::bass, &VelgorPatch::clean, &VelgorPatch::crunch,
+    &VelgorPatch::drive, &VelgorPatch::higain, &VelgorPatch::rythm, &VelgorPatch::solo};
 
 auto shownFields(const VelgorPatch &patch)
 {
@@ -53,6 +57,16 @@ VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newNa
     copy.name = newName;
     copy.patchData->name = newName;
     return copy;
+}
+
+void VelgorPatch::takeEdits(const VelgorPatch &edited)
+{
+    name = edited.name;
+    comment = edited.comment;
+    date = edited.date;
+    for (const auto flag : classification) {
+        this->*flag = edited.*flag;
+    }
 }
 
 VelgorPatch VelgorPatch::withId(quint64 id) const &

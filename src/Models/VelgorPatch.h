@@ -23,6 +23,10 @@ public:
     /// A copy under a new name. Its id is the hash under that name; a patch without preset data keeps its name
     /// and gets a random id. Everything else, the date included, is the source's.
     [[nodiscard]] static VelgorPatch copyNamed(const VelgorPatch &from, const QString &newName);
+    /// Takes over what the user edits: name, comment, classification and date. Preset data and all that comes from it
+    /// stay, the name in the record included.
+    void takeEdits(const VelgorPatch &edited);
+
     /// The same patch under another id.
     [[nodiscard]] VelgorPatch withId(quint64 id) const &;
     [[nodiscard]] VelgorPatch withId(quint64 id) &&;

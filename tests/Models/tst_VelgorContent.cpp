@@ -319,11 +319,43 @@ private Q_SLOTS:
         for (const int row : {1, 98}) {
             const VelgorPatch &held = content.velgorContentPatchList().at(row).patch;
             QCOMPARE(held, patch);
-            QCOMPARE(held.patchData->name, patch.name);
+            QCOMPARE(held.patchData->name, QStringLiteral("Lead"));
             QCOMPARE(held.id(), imported(QStringLiteral("Lead")).id());
         }
         QCOMPARE(names(content).count(QStringLiteral("Other")), 97);
         QCOMPARE(content.getPatchesAndUserIRs().first.at(1).name, QStringLiteral("A name longer th"));
+    }
+
+    void propagateSparesWhatTheSlotExports()
+    {
+        VelgorContent content;
+        content.createNew(imported(QStringLiteral("Lead"), 1, {}, "V1.21"));
+        VelgorPatch patch = imported(QStringLiteral("Lead"));
+        patch.comment = QStringLiteral("fat");
+        patch.date = {5};
+        patch.solo = patch.guitar = patch.higain = true;
+        content.propagateChangedPatch(patch);
+        const VelgorPatch &held = content.velgorContentPatchList().first().patch;
+        VelgorPatch expected = imported(QStringLiteral("Lead"), 1, {}, "V1.21");
+        expected.takeEdits(patch);
+        QVERIFY(TestPatches::isIdentical(held, expected));
+        QVERIFY(held.solo && held.guitar && held.higain && !held.bass);
+        QCOMPARE(held.comment, patch.comment);
+        QCOMPARE(held.date, patch.date);
+        QCOMPARE(held.version, QStringLiteral("V1.21"));
+    }
+
+    void propagateSparesOtherSoundsWithTheId()
+    {
+        const VelgorPatch patch = imported(QStringLiteral("Lead"));
+        VelgorContent content;
+        content.createNew(imported(QStringLiteral("Lead"), 2).withId(patch.id()));
+        content.setPatch(imported(QStringLiteral("Other")).withId(patch.id()), 1);
+        content.setPatch(patch, 2);
+        VelgorPatch edited = patch;
+        edited.name = QStringLiteral("Solo");
+        content.propagateChangedPatch(edited);
+        QCOMPARE(names(content).first(4).join(u','), QStringLiteral("Lead,Other,Solo,Lead"));
     }
 
     void recordsComeInSlotOrderUnderTheShownName()

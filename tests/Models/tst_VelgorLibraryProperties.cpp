@@ -2,6 +2,7 @@
 
 #include "FakeLibraryStorage.h"
 #include "LibraryViewFilter.h"
+#include "PatchIdentity.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
 #include "Utf8Text.h"
@@ -30,15 +31,56 @@ struct Model {
         }
     }
 
+    /// The row of the very patch: by one of the ids that it may have, or else the first that holds the same.
+    qsizetype knownRow(const VelgorPatch &patch) const
+    {
+        if (!patch.patchData) {
+            return positionOf(patch.id());
+        }
+        const auto isSame = [&patch](const VelgorPatch &held) {
+            return held.patchData
+                ? held.patchData->name == patch.patchData->name && held.patchData->data == patch.patchData->data
+                : held.id() == patch.id();
+        };
+        QList<quint64> ids{patch.id(), VelgorPatch::staticSimpleHash(patch), PatchIdentity::freshId(patch, 1)};
+        for (quint32 attempt = 2; positionOf(ids.last()) >= 0; ++attempt) {
+            ids.append(PatchIdentity::freshId(patch, attempt));
+        }
+        for (const quint64 id : ids) {
+            const qsizetype at = positionOf(id);
+            if (at >= 0 && isSame(patches.at(at))) {
+                return at;
+            }
+        }
+        const auto other = std::find_if(patches.begin(), patches.end(), isSame);
+        return other == patches.end() ? -1 : other - patches.begin();
+    }
+
+    quint64 freeId(const VelgorPatch &patch) const
+    {
+        quint64 id = patch.id();
+        if (positionOf(id) >= 0 && patch.patchData) {
+            id = VelgorPatch::staticSimpleHash(patch);
+        }
+        for (quint32 attempt = 1; positionOf(id) >= 0; ++attempt) {
+            id = PatchIdentity::freshId(patch, attempt);
+        }
+        return id;
+    }
+
+    qsizetype rowFor(const VelgorPatch &patch, std::optional<quint64> synonym) const
+    {
+        const qsizetype at = synonym ? positionOf(*synonym) : -1;
+        return at < 0 ? knownRow(patch) : at;
+    }
+
     void append(
         const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonym)
     {
-        qsizetype at = positionOf(synonym.value_or(patch.id()));
+        const qsizetype at = rowFor(patch, synonym);
         if (at < 0) {
-            at = positionOf(patch.id());
-        }
-        if (at < 0) {
-            patches.insert(location < 0 || location > patches.size() ? patches.size() : location, patch);
+            const VelgorPatch placed = patch.withId(freeId(patch));
+            patches.insert(location < 0 || location > patches.size() ? patches.size() : location, placed);
         } else if (duplicate) {
             // The copy's id may be random: the caller takes the copy over from the library and checks it.
         } else if (replace) {
@@ -54,7 +96,7 @@ struct Model {
         const QStringList names = TestPatches::names(patches);
         for (int number = 1;; ++number) {
             const QString digits = QString::number(number);
-            const QString candidate = Utf8Text::firstCharacters(name, 15 - digits.size()) + u'-' + digits;
+            const QString candidate = Utf8Text::longestPrefixWithin(name, 15 - digits.size()) + u'-' + digits;
             if (!names.contains(candidate)) {
                 return candidate;
             }
@@ -219,10 +261,7 @@ private:
             const qsizetype location = random.bounded(3) == 0 ? -1 : random.bounded(50);
             const std::optional<quint64> synonym = random.bounded(4) == 0 ? std::optional(anyId()) : std::nullopt;
             const qsizetype before = model.patches.size();
-            qsizetype known = model.positionOf(synonym.value_or(patch.id()));
-            if (known < 0) {
-                known = model.positionOf(patch.id());
-            }
+            const qsizetype known = model.rowFor(patch, synonym);
             const QString foundName = known < 0 ? QString() : model.patches.at(known).name;
             library.append(patch, duplicate, replace, location, synonym);
             model.append(patch, duplicate, replace, location, synonym);
@@ -290,9 +329,7 @@ private:
             }
             library.appendNew(fresh);
             for (const VelgorPatch &patch : fresh) {
-                if (model.positionOf(patch.id()) < 0) {
-                    model.append(patch, false, false, -1, std::nullopt);
-                }
+                model.append(patch, false, false, -1, std::nullopt);
             }
             model.saveOrder();
             break;

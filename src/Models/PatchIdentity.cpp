@@ -1,0 +1,138 @@
+#include "PatchIdentity.h"
+
+#include "VelgorPatch.h"
+
+#include <QByteArrayView>
+#include <QCryptographicHash>
+#include <QtEndian>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace {
+
+/// Without a walk through bytes that the two share, as copies of a patch do.
+bool isEqual(QByteArrayView a, QByteArrayView b)
+{
+    return a.size() == b.size() && (a.data() == b.data() || a == b);
+}
+
+quint32 sizeOf(const std::optional<SUserIR> &userIR)
+{
+    return userIR ? userIR->size : 0;
+}
+
+/// Without the number, which an export rewrites.
+QByteArrayView responseOf(const std::optional<SUserIR> &userIR)
+{
+    const QByteArrayView data = userIR ? QByteArrayView(userIR->data) : QByteArrayView();
+    return data.sliced(std::min<qsizetype>(SUserIR::numberSize, data.size()));
+}
+
+/// The name's field in the file of a patch.
+QByteArray nameFieldOf(const VelgorPatch &patch)
+{
+    SPatch record;
+    record.name = patch.patchData->name;
+    record.unreadableName = patch.patchData->unreadableName;
+    record.rename(record.name);
+    return record.nameField();
+}
+
+bool hasSameNameField(const VelgorPatch &a, const VelgorPatch &b)
+{
+    const bool isTextAlike =
+        a.patchData->name == b.patchData->name && a.patchData->unreadableName == b.patchData->unreadableName;
+    return isTextAlike || nameFieldOf(a) == nameFieldOf(b);
+}
+
+void add(QCryptographicHash &hash, quint32 number)
+{
+    std::array<char, sizeof number> bytes{};
+    qToLittleEndian(number, bytes.data());
+    hash.addData(QByteArrayView(bytes));
+}
+
+} // namespace
+
+namespace PatchIdentity {
+
+bool isSameSound(const VelgorPatch &a, const VelgorPatch &b)
+{
+    return a.patchData && b.patchData && a.patchData->mrap == b.patchData->mrap
+        && a.patchData->size == b.patchData->size && sizeOf(a.userIRData) == sizeOf(b.userIRData)
+        && isEqual(a.patchData->data, b.patchData->data) && isEqual(responseOf(a.userIRData), responseOf(b.userIRData));
+}
+
+bool isSameContent(const VelgorPatch &a, const VelgorPatch &b)
+{
+    if (!a.patchData || !b.patchData) {
+        return a.id() == b.id();
+    }
+    return isSameSound(a, b) && hasSameNameField(a, b);
+}
+
+bool isSame(const VelgorPatch &a, const VelgorPatch &b)
+{
+    return a.id() == b.id() && isSameContent(a, b);
+}
+
+quint64 freshId(const VelgorPatch &patch, quint32 attempt)
+{
+    // Libraries on disk hold these values, so the order and the widths never change.
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    add(hash, attempt);
+    if (patch.patchData) {
+        hash.addData(nameFieldOf(patch));
+        hash.addData(QByteArrayView(patch.patchData->mrap));
+        add(hash, patch.patchData->size);
+        hash.addData(patch.patchData->data);
+    }
+    add(hash, sizeOf(patch.userIRData));
+    hash.addData(responseOf(patch.userIRData));
+    return qFromLittleEndian<quint64>(hash.result().constData());
+}
+
+bool givesId(const VelgorPatch &patch, quint64 id, quint32 attempts)
+{
+    bool isGiven = patch.patchData && VelgorPatch::staticSimpleHash(patch) == id;
+    for (quint32 attempt = 1; patch.patchData && !isGiven && attempt <= attempts; ++attempt) {
+        isGiven = freshId(patch, attempt) == id;
+    }
+    return isGiven;
+}
+
+Place placeOf(const VelgorPatch &patch, const Holder &holder)
+{
+    std::optional<quint64> free;
+    const auto isHeldUnder = [&](quint64 id) {
+        const VelgorPatch *held = holder(id);
+        if (!held && !free) {
+            free = id;
+        }
+        return held && isSameContent(*held, patch);
+    };
+    if (isHeldUnder(patch.id()) || (!patch.patchData && !free)) {
+        return {.id = patch.id(), .isKnown = true};
+    }
+    if (!patch.patchData) {
+        return {.id = patch.id(), .isKnown = false};
+    }
+    const quint64 hash = VelgorPatch::staticSimpleHash(patch);
+    if (hash != patch.id() && isHeldUnder(hash)) {
+        return {.id = hash, .isKnown = true};
+    }
+    for (quint32 attempt = 1;; ++attempt) {
+        const quint64 id = freshId(patch, attempt);
+        const VelgorPatch *held = holder(id);
+        if (held && isSameContent(*held, patch)) {
+            return {.id = id, .isKnown = true};
+        }
+        if (!held) {
+            return {.id = free.value_or(id), .isKnown = false};
+        }
+    }
+}
+
+} // namespace PatchIdentity

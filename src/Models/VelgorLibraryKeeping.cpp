@@ -1,0 +1,171 @@
+// How patches enter a library: which of them it has already, under which id the others come, and copies.
+
+#include "VelgorLibrary.h"
+
+#include "Diagnostics.h"
+#include "PatchIdentity.h"
+#include "PatchName.h"
+#include "RandomId.h"
+#include "Utf8Text.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+const VelgorPatch *nobodyElse(quint64 id)
+{
+    Q_UNUSED(id)
+    return nullptr;
+}
+
+} // namespace
+
+PatchIdentity::Place VelgorLibrary::placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const
+{
+    const PatchIdentity::Place place = PatchIdentity::placeOf(patch, [&](quint64 id) {
+        const auto found = getPatchFromId(id);
+        return found ? found->patch : alsoHere(id);
+    });
+    if (place.isKnown || !patch.patchData) {
+        return place;
+    }
+    std::optional<Found> first;
+    for (const quint64 id : m_index.otherIds(VelgorPatch::staticSimpleHash(patch), m_patches)) {
+        const auto found = getPatchFromId(id);
+        if (found && (!first || found->index < first->index) && PatchIdentity::isSameContent(*found->patch, patch)) {
+            first = found;
+        }
+    }
+    return first ? PatchIdentity::Place{.id = first->patch->id(), .isKnown = true} : place;
+}
+
+std::optional<quint64> VelgorLibrary::knownId(const VelgorPatch &patch) const
+{
+    const PatchIdentity::Place place = placeOf(patch, nobodyElse);
+    return place.isKnown ? std::optional(place.id) : std::nullopt;
+}
+
+void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::optional<quint64> synonymId)
+{
+    if (presets.patches.isEmpty() || presets.patches.size() != presets.userIRs.size()) {
+        Diagnostics::printLine(QStringLiteral("Nothing to put into library"));
+        return;
+    }
+    for (qsizetype i = 0; i < presets.patches.size(); ++i) {
+        const auto found = replace && synonymId ? getPatchFromId(synonymId) : std::nullopt;
+        if (found && !found->patch->empty) {
+            // As append() would, without a patch whose id nobody asks for.
+            replacePresetData(found->index, presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
+            manageDummy();
+            saveOrder();
+            continue;
+        }
+        const VelgorPatch patch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
+        append(patch, false, replace, atEnd, synonymId);
+    }
+}
+
+quint64 VelgorLibrary::append(
+    const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonymId)
+{
+    std::optional<Found> found = getPatchFromId(synonymId);
+    quint64 id = synonymId.value_or(0);
+    if (!found) {
+        const PatchIdentity::Place place = placeOf(patch, nobodyElse);
+        id = place.id;
+        found = place.isKnown ? getPatchFromId(id) : std::nullopt;
+    }
+    if (!found) {
+        const bool isInside = location != atEnd && location <= count();
+        insertAt(isInside ? location : count(), {patch.withId(id)});
+    } else if (duplicate && !found->patch->empty) {
+        id = appendDuplicate(patch, found->patch->name);
+    } else if (replace && !found->patch->empty) {
+        replacePresetData(found->index, patch.patchData, patch.userIRData, patch.headerData);
+    }
+    manageDummy();
+    saveOrder();
+    return id;
+}
+
+QList<quint64> VelgorLibrary::appendNew(const QList<VelgorPatch> &patches)
+{
+    QList<quint64> ids;
+    QList<VelgorPatch> fresh;
+    QHash<quint64, qsizetype> freshRows;
+    const auto freshPatch = [&](quint64 id) {
+        const qsizetype row = freshRows.value(id, -1);
+        return row < 0 ? nullptr : &fresh.at(row);
+    };
+    for (const VelgorPatch &patch : patches) {
+        const PatchIdentity::Place place = placeOf(patch, freshPatch);
+        ids.append(place.id);
+        if (!place.isKnown) {
+            freshRows.insert(place.id, fresh.size());
+            fresh.append(patch.withId(place.id));
+        }
+    }
+    appendAll(fresh);
+    return ids;
+}
+
+void VelgorLibrary::restore(const QList<VelgorPatch> &patches)
+{
+    QList<VelgorPatch> restored;
+    QSet<quint64> ids;
+    for (const VelgorPatch &patch : patches) {
+        if (!getPatchFromId(patch.id()) && !ids.contains(patch.id())) {
+            ids.insert(patch.id());
+            restored.append(patch);
+        }
+    }
+    appendAll(restored);
+}
+
+void VelgorLibrary::appendAll(const QList<VelgorPatch> &patches)
+{
+    if (!patches.isEmpty()) {
+        insertAt(count(), patches);
+    }
+    manageDummy();
+    saveOrder();
+}
+
+void VelgorLibrary::replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
+    const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData)
+{
+    VelgorPatch &stored = m_patches[row];
+    stored.patchData = patchData;
+    stored.userIRData = userIRData;
+    stored.headerData = headerData;
+    m_index.presetDataReplaced(row, stored);
+    Q_EMIT rowsChanged(row, row);
+}
+
+quint64 VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &foundName)
+{
+    VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
+    // Names of nine bytes that differ in the last one hash alike.
+    for (quint32 attempt = 1; getPatchFromId(copy.id()); ++attempt) {
+        copy = copy.withId(copy.patchData ? PatchIdentity::freshId(copy, attempt) : randomId());
+    }
+    insertAt(m_patches.size(), {copy});
+    return copy.id();
+}
+
+QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
+{
+    // Whole characters, so that the suffix is not cut off where the name's field ends.
+    constexpr qsizetype longestBase = PatchName::fieldSize - 1;
+    for (int digits = 1;; ++digits) {
+        const qsizetype baseSize = std::max<qsizetype>(longestBase - digits, 0);
+        const QString base = Utf8Text::longestPrefixWithin(PatchName::fitted(fromname), baseSize);
+        const QString stem = base + u'-';
+        if (const auto number = m_index.freeNumber(stem, digits, m_patches)) {
+            return stem + QString::number(*number);
+        }
+    }
+}
