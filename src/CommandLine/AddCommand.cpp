@@ -1,6 +1,7 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
 #include "LibrarySession.h"
+#include "NameWarning.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
 #include "PipedFiles.h"
@@ -40,6 +41,8 @@ AddedFile readFile(const QString &path)
     if (!file.presets) {
         file.error = handler.problem();
         Output::fail(file.error);
+    } else {
+        NameWarning::print(path, *file.presets);
     }
     return file;
 }

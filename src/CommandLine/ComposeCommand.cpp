@@ -2,6 +2,7 @@
 #include "CommandHandlers.h"
 #include "LibrarySession.h"
 #include "LongNames.h"
+#include "NameWarning.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
 #include "PipedFiles.h"
@@ -61,6 +62,7 @@ QString fill(VelgorContent &content, const Arguments &arguments, const VelgorLib
         if (!presets) {
             return handler.problem();
         }
+        NameWarning::print(*from, *presets);
         content.populate(*presets);
         return {};
     }

@@ -1,6 +1,7 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
 #include "Diagnostics.h"
+#include "NameWarning.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
 #include "PatchWriter.h"
@@ -125,6 +126,7 @@ int CommandHandlers::copyFile(const Arguments &arguments)
     if (!file) {
         return Output::fail(handler.problem());
     }
+    NameWarning::print(arguments.positional().first(), *file);
     VelgorContent content;
     content.populate(*file);
     return handler.exportTo(content, *output) ? Done : Output::fail(handler.problem());

@@ -1,6 +1,7 @@
 #include "ContentFiles.h"
 
 #include "PatchFileHandler.h"
+#include "UnreadableNames.h"
 #include "VelgorContent.h"
 
 #include <algorithm>
@@ -98,6 +99,7 @@ void ContentFiles::finishImport()
     m_problem = m_files.problem();
     if (!m_files.wasCancelled() && !m_content.openError()) {
         markStored(m_files.path());
+        m_content.setUnreadableNames(UnreadableNames(m_content).count() > 0);
         Q_EMIT imported(m_stored.size(), m_fileName);
     }
 }

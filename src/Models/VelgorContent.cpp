@@ -22,6 +22,11 @@ void VelgorContent::setOpenError(bool openError)
     setObservable(this, m_openError, openError, &VelgorContent::openErrorChanged);
 }
 
+void VelgorContent::setUnreadableNames(bool unreadableNames)
+{
+    setObservable(this, m_unreadableNames, unreadableNames, &VelgorContent::unreadableNamesChanged);
+}
+
 void VelgorContent::setSaveError(bool saveError)
 {
     setObservable(this, m_saveError, saveError, &VelgorContent::saveErrorChanged);

@@ -33,6 +33,8 @@ public:
     /// How many slots hold a patch of each firmware version; entries of 0 stay until checkVersions().
     [[nodiscard]] const QMap<QString, int> &versions() const { return m_versions; }
     [[nodiscard]] bool openError() const { return m_openError; }
+    /// The list was imported with names that cannot be read, and the user was not told yet.
+    [[nodiscard]] bool unreadableNames() const { return m_unreadableNames; }
     [[nodiscard]] bool saveError() const { return m_saveError; }
     [[nodiscard]] bool selectDefault() const { return m_selectDefault; }
     [[nodiscard]] bool mixVersions() const { return m_mixVersions; }
@@ -40,6 +42,7 @@ public:
     [[nodiscard]] const QSet<QUuid> &selections() const { return m_selections; }
 
     void setOpenError(bool openError);
+    void setUnreadableNames(bool unreadableNames);
     void setSaveError(bool saveError);
     void setSelectDefault(bool selectDefault);
     void setMixVersions(bool mixVersions);
@@ -105,6 +108,7 @@ Q_SIGNALS:
     void limitChanged();
     void versionsChanged();
     void openErrorChanged();
+    void unreadableNamesChanged();
     void saveErrorChanged();
     void selectDefaultChanged();
     void mixVersionsChanged();
@@ -126,6 +130,7 @@ private:
     mutable std::optional<RowValues<std::optional<quint64>>> m_soundHashes; ///< made when asked for
     QMap<QString, int> m_versions;
     bool m_openError = false;
+    bool m_unreadableNames = false;
     bool m_saveError = false;
     bool m_selectDefault = false;
     bool m_mixVersions = false;

@@ -5,7 +5,9 @@
 #include "LibraryEditor.h"
 #include "LibraryFileNames.h"
 #include "LibraryStorageManager.h"
+#include "PatchName.h"
 #include "ShownName.h"
+#include "UnreadableNames.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
@@ -76,6 +78,17 @@ Alert AlertTexts::openError(const Desk &desk)
         inParagraphs(shownProblem(desk.contentFiles.problem()),
             Texts::tr("A preset file (.prst) exported by the editor of your Velgor is expected. The list was not "
                       "changed.")));
+}
+
+Alert AlertTexts::unreadableNames(const Desk &desk)
+{
+    const UnreadableNames names(desk.content);
+    const QString affected = names.count() == 1
+        ? Texts::tr("The name in slot %1 is not valid text and is shown as \"%2\".")
+        : Texts::tr("The names in slots %1 are not valid text and are shown as \"%2\".");
+    return notice(Texts::tr("Some names in the file cannot be read"),
+        inParagraphs(affected.arg(names.places(), PatchName::unreadable()),
+            Texts::tr("An export writes the bytes that the file has for such a name, unless you rename the patch.")));
 }
 
 Alert AlertTexts::saveError(const Desk &desk)

@@ -9,6 +9,8 @@
 namespace AlertTexts {
 
 [[nodiscard]] Alert openError(const Desk &desk);
+/// The list was imported with names that are no text.
+[[nodiscard]] Alert unreadableNames(const Desk &desk);
 [[nodiscard]] Alert saveError(const Desk &desk);
 [[nodiscard]] Alert selectDefault(const Desk &desk);
 [[nodiscard]] Alert mixVersions(const Desk &desk);

@@ -23,6 +23,8 @@ const QList<Alerts::Entry> &Alerts::table()
     static const QList<Entry> entries{
         {[](const Alerts &alerts) { return alerts.m_desk.content.openError(); }, AlertTexts::openError,
             [](Alerts &alerts) { alerts.m_desk.content.setOpenError(false); }, nullptr},
+        {[](const Alerts &alerts) { return alerts.m_desk.content.unreadableNames(); }, AlertTexts::unreadableNames,
+            [](Alerts &alerts) { alerts.m_desk.content.setUnreadableNames(false); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.saveError(); }, AlertTexts::saveError,
             [](Alerts &alerts) { alerts.m_desk.content.setSaveError(false); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.selectDefault(); }, AlertTexts::selectDefault,
@@ -64,6 +66,7 @@ void Alerts::followFlags()
         connect(object, signal, this, &Alerts::showNext, Qt::QueuedConnection);
     };
     follow(&m_desk.content, &VelgorContent::openErrorChanged);
+    follow(&m_desk.content, &VelgorContent::unreadableNamesChanged);
     follow(&m_desk.content, &VelgorContent::saveErrorChanged);
     follow(&m_desk.content, &VelgorContent::selectDefaultChanged);
     follow(&m_desk.content, &VelgorContent::mixVersionsChanged);
