@@ -26,9 +26,17 @@ EditingKeys::EditingKeys(QObject *parent)
 
 bool EditingKeys::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride
-        && (qobject_cast<QLineEdit *>(watched) || qobject_cast<QPlainTextEdit *>(watched))) {
-        const auto *key = static_cast<QKeyEvent *>(event);
+    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    if (!isKey || !(qobject_cast<QLineEdit *>(watched) || qobject_cast<QPlainTextEdit *>(watched))) {
+        return QObject::eventFilter(watched, event);
+    }
+    const auto *key = static_cast<QKeyEvent *>(event);
+    if (key->modifiers() == Qt::ControlModifier && key->key() == Qt::Key_D) {
+        // Some desktops delete a character with it, and nobody who meant the command would notice.
+        event->setAccepted(event->type() == QEvent::KeyPress);
+        return true;
+    }
+    if (event->type() == QEvent::ShortcutOverride) {
         if (std::any_of(editingKeys.begin(), editingKeys.end(),
                 [key](QKeySequence::StandardKey editing) { return key->matches(editing); })) {
             event->accept();

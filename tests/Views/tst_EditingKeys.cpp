@@ -83,6 +83,27 @@ private Q_SLOTS:
         QCOMPARE(window.runs.count(), 0);
     }
 
+    void duplicatingEditsNoField_data()
+    {
+        QTest::addColumn<bool>("isEnabled");
+        QTest::newRow("something to duplicate") << true;
+        QTest::newRow("nothing to duplicate") << false;
+    }
+
+    void duplicatingEditsNoField()
+    {
+        QFETCH(const bool, isEnabled);
+        Window window(QKeySequence(Qt::CTRL | Qt::Key_D));
+        const EditingKeys keys(nullptr);
+        window.command.setEnabled(isEnabled);
+        window.line.setCursorPosition(0);
+        window.press(window.line);
+        window.press(window.text);
+        QCOMPARE(window.line.text(), QStringLiteral("two words"));
+        QCOMPARE(window.text.toPlainText(), QStringLiteral("two words"));
+        QCOMPARE(window.runs.count(), isEnabled ? 2 : 0);
+    }
+
     void otherShortcutsWorkInAField_data()
     {
         QTest::addColumn<QKeySequence>("key");
