@@ -16,18 +16,25 @@ using namespace LookMeasures;
 
 namespace {
 
-constexpr double lampCentre = 10.5;
-constexpr double ringLine = 1.25;
-constexpr double discRadius = 3.75;
-// Ring and disc end at the same circle.
-constexpr double ringRadius = discRadius - ringLine / 2;
+constexpr double boxCentre = 10.5;
+constexpr double boxLine = 1.25;
+constexpr double boxSize = 7;
+constexpr double boxRadius = 1.5;
+constexpr double tickLine = 1.75;
 constexpr double textStart = 19.5;
 constexpr int textEnd = 3;
 constexpr int labelMargins = 23;
 
+/// The box grows with the text.
+double scaleOf(const QFontMetrics &metrics)
+{
+    constexpr double usualSymbol = 16;
+    return symbolSize(metrics) / usualSymbol;
+}
+
 struct ToggleLook {
     QColor fill;
-    QColor lamp;
+    QColor mark;
     QColor text;
 };
 
@@ -64,12 +71,13 @@ ToggleButton::ToggleButton(const QString &text, Tone tone, QWidget *parent)
 QSize ToggleButton::sizeHint() const
 {
     const int textWidth = fontMetrics().size(Qt::TextShowMnemonic, text()).width();
-    return {textWidth + labelMargins + 2 * focusGutter, toggleHeight(fontMetrics()) + 2 * focusGutter};
+    const int margins = static_cast<int>(std::ceil(labelMargins * scaleOf(fontMetrics())));
+    return {textWidth + margins + 2 * focusGutter, toggleHeight(fontMetrics()) + 2 * focusGutter};
 }
 
 QRectF ToggleButton::textRect() const
 {
-    return QRectF(rect()).adjusted(focusGutter + textStart, 0, -focusGutter - textEnd, 0);
+    return QRectF(rect()).adjusted(focusGutter + textStart * scaleOf(fontMetrics()), 0, -focusGutter - textEnd, 0);
 }
 
 QString ToggleButton::shownText() const
@@ -83,10 +91,10 @@ bool ToggleButton::isElided() const
     return shownText() != text();
 }
 
-QColor ToggleButton::toneColour() const
+QColor ToggleButton::toneColour(Tone tone)
 {
     const LookTokens &tokens = LookTokens::current();
-    switch (m_tone) {
+    switch (tone) {
     case Tone::Accent:
         return tokens.accent;
     case Tone::Instrument:
@@ -114,7 +122,7 @@ void ToggleButton::paintEvent(QPaintEvent * /*event*/)
 {
     QStyleOptionButton option;
     initStyleOption(&option);
-    const ToggleLook look = lookOf(option, toneColour());
+    const ToggleLook look = lookOf(option, toneColour(m_tone));
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -123,15 +131,19 @@ void ToggleButton::paintEvent(QPaintEvent * /*event*/)
     painter.setBrush(look.fill);
     painter.drawRoundedRect(panel, controlRadius, controlRadius);
 
-    const QPointF centre(panel.left() + lampCentre, panel.center().y());
+    const double scale = scaleOf(fontMetrics());
+    painter.save();
+    painter.translate(panel.left() + boxCentre * scale, panel.center().y());
+    painter.scale(scale, scale);
+    painter.setBrush(Qt::NoBrush);
     if (isChecked()) {
-        painter.setBrush(look.lamp);
-        painter.drawEllipse(centre, discRadius, discRadius);
+        painter.setPen(QPen(look.mark, tickLine, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.drawPolyline(QPolygonF{{-3.5, 0.25}, {-1, 2.75}, {3.75, -3}});
     } else {
-        painter.setPen(QPen(look.lamp, ringLine));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawEllipse(centre, ringRadius, ringRadius);
+        painter.setPen(QPen(look.mark, boxLine));
+        painter.drawRoundedRect(QRectF(-boxSize / 2, -boxSize / 2, boxSize, boxSize), boxRadius, boxRadius);
     }
+    painter.restore();
 
     painter.setPen(look.text);
     const bool underlined = style()->styleHint(QStyle::SH_UnderlineShortcut, &option, this) != 0;

@@ -2,9 +2,9 @@
 
 #include <QPushButton>
 
-/// A flag with a lamp: a ring while it is off, a disc on the tone's colour while it is on. Toggles stand apart from
-/// each other, because any number of them may be on. A label that does not fit is elided and shown as the tool tip,
-/// unless the button has a tool tip of its own.
+/// A flag with a box: empty while it is off, ticked on the tone's colour while it is on. Round lamps would look as if
+/// only one could be chosen; any number of them may be on. A label that does not fit is elided and shown as the tool
+/// tip, unless the button has a tool tip of its own.
 class ToggleButton : public QPushButton {
     Q_OBJECT
 
@@ -14,6 +14,8 @@ public:
     explicit ToggleButton(const QString &text, Tone tone, QWidget *parent = nullptr);
 
     [[nodiscard]] Tone tone() const { return m_tone; }
+    /// What a set flag of this tone is filled with in the present scheme.
+    [[nodiscard]] static QColor toneColour(Tone tone);
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -25,7 +27,6 @@ private:
     [[nodiscard]] QRectF textRect() const;
     [[nodiscard]] QString shownText() const;
     [[nodiscard]] bool isElided() const;
-    [[nodiscard]] QColor toneColour() const;
 
     Tone m_tone;
 };

@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QToolTip>
 
+#include <algorithm>
+
 using namespace LookMeasures;
 using Tone = ToggleButton::Tone;
 
@@ -71,14 +73,33 @@ private Q_SLOTS:
         QCOMPARE(painted(toggle).pixelColor(fillPoint), dark);
     }
 
-    void lampIsADiscWhenSetAndARingOtherwise()
+    void theMarkIsABoxThatIsTickedWhenSet()
     {
         ToggleButton toggle(QString(), Tone::Accent);
         toggle.resize(toggle.sizeHint());
-        const QPoint lamp(focusGutter + 10, toggle.height() / 2);
-        QCOMPARE(painted(toggle).pixelColor(lamp), LookTokens::light().unsetFlag);
+        const QRect mark(focusGutter + 5, toggle.height() / 2 - 5, 12, 10);
+        const QImage unset = painted(toggle).copy(mark);
+        // A straight side, which a ring has not.
+        int longest = 0;
+        for (int x = 0; x < unset.width(); ++x) {
+            int run = 0;
+            for (int y = 0; y < unset.height(); ++y) {
+                run = unset.pixelColor(x, y) == LookTokens::light().unsetFlag ? 0 : run + 1;
+                longest = std::max(longest, run);
+            }
+        }
+        QVERIFY(longest >= 7);
+        QCOMPARE(unset.pixelColor(unset.rect().center()), LookTokens::light().unsetFlag);
         toggle.setChecked(true);
-        QCOMPARE(painted(toggle).pixelColor(lamp), LookTokens::light().badgeText);
+        const QImage set = painted(toggle).copy(mark);
+        bool isTicked = false;
+        for (int x = 0; x < set.width() && !isTicked; ++x) {
+            for (int y = 0; y < set.height() && !isTicked; ++y) {
+                isTicked = set.pixelColor(x, y).lightness() > 230;
+            }
+        }
+        QVERIFY(isTicked);
+        QCOMPARE(set.pixelColor(0, 0), LookTokens::light().accent);
     }
 
     void sizeFollowsTheFont()
