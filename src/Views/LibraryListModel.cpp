@@ -57,17 +57,11 @@ QVariant LibraryListModel::data(const QModelIndex &index, int role) const
         return {};
     }
     const VelgorPatch &patch = m_library.patches().at(libraryRow(index.row()));
-    const bool isDefault = m_library.defaultPatch() == patch.id();
     switch (role) {
     case Qt::DisplayRole:
         return PatchRoles::spokenRow(patch.name, patch.hasUserIR);
-    case Qt::AccessibleDescriptionRole: {
-        if (patch.empty) {
-            return {};
-        }
-        const QString firmware = PatchRoles::firmwareText(patch.version);
-        return isDefault ? tr("%1, default patch").arg(firmware) : firmware;
-    }
+    case Qt::AccessibleDescriptionRole:
+        return patch.empty ? QVariant() : description(patch);
     case Qt::CheckStateRole:
         if (!m_library.isMultiSel()) {
             return {};
@@ -80,12 +74,28 @@ QVariant LibraryListModel::data(const QModelIndex &index, int role) const
     case PatchRoles::Version:
         return patch.version;
     case PatchRoles::IsDefault:
-        return isDefault;
+        return m_library.defaultPatch() == patch.id();
     case PatchRoles::IsPlaceholder:
         return patch.empty;
+    case PatchRoles::Classification:
+        return QVariant::fromValue(PatchFlags::classification(patch));
+    case PatchRoles::Comment:
+        return patch.comment;
     default:
         return {};
     }
+}
+
+QString LibraryListModel::description(const VelgorPatch &patch) const
+{
+    QStringList parts{PatchRoles::firmwareText(patch.version)};
+    if (m_library.defaultPatch() == patch.id()) {
+        parts.append(tr("default patch"));
+    }
+    parts.append(PatchRoles::spokenFlags(PatchFlags::classification(patch)));
+    parts.append(PatchRoles::firstLine(patch.comment));
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
 }
 
 bool LibraryListModel::setData(const QModelIndex &index, const QVariant &value, int role)

@@ -42,6 +42,8 @@ public:
 
 private:
     void connectLibrary();
+    /// What the row shows beside its text.
+    [[nodiscard]] QString description(const VelgorPatch &patch) const;
     [[nodiscard]] int firstShownFrom(qsizetype libraryRow) const;
     [[nodiscard]] bool isShown(qsizetype libraryRow) const;
     void takeInserted(qsizetype first, qsizetype last);

@@ -1,10 +1,12 @@
 #include "LibraryRowDelegate.h"
 
+#include "ClassificationMarks.h"
 #include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchRoles.h"
 #include "Symbols.h"
+#include "Utf8Text.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -15,11 +17,24 @@
 namespace {
 
 constexpr int markGap = 10;
-constexpr int tickedNameOffset = 28;
 
 bool isTickable(const QModelIndex &index)
 {
     return index.flags().testFlag(Qt::ItemIsUserCheckable);
+}
+
+int tickedNameOffset(const QStyleOptionViewItem &option)
+{
+    constexpr int tickGap = 10;
+    return LookMeasures::tickSize(option.fontMetrics) + tickGap;
+}
+
+/// A comment may be longer than any screen.
+QString toolTipOf(const QString &comment)
+{
+    constexpr qsizetype longest = 600;
+    const QString start = Utf8Text::firstCharacters(comment, longest);
+    return start.size() < comment.size() ? start + u'\u2026' : comment;
 }
 
 } // namespace
@@ -44,14 +59,49 @@ QRect LibraryRowDelegate::defaultMarkRect(const QStyleOptionViewItem &option)
     return speaker.translated(-(speaker.width() + markGap), 0);
 }
 
+LibraryRowDelegate::Parts LibraryRowDelegate::partsOf(const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    constexpr int nameShare = 3; ///< of this many parts of the room, the marks may take one
+    constexpr int leastComment = 120;
+    const QRect &row = option.rect;
+    const int left = row.left() + LookMeasures::columnPadding + (isTickable(index) ? tickedNameOffset(option) : 0);
+    const QRect behind = index.data(PatchRoles::IsDefault).toBool() ? defaultMarkRect(option) : speakerRect(option);
+    const int room = std::max(behind.left() - LookMeasures::columnPadding - left, 0);
+    const auto part = [&](int from, int width) { return QRect(left + from, row.top(), width, row.height()); };
+
+    const QString name = index.data(PatchRoles::Name).toString();
+    // The advance is rounded, and a fraction of a pixel would do to shorten the name.
+    const int nameWidth = std::min(option.fontMetrics.horizontalAdvance(name) + 1, room);
+    const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
+    const int letteredWidth = ClassificationMarks::width(flags, true, option.font);
+    const int plainWidth = ClassificationMarks::width(flags, false, option.font);
+
+    Parts parts;
+    int used = nameWidth;
+    parts.name = part(0, room);
+    if (!flags.isEmpty()) {
+        const int spare = room - LookMeasures::columnPadding;
+        parts.areMarksLettered = nameWidth + letteredWidth <= spare;
+        const int marksWidth = parts.areMarksLettered ? letteredWidth : plainWidth;
+        if (nameWidth + marksWidth <= spare || marksWidth * nameShare <= spare) {
+            const int shownName = std::min(nameWidth, spare - marksWidth);
+            parts.name = part(0, shownName);
+            parts.marks = part(shownName + LookMeasures::columnPadding, marksWidth);
+            used = shownName + LookMeasures::columnPadding + marksWidth;
+        }
+    }
+    const bool areMarksShown = flags.isEmpty() || !parts.marks.isNull();
+    const int commentRoom = room - used - LookMeasures::columnPadding;
+    if (areMarksShown && commentRoom >= leastComment && !index.data(PatchRoles::Comment).toString().isEmpty()) {
+        parts.name.setWidth(std::min(parts.name.width(), nameWidth));
+        parts.comment = part(used + LookMeasures::columnPadding, commentRoom);
+    }
+    return parts;
+}
+
 QRect LibraryRowDelegate::nameRect(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    const bool isTicking = isTickable(index);
-    const int left = option.rect.left() + LookMeasures::columnPadding + (isTicking ? tickedNameOffset : 0);
-    const bool isDefault = index.data(PatchRoles::IsDefault).toBool();
-    const QRect behind = isDefault ? defaultMarkRect(option) : speakerRect(option);
-    return {
-        left, option.rect.top(), std::max(behind.left() - LookMeasures::columnPadding - left, 0), option.rect.height()};
+    return partsOf(option, index).name;
 }
 
 void LibraryRowDelegate::paintRow(
@@ -67,7 +117,19 @@ void LibraryRowDelegate::paintRow(
         const QString symbol = isTicked ? QStringLiteral("checkmark.circle.fill") : QStringLiteral("circle");
         paintSymbol(&painter, symbol, isTicked ? state.accent : state.markOff, tickRect(option));
     }
-    paintName(painter, nameRect(option, index), name, state.text);
+    const Parts parts = partsOf(option, index);
+    paintName(painter, parts.name, name, state.text);
+    if (!parts.marks.isNull()) {
+        const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
+        const QColor colour = option.widget->isEnabled() ? QColor() : state.markOff;
+        ClassificationMarks::paint(painter, parts.marks, flags, parts.areMarksLettered, colour);
+    }
+    if (!parts.comment.isNull()) {
+        painter.setFont(LookMeasures::footnoteFont(option.font));
+        paintName(
+            painter, parts.comment, PatchRoles::firstLine(index.data(PatchRoles::Comment).toString()), state.secondary);
+        painter.setFont(option.font);
+    }
     if (index.data(PatchRoles::IsDefault).toBool()) {
         paintSymbol(&painter, QStringLiteral("star.fill"), state.accent, defaultMarkRect(option));
     }
@@ -116,5 +178,16 @@ QString LibraryRowDelegate::markToolTip(
     if (firmwareRect(option).contains(position)) {
         return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
     }
-    return {};
+    const Parts parts = partsOf(option, index);
+    const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
+    const QString spoken = PatchRoles::spokenFlags(flags);
+    if (parts.marks.contains(position)) {
+        return spoken;
+    }
+    if (parts.comment.contains(position)) {
+        return toolTipOf(index.data(PatchRoles::Comment).toString());
+    }
+    // What has no room is told all the same.
+    const bool isUntold = !flags.isEmpty() && parts.marks.isNull();
+    return isUntold ? index.data(PatchRoles::Name).toString() + u'\n' + spoken : QString();
 }

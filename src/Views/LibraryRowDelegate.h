@@ -2,7 +2,8 @@
 
 #include "RowDelegate.h"
 
-/// A library patch's row: a tick while ticking, name, default mark, user-IR mark, firmware.
+/// A library patch's row: a tick while ticking, name, classification, the first line of the comment, default mark,
+/// user-IR mark, firmware. Where there is no room, the comment goes first and the classification next.
 class LibraryRowDelegate : public RowDelegate {
     Q_OBJECT
 
@@ -21,6 +22,15 @@ protected:
         const QPoint &position, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
+    /// Where the parts with no fixed place stand; null for what has no room.
+    struct Parts {
+        QRect name;
+        QRect marks;
+        bool areMarksLettered = false;
+        QRect comment;
+    };
+
+    [[nodiscard]] static Parts partsOf(const QStyleOptionViewItem &option, const QModelIndex &index);
     [[nodiscard]] static QRect tickRect(const QStyleOptionViewItem &option);
     [[nodiscard]] static QRect speakerRect(const QStyleOptionViewItem &option);
     [[nodiscard]] static QRect defaultMarkRect(const QStyleOptionViewItem &option);

@@ -3,6 +3,7 @@
 #include "ToggleButton.h"
 #include "VelgorPatch.h"
 
+#include <QList>
 #include <QString>
 
 #include <array>
@@ -14,6 +15,7 @@ using PatchFlag = bool VelgorPatch::*;
 struct ShownPatchFlag {
     PatchFlag flag;
     const char *label; ///< untranslated; see PatchFlags::label()
+    const char *initial; ///< untranslated; see PatchFlags::initial()
     ToggleButton::Tone tone; ///< in the details; the filter has one tone for all
 };
 
@@ -26,5 +28,10 @@ namespace PatchFlags {
 [[nodiscard]] const std::array<ShownPatchFlag, 9> &inFilter();
 
 [[nodiscard]] QString label(const ShownPatchFlag &shown);
+/// One letter, or two where one would not do, for where there is no room for the label.
+[[nodiscard]] QString initial(const ShownPatchFlag &shown);
+
+/// Usage and style flags of a patch that are set, in their order.
+[[nodiscard]] QList<ShownPatchFlag> classification(const VelgorPatch &patch);
 
 } // namespace PatchFlags

@@ -21,3 +21,18 @@ QString PatchRoles::firmwareText(const QString &version)
 {
     return Texts::tr("firmware %1").arg(FirmwareBadge::shownVersion(version));
 }
+
+QString PatchRoles::firstLine(const QString &comment)
+{
+    const QString text = comment.trimmed();
+    return text.left(text.indexOf(u'\n')).simplified();
+}
+
+QString PatchRoles::spokenFlags(const QList<ShownPatchFlag> &flags)
+{
+    QStringList labels;
+    for (const ShownPatchFlag &shown : flags) {
+        labels.append(PatchFlags::label(shown));
+    }
+    return labels.join(QStringLiteral(", "));
+}

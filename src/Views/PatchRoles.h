@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PatchFlags.h"
+
 #include <QString>
 #include <Qt>
 
@@ -14,10 +16,16 @@ enum Role {
     IsPlaceUsed, ///< the slot holds the library patch whose details are shown
     IsDefault, ///< the library's default patch
     IsPlaceholder, ///< stands for the empty library
+    Classification, ///< the flags that are set, as ShownPatchFlag in a QList
+    Comment, ///< all of it
 };
 
 /// How a row reads: its text with the mark that it carries.
 [[nodiscard]] QString spokenRow(const QString &text, bool hasUserIR);
+/// What a row has room for of a comment.
+[[nodiscard]] QString firstLine(const QString &comment);
+/// The labels of flags, one after the other.
+[[nodiscard]] QString spokenFlags(const QList<ShownPatchFlag> &flags);
 /// What the row's firmware badge says.
 [[nodiscard]] QString firmwareText(const QString &version);
 

@@ -1,6 +1,7 @@
 #include "RowDelegate.h"
 
 #include "BadgePainter.h"
+#include "ColourMix.h"
 #include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
@@ -109,7 +110,10 @@ void RowDelegate::paintBackground(QPainter &painter, const QStyleOptionViewItem 
         painter.setBrush(state.isListFocused ? tokens.selectionPill : tokens.selectionInactivePill);
         painter.drawRoundedRect(pill, pill.width() / 2, pill.width() / 2);
     } else if (option.state.testFlag(QStyle::State_MouseOver) && view.isEnabled()) {
-        painter.fillPath(blockPath(rect, true, true), tokens.rowHover);
+        // With an edge, because the fill alone is hard to tell from that of a selection without focus.
+        painter.setPen(mixed(tokens.separator, tokens.fieldBorder, 0.35));
+        painter.setBrush(tokens.rowHover);
+        painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), LookMeasures::rowRadius, LookMeasures::rowRadius);
     }
     const bool isCurrent = view.hasFocus() && view.currentIndex() == index;
     const bool isTicking = index.data(Qt::CheckStateRole).isValid();

@@ -249,6 +249,22 @@ private Q_SLOTS:
         QVERIFY(shown.data(1, Qt::AccessibleDescriptionRole).toString().endsWith(QStringLiteral("default patch")));
     }
 
+    void whatTheUserSaidOfAPatchIsInTheDescription()
+    {
+        Shown shown(QStringLiteral("Lead Choir"));
+        const QString before = shown.data(1, Qt::AccessibleDescriptionRole).toString();
+        edit(shown, 0, [](VelgorPatch &patch) {
+            patch.solo = patch.guitar = patch.crunch = true;
+            patch.comment = QStringLiteral("\nNeck pickup,  volume at 8\nsecond line");
+        });
+        QCOMPARE(shown.data(0, Qt::DisplayRole).toString(), QStringLiteral("Lead"));
+        const QString description = shown.data(0, Qt::AccessibleDescriptionRole).toString();
+        QVERIFY2(description.endsWith(QStringLiteral(", Guitar, Solo, Crunch, Neck pickup, volume at 8")),
+            qPrintable(description));
+        QCOMPARE(shown.data(1, Qt::AccessibleDescriptionRole).toString(), before);
+        QVERIFY(!before.contains(u','));
+    }
+
     void rowsAreTickedWhileTickingOnly()
     {
         Shown shown(QStringLiteral("A B"));

@@ -1,0 +1,62 @@
+#include "ClassificationMarks.h"
+
+#include "LookMeasures.h"
+#include "LookTokens.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+
+using namespace LookMeasures;
+
+namespace {
+
+constexpr QSizeF plainSize{14, 6};
+constexpr qreal radius = 3;
+constexpr int marksApart = 3;
+constexpr int letteredLeast = 16;
+constexpr int letterPadding = 4;
+
+int markWidth(const ShownPatchFlag &shown, bool isLettered, const QFont &base)
+{
+    if (!isLettered) {
+        return static_cast<int>(plainSize.width());
+    }
+    const QFontMetrics metrics(badgeFont(base));
+    return std::max(letteredLeast, metrics.horizontalAdvance(PatchFlags::initial(shown)) + 2 * letterPadding);
+}
+
+} // namespace
+
+int ClassificationMarks::width(const QList<ShownPatchFlag> &flags, bool areLettered, const QFont &base)
+{
+    int width = std::max(static_cast<int>(flags.size()) - 1, 0) * marksApart;
+    for (const ShownPatchFlag &shown : flags) {
+        width += markWidth(shown, areLettered, base);
+    }
+    return width;
+}
+
+void ClassificationMarks::paint(
+    QPainter &painter, const QRect &rect, const QList<ShownPatchFlag> &flags, bool areLettered, const QColor &colour)
+{
+    painter.save();
+    const QFont base = painter.font();
+    const QFont letters = badgeFont(base);
+    const qreal height = areLettered ? rowBadgeHeight(QFontMetrics(base), QFontMetrics(letters)) : plainSize.height();
+    painter.setFont(letters);
+    qreal x = rect.left();
+    for (const ShownPatchFlag &shown : flags) {
+        const QRectF mark(x, rect.top() + (rect.height() - height) / 2, markWidth(shown, areLettered, base), height);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour.isValid() ? colour : ToggleButton::toneColour(shown.tone));
+        painter.drawRoundedRect(mark, radius, radius);
+        if (areLettered) {
+            painter.setPen(LookTokens::current().badgeText);
+            painter.drawText(mark, Qt::AlignCenter | Qt::TextSingleLine, PatchFlags::initial(shown));
+        }
+        x += mark.width() + marksApart;
+    }
+    painter.restore();
+}
