@@ -137,6 +137,25 @@ const VelgorPatch *LibraryEditor::selectedPatch() const
     return found && !found->patch->empty ? found->patch : nullptr;
 }
 
+std::optional<quint64> LibraryEditor::patchOfSlot(qsizetype row) const
+{
+    const VelgorPatch &held = m_content.velgorContentPatchList().at(row).patch;
+    const std::optional<quint64> sound = held.soundHash();
+    if (!sound) {
+        return std::nullopt;
+    }
+    const auto known = m_library.getPatchFromId(held.id());
+    const auto isHeld = [&](const VelgorPatch &patch) {
+        return patch.soundHash() == sound && PatchIdentity::isSameSound(patch, held);
+    };
+    if (known && isHeld(*known->patch)) {
+        return held.id();
+    }
+    const auto &patches = m_library.patches();
+    const auto same = std::find_if(patches.begin(), patches.end(), isHeld);
+    return same != patches.end() ? std::optional(same->id()) : std::nullopt;
+}
+
 bool LibraryEditor::canKeep(const QList<TransferablePatch> &items) const
 {
     QSet<QUuid> slotIds;

@@ -42,6 +42,8 @@ public:
     void flipFlagOfSelected(bool VelgorPatch::*flag);
     /// The selected patch; nullptr when none is selected, it is gone or stands for the empty library.
     [[nodiscard]] const VelgorPatch *selectedPatch() const;
+    /// The library patch that a slot holds: the one with its id, or else the first with its sound under another name.
+    [[nodiscard]] std::optional<quint64> patchOfSlot(qsizetype row) const;
     /// Any of these slots still is there and holds a patch that can be kept.
     [[nodiscard]] bool canKeep(const QList<TransferablePatch> &items) const;
     /// Keeps the selected slots, as a drop of them would.

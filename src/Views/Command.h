@@ -19,6 +19,7 @@ enum class CommandId {
     PutIntoSlot,
     ReplaceSlots,
     KeepInLibrary,
+    ShowInLibrary,
     MoveSlotUp,
     MoveSlotDown,
     MovePatchUp,

@@ -1,6 +1,7 @@
 #include "CommandButton.h"
 
 #include "Commands.h"
+#include "LookMeasures.h"
 #include "Symbols.h"
 
 #include <QAction>
@@ -28,6 +29,15 @@ void CommandButton::reserve(const QString &label)
     updateGeometry();
 }
 
+void CommandButton::setSymbolShown(bool isShown)
+{
+    if (isShown != m_isSymbolShown) {
+        m_isSymbolShown = isShown;
+        m_symbol.clear();
+        refresh();
+    }
+}
+
 QSize CommandButton::sizeHint() const
 {
     const QSize hint = QPushButton::sizeHint();
@@ -37,7 +47,9 @@ QSize CommandButton::sizeHint() const
 
 QSize CommandButton::minimumSizeHint() const
 {
-    return sizeHint();
+    // Some of the padding goes before a row of buttons becomes two.
+    constexpr int givenUp = 2 * (LookMeasures::buttonPadding - LookMeasures::smallGap);
+    return sizeHint() - QSize(givenUp, 0);
 }
 
 void CommandButton::refresh()
@@ -49,7 +61,8 @@ void CommandButton::refresh()
     const QString symbol = command.symbol(desk) + (action.isChecked() ? QStringLiteral("+") : QString());
     if (symbol != m_symbol) {
         m_symbol = symbol;
-        setIcon(symbolIcon(command.symbol(desk), action.isChecked() ? QPalette::Link : QPalette::ButtonText));
+        const QPalette::ColorRole colour = action.isChecked() ? QPalette::Link : QPalette::ButtonText;
+        setIcon(m_isSymbolShown ? symbolIcon(command.symbol(desk), colour) : QIcon());
     }
     setEnabled(action.isEnabled());
     setToolTip(command.toolTip ? command.toolTip(desk) : QString());

@@ -15,6 +15,8 @@ public:
 
     /// Keeps room for this label, so that a shorter one does not move the neighbours.
     void reserve(const QString &label);
+    /// Without its symbol it needs less room.
+    void setSymbolShown(bool isShown);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -26,4 +28,5 @@ private:
     CommandId m_id;
     QString m_reserved;
     QString m_symbol;
+    bool m_isSymbolShown = true;
 };

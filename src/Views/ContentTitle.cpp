@@ -2,6 +2,7 @@
 
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RelativeFont.h"
 
 #include <QEvent>
 
@@ -10,7 +11,7 @@ ContentTitle::ContentTitle(QWidget *parent)
 {
     setTextFormat(Qt::RichText);
     setWordWrap(true);
-    setFont(LookMeasures::strongFont(font()));
+    RelativeFont::set(*this, LookMeasures::strongFont);
     refresh();
 }
 

@@ -37,7 +37,6 @@
 namespace {
 
 constexpr QSize startSize{1280, 800};
-constexpr QSize smallestSize{1024, 600};
 
 } // namespace
 
@@ -92,17 +91,11 @@ ContentView::~ContentView() = default;
 
 void ContentView::restoreGeometryAndWidths()
 {
-    setMinimumSize(std::max(smallestSize.width(), m_columns->minimumSizeHint().width()), smallestSize.height());
     // The room that the desktop leaves, without the window's frame.
     constexpr QSize frame{8, 40};
-    resize(startSize.boundedTo(screen()->availableSize() - frame).expandedTo(minimumSize()));
+    resize(startSize.boundedTo(screen()->availableSize() - frame).expandedTo(minimumSizeHint()));
     restoreGeometry(m_state.geometry());
-    const QList<int> widths = m_state.splitterSizes();
-    if (widths.size() == m_columns->count()) {
-        m_columns->setSizes(widths);
-    } else {
-        m_columns->setStartWidths(width());
-    }
+    m_columns->restoreWidths(m_state.splitterSizes(), width());
 }
 
 void ContentView::followLoading()
@@ -178,7 +171,7 @@ void ContentView::closeEvent(QCloseEvent *event)
         return;
     }
     m_state.setGeometry(saveGeometry());
-    m_state.setSplitterSizes(m_columns->sizes());
+    m_state.setSplitterSizes(m_columns->columnWidths());
     event->accept();
 }
 
@@ -271,6 +264,13 @@ void ContentView::moveLibraryPatch(int step)
 bool ContentView::canMoveLibraryPatch(int step) const
 {
     return m_columns && m_columns->library()->list()->canMoveSelected(step);
+}
+
+void ContentView::showInLibrary()
+{
+    if (!m_columns->showInLibrary()) {
+        m_status->say(tr("The library does not have the patch of this slot"));
+    }
 }
 
 void ContentView::focusFilter()

@@ -56,6 +56,7 @@ private:
     void flipTick() override;
     void moveLibraryPatch(int step) override;
     [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
+    void showInLibrary() override;
     void focusFilter() override;
     void focusName() override;
     void openPage(const QUrl &page) override;

@@ -56,6 +56,15 @@ QList<Command> editCommands()
             .isEnabled = [](const Desk &desk,
                              const WindowTasks &) { return desk.libraryEditor.canKeepSelectedSlots(); },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.keepSelectedSlots(); }},
+        {.id = CommandId::ShowInLibrary,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_L)},
+            .label = [](const Desk &) { return Texts::tr("Sho&w in Library"); },
+            .isEnabled =
+                [](const Desk &desk, const WindowTasks &) {
+                    return desk.library.count() > 0 && desk.libraryEditor.canKeepSelectedSlots();
+                },
+            .run = [](Desk &, WindowTasks &window) { window.showInLibrary(); }},
         {.id = CommandId::MoveSlotUp,
             .scope = CommandScope::ContentList,
             .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},

@@ -2,6 +2,7 @@
 
 #include "LookMeasures.h"
 
+#include <QEvent>
 #include <QLabel>
 
 #include <algorithm>
@@ -11,16 +12,36 @@ using namespace LookMeasures;
 EmptyDetails::EmptyDetails(QWidget *parent)
     : QWidget(parent)
     , m_text(new QLabel(this))
+    , m_nextStep(new QLabel(this))
 {
     m_text->setForegroundRole(QPalette::PlaceholderText);
-    m_text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_text->setWordWrap(true);
+    for (QLabel *label : {m_text, m_nextStep}) {
+        label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+    }
 }
 
-void EmptyDetails::setText(const QString &text)
+void EmptyDetails::setText(const QString &text, const QString &nextStep)
 {
     m_text->setText(text);
+    m_nextStep->setText(nextStep);
+    m_nextStep->setVisible(!nextStep.isEmpty());
     arrange();
+}
+
+QSize EmptyDetails::minimumSizeHint() const
+{
+    // It shares its place with the form, which decides.
+    return {1, 1};
+}
+
+void EmptyDetails::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        arrange();
+    }
 }
 
 void EmptyDetails::resizeEvent(QResizeEvent *event)
@@ -32,10 +53,20 @@ void EmptyDetails::resizeEvent(QResizeEvent *event)
 void EmptyDetails::arrange()
 {
     constexpr int widest = 300;
-    const int textWidth = std::min(widest, width() - 2 * columnPadding);
-    const int textHeight = m_text->heightForWidth(textWidth);
+    constexpr int lineLength = 44;
+    const auto widthFor = [this](int wanted) { return std::max(std::min(wanted, width() - 2 * columnPadding), 1); };
+    int textWidth = widthFor(std::max(widest, lineLength * fontMetrics().averageCharWidth()));
+    const auto heightOf = [&textWidth](const QLabel *label) {
+        return label->text().isEmpty() ? 0 : label->heightForWidth(textWidth);
+    };
+    const auto neededHeight = [&] { return heightOf(m_text) + gap + heightOf(m_nextStep); };
+    if (neededHeight() > height()) {
+        textWidth = widthFor(width());
+    }
     const int windowTop = mapTo(window(), QPoint(0, 0)).y();
     const int wanted = window()->height() * 2 / 5 + emptyStateSymbolSize - windowTop;
-    const int top = std::clamp(wanted, 0, std::max(height() - textHeight, 0));
-    m_text->setGeometry((width() - textWidth) / 2, top, textWidth, textHeight);
+    const int top = std::clamp(wanted, 0, std::max(height() - neededHeight(), 0));
+    const int left = (width() - textWidth) / 2;
+    m_text->setGeometry(left, top, textWidth, heightOf(m_text));
+    m_nextStep->setGeometry(left, top + heightOf(m_text) + gap, textWidth, heightOf(m_nextStep));
 }

@@ -3,6 +3,7 @@
 #include "DetailMeasures.h"
 #include "LookMeasures.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 
@@ -12,7 +13,7 @@ using namespace LookMeasures;
 
 namespace {
 
-constexpr int togglesInRow = 4;
+constexpr int togglesOfKind = 4;
 
 } // namespace
 
@@ -24,14 +25,11 @@ InstrumentUsageStyleDetailsView::InstrumentUsageStyleDetailsView(QWidget *parent
     addRow(tr("Style: "), PatchFlags::style());
     m_grid->setContentsMargins({});
     m_grid->setSpacing(0);
-    for (int column = 1; column <= togglesInRow; ++column) {
-        m_grid->setColumnStretch(column, 1);
-    }
     arrange();
 }
 
 void InstrumentUsageStyleDetailsView::addRow(
-    const QString &label, const std::array<ShownPatchFlag, togglesInRow> &flags)
+    const QString &label, const std::array<ShownPatchFlag, togglesOfKind> &flags)
 {
     auto *rowLabel = new QLabel(label, this);
     rowLabel->setForegroundRole(QPalette::PlaceholderText);
@@ -53,15 +51,16 @@ void InstrumentUsageStyleDetailsView::showFlags(const VelgorPatch &patch)
     }
 }
 
-void InstrumentUsageStyleDetailsView::setStacked(bool isStacked)
+void InstrumentUsageStyleDetailsView::setArrangement(bool isStacked, int togglesInRow)
 {
-    if (isStacked != m_isStacked) {
+    if (isStacked != m_isStacked || togglesInRow != m_togglesInRow) {
         m_isStacked = isStacked;
+        m_togglesInRow = togglesInRow;
         arrange();
     }
 }
 
-int InstrumentUsageStyleDetailsView::togglesMinimumWidth() const
+int InstrumentUsageStyleDetailsView::togglesMinimumWidth(int togglesInRow) const
 {
     int widest = 0;
     for (const Toggle &toggle : m_toggles) {
@@ -70,22 +69,42 @@ int InstrumentUsageStyleDetailsView::togglesMinimumWidth() const
     return togglesInRow * widest - 2 * focusGutter;
 }
 
+QSize InstrumentUsageStyleDetailsView::minimumSizeHint() const
+{
+    // Whoever gives less room than four toggles need asks for another arrangement first.
+    return {1, QWidget::minimumSizeHint().height()};
+}
+
+void InstrumentUsageStyleDetailsView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        arrange();
+    }
+}
+
 void InstrumentUsageStyleDetailsView::arrange()
 {
     constexpr int rowGap = 2;
     constexpr int stackedRowGap = 6;
-    const int rowsApart = m_isStacked ? 3 : 2;
-    for (int row = 0; row < static_cast<int>(m_labels.size()); ++row) {
-        QLabel *label = m_labels.at(row);
-        const int labelRow = row * rowsApart;
-        const int togglesRow = m_isStacked ? labelRow + 1 : labelRow;
-        m_grid->addWidget(label, labelRow, m_isStacked ? 1 : 0, 1, m_isStacked ? togglesInRow : 1);
+    const int togglesRows = togglesOfKind / m_togglesInRow;
+    const int labelRows = m_isStacked ? 1 : 0;
+    const int rowsApart = labelRows + togglesRows + 1;
+    for (int kind = 0; kind < static_cast<int>(m_labels.size()); ++kind) {
+        QLabel *label = m_labels.at(kind);
+        const int labelRow = kind * rowsApart;
+        m_grid->addWidget(label, labelRow, m_isStacked ? 1 : 0, 1, m_isStacked ? m_togglesInRow : 1);
         label->setContentsMargins(0, 0, 0, m_isStacked ? 1 : 0);
-        for (int column = 0; column < togglesInRow; ++column) {
-            m_grid->addWidget(m_toggles.at(row * togglesInRow + column).button, togglesRow, 1 + column);
+        for (int i = 0; i < togglesOfKind; ++i) {
+            m_grid->addWidget(m_toggles.at(kind * togglesOfKind + i).button, labelRow + labelRows + i / m_togglesInRow,
+                1 + i % m_togglesInRow);
         }
     }
-    m_grid->setRowMinimumHeight(1, m_isStacked ? 0 : rowGap);
-    m_grid->setRowMinimumHeight(2, m_isStacked ? stackedRowGap : 0);
+    for (int row = 0; row < m_grid->rowCount(); ++row) {
+        m_grid->setRowMinimumHeight(row, row == rowsApart - 1 ? (m_isStacked ? stackedRowGap : rowGap) : 0);
+    }
+    for (int column = 1; column <= togglesOfKind; ++column) {
+        m_grid->setColumnStretch(column, column <= m_togglesInRow ? 1 : 0);
+    }
     m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : DetailMeasures::labelColumn(fontMetrics()));
 }

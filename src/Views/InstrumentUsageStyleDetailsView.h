@@ -18,14 +18,20 @@ public:
 
     /// Shows the flags of a patch.
     void showFlags(const VelgorPatch &patch);
-    /// Whether the labels stand above their rows rather than before them.
-    void setStacked(bool isStacked);
-    /// The least width of the four toggles of a row.
-    [[nodiscard]] int togglesMinimumWidth() const;
+    /// Whether the labels stand above their rows rather than before them, and how many toggles stand in a row: all
+    /// four or two.
+    void setArrangement(bool isStacked, int togglesInRow);
+    /// The least width of so many toggles in a row.
+    [[nodiscard]] int togglesMinimumWidth(int togglesInRow) const;
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
     /// The user pressed a toggle.
     void flagToggled(PatchFlag flag, bool isSet);
+
+protected:
+    void changeEvent(QEvent *event) override;
 
 private:
     struct Toggle {
@@ -40,4 +46,5 @@ private:
     QList<QLabel *> m_labels;
     QList<Toggle> m_toggles;
     bool m_isStacked = false;
+    int m_togglesInRow = 4;
 };

@@ -1,44 +1,63 @@
 #include "LibraryContentMainView.h"
 
 #include "Commands.h"
+#include "ContentEditor.h"
 #include "ContentListView.h"
 #include "LibraryEditor.h"
+#include "LookMeasures.h"
 #include "VelgorContentView.h"
 #include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
 
+#include <QApplication>
+#include <QEvent>
+#include <QPointer>
+
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace {
 
-constexpr int contentMinimum = 252;
-constexpr int libraryMinimum = 376;
-constexpr int detailsMinimum = 320;
+constexpr int columns = 3;
+/// What is beyond belongs to the library, which has a use for it.
+constexpr int detailsMaximum = LookMeasures::detailsContentMaximum + 2 * LookMeasures::detailsPadding;
 
 } // namespace
 
 LibraryContentMainView::LibraryContentMainView(Commands &commands, QWidget *parent)
     : QSplitter(Qt::Horizontal, parent)
+    , m_commands(commands)
     , m_content(new VelgorContentView(commands))
     , m_library(new VelgorLibraryView(commands))
     , m_details(
           new VelgorPatchDetailView(commands.desk().library, commands.desk().content, commands.desk().libraryEditor))
+    , m_right(new QSplitter(Qt::Vertical))
 {
-    setHandleWidth(1);
-    setChildrenCollapsible(false);
-    m_content->setMinimumWidth(std::max(contentMinimum, m_content->minimumSizeHint().width()));
-    m_library->setMinimumWidth(std::max(libraryMinimum, m_library->minimumSizeHint().width()));
-    m_details->setMinimumWidth(std::max(detailsMinimum, m_details->minimumSizeHint().width()));
+    for (QSplitter *splitter : {static_cast<QSplitter *>(this), m_right}) {
+        splitter->setHandleWidth(1);
+        splitter->setChildrenCollapsible(false);
+    }
+    m_right->addWidget(m_library);
     addWidget(m_content);
-    addWidget(m_library);
+    addWidget(m_right);
     addWidget(m_details);
     setStretchFactor(0, 0);
     setStretchFactor(1, 1);
     setStretchFactor(2, 1);
-    handle(1)->setAccessibleName(tr("Width of the content column"));
-    handle(2)->setAccessibleName(tr("Width of the library column"));
+    m_details->setMaximumWidth(detailsMaximum);
+    nameHandles();
     connect(m_details, &VelgorPatchDetailView::placeActivated, m_content->list(), &ContentListView::showSlot);
+}
+
+void LibraryContentMainView::nameHandles()
+{
+    handle(1)->setAccessibleName(tr("Width of the content column"));
+    if (m_isStacked) {
+        m_right->handle(1)->setAccessibleName(tr("Height of the library"));
+    } else {
+        handle(2)->setAccessibleName(tr("Width of the library column"));
+    }
 }
 
 void LibraryContentMainView::setLoading(bool isLoading)
@@ -47,13 +66,103 @@ void LibraryContentMainView::setLoading(bool isLoading)
     m_details->setLoading(isLoading);
 }
 
+bool LibraryContentMainView::showInLibrary()
+{
+    const Desk &desk = m_commands.desk();
+    const QList<qsizetype> rows = desk.contentEditor.selectedRows();
+    const std::optional<quint64> id = rows.isEmpty() ? std::nullopt : desk.libraryEditor.patchOfSlot(rows.first());
+    if (id) {
+        m_library->showPatch(*id);
+    }
+    return id.has_value();
+}
+
+void LibraryContentMainView::restoreWidths(const QList<int> &widths, int windowWidth)
+{
+    if (widths.size() == columns) {
+        setColumnWidths(widths);
+    } else {
+        setStartWidths(windowWidth);
+    }
+}
+
 void LibraryContentMainView::setStartWidths(int windowWidth)
 {
     constexpr int narrow = 1024;
     constexpr int wide = 1280;
     const double share = std::clamp((windowWidth - narrow) / double(wide - narrow), 0.0, 1.0);
-    const int spare = std::max(windowWidth - wide, 0);
     const int content = static_cast<int>(std::lerp(262.0, 280.0, share));
-    const int library = static_cast<int>(std::lerp(420.0, 456.0, share)) + spare / 2;
-    setSizes({content, library, windowWidth - content - library - 2 * handleWidth()});
+    const int spare = std::max(windowWidth - wide, 0);
+    const int shared = windowWidth - content - static_cast<int>(std::lerp(420.0, 456.0, share)) - 2 * handleWidth();
+    const int details = std::min(shared - spare / 2, detailsMaximum);
+    setColumnWidths({content, windowWidth - content - details - 2 * handleWidth(), details});
+}
+
+QList<int> LibraryContentMainView::columnWidths() const
+{
+    return m_isStacked ? m_widths : sizes();
+}
+
+void LibraryContentMainView::setColumnWidths(const QList<int> &widths)
+{
+    m_widths = widths;
+    if (!m_isStacked) {
+        setSizes(widths);
+    }
+}
+
+QSize LibraryContentMainView::minimumSizeHint() const
+{
+    const QSize content = m_content->minimumSizeHint();
+    const QSize library = m_library->minimumSizeHint();
+    const QSize details = m_details->minimumSizeHint();
+    return {content.width() + handleWidth() + std::max(library.width(), details.width()),
+        std::max(content.height(), library.height() + handleWidth() + details.height())};
+}
+
+bool LibraryContentMainView::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest) {
+        arrange();
+    }
+    return QSplitter::event(event);
+}
+
+void LibraryContentMainView::resizeEvent(QResizeEvent *event)
+{
+    arrange();
+    QSplitter::resizeEvent(event);
+}
+
+void LibraryContentMainView::arrange()
+{
+    const int needed = m_content->minimumSizeHint().width() + m_library->minimumSizeHint().width()
+        + m_details->minimumSizeHint().width() + (columns - 1) * handleWidth();
+    const bool isStacked = width() < needed;
+    if (isStacked != m_isStacked) {
+        stack(isStacked);
+    }
+}
+
+void LibraryContentMainView::stack(bool isStacked)
+{
+    // A widget that gets another parent loses the focus.
+    const QPointer<QWidget> focus(QApplication::focusWidget());
+    if (isStacked) {
+        m_widths = isVisible() ? sizes() : m_widths;
+        m_isStacked = true;
+        m_details->setMaximumWidth(QWIDGETSIZE_MAX);
+        m_right->addWidget(m_details);
+        m_right->setSizes({height() * 2 / 3, height() / 3});
+    } else {
+        m_isStacked = false;
+        m_details->setMaximumWidth(detailsMaximum);
+        addWidget(m_details);
+        setSizes(m_widths);
+    }
+    m_details->show();
+    nameHandles();
+    if (focus && focus->isVisible()) {
+        focus->setFocus(Qt::OtherFocusReason);
+    }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QSplitter>
 
 class Commands;
@@ -7,7 +8,8 @@ class VelgorContentView;
 class VelgorLibraryView;
 class VelgorPatchDetailView;
 
-/// The three columns of the window: the list being composed, the library, the details of the selected patch.
+/// The three columns of the window: the list being composed, the library, the details of the selected patch. Where the
+/// window is too narrow for three columns, the details stand below the library.
 class LibraryContentMainView : public QSplitter {
     Q_OBJECT
 
@@ -20,11 +22,32 @@ public:
     [[nodiscard]] VelgorPatchDetailView *details() const { return m_details; }
     /// The columns that show the library say that it is being loaded.
     void setLoading(bool isLoading);
+    /// Goes to the library patch that the first selected slot holds; false when there is none.
+    [[nodiscard]] bool showInLibrary();
     /// The widths that the columns start with in a window of this width.
     void setStartWidths(int windowWidth);
+    /// Widths of a former run, or those that the columns start with when there are none.
+    void restoreWidths(const QList<int> &widths, int windowWidth);
+    /// The widths of the three columns, as they are or were when there was room for them.
+    [[nodiscard]] QList<int> columnWidths() const;
+    void setColumnWidths(const QList<int> &widths);
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void arrange();
+    void stack(bool isStacked);
+    void nameHandles();
+
+    Commands &m_commands;
     VelgorContentView *m_content;
     VelgorLibraryView *m_library;
     VelgorPatchDetailView *m_details;
+    QSplitter *m_right; ///< holds the library, and below it the details where there is no room beside it
+    QList<int> m_widths;
+    bool m_isStacked = false;
 };

@@ -41,6 +41,21 @@ void LibraryListView::flipTickOfCurrent()
     }
 }
 
+void LibraryListView::showPatch(quint64 id)
+{
+    const QModelIndex index = m_model.indexOf(id);
+    if (!index.isValid()) {
+        return;
+    }
+    if (m_library.isMultiSel()) {
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    } else {
+        m_library.setSelection(id);
+    }
+    setFocus(Qt::OtherFocusReason);
+    scrollTo(index);
+}
+
 bool LibraryListView::canMoveSelected(int step) const
 {
     const auto selection = m_library.selection();

@@ -17,6 +17,8 @@ public:
 
     /// Ticks or unticks the current row, and begins to tick if need be.
     void flipTickOfCurrent();
+    /// Selects a patch, scrolls to it and takes the focus. While ticking it becomes the current row.
+    void showPatch(quint64 id);
     /// Moves the selected patch past its neighbour in the list as it is shown.
     void moveSelected(int step);
     [[nodiscard]] bool canMoveSelected(int step) const;

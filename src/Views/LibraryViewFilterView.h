@@ -4,14 +4,17 @@
 
 #include <QWidget>
 
-#include <array>
-
+class FilterFlags;
+class Hairline;
+class QFrame;
+class QGridLayout;
 class QPushButton;
+class QVBoxLayout;
 class SearchField;
 class SymbolView;
-class ToggleButton;
 
-/// The block of controls above the library that edits a filter. It holds the filter, which starts neutral.
+/// The block of controls above the library that edits a filter. It holds the filter, which starts neutral. Where there
+/// is no room for all of it, it is folded: the fields stay, and a button opens the toggles.
 class LibraryViewFilterView : public QWidget {
     Q_OBJECT
 
@@ -29,6 +32,11 @@ public:
     /// Puts the cursor into the field for the name and selects its text.
     void focusName();
 
+    void setFolded(bool isFolded);
+    [[nodiscard]] int foldedHeight() const;
+    /// How high it is at a width when it is not folded.
+    [[nodiscard]] int unfoldedHeight(int width) const;
+
 public Q_SLOTS:
     /// Goes back to the filter that shows every patch.
     void clear();
@@ -39,14 +47,20 @@ Q_SIGNALS:
 
 private:
     void showFilter();
+    void arrange();
+    void openFlags();
     [[nodiscard]] QWidget *makeHeader();
-    [[nodiscard]] QWidget *makeFlagBlock();
 
     LibraryViewFilter m_filter;
     SymbolView *m_symbol = nullptr;
+    QWidget *m_header;
+    QPushButton *m_fold;
     SearchField *m_name;
     SearchField *m_comment;
-    std::array<ToggleButton *, 9> m_flags{};
-    QPushButton *m_clear = nullptr;
-    QWidget *m_flagBlock; ///< last, because making it sets the buttons above
+    Hairline *m_line;
+    QFrame *m_popup;
+    FilterFlags *m_flags;
+    QGridLayout *m_upper;
+    QVBoxLayout *m_rows;
+    bool m_isFolded = false;
 };

@@ -1,7 +1,9 @@
 #include "LoadingView.h"
 
 #include "LookMeasures.h"
+#include "RelativeFont.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QVBoxLayout>
@@ -26,17 +28,16 @@ LoadingView::LoadingView(QWidget *parent)
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
-    m_title->setFont(LookMeasures::strongFont(font()));
+    RelativeFont::set(*m_title, LookMeasures::strongFont);
     m_bar->setFixedSize(barSize);
     m_bar->setTextVisible(false);
     m_bar->setAccessibleName(tr("Loading the library"));
     for (QLabel *label : {m_count, m_reason}) {
         label->setForegroundRole(QPalette::PlaceholderText);
     }
-    m_reason->setFont(LookMeasures::footnoteFont(font()));
+    RelativeFont::set(*m_reason, LookMeasures::footnoteFont);
     m_reason->setWordWrap(true);
     m_reason->setAlignment(Qt::AlignHCenter);
-    m_reason->setFixedSize(barSize.width(), m_reason->heightForWidth(barSize.width()));
 
     auto *const column = new QVBoxLayout(this);
     column->setSpacing(LookMeasures::columnPadding);
@@ -56,12 +57,36 @@ LoadingView::LoadingView(QWidget *parent)
     setContentsVisible(false);
 }
 
+void LoadingView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        arrange();
+    }
+}
+
 void LoadingView::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // On one line with the symbols of the columns that are empty.
-    const int top = window()->height() * 2 / 5 - mapTo(window(), QPoint(0, 0)).y();
-    layout()->setContentsMargins(0, std::max(top + LookMeasures::columnPadding, 0), 0, 0);
+    arrange();
+}
+
+void LoadingView::arrange()
+{
+    constexpr int lineLength = 40;
+    const int wanted = std::max(barSize.width(), lineLength * fontMetrics().averageCharWidth());
+    const int reasonWidth = std::min(wanted, std::max(width() - 2 * LookMeasures::columnPadding, 1));
+    m_reason->setFixedSize(reasonWidth, m_reason->heightForWidth(reasonWidth));
+    // On one line with the symbols of the columns that are empty, unless it would not fit then.
+    const int top = window()->height() * 2 / 5 - mapTo(window(), QPoint(0, 0)).y() + LookMeasures::columnPadding;
+    const int needed = layout()->minimumSize().height() - layout()->contentsMargins().top();
+    layout()->setContentsMargins(0, std::clamp(top, 0, std::max(height() - needed, 0)), 0, 0);
+}
+
+QSize LoadingView::minimumSizeHint() const
+{
+    // It shares its place with the list, which decides.
+    return {1, 1};
 }
 
 void LoadingView::setLoading(bool isLoading)

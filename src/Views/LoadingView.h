@@ -17,10 +17,14 @@ public:
     void setLoading(bool isLoading);
     void setProgress(qsizetype loaded, qsizetype total);
 
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
+    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void arrange();
     void setContentsVisible(bool areVisible);
 
     QLabel *m_title;

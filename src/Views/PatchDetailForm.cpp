@@ -8,8 +8,10 @@
 #include "NameField.h"
 #include "PatchSubdetailsInfoView.h"
 #include "PatchTechnicalView.h"
+#include "RelativeFont.h"
 #include "ScrolledColumn.h"
 #include "Symbols.h"
+#include "UnitNameNote.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -25,6 +27,9 @@ namespace {
 constexpr int stackedPadding = 16;
 /// From the frame of the name to its text, which stands on the axis of the labels.
 constexpr int nameInset = 8;
+/// Toggles in a row where there is room, and where there is not.
+constexpr int allToggles = 4;
+constexpr int fewToggles = 2;
 
 /// A row that starts and ends at the padding, or a focus gutter outside of it.
 void addInset(QVBoxLayout *rows, QWidget *widget, int gutter)
@@ -53,6 +58,7 @@ PatchDetailForm::PatchDetailForm(QWidget *parent)
     : QScrollArea(parent)
     , m_column(new ScrolledColumn(this))
     , m_name(new NameField(m_column))
+    , m_unitName(new UnitNameNote(*m_name, m_column))
     , m_flags(new InstrumentUsageStyleDetailsView(m_column))
     , m_comment(new CommentEdit(m_column))
     , m_default(new QPushButton(tr("Default"), m_column))
@@ -65,9 +71,9 @@ PatchDetailForm::PatchDetailForm(QWidget *parent)
     setWidgetResizable(true);
 
     QVBoxLayout *rows = addRows();
-    rows->setContentsMargins(0, topPadding(font()), 0, wideGap);
+    rows->setContentsMargins(0, 0, 0, wideGap);
     setWidget(m_column);
-    arrange();
+    followFont();
 
     connect(m_name, &NameField::nameEdited, this, &PatchDetailForm::nameEdited);
     connect(m_flags, &InstrumentUsageStyleDetailsView::flagToggled, this, &PatchDetailForm::flagToggled);
@@ -82,7 +88,7 @@ QVBoxLayout *PatchDetailForm::addRows()
     auto *rows = new QVBoxLayout(m_column);
     rows->setSpacing(0);
     rows->addWidget(m_name);
-    rows->addSpacing(12);
+    addInset(rows, m_unitName, 0);
     addInset(rows, m_flags, focusGutter);
     rows->addSpacing(9);
     addComment(rows);
@@ -121,7 +127,7 @@ void PatchDetailForm::addDefault(QVBoxLayout *rows)
     m_default->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto *note =
         new QLabel(tr("Set as default patch to fill your Velgor Content when starting new presets file"), m_column);
-    note->setFont(footnoteFont(font()));
+    RelativeFont::set(*note, footnoteFont);
     note->setForegroundRole(QPalette::PlaceholderText);
     note->setWordWrap(true);
     note->setContentsMargins(focusGutter, 1, focusGutter, 0);
@@ -140,6 +146,7 @@ void PatchDetailForm::showPatch(const VelgorPatch &patch, bool isOtherPatch)
     m_subdetails->showPatch(patch);
     m_technical->showPatch(patch);
     if (isOtherPatch) {
+        m_subdetails->foldPlaces();
         ensureVisible(0, 0);
     }
 }
@@ -166,6 +173,11 @@ void PatchDetailForm::focusName()
     m_name->selectAll();
 }
 
+void PatchDetailForm::endEdits()
+{
+    m_name->endEdit();
+}
+
 QSize PatchDetailForm::sizeHint() const
 {
     return {detailsContentMaximum, m_column->sizeHint().height()};
@@ -174,8 +186,17 @@ QSize PatchDetailForm::sizeHint() const
 QSize PatchDetailForm::minimumSizeHint() const
 {
     constexpr int leastWidth = 320;
-    constexpr int leastHeight = 200;
-    return {std::max(leastWidth, m_flags->togglesMinimumWidth() + 2 * stackedPadding), leastHeight};
+    constexpr int leastLines = 3;
+    const int contents = std::max(m_flags->togglesMinimumWidth(fewToggles), m_technical->valuesWidth());
+    return {std::max(leastWidth, contents + 2 * stackedPadding), leastLines * fieldHeight(fontMetrics())};
+}
+
+void PatchDetailForm::changeEvent(QEvent *event)
+{
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        followFont();
+    }
 }
 
 void PatchDetailForm::resizeEvent(QResizeEvent *event)
@@ -184,16 +205,29 @@ void PatchDetailForm::resizeEvent(QResizeEvent *event)
     QScrollArea::resizeEvent(event);
 }
 
+void PatchDetailForm::followFont()
+{
+    QMargins margins = m_column->layout()->contentsMargins();
+    margins.setTop(topPadding(font()));
+    m_column->layout()->setContentsMargins(margins);
+    m_unitName->setFixedHeight(std::max(columnPadding, QFontMetrics(footnoteFont(font())).height()));
+    arrange();
+    updateGeometry();
+}
+
 void PatchDetailForm::arrange()
 {
     const int labelColumn = DetailMeasures::labelColumn(fontMetrics());
-    const bool isStacked = width() < 2 * detailsPadding + labelColumn + m_flags->togglesMinimumWidth();
+    const bool isStacked = width() < 2 * detailsPadding + labelColumn + m_flags->togglesMinimumWidth(allToggles);
     const int padding = isStacked ? stackedPadding : detailsPadding;
     const int indent = isStacked ? 0 : labelColumn;
+    const int inside = width() - 2 * padding;
     // The first line of the comment and its label stand on one line.
     const int commentTop = isStacked ? 0 : m_comment->frameWidth() + qRound(m_comment->document()->documentMargin());
-    m_flags->setStacked(isStacked);
-    m_subdetails->setStacked(isStacked);
+    const bool areValuesBelow = inside < labelColumn + m_technical->valuesWidth();
+    m_flags->setArrangement(isStacked, inside < m_flags->togglesMinimumWidth(allToggles) ? fewToggles : allToggles);
+    m_subdetails->setStacked(isStacked, areValuesBelow);
+    m_technical->setStacked(areValuesBelow);
     m_commentRow->setDirection(isStacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     m_commentRow->setSpacing(isStacked ? smallGap : 0);
     m_commentLabel->setContentsMargins(0, commentTop, 0, 0);

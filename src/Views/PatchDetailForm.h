@@ -14,6 +14,7 @@ class QLabel;
 class QPushButton;
 class QVBoxLayout;
 class ScrolledColumn;
+class UnitNameNote;
 
 /// The fields that show and edit one patch. Where the toggles do not fit beside their labels, labels stand above
 /// their fields. It scrolls vertically when it must, and never horizontally.
@@ -29,6 +30,8 @@ public:
     /// The slots that hold the patch, counted from 0, in order.
     void showPlaces(const QList<int> &slotIndexes);
     void focusName();
+    /// Ends an edit that still goes on, so that it belongs to the patch that is shown.
+    void endEdits();
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -41,6 +44,7 @@ Q_SIGNALS:
     void placeActivated(int slotIndex);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
@@ -48,9 +52,11 @@ private:
     void addComment(QVBoxLayout *rows);
     void addDefault(QVBoxLayout *rows);
     void arrange();
+    void followFont();
 
     ScrolledColumn *m_column;
     NameField *m_name;
+    UnitNameNote *m_unitName;
     InstrumentUsageStyleDetailsView *m_flags;
     QBoxLayout *m_commentRow = nullptr;
     QLabel *m_commentLabel = nullptr;

@@ -49,7 +49,7 @@ void PatchListView::setHint(const EmptyHint &hint)
     if (m_hint != hint) {
         m_hint = hint;
         // What is painted is said too.
-        setAccessibleDescription(hint.isEmpty() ? QString() : hint.title + QStringLiteral(". ") + hint.text);
+        setAccessibleDescription(hint.text.isEmpty() ? hint.title : hint.title + QStringLiteral(". ") + hint.text);
         viewport()->update();
     }
 }

@@ -9,62 +9,67 @@
 #include "ValueLabel.h"
 #include "VelgorPatch.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 
 using namespace LookMeasures;
 
-namespace {
-
-QLabel *makeLabel(const QString &text, QWidget *parent)
-{
-    auto *label = new DetailLabel(text, parent);
-    label->setIndent(focusGutter);
-    return label;
-}
-
-} // namespace
-
 PatchSubdetailsInfoView::PatchSubdetailsInfoView(QWidget *parent)
     : QWidget(parent)
+    , m_grid(new QGridLayout)
+    , m_unitNameLabel(makeLabel(longestLabel()))
     , m_unitName(new ValueLabel(tr("Velgor name"), this))
+    , m_importedLabel(makeLabel(tr("Imported: ")))
     , m_imported(new ValueLabel(tr("Imported"), this))
     , m_speaker(new SymbolView(QStringLiteral("speaker.circle"), &LookTokens::markOff, this))
     , m_impulseResponse(new QLabel(this))
+    , m_impulseResponseLine(new QHBoxLayout)
     , m_places(new PlaceBadges(this))
+    , m_placesLine(new QHBoxLayout)
 {
     m_unitName->setIndent(focusGutter);
     m_imported->setIndent(focusGutter);
-
-    auto *impulseResponse = new QHBoxLayout;
-    impulseResponse->setContentsMargins(focusGutter, 0, 0, 0);
-    impulseResponse->setSpacing(8);
-    impulseResponse->addWidget(m_speaker);
-    impulseResponse->addWidget(m_impulseResponse, 1);
-
-    auto *grid = new QGridLayout;
-    grid->setSpacing(DetailMeasures::rowGap);
-    grid->setHorizontalSpacing(0);
-    grid->setColumnMinimumWidth(0, DetailMeasures::labelColumn(fontMetrics()));
-    grid->setColumnStretch(1, 1);
-    grid->addWidget(makeLabel(longestLabel(), this), 0, 0);
-    grid->addWidget(m_unitName, 0, 1);
-    grid->addWidget(makeLabel(tr("Imported: "), this), 1, 0);
-    grid->addWidget(m_imported, 1, 1);
-    grid->addLayout(impulseResponse, 2, 1);
-
-    auto *places = new QHBoxLayout;
-    places->setSpacing(0);
-    places->addSpacing(DetailMeasures::labelColumn(fontMetrics()));
-    places->addWidget(m_places, 1);
+    m_impulseResponseLine->setContentsMargins(focusGutter, 0, 0, 0);
+    m_impulseResponseLine->setSpacing(gap);
+    m_impulseResponseLine->addWidget(m_speaker);
+    m_impulseResponseLine->addWidget(m_impulseResponse, 1);
+    m_grid->setHorizontalSpacing(0);
+    m_grid->setColumnStretch(1, 1);
+    m_placesLine->addWidget(m_places, 1);
 
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins({});
     rows->setSpacing(DetailMeasures::rowGap - focusGutter);
-    rows->addLayout(grid);
-    rows->addLayout(places);
+    rows->addLayout(m_grid);
+    rows->addLayout(m_placesLine);
+    arrange();
     connect(m_places, &PlaceBadges::placeActivated, this, &PatchSubdetailsInfoView::placeActivated);
+}
+
+QLabel *PatchSubdetailsInfoView::makeLabel(const QString &text)
+{
+    auto *label = new DetailLabel(text, this);
+    label->setIndent(focusGutter);
+    return label;
+}
+
+void PatchSubdetailsInfoView::arrange()
+{
+    const int indent = m_areValuesBelow ? 0 : DetailMeasures::labelColumn(fontMetrics());
+    const int column = m_areValuesBelow ? 0 : 1;
+    const int apart = m_areValuesBelow ? 2 : 1;
+    m_grid->setVerticalSpacing(m_areValuesBelow ? tinyGap : DetailMeasures::rowGap);
+    m_grid->setColumnMinimumWidth(0, indent);
+    m_grid->addWidget(m_unitNameLabel, 0, 0);
+    m_grid->addWidget(m_unitName, apart - 1, column);
+    m_grid->addWidget(m_importedLabel, apart, 0);
+    m_grid->addWidget(m_imported, 2 * apart - 1, column);
+    m_grid->removeItem(m_impulseResponseLine);
+    m_impulseResponseLine->setParent(nullptr);
+    m_grid->addLayout(m_impulseResponseLine, 2 * apart, column);
+    m_placesLine->setContentsMargins(indent, 0, 0, 0);
 }
 
 QString PatchSubdetailsInfoView::longestLabel()
@@ -89,7 +94,24 @@ void PatchSubdetailsInfoView::setPlaces(const QList<int> &slotIndexes)
     m_places->setPlaces(slotIndexes);
 }
 
-void PatchSubdetailsInfoView::setStacked(bool isStacked)
+void PatchSubdetailsInfoView::foldPlaces()
 {
-    m_places->setStacked(isStacked);
+    m_places->fold();
+}
+
+void PatchSubdetailsInfoView::setStacked(bool areBadgesBelow, bool areValuesBelow)
+{
+    m_places->setStacked(areBadgesBelow);
+    if (areValuesBelow != m_areValuesBelow) {
+        m_areValuesBelow = areValuesBelow;
+        arrange();
+    }
+}
+
+void PatchSubdetailsInfoView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        arrange();
+    }
 }

@@ -4,6 +4,8 @@
 #include <QWidget>
 
 class PlaceBadges;
+class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class SymbolView;
 class ValueLabel;
@@ -23,15 +25,30 @@ public:
     void showPatch(const VelgorPatch &patch);
     /// The slots that hold the patch, counted from 0, in order.
     void setPlaces(const QList<int> &slotIndexes);
-    void setStacked(bool isStacked);
+    /// Shows few of many places again.
+    void foldPlaces();
+    /// Whether the badges of the places stand below their sentence, and the values below their labels.
+    void setStacked(bool areBadgesBelow, bool areValuesBelow);
 
 Q_SIGNALS:
     void placeActivated(int slotIndex);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    [[nodiscard]] QLabel *makeLabel(const QString &text);
+    void arrange();
+
+    QGridLayout *m_grid;
+    QLabel *m_unitNameLabel;
     ValueLabel *m_unitName;
+    QLabel *m_importedLabel;
     ValueLabel *m_imported;
     SymbolView *m_speaker;
     QLabel *m_impulseResponse;
+    QHBoxLayout *m_impulseResponseLine;
     PlaceBadges *m_places;
+    QHBoxLayout *m_placesLine;
+    bool m_areValuesBelow = false;
 };

@@ -5,10 +5,13 @@
 #include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "PVersionView.h"
+#include "RelativeFont.h"
 #include "ValueLabel.h"
 #include "VelgorPatch.h"
 
+#include <QEvent>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 
 using namespace LookMeasures;
@@ -50,12 +53,12 @@ PatchTechnicalView::PatchTechnicalView(QWidget *parent)
     m_grid->setContentsMargins({});
     m_grid->setHorizontalSpacing(0);
     m_grid->setVerticalSpacing(5);
-    m_grid->setColumnMinimumWidth(0, DetailMeasures::labelColumn(fontMetrics()));
     m_grid->setColumnStretch(1, 1);
     m_version = addLine(tr("Version: "), m_badge);
     m_soundHash = addLine(tr("Patch & IR: "));
     m_tailBit = addLine(tr("Tailbit: "));
     m_id = addLine(tr("Id: "));
+    arrange();
 }
 
 ValueLabel *PatchTechnicalView::addLine(const QString &label, QWidget *before)
@@ -63,7 +66,7 @@ ValueLabel *PatchTechnicalView::addLine(const QString &label, QWidget *before)
     auto *lineLabel = new DetailLabel(label, this);
     auto *value = new ValueLabel(label.chopped(2), this);
     for (QLabel *each : std::initializer_list<QLabel *>{lineLabel, value}) {
-        each->setFont(footnoteFont(font()));
+        RelativeFont::set(*each, footnoteFont);
         each->setForegroundRole(QPalette::PlaceholderText);
     }
     auto *line = new QHBoxLayout;
@@ -72,10 +75,43 @@ ValueLabel *PatchTechnicalView::addLine(const QString &label, QWidget *before)
         line->addWidget(before);
     }
     line->addWidget(value, 1);
-    const int row = m_grid->rowCount();
-    m_grid->addWidget(lineLabel, row, 0);
-    m_grid->addLayout(line, row, 1);
+    m_lines.append({lineLabel, line});
     return value;
+}
+
+void PatchTechnicalView::setStacked(bool isStacked)
+{
+    if (isStacked != m_isStacked) {
+        m_isStacked = isStacked;
+        arrange();
+    }
+}
+
+int PatchTechnicalView::valuesWidth() const
+{
+    constexpr int mostDigits = 20;
+    return QFontMetrics(footnoteFont(font())).horizontalAdvance(QString(mostDigits, u'8'));
+}
+
+void PatchTechnicalView::arrange()
+{
+    int row = 0;
+    for (const Line &line : std::as_const(m_lines)) {
+        m_grid->addWidget(line.label, row, 0);
+        m_grid->removeItem(line.value);
+        line.value->setParent(nullptr);
+        m_grid->addLayout(line.value, m_isStacked ? row + 1 : row, m_isStacked ? 0 : 1);
+        row += m_isStacked ? 2 : 1;
+    }
+    m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : DetailMeasures::labelColumn(fontMetrics()));
+}
+
+void PatchTechnicalView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        arrange();
+    }
 }
 
 void PatchTechnicalView::showPatch(const VelgorPatch &patch)

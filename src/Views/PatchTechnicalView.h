@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 
 class PVersionView;
 class QGridLayout;
+class QHBoxLayout;
+class QLabel;
 class ValueLabel;
 class VelgorPatch;
 
@@ -15,11 +18,26 @@ public:
     explicit PatchTechnicalView(QWidget *parent);
 
     void showPatch(const VelgorPatch &patch);
+    /// Whether the values stand below their labels.
+    void setStacked(bool isStacked);
+    /// What the widest of the values takes.
+    [[nodiscard]] int valuesWidth() const;
+
+protected:
+    void changeEvent(QEvent *event) override;
 
 private:
+    struct Line {
+        QLabel *label;
+        QHBoxLayout *value;
+    };
+
     [[nodiscard]] ValueLabel *addLine(const QString &label, QWidget *before = nullptr);
+    void arrange();
 
     QGridLayout *m_grid;
+    QList<Line> m_lines;
+    bool m_isStacked = false;
     PVersionView *m_badge;
     ValueLabel *m_version;
     ValueLabel *m_soundHash;

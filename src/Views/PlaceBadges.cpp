@@ -1,6 +1,7 @@
 #include "PlaceBadges.h"
 
 #include "LookMeasures.h"
+#include "MorePlaces.h"
 #include "PlaceBadge.h"
 
 #include <QKeyEvent>
@@ -30,12 +31,16 @@ QString sentence(qsizetype places)
 PlaceBadges::PlaceBadges(QWidget *parent)
     : QWidget(parent)
     , m_sentence(new QLabel(sentence(0), this))
+    , m_more(new MorePlaces(this))
 {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     // Made now so that it has its place in the order of the Tab key; the others follow it.
     addBadge();
+    setTabOrder(m_badges.first(), m_more);
+    m_more->hide();
+    connect(m_more, &QAbstractButton::clicked, this, &PlaceBadges::open);
 }
 
 void PlaceBadges::addBadge()
@@ -46,6 +51,7 @@ void PlaceBadges::addBadge()
     connect(badge, &QAbstractButton::clicked, this, [this, badge] { Q_EMIT placeActivated(badge->slotIndex()); });
     if (!m_badges.isEmpty()) {
         setTabOrder(m_badges.last(), badge);
+        setTabOrder(badge, m_more);
         badge->setFocusPolicy(Qt::ClickFocus);
     }
     m_badges.append(badge);
@@ -65,10 +71,7 @@ void PlaceBadges::setPlaces(const QList<int> &slotIndexes)
         PlaceBadge *badge = m_badges.at(i);
         if (i < m_places.size()) {
             badge->setSlotIndex(m_places.at(i));
-        } else if (badge->focusPolicy() == Qt::StrongFocus) {
-            makeTabStop(m_badges.first());
         }
-        badge->setVisible(i < m_places.size());
     }
     arrange();
     updateGeometry();
@@ -83,38 +86,88 @@ void PlaceBadges::setStacked(bool isStacked)
     }
 }
 
-QList<QRect> PlaceBadges::arranged(int width) const
+void PlaceBadges::fold()
 {
+    if (m_isOpen) {
+        m_isOpen = false;
+        arrange();
+        updateGeometry();
+    }
+}
+
+void PlaceBadges::open()
+{
+    const qsizetype firstHidden = m_shown;
+    m_isOpen = true;
+    arrange();
+    updateGeometry();
+    m_badges.at(firstHidden)->setFocus(m_more->hasFocus() ? Qt::TabFocusReason : Qt::OtherFocusReason);
+}
+
+int PlaceBadges::lineHeight() const
+{
+    return std::max(m_badges.first()->sizeHint().height(), m_sentence->sizeHint().height());
+}
+
+PlaceBadges::Arrangement PlaceBadges::arranged(int width) const
+{
+    constexpr int mostLines = 2;
     const QSize sentenceSize = m_sentence->sizeHint();
-    const int lineHeight = std::max(m_badges.first()->sizeHint().height(), sentenceSize.height());
-    QList<QRect> places{QRect(QPoint(focusGutter, (lineHeight - sentenceSize.height()) / 2), sentenceSize)};
-    int x = m_isStacked ? 0 : places.first().x() + sentenceSize.width() + gapToBadges;
-    int y = m_isStacked ? places.first().y() + sentenceSize.height() + 2 : 0;
-    for (qsizetype i = 0; i < m_places.size(); ++i) {
+    const int height = lineHeight();
+    Arrangement result;
+    result.sentence = QRect(QPoint(focusGutter, (height - sentenceSize.height()) / 2), sentenceSize);
+    int x = m_isStacked ? 0 : result.sentence.x() + sentenceSize.width() + gapToBadges;
+    int y = m_isStacked ? result.sentence.y() + sentenceSize.height() + 2 : 0;
+    int lines = 1;
+    bool isFull = false;
+    for (qsizetype i = 0; i < m_places.size() && !isFull; ++i) {
         const QSize size = m_badges.at(i)->sizeHint();
         if (x > 0 && x + size.width() > width) {
+            isFull = !m_isOpen && lines == mostLines;
+            if (isFull) {
+                break;
+            }
+            ++lines;
             x = 0;
-            y += lineHeight - overlap;
+            y += height - overlap;
         }
-        places.append(QRect(QPoint(x, y), size));
+        result.badges.append(QRect(QPoint(x, y), size));
         x += size.width() - overlap;
     }
-    return places;
+    if (isFull) {
+        const QSize size = m_more->sizeFor(m_places.size());
+        // At least one badge stays, or there would be nothing to go on from.
+        while (result.badges.size() > 1 && x + size.width() > width && result.badges.last().y() == y) {
+            x = result.badges.takeLast().x();
+        }
+        result.more = QRect(QPoint(x, y + (m_badges.first()->sizeHint().height() - size.height()) / 2), size);
+    }
+    result.height = m_places.isEmpty() && !m_isStacked ? height : y + height;
+    return result;
 }
 
 void PlaceBadges::arrange()
 {
-    const QList<QRect> places = arranged(width());
-    m_sentence->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places.first()));
-    for (qsizetype i = 1; i < places.size(); ++i) {
-        m_badges.at(i - 1)->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places.at(i)));
+    const Arrangement places = arranged(width());
+    m_shown = places.badges.size();
+    m_sentence->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places.sentence));
+    for (qsizetype i = 0; i < m_badges.size(); ++i) {
+        PlaceBadge *badge = m_badges.at(i);
+        if (i < m_shown) {
+            badge->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places.badges.at(i)));
+        } else if (badge->focusPolicy() == Qt::StrongFocus) {
+            makeTabStop(m_badges.first());
+        }
+        badge->setVisible(i < m_shown);
     }
+    m_more->setCount(m_places.size() - m_shown);
+    m_more->setGeometry(QStyle::visualRect(layoutDirection(), rect(), places.more));
+    m_more->setVisible(!places.more.isNull());
 }
 
 int PlaceBadges::heightForWidth(int width) const
 {
-    const int oneRow = m_badges.first()->sizeHint().height();
-    return std::max(arranged(width).constLast().bottom() + 1, oneRow);
+    return std::max(arranged(width).height, m_badges.first()->sizeHint().height());
 }
 
 QSize PlaceBadges::sizeHint() const
@@ -132,6 +185,15 @@ void PlaceBadges::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     arrange();
+}
+
+void PlaceBadges::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        arrange();
+        updateGeometry();
+    }
 }
 
 bool PlaceBadges::eventFilter(QObject *watched, QEvent *event)
@@ -154,7 +216,7 @@ void PlaceBadges::makeTabStop(const QObject *badge)
 bool PlaceBadges::moveFocus(const QObject *from, int key)
 {
     const auto isFrom = [from](const PlaceBadge *badge) { return badge == from; };
-    const qsizetype last = m_places.size() - 1;
+    const qsizetype last = m_shown - 1;
     const auto index = std::find_if(m_badges.begin(), m_badges.end(), isFrom) - m_badges.begin();
     const int step = layoutDirection() == Qt::RightToLeft ? -1 : 1;
     qsizetype next = 0;

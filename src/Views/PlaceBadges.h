@@ -3,11 +3,13 @@
 #include <QList>
 #include <QWidget>
 
+class MorePlaces;
 class PlaceBadge;
 class QLabel;
 
-/// Where a patch is used: a sentence, and a badge for every place, in as many lines as they need. The badges are one
-/// stop of the Tab key; arrow keys go from one to the next. The widget starts a focus gutter before its sentence.
+/// Where a patch is used: a sentence, and a badge for every place. Where they fill more than two lines, the rest is
+/// counted and shown when it is asked for. The badges are one stop of the Tab key; arrow keys go from one to the next.
+/// The widget starts a focus gutter before its sentence.
 class PlaceBadges : public QWidget {
     Q_OBJECT
 
@@ -18,6 +20,8 @@ public:
     void setPlaces(const QList<int> &slotIndexes);
     /// Whether the badges stand below the sentence rather than behind it.
     void setStacked(bool isStacked);
+    /// Shows two lines of badges again.
+    void fold();
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
@@ -28,12 +32,22 @@ Q_SIGNALS:
     void placeActivated(int slotIndex);
 
 protected:
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    /// The place of the sentence, then those of the badges, in a widget of this width.
-    [[nodiscard]] QList<QRect> arranged(int width) const;
+    struct Arrangement {
+        QRect sentence;
+        QList<QRect> badges; ///< of those that are shown
+        QRect more; ///< null when all are shown
+        int height;
+    };
+
+    /// In a widget of this width.
+    [[nodiscard]] Arrangement arranged(int width) const;
+    [[nodiscard]] int lineHeight() const;
+    void open();
     void arrange();
     void addBadge();
     void makeTabStop(const QObject *badge);
@@ -42,5 +56,8 @@ private:
     QLabel *m_sentence;
     QList<int> m_places;
     QList<PlaceBadge *> m_badges; ///< the first of them show the places; the first one is always there
+    MorePlaces *m_more;
+    qsizetype m_shown = 0; ///< badges that are not counted as more
     bool m_isStacked = false;
+    bool m_isOpen = false;
 };

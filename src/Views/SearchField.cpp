@@ -27,7 +27,7 @@ SearchField::SearchField(const QString &placeholder, const QString &accessibleNa
     setPlaceholderText(placeholder);
     setAccessibleName(accessibleName);
     setMaxLength(std::numeric_limits<int>::max());
-    setTextMargins(symbolInset + LookMeasures::symbolSize(fontMetrics()) + gapAfterSymbol - ownTextInset, 0, 0, 0);
+    makeRoomForSymbol();
 
     // Named for assistive technology, which meets the button by this text.
     auto *clearAction = new QAction(
@@ -38,6 +38,19 @@ SearchField::SearchField(const QString &placeholder, const QString &accessibleNa
     connect(clearAction, &QAction::triggered, this, [this] { clear(); });
     connect(this, &QLineEdit::textChanged, clearAction,
         [clearAction](const QString &text) { clearAction->setVisible(!text.isEmpty()); });
+}
+
+void SearchField::makeRoomForSymbol()
+{
+    setTextMargins(symbolInset + LookMeasures::symbolSize(fontMetrics()) + gapAfterSymbol - ownTextInset, 0, 0, 0);
+}
+
+void SearchField::changeEvent(QEvent *event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        makeRoomForSymbol();
+    }
 }
 
 void SearchField::showText(const QString &text)

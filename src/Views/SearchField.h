@@ -13,6 +13,7 @@ public:
     void showText(const QString &text);
 
 protected:
+    void changeEvent(QEvent *event) override;
     bool event(QEvent *event) override;
     /// A file that is dropped is for the window, which imports it.
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -20,5 +21,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void makeRoomForSymbol();
     [[nodiscard]] bool clearsWith(const QEvent *event) const;
 };

@@ -5,6 +5,7 @@
 #include "ElidedLabel.h"
 #include "LibraryEditor.h"
 #include "LookMeasures.h"
+#include "RelativeFont.h"
 #include "StatusText.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
@@ -23,7 +24,7 @@ StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
 {
     setSizeGripEnabled(false);
     for (ElidedLabel *const label : {m_first, m_last}) {
-        label->setFont(footnoteFont(font()));
+        RelativeFont::set(*label, footnoteFont);
         label->setForegroundRole(QPalette::PlaceholderText);
         // The status bar has a margin of its own.
         label->setContentsMargins(columnPadding - tinyGap, 0, columnPadding, 0);

@@ -1,12 +1,9 @@
 #include "ValueLabel.h"
 
 ValueLabel::ValueLabel(const QString &description, QWidget *parent)
-    : QLabel(parent)
+    : ElidedLabel(parent)
 {
-    setTextFormat(Qt::PlainText);
     setAccessibleDescription(description);
-    // A long value is cut rather than making its column wider.
-    setMinimumWidth(1);
 }
 
 void ValueLabel::setValue(const QString &value)

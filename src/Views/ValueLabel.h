@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QLabel>
+#include "ElidedLabel.h"
 
 /// A text of a patch, shown as it is and selectable with the mouse. Its accessible description says what it is.
-class ValueLabel : public QLabel {
+class ValueLabel : public ElidedLabel {
     Q_OBJECT
 
 public:

@@ -10,7 +10,9 @@
 #include "LookMeasures.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
+#include "WrappingRow.h"
 
+#include <QAction>
 #include <QMenu>
 #include <QStyle>
 #include <QTimer>
@@ -30,13 +32,13 @@ VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
     header->setContentsMargins(columnPadding, wideGap - hairline, columnPadding, gap);
     header->addWidget(m_title);
 
-    auto *const buttons = new QHBoxLayout;
+    auto *const buttons = new WrappingRow;
     buttons->setContentsMargins(columnPadding - focusGutter, gap - focusGutter + tinyGap, columnPadding - focusGutter,
         gap - focusGutter + tinyGap);
     buttons->setSpacing(gap - 2 * focusGutter);
-    buttons->addWidget(m_import, 1);
-    buttons->addWidget(new CommandButton(commands, CommandId::Export, this), 1);
-    buttons->addWidget(new CommandButton(commands, CommandId::Reset, this), 1);
+    buttons->addWidget(m_import);
+    buttons->addWidget(new CommandButton(commands, CommandId::Export, this));
+    buttons->addWidget(new CommandButton(commands, CommandId::Reset, this));
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -48,6 +50,8 @@ VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
     column->addLayout(buttons);
     setTabOrder(m_list, m_import);
 
+    connect(m_list, &QAbstractItemView::doubleClicked, this,
+        [this] { m_commands.action(CommandId::ShowInLibrary)->trigger(); });
     const VelgorContent &content = commands.desk().content;
     for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
              &VelgorContent::rowsChanged}) {

@@ -31,8 +31,8 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(Commands &commands, QMenuBar 
     bar.installEventFilter(this);
 
     add(*m_contentMenu,
-        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, divider, CommandId::MoveSlotUp,
-            CommandId::MoveSlotDown});
+        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, CommandId::ShowInLibrary, divider,
+            CommandId::MoveSlotUp, CommandId::MoveSlotDown});
     add(*m_libraryMenu, {CommandId::PutIntoSlot, CommandId::ReplaceSlots, divider, CommandId::Tick});
     m_libraryMenu->addMenu(m_flagsMenu);
     add(*m_libraryMenu, {CommandId::Rename});
@@ -81,9 +81,9 @@ void VelgorLibraryManagerMenu::addEditMenu(QMenuBar &bar)
 {
     QMenu *const menu = bar.addMenu(tr("&Edit"));
     add(*menu,
-        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, divider, CommandId::MoveSlotUp,
-            CommandId::MoveSlotDown, CommandId::MovePatchUp, CommandId::MovePatchDown, divider, CommandId::Select,
-            CommandId::Tick});
+        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, CommandId::ShowInLibrary, divider,
+            CommandId::MoveSlotUp, CommandId::MoveSlotDown, CommandId::MovePatchUp, CommandId::MovePatchDown, divider,
+            CommandId::Select, CommandId::Tick});
     menu->addMenu(m_flagsMenu);
     add(*menu, {CommandId::Rename});
     add(*menu, {divider, CommandId::FocusFilter});

@@ -10,7 +10,9 @@
 #include "LoadingView.h"
 #include "LookMeasures.h"
 #include "VelgorLibrary.h"
+#include "WrappingRow.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QStackedLayout>
@@ -27,9 +29,10 @@ VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
     , m_pages(new QStackedLayout)
     , m_list(new LibraryListView(commands.desk().library, commands.desk().libraryEditor, *m_model, this))
     , m_loading(new LoadingView(this))
+    , m_buttons(makeButtons())
 {
+    m_count->setWordWrap(true);
     m_count->setForegroundRole(QPalette::PlaceholderText);
-    m_count->setContentsMargins(columnPadding, gap - hairline, columnPadding, gap);
     m_pages->addWidget(m_list);
     m_pages->addWidget(m_loading);
 
@@ -41,7 +44,7 @@ VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
     column->addWidget(new Hairline(this));
     column->addLayout(m_pages, 1);
     column->addWidget(new Hairline(this));
-    column->addLayout(makeButtons());
+    column->addLayout(m_buttons);
 
     connect(m_filter, &LibraryViewFilterView::filterChanged, this, [this](const LibraryViewFilter &filter) {
         m_commands.desk().libraryEditor.deselect();
@@ -67,14 +70,13 @@ QLayout *VelgorLibraryView::makeButtons()
     };
     connect(&m_commands, &Commands::refreshed, select, describe);
 
-    auto *const buttons = new QHBoxLayout;
+    auto *const buttons = new WrappingRow(barButtonMaximumWidth);
     const int above = gap - focusGutter + tinyGap;
     buttons->setContentsMargins(columnPadding - focusGutter, above, columnPadding - focusGutter, above);
     buttons->setSpacing(gap - 2 * focusGutter);
     for (CommandButton *button : {sort, select, new CommandButton(m_commands, CommandId::Delete, this),
              new CommandButton(m_commands, CommandId::Duplicate, this)}) {
-        button->setMaximumWidth(barButtonMaximumWidth);
-        buttons->addWidget(button, 1);
+        buttons->addWidget(button);
     }
     return buttons;
 }
@@ -101,6 +103,59 @@ void VelgorLibraryView::setContextMenu(QMenu *menu)
 {
     connect(m_list, &QWidget::customContextMenuRequested, menu,
         [this, menu](const QPoint &position) { menu->popup(m_list->viewport()->mapToGlobal(position)); });
+}
+
+void VelgorLibraryView::showPatch(quint64 id)
+{
+    if (!m_model->indexOf(id).isValid()) {
+        m_filter->clear();
+    }
+    m_list->showPatch(id);
+}
+
+QSize VelgorLibraryView::minimumSizeHint() const
+{
+    // As it is once it is folded.
+    constexpr int fewestRows = 2;
+    const int rows = fewestRows * rowHeight(fontMetrics());
+    const int count = fontMetrics().height() + 2 * tinyGap;
+    const int height = m_filter->foldedHeight() + count + rows + m_buttons->heightForWidth(width()) + 2 * hairline;
+    return {QWidget::minimumSizeHint().width(), height};
+}
+
+void VelgorLibraryView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        foldFilter();
+    }
+}
+
+void VelgorLibraryView::resizeEvent(QResizeEvent *event)
+{
+    foldFilter();
+    QWidget::resizeEvent(event);
+}
+
+void VelgorLibraryView::foldFilter()
+{
+    constexpr int fewestRows = 5;
+    setCompact(false);
+    const int others = m_count->heightForWidth(width()) + m_buttons->heightForWidth(width()) + 2 * hairline;
+    const int list = fewestRows * rowHeight(fontMetrics());
+    const bool isFolded = m_filter->unfoldedHeight(width()) + others + list > height();
+    m_filter->setFolded(isFolded);
+    setCompact(isFolded);
+}
+
+void VelgorLibraryView::setCompact(bool isCompact)
+{
+    const int aroundCount = isCompact ? tinyGap : gap;
+    m_count->setContentsMargins(columnPadding, aroundCount - hairline, columnPadding, aroundCount);
+    const QList<CommandButton *> buttons = findChildren<CommandButton *>();
+    for (CommandButton *button : buttons) {
+        button->setSymbolShown(!isCompact);
+    }
 }
 
 void VelgorLibraryView::setLoading(bool isLoading)
@@ -132,8 +187,8 @@ void VelgorLibraryView::refresh()
     const QString text = shown >= 2 ? tr("Showing: %1 elements out of %2") : tr("Showing: %1 element out of %2");
     m_count->setText(text.arg(QString::number(shown), QString::number(all)));
     if (all == 0) {
-        m_list->setHint({QStringLiteral("tray"), tr("Keep your patches here"),
-            tr("Drag patches from the list on the left into this list.")});
+        // How is said in the details.
+        m_list->setHint({QStringLiteral("tray"), tr("Keep your patches here"), {}});
     } else if (shown == 0) {
         m_list->setHint({QStringLiteral("search"), tr("No patch matches the filter"),
             all == 1 ? tr("The name, every comment word and every lit button must match. Clear the filter to see the "

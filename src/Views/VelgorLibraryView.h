@@ -22,6 +22,8 @@ public:
     [[nodiscard]] LibraryListView *list() const { return m_list; }
     [[nodiscard]] LibraryViewFilterView *filter() const { return m_filter; }
     void setContextMenu(QMenu *menu);
+    /// Selects a patch and goes to it; a filter that hides it is cleared.
+    void showPatch(quint64 id);
 
     /// While the library is being loaded, how far that is takes the place of the list, and nothing can be pressed.
     void setLoading(bool isLoading);
@@ -29,8 +31,17 @@ public:
     [[nodiscard]] bool isShown(quint64 id) const;
     void setLoadProgress(qsizetype loaded, qsizetype total);
 
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     [[nodiscard]] QLayout *makeButtons();
+    /// Where there is little height, the filter and the buttons take less of it.
+    void foldFilter();
+    void setCompact(bool isCompact);
     void followLibrary();
     void refresh();
 
@@ -41,4 +52,5 @@ private:
     QStackedLayout *m_pages;
     LibraryListView *m_list;
     LoadingView *m_loading;
+    QLayout *m_buttons;
 };

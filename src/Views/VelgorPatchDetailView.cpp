@@ -6,6 +6,7 @@
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
+#include <QKeySequence>
 #include <QMetaObject>
 #include <QStackedLayout>
 
@@ -15,6 +16,7 @@ VelgorPatchDetailView::VelgorPatchDetailView(
     VelgorLibrary &library, VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent)
     : QWidget(parent)
     , m_library(library)
+    , m_content(content)
     , m_callbacks(callbacks)
     , m_pages(new QStackedLayout(this))
     , m_empty(new EmptyDetails(this))
@@ -94,12 +96,29 @@ QString VelgorPatchDetailView::reasonForNoDetails() const
     return tr("Select item in library to see details");
 }
 
+QString VelgorPatchDetailView::nextStep() const
+{
+    if (m_library.count() > 0 || m_isLoading || m_content.velgorContentPatchList().isEmpty()) {
+        return {};
+    }
+    const QString key = QKeySequence(Qt::CTRL | Qt::Key_K).toString(QKeySequence::NativeText);
+    return tr("Next: select slots on the left and press %1 to keep them, or drag them into the library.").arg(key);
+}
+
+void VelgorPatchDetailView::refreshEmpty()
+{
+    m_empty->setText(reasonForNoDetails(), nextStep());
+}
+
 void VelgorPatchDetailView::refresh()
 {
+    if (m_shownId && m_shownId != m_library.selection()) {
+        m_form->endEdits();
+    }
     const VelgorPatch *patch = selectedPatch();
     if (patch == nullptr || patch->empty) {
         m_shownId.reset();
-        m_empty->setText(reasonForNoDetails());
+        refreshEmpty();
         m_pages->setCurrentWidget(m_empty);
         return;
     }
@@ -127,6 +146,7 @@ void VelgorPatchDetailView::refreshPlaces()
 {
     m_placesAreStale = false;
     if (!m_shownId) {
+        refreshEmpty();
         return;
     }
     QList<int> slotIndexes;

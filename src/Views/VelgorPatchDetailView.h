@@ -40,6 +40,8 @@ Q_SIGNALS:
 private:
     [[nodiscard]] const VelgorPatch *selectedPatch() const;
     [[nodiscard]] QString reasonForNoDetails() const;
+    [[nodiscard]] QString nextStep() const;
+    void refreshEmpty();
     void refresh();
     void refreshDefault();
     /// However often it is asked for, the places are looked up once, when control is back in the event loop.
@@ -48,6 +50,7 @@ private:
     void edit(const std::function<void(VelgorPatch &)> &change);
 
     VelgorLibrary &m_library;
+    VelgorContent &m_content;
     LibraryCallbacks &m_callbacks;
     QStackedLayout *m_pages;
     EmptyDetails *m_empty;

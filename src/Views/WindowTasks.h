@@ -19,6 +19,8 @@ public:
     virtual void flipTick() = 0;
     virtual void moveLibraryPatch(int step) = 0;
     [[nodiscard]] virtual bool canMoveLibraryPatch(int step) const = 0;
+    /// Goes to the library patch that the first selected slot holds.
+    virtual void showInLibrary() = 0;
     virtual void focusFilter() = 0;
     virtual void focusName() = 0;
     /// Shows a page of the web, or says why not.

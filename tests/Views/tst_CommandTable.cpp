@@ -22,6 +22,7 @@ public:
     void flipTick() override { asked.append(QStringLiteral("flipTick")); }
     void moveLibraryPatch(int step) override { asked.append(QStringLiteral("move %1").arg(step)); }
     [[nodiscard]] bool canMoveLibraryPatch(int) const override { return canMove; }
+    void showInLibrary() override { asked.append(QStringLiteral("showInLibrary")); }
     void focusFilter() override { asked.append(QStringLiteral("focusFilter")); }
     void focusName() override { asked.append(QStringLiteral("focusName")); }
     void openPage(const QUrl &page) override { asked.append(page.toString()); }

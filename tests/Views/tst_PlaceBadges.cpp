@@ -63,6 +63,10 @@ private Q_SLOTS:
                 view.resize(width, view.heightForWidth(width));
                 view.show();
                 QTEST(labels(view).first(), "sentence");
+                if (auto *more = named<QAbstractButton>(view, QStringLiteral("Show all places"))) {
+                    more->click();
+                    view.resize(width, view.heightForWidth(width));
+                }
                 const QList<PlaceBadge *> badges = shownBadges(view);
                 QCOMPARE(badges.size(), count);
                 QRegion taken;
@@ -73,7 +77,60 @@ private Q_SLOTS:
                     taken += seen;
                     QVERIFY(!view.findChild<QLabel *>()->geometry().intersects(seen));
                 }
+                view.fold();
             }
+        }
+    }
+
+    void moreThanTwoLinesAreCountedUntilTheyAreAskedFor_data()
+    {
+        QTest::addColumn<bool>("isStacked");
+        QTest::newRow("beside the sentence") << false;
+        QTest::newRow("below the sentence") << true;
+    }
+
+    void moreThanTwoLinesAreCountedUntilTheyAreAskedFor()
+    {
+        QFETCH(const bool, isStacked);
+        constexpr int width = 400;
+        PlaceBadges view(nullptr);
+        view.setStacked(isStacked);
+        view.setPlaces(firstSlots(99));
+        view.resize(width, view.heightForWidth(width));
+        view.show();
+        const QList<PlaceBadge *> few = shownBadges(view);
+        QSet<int> lines;
+        for (const PlaceBadge *badge : few) {
+            lines.insert(badge->y());
+        }
+        QCOMPARE(lines.size(), 2);
+        auto *more = named<QAbstractButton>(view, QStringLiteral("Show all places"));
+        QVERIFY(more);
+        QCOMPARE(more->text(), QStringLiteral("and %1 more").arg(99 - few.size()));
+        QVERIFY(view.rect().contains(more->geometry()));
+        QVERIFY(more->geometry().left() >= few.last()->geometry().right() - 3);
+        QTest::mouseClick(more, Qt::LeftButton);
+        QVERIFY(view.heightForWidth(width) > view.height());
+        view.resize(width, view.heightForWidth(width));
+        QCOMPARE(shownBadges(view).size(), 99);
+        QVERIFY(!more->isVisible());
+        QVERIFY(view.rect().contains(shownBadges(view).last()->geometry()));
+        view.fold();
+        QCOMPARE(shownBadges(view).size(), few.size());
+    }
+
+    void twoLinesAreNeverFolded()
+    {
+        constexpr int width = 400;
+        PlaceBadges view(nullptr);
+        view.resize(width, 100);
+        view.show();
+        for (int count = 1; count <= 99; ++count) {
+            view.setPlaces(firstSlots(count));
+            const qsizetype shown = shownBadges(view).size();
+            const bool isFolded = named<QAbstractButton>(view, QStringLiteral("Show all places")) != nullptr;
+            QCOMPARE(isFolded, shown < count);
+            QVERIFY(shown >= std::min(count, 9));
         }
     }
 

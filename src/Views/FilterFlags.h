@@ -1,0 +1,46 @@
+#pragma once
+
+#include "PatchFlags.h"
+
+#include <QWidget>
+
+#include <array>
+
+class QGridLayout;
+class QPushButton;
+
+/// The nine toggles of the filter in equal columns, five where they fit, and behind them the button that clears the
+/// filter while that is active.
+class FilterFlags : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FilterFlags(QWidget *parent);
+
+    void showFlags(const VelgorPatch &asked);
+    void setClearVisible(bool isVisible);
+    [[nodiscard]] bool hasClearFocus() const;
+    void focusFirst();
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    /// How high it is at a width.
+    [[nodiscard]] int heightAt(int width) const;
+
+Q_SIGNALS:
+    void flagToggled(PatchFlag flag, bool isSet);
+    void clearPressed();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    [[nodiscard]] int columnWidth() const;
+    [[nodiscard]] int columnsAt(int width) const;
+    void arrange();
+
+    QGridLayout *m_grid;
+    std::array<ToggleButton *, 9> m_flags{};
+    QPushButton *m_clear;
+    int m_columns = 0;
+};
