@@ -1,5 +1,6 @@
 #include "ContentEditor.h"
 
+#include "CommandTargets.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
@@ -14,21 +15,28 @@ ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content, QOb
 
 void ContentEditor::dropDest(quint64 id, qsizetype location)
 {
-    m_content.setPatches(patchesForDrop(id, location), location);
+    m_lastPlacement = placementFor(id, location);
+    m_content.setPatches(m_lastPlacement.patches, location);
     m_library.setIsMultiSel(false);
     warnOfMixedVersions();
+    if (!m_lastPlacement.patches.isEmpty()) {
+        Q_EMIT placed();
+    }
 }
 
-QList<VelgorPatch> ContentEditor::patchesForDrop(quint64 id, qsizetype location) const
+ContentEditor::Placement ContentEditor::placementFor(quint64 id, qsizetype location) const
 {
+    constexpr qsizetype fewNames = 3;
     const qsizetype room = std::max<qsizetype>(m_content.velgorContentPatchList().size() - location, 0);
-    QList<VelgorPatch> patches;
-    if (m_library.isMultiSel()) {
-        patches = m_library.getMultiSelection(room);
-    } else if (const auto found = m_library.getPatchFromId(id); found && !found->patch->empty) {
-        patches.append(*found->patch);
+    const QList<VelgorPatch> patches = CommandTargets::several(m_library, id, room + fewNames);
+    Placement placement{.row = location, .patches = patches.first(std::min(patches.size(), room))};
+    if (patches.size() > room) {
+        placement.leftOut = CommandTargets::count(m_library, id) - room;
+        for (const VelgorPatch &patch : patches.sliced(room)) {
+            placement.firstLeftOut.append(patch.name);
+        }
     }
-    return patches.first(std::min(patches.size(), room));
+    return placement;
 }
 
 void ContentEditor::putIntoSelectedSlot()
@@ -37,10 +45,9 @@ void ContentEditor::putIntoSelectedSlot()
     if (!canPut()) {
         return;
     }
-    const quint64 id = m_library.selection().value_or(0);
-    const qsizetype placed = patchesForDrop(id, rows.first()).size();
-    dropDest(id, rows.first());
-    selectRow(std::min(rows.first() + placed, m_content.velgorContentPatchList().size() - 1));
+    dropDest(m_library.selection().value_or(0), rows.first());
+    const qsizetype behind = rows.first() + m_lastPlacement.patches.size();
+    selectRow(std::min(behind, m_content.velgorContentPatchList().size() - 1));
 }
 
 void ContentEditor::replaceSelectedSlots()
@@ -48,9 +55,10 @@ void ContentEditor::replaceSelectedSlots()
     if (!canReplace()) {
         return;
     }
-    const VelgorPatch patch = *selectedPatch();
+    const VelgorPatch patch = *CommandTargets::one(m_library);
     const QList<qsizetype> rows = selectedRows();
     m_content.replace(rows, patch);
+    m_lastPlacement = {};
     QSet<QUuid> replaced;
     for (const qsizetype row : rows) {
         replaced.insert(m_content.velgorContentPatchList().at(row).id);
@@ -104,13 +112,12 @@ QList<qsizetype> ContentEditor::selectedRows() const
 
 bool ContentEditor::canPut() const
 {
-    const bool hasPatch = m_library.isMultiSel() ? m_library.tickedCount() > 0 : selectedPatch() != nullptr;
-    return hasPatch && !selectedRows().isEmpty();
+    return CommandTargets::count(m_library) > 0 && !selectedRows().isEmpty();
 }
 
 bool ContentEditor::canReplace() const
 {
-    return selectedPatch() && !selectedRows().isEmpty();
+    return CommandTargets::one(m_library) && !selectedRows().isEmpty();
 }
 
 bool ContentEditor::canMoveSelected(int step) const
@@ -120,12 +127,6 @@ bool ContentEditor::canMoveSelected(int step) const
         return false;
     }
     return step < 0 ? rows.first() > 0 : rows.last() < m_content.velgorContentPatchList().size() - 1;
-}
-
-const VelgorPatch *ContentEditor::selectedPatch() const
-{
-    const auto found = m_library.getPatchFromId(m_library.selection());
-    return found && !found->patch->empty ? found->patch : nullptr;
 }
 
 void ContentEditor::selectRow(qsizetype row)

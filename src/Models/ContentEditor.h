@@ -1,13 +1,13 @@
 #pragma once
 
+#include "VelgorPatch.h"
+
 #include <QList>
 #include <QObject>
-
-#include <optional>
+#include <QStringList>
 
 class VelgorContent;
 class VelgorLibrary;
-class VelgorPatch;
 
 /// What the user does to the list being composed. Operations that place patches warn of mixed firmware versions by
 /// the content's flag. User-interface thread only.
@@ -15,14 +15,26 @@ class ContentEditor : public QObject {
     Q_OBJECT
 
 public:
+    /// Where patches go, and which of them find no slot.
+    struct Placement {
+        qsizetype row = 0; ///< of the first patch
+        QList<VelgorPatch> patches = {}; ///< one a slot, from there on
+        qsizetype leftOut = 0; ///< so many more were to be placed
+        QStringList firstLeftOut = {}; ///< the names of the first few of them
+
+        [[nodiscard]] qsizetype wanted() const { return patches.size() + leftOut; }
+    };
+
     /// Both must outlive the editor.
     ContentEditor(VelgorLibrary &library, VelgorContent &content, QObject *parent = nullptr);
 
-    /// A library patch was dropped on the slot at `location`: it goes there. When ticking, the ticked patches go there
-    /// and into the slots behind it, as far as there are slots, and ticking ends.
+    /// A library patch was dropped on the slot at `location`: it goes there. When ticking, the ticked patches, if there
+    /// are any, go there and into the slots behind it, as far as there are slots, and ticking ends.
     void dropDest(quint64 id, qsizetype location);
-    /// The patches that dropDest() would place, cut at the last slot, in their order.
-    [[nodiscard]] QList<VelgorPatch> patchesForDrop(quint64 id, qsizetype location) const;
+    /// What dropDest() would do.
+    [[nodiscard]] Placement placementFor(quint64 id, qsizetype location) const;
+    /// What the last dropDest() did.
+    [[nodiscard]] const Placement &lastPlacement() const { return m_lastPlacement; }
     /// As dropDest() with the selected library patch on the first selected slot; then the slot behind is selected.
     void putIntoSelectedSlot();
     /// Puts the selected library patch into every selected slot.
@@ -43,12 +55,14 @@ public:
 Q_SIGNALS:
     /// So many slots were moved and stand together now, from this row on.
     void moved(qsizetype first, qsizetype count);
+    /// Patches went into slots; see lastPlacement().
+    void placed();
 
 private:
-    [[nodiscard]] const VelgorPatch *selectedPatch() const;
     void selectRow(qsizetype row);
     void warnOfMixedVersions();
 
     VelgorLibrary &m_library;
     VelgorContent &m_content;
+    Placement m_lastPlacement;
 };

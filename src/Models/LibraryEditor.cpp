@@ -1,5 +1,6 @@
 #include "LibraryEditor.h"
 
+#include "CommandTargets.h"
 #include "Diagnostics.h"
 #include "LibraryStorage.h"
 #include "VelgorContent.h"
@@ -8,6 +9,8 @@
 #include <QHash>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent)
     : QObject(parent)
@@ -25,11 +28,16 @@ void LibraryEditor::changed()
 
 void LibraryEditor::changed(quint64 id)
 {
+    propagate(id);
+    changed();
+}
+
+void LibraryEditor::propagate(quint64 id)
+{
     if (const auto found = m_library.getPatchFromId(id)) {
         m_content.propagateChangedPatch(
             *found->patch, [this, id](const VelgorPatch &held) { return m_library.knownId(held) == id; });
     }
-    changed();
 }
 
 QList<BankNumber> LibraryEditor::inContentPatch(quint64 pid) const
@@ -65,6 +73,20 @@ void LibraryEditor::deselect()
     m_library.setSelection(std::nullopt);
 }
 
+void LibraryEditor::setFilter(const LibraryViewFilter &filter)
+{
+    if (m_filter != filter) {
+        m_filter = filter;
+        deselect();
+    }
+}
+
+qsizetype LibraryEditor::hiddenCount(const QList<VelgorPatch> &patches) const
+{
+    return std::count_if(
+        patches.begin(), patches.end(), [this](const VelgorPatch &patch) { return !m_filter.show(patch); });
+}
+
 void LibraryEditor::sort()
 {
     deselect();
@@ -84,15 +106,32 @@ void LibraryEditor::flipTick(quint64 id)
     m_library.setMultiSelections(ticks);
 }
 
+void LibraryEditor::tickToo(const QList<quint64> &ids)
+{
+    MultiSelections ticks;
+    const VelgorPatch *selected = selectedPatch();
+    if (m_library.isMultiSel()) {
+        ticks = m_library.multiSelections();
+    } else if (selected && m_filter.show(*selected)) {
+        ticks.multiSelections.insert(selected->id(), true);
+    }
+    for (const quint64 id : ids) {
+        ticks.multiSelections.insert(id, true);
+    }
+    m_library.setIsMultiSel(true);
+    m_library.setMultiSelections(ticks);
+}
+
 void LibraryEditor::tickAll()
 {
     if (m_library.count() == 0) {
         return;
     }
+    const std::vector<qsizetype> rows = m_filter.shownRows(m_library);
     MultiSelections ticks;
-    ticks.multiSelections.reserve(m_library.patches().size());
-    for (const VelgorPatch &patch : m_library.patches()) {
-        ticks.multiSelections.insert(patch.id(), true);
+    ticks.multiSelections.reserve(static_cast<qsizetype>(rows.size()));
+    for (const qsizetype row : rows) {
+        ticks.multiSelections.insert(m_library.patches().at(row).id(), true);
     }
     m_library.setIsMultiSel(true);
     m_library.setMultiSelections(ticks);
@@ -100,8 +139,8 @@ void LibraryEditor::tickAll()
 
 void LibraryEditor::tickSimilar()
 {
-    if (const std::optional<quint64> selection = m_library.selection()) {
-        const MultiSelections similar = m_library.findSimilarPatches(*selection);
+    if (const VelgorPatch *selected = selectedPatch()) {
+        const MultiSelections similar = m_library.findSimilarPatches(selected->id());
         m_library.setIsMultiSel(true);
         m_library.setMultiSelections(similar);
     }
@@ -110,7 +149,10 @@ void LibraryEditor::tickSimilar()
 void LibraryEditor::duplicateSelected()
 {
     const qsizetype former = m_library.count();
-    m_library.duplicateSelection(m_library.selection(), m_storage);
+    const QList<VelgorPatch> originals = CommandTargets::several(m_library);
+    for (const VelgorPatch &patch : originals) {
+        m_library.duplicateSelection(patch.id(), m_storage);
+    }
     if (m_library.count() > former) {
         Q_EMIT duplicated(idsFrom(former));
     }
@@ -123,18 +165,24 @@ void LibraryEditor::setSelectedAsDefault()
 
 void LibraryEditor::flipFlagOfSelected(bool VelgorPatch::*flag)
 {
-    if (const VelgorPatch *selected = selectedPatch()) {
-        VelgorPatch patch = *selected;
-        patch.*flag = !(patch.*flag);
-        m_library.update(patch);
-        changed(patch.id());
+    const bool isSet = !CommandTargets::allHave(m_library, flag);
+    QList<VelgorPatch> patches = CommandTargets::several(m_library);
+    if (patches.isEmpty()) {
+        return;
     }
+    for (VelgorPatch &patch : patches) {
+        patch.*flag = isSet;
+    }
+    m_library.update(patches);
+    for (const VelgorPatch &patch : std::as_const(patches)) {
+        propagate(patch.id());
+    }
+    changed();
 }
 
 const VelgorPatch *LibraryEditor::selectedPatch() const
 {
-    const auto found = m_library.getPatchFromId(m_library.selection());
-    return found && !found->patch->empty ? found->patch : nullptr;
+    return CommandTargets::one(m_library);
 }
 
 std::optional<quint64> LibraryEditor::patchOfSlot(qsizetype row) const
@@ -192,21 +240,43 @@ bool LibraryEditor::canKeepSelectedSlots() const
 
 void LibraryEditor::deleteSelected()
 {
-    if (m_library.isMultiSel()) {
-        QList<quint64> ids;
-        for (const VelgorPatch &patch : m_library.patches()) {
-            if (m_library.multiSelections().isTicked(patch.id())) {
-                ids.append(patch.id());
-            }
-        }
-        if (!ids.isEmpty()) {
-            m_library.deletePatches(ids, m_storage);
-        }
-    } else if (const std::optional<quint64> selection = m_library.selection()) {
-        deleteFromId(*selection);
+    QList<quint64> ids;
+    const QList<VelgorPatch> patches = CommandTargets::several(m_library);
+    ids.reserve(patches.size());
+    for (const VelgorPatch &patch : patches) {
+        ids.append(patch.id());
+    }
+    if (!ids.isEmpty()) {
+        m_library.deletePatches(ids, m_storage);
     }
     deselect();
     changed();
+}
+
+void LibraryEditor::deleteAndGoOn()
+{
+    const std::optional<quint64> next = nextToDeleted();
+    deleteSelected();
+    m_library.setSelection(next);
+}
+
+std::optional<quint64> LibraryEditor::nextToDeleted() const
+{
+    const bool areTicked = CommandTargets::areTicked(m_library);
+    const auto isDeleted = [&](const VelgorPatch &patch) {
+        return areTicked ? m_library.multiSelections().isTicked(patch.id()) : patch.id() == m_library.selection();
+    };
+    const auto isLeft = [&](const VelgorPatch &patch) { return !isDeleted(patch) && m_filter.show(patch); };
+    const QList<VelgorPatch> &patches = m_library.patches();
+    const auto selected = m_library.getPatchFromId(m_library.selection());
+    const auto start =
+        selected ? patches.begin() + selected->index : std::find_if(patches.begin(), patches.end(), isDeleted);
+    const auto behind = std::find_if(start, patches.end(), isLeft);
+    if (behind != patches.end()) {
+        return behind->id();
+    }
+    const auto before = std::find_if(std::make_reverse_iterator(start), patches.rend(), isLeft);
+    return before != patches.rend() ? std::optional(before->id()) : std::nullopt;
 }
 
 void LibraryEditor::deleteFromId(quint64 id)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LibraryCallbacks.h"
+#include "LibraryViewFilter.h"
 #include "TransferablePatch.h"
 
 #include <QList>
@@ -11,7 +12,8 @@ class VelgorContent;
 class VelgorLibrary;
 
 /// What the user does to the library, by mouse, keyboard or menu: each operation changes the library, lets the list
-/// being composed follow, and asks for a save. Unknown ids do nothing. User-interface thread only.
+/// being composed follow, and asks for a save. Which patches it means is up to CommandTargets. Unknown ids do nothing.
+/// User-interface thread only.
 class LibraryEditor : public QObject, public LibraryCallbacks {
     Q_OBJECT
 
@@ -27,18 +29,28 @@ public:
     /// The library changed: its order is remembered and a save is asked for.
     void changed();
     void deselect();
+    /// The list shows what passes this filter from now on. Another filter than before deselects.
+    void setFilter(const LibraryViewFilter &filter);
+    /// How many of these patches the list does not show.
+    [[nodiscard]] qsizetype hiddenCount(const QList<VelgorPatch> &patches) const;
     /// The next of the three orders: see VelgorLibrary::sort().
     void sort();
     /// Turns ticking on or off; both start without ticks.
     void flipMultiSelection();
     /// Ticks or unticks one patch.
     void flipTick(quint64 id);
+    /// Ticks these patches besides those that are ticked. Where ticking begins with it, the selected patch, if the list
+    /// shows it, is ticked too.
+    void tickToo(const QList<quint64> &ids);
+    /// Ticks the patches that the list shows, and no others.
     void tickAll();
     /// Ticks the patches with the sound of the selected one.
     void tickSimilar();
+    /// Duplicates several.
     void duplicateSelected();
     void setSelectedAsDefault();
-    /// Sets or clears a classification of the selected patch, as in flipFlagOfSelected(&VelgorPatch::guitar).
+    /// Sets a classification of several patches, or clears it when all of them have it, as in
+    /// flipFlagOfSelected(&VelgorPatch::guitar).
     void flipFlagOfSelected(bool VelgorPatch::*flag);
     /// The selected patch; nullptr when none is selected, it is gone or stands for the empty library.
     [[nodiscard]] const VelgorPatch *selectedPatch() const;
@@ -49,8 +61,11 @@ public:
     /// Keeps the selected slots, as a drop of them would.
     void keepSelectedSlots();
     [[nodiscard]] bool canKeepSelectedSlots() const;
-    /// Deletes the ticked patches when ticking, otherwise the selected one.
+    /// Deletes several; nothing is selected then.
     void deleteSelected();
+    /// The same, then selects what the user works on next: the selected patch if it is left, otherwise the next one in
+    /// the list, or the last.
+    void deleteAndGoOn();
     /// Deletes one patch and its files, and saves at once.
     void deleteFromId(quint64 id);
 
@@ -70,11 +85,15 @@ Q_SIGNALS:
     void moved(quint64 id);
 
 private:
+    /// The slots that hold this patch follow its edits.
+    void propagate(quint64 id);
     [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
     void keepSlots(const QList<TransferablePatch> &items);
     [[nodiscard]] QList<quint64> idsFrom(qsizetype row) const;
+    [[nodiscard]] std::optional<quint64> nextToDeleted() const;
 
     VelgorLibrary &m_library;
     VelgorContent &m_content;
     LibraryStorage &m_storage;
+    LibraryViewFilter m_filter;
 };

@@ -16,6 +16,13 @@ VelgorPatch placeholder()
     return dummy;
 }
 
+/// Nothing that is stored of them differs.
+bool isSame(const VelgorPatch &one, const VelgorPatch &other)
+{
+    return one == other && one.empty == other.empty && one.patchData == other.patchData
+        && one.userIRData == other.userIRData && one.headerData == other.headerData;
+}
+
 } // namespace
 
 VelgorLibrary::VelgorLibrary(QObject *parent)
@@ -69,6 +76,7 @@ void VelgorLibrary::takeOver(const VelgorLibrary &loaded)
     countEmpty();
     m_order = loaded.m_order;
     m_orderIsList = loaded.m_orderIsList && count() > 0;
+    m_isSorted = false;
     QList<void (VelgorLibrary::*)()> changes;
     const auto assign = [&changes](auto &member, const auto &value, void (VelgorLibrary::*changed)()) {
         if (!(member == value)) {
@@ -103,38 +111,35 @@ std::optional<VelgorLibrary::Found> VelgorLibrary::getPatchFromId(std::optional<
     return Found{index, &m_patches.at(index)};
 }
 
-bool VelgorLibrary::update(const VelgorPatch &patch)
+bool VelgorLibrary::update(const QList<VelgorPatch> &patches)
 {
-    const auto found = getPatchFromId(patch.id());
-    if (!found) {
-        return false;
+    bool areKnown = true;
+    qsizetype first = m_patches.size();
+    qsizetype last = -1;
+    for (const VelgorPatch &patch : patches) {
+        const auto found = getPatchFromId(patch.id());
+        if (!found || isSame(*found->patch, patch)) {
+            areKnown = areKnown && found;
+            continue;
+        }
+        m_index.changed(found->index, *found->patch, patch);
+        m_emptyCount += (patch.empty ? 1 : 0) - (found->patch->empty ? 1 : 0);
+        m_patches[found->index] = patch;
+        first = std::min(first, found->index);
+        last = std::max(last, found->index);
     }
-    const VelgorPatch &stored = *found->patch;
-    if (stored == patch && stored.empty == patch.empty && stored.patchData == patch.patchData
-        && stored.userIRData == patch.userIRData && stored.headerData == patch.headerData) {
-        return true;
+    if (first <= last) {
+        Q_EMIT rowsChanged(first, last);
     }
-    m_index.changed(found->index, stored, patch);
-    m_emptyCount += (patch.empty ? 1 : 0) - (stored.empty ? 1 : 0);
-    m_patches[found->index] = patch;
-    Q_EMIT rowsChanged(found->index, found->index);
-    return true;
+    return areKnown;
 }
 
 void VelgorLibrary::duplicateSelection(std::optional<quint64> id, LibraryStorage &storage)
 {
-    const auto found = getPatchFromId(id);
-    if (!found) {
-        return;
+    if (const auto found = getPatchFromId(id)) {
+        append(VelgorPatch(*found->patch), true, false);
+        storage.delayedSave(*this);
     }
-    const VelgorPatch patch = *found->patch;
-    append(patch, true, false);
-    storage.delayedSave(*this);
-}
-
-void VelgorLibrary::deletePatch(quint64 id, LibraryStorage &storage)
-{
-    deletePatches({id}, storage);
 }
 
 void VelgorLibrary::deletePatches(const QList<quint64> &ids, LibraryStorage &storage)

@@ -80,19 +80,21 @@ public:
     /// that the user gave it here.
     [[nodiscard]] std::optional<quint64> knownId(const VelgorPatch &patch) const;
     /// Puts an edited patch in the place of the one with its id. False when there is none.
-    bool update(const VelgorPatch &patch);
+    bool update(const VelgorPatch &patch) { return update(QList{patch}); }
+    /// The same for several, announced as one change from the first to the last. False when one of them has no place.
+    bool update(const QList<VelgorPatch> &patches);
     /// Moves one patch; `offset` counts in the list as it is before the move, as a drop between rows does.
     void move(qsizetype from, qsizetype offset);
 
     void duplicateSelection(std::optional<quint64> id, LibraryStorage &storage);
     /// Removes the patch with this id and its files, and saves at once.
-    void deletePatch(quint64 id, LibraryStorage &storage);
+    void deletePatch(quint64 id, LibraryStorage &storage) { deletePatches({id}, storage); }
     /// The same for many, with one removal and one save for all of them.
     void deletePatches(const QList<quint64> &ids, LibraryStorage &storage);
     /// Makes a real patch the default; an absent or unknown id and the placeholder change nothing.
     void setDefaultPatch(std::optional<quint64> id, LibraryStorage &storage);
 
-    /// Remembers the present order, unless the library is empty.
+    /// Remembers the present order, unless the library is empty. Where that is the order of a sort, it is announced.
     void saveOrder();
     /// Sorts by name upwards, goes back to the remembered order, sorts by name downwards: one step a call.
     void sort();
@@ -125,6 +127,8 @@ Q_SIGNALS:
     void deleteConfirmChanged();
     void inverseSortChanged();
     void defaultPatchChanged();
+    /// The list was sorted, and a change has made the sorted order the one that sort() goes back to.
+    void sortedOrderKept();
 
 private:
     void insertAt(qsizetype position, const QList<VelgorPatch> &patches);
@@ -140,6 +144,7 @@ private:
     void countEmpty();
 
     void materializeOrder();
+    [[nodiscard]] bool isInRememberedOrder() const;
     [[nodiscard]] QList<qsizetype> rowsByRememberedOrder();
     void reorder(const QList<qsizetype> &formerRows);
 
@@ -149,6 +154,7 @@ private:
     /// The remembered order is written out only when it is about to differ from the list or is asked for.
     QList<quint64> m_order;
     bool m_orderIsList = false;
+    bool m_isSorted = false; ///< by a sort, into another order than the remembered one
     std::optional<quint64> m_selection;
     bool m_isMultiSel = false;
     MultiSelections m_multiSelections;

@@ -75,8 +75,12 @@ const QList<quint64> &VelgorLibrary::order()
 
 void VelgorLibrary::saveOrder()
 {
+    const bool wasSorted = std::exchange(m_isSorted, false);
     if (count() > 0) {
         m_orderIsList = true;
+        if (wasSorted) {
+            Q_EMIT sortedOrderKept();
+        }
     }
 }
 
@@ -122,7 +126,14 @@ void VelgorLibrary::sort()
         reorder(caselessNames().sortedRows(false));
         break;
     }
+    m_isSorted = !m_orderIsList && !isInRememberedOrder();
     setObservable(this, m_inverseSort, nextStep(m_inverseSort), &VelgorLibrary::inverseSortChanged);
+}
+
+bool VelgorLibrary::isInRememberedOrder() const
+{
+    return std::equal(m_patches.begin(), m_patches.end(), m_order.begin(), m_order.end(),
+        [](const VelgorPatch &patch, quint64 id) { return patch.id() == id; });
 }
 
 QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()

@@ -1,5 +1,6 @@
 #include "AlertTexts.h"
 
+#include "CommandTargets.h"
 #include "ContentFiles.h"
 #include "FirmwareBadge.h"
 #include "LibraryEditor.h"
@@ -7,6 +8,7 @@
 #include "LibraryStorageManager.h"
 #include "PatchName.h"
 #include "ShownName.h"
+#include "StatusText.h"
 #include "UnreadableNames.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
@@ -114,9 +116,13 @@ Alert AlertTexts::mixVersions(const Desk &desk)
     for (auto entry = desk.content.versions().begin(); entry != desk.content.versions().end(); ++entry) {
         parts.append(Texts::tr("%1: %2").arg(FirmwareBadge::shownVersion(entry.key()), QString::number(entry.value())));
     }
+    QStringList sentences{Texts::tr("Slots by firmware: %1").arg(parts.join(QStringLiteral(", ")))};
+    if (const QString placed = StatusText::ofPlacement(desk.contentEditor.lastPlacement()); !placed.isEmpty()) {
+        sentences.append(placed);
+    }
+    sentences.append(Texts::tr("The badges of the slots show which ones differ."));
     return notice(Texts::tr("You should not mix various versions of Velgor firmware in a preset file"),
-        Texts::tr("Slots by firmware: %1. The patch was placed; the badges of the slots show which ones differ.")
-            .arg(parts.join(QStringLiteral(", "))));
+        sentences.join(QStringLiteral(". ")));
 }
 
 Alert AlertTexts::readError(const Desk &desk)
@@ -154,23 +160,39 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
         .acceptLabel = Texts::tr("&Yes"),
         .safeLabel = Texts::tr("&No"),
         .isDestructive = true};
-    if (desk.library.isMultiSel()) {
-        const qsizetype ticked = desk.library.tickedCount();
-        alert.title = Texts::tr("Do you really want to delete %1 patches?").arg(ticked);
-        alert.text = Texts::tr("The ticked patches are removed from the library and their files are deleted. Slots "
-                               "that use them keep their copies.");
+    const QList<VelgorPatch> patches = CommandTargets::several(desk.library);
+    const qsizetype hidden = desk.libraryEditor.hiddenCount(patches);
+    if (CommandTargets::areTicked(desk.library)) {
+        QStringList names;
+        for (const VelgorPatch &patch : patches) {
+            names.append(shownName(patch.name));
+        }
+        QStringList sentences;
+        if (hidden > 0) {
+            sentences.append(Texts::tr("The filter hides %1 of these %2.")
+                                 .arg(QString::number(hidden), QString::number(names.size())));
+        }
+        sentences.append(Texts::tr("The ticked patches are removed from the library and their files are deleted. Slots "
+                                   "that use them keep their copies."));
+        alert.title = Texts::tr("Do you really want to delete %1 patches?").arg(names.size());
+        alert.text = inParagraphs(firstLines(names), sentences.join(u' '));
         return alert;
     }
     alert.title = Texts::tr("Do you really want to delete 1 patch?");
-    if (const VelgorPatch *patch = desk.libraryEditor.selectedPatch()) {
-        alert.text =
-            Texts::tr("\"%1\" is removed from the library and its file is deleted.").arg(shownName(patch->name));
-        const qsizetype uses = desk.libraryEditor.inContentPatch(patch->id()).size();
-        if (uses == 1) {
-            alert.text += u' ' + Texts::tr("The slot that uses it keeps its copy.");
-        } else if (uses > 1) {
-            alert.text += u' ' + Texts::tr("The %1 slots that use it keep their copies.").arg(uses);
+    if (!patches.isEmpty()) {
+        const VelgorPatch &patch = patches.first();
+        QStringList sentences{
+            Texts::tr("\"%1\" is removed from the library and its file is deleted.").arg(shownName(patch.name))};
+        if (hidden > 0) {
+            sentences.append(Texts::tr("The filter hides it."));
         }
+        const qsizetype uses = desk.libraryEditor.inContentPatch(patch.id()).size();
+        if (uses == 1) {
+            sentences.append(Texts::tr("The slot that uses it keeps its copy."));
+        } else if (uses > 1) {
+            sentences.append(Texts::tr("The %1 slots that use it keep their copies.").arg(uses));
+        }
+        alert.text = sentences.join(u' ');
     }
     return alert;
 }

@@ -43,7 +43,7 @@ const QList<Alerts::Entry> &Alerts::table()
             }},
         {[](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); }, AlertTexts::deleteConfirm,
             [](Alerts &alerts) { alerts.m_desk.library.setDeleteConfirm(false); },
-            [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteSelected(); }},
+            [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteAndGoOn(); }},
         {[](const Alerts &alerts) { return alerts.m_isExportToConfirm; }, AlertTexts::confirmExport,
             [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },
             [](Alerts &alerts) { alerts.m_desk.contentFiles.exportList(); }},

@@ -40,6 +40,8 @@ enum class CommandId {
     DarkScheme,
     LightScheme,
     Sort,
+    NextColumn,
+    PreviousColumn,
     ShowLibraryFolder,
     CheckLibrary,
     ExportOnePatch,
@@ -62,6 +64,8 @@ struct Command {
     /// Disabled while the library is being loaded.
     bool needsLibrary = false;
     QList<QKeySequence> shortcuts = {};
+    /// A further key that counts in the library list alone; empty for none.
+    QKeySequence libraryListKey = {};
     /// As a menu shows it; translated.
     QString (*label)(const Desk &desk) = nullptr;
     /// As a button shows it; nullptr for what has no button.

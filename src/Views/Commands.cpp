@@ -6,6 +6,8 @@
 #include "VelgorLibrary.h"
 
 #include <QAction>
+#include <QScopedValueRollback>
+#include <QShortcut>
 #include <QWidget>
 
 #include <algorithm>
@@ -26,7 +28,10 @@ Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
             action->setMenuRole(QAction::NoRole);
         }
         connect(action, &QAction::triggered, this, [this, run = command.run] {
+            // A command that changes many patches one by one would have every other one asked after each of them.
+            const QScopedValueRollback running(m_isRunning, true);
             run(m_desk, m_window);
+            m_isRunning = false;
             refresh();
         });
         m_actions.insert(command.id, action);
@@ -75,6 +80,12 @@ void Commands::addShortcuts(QWidget &window, QWidget &contentList, QWidget &libr
 {
     for (const Command &command : commandTable()) {
         QAction *const action = m_actions.value(command.id);
+        if (!command.libraryListKey.isEmpty()) {
+            // Of an action's own shortcuts all count in the same place.
+            auto *const key = new QShortcut(command.libraryListKey, &libraryList);
+            key->setContext(Qt::WidgetShortcut);
+            connect(key, &QShortcut::activated, action, &QAction::trigger);
+        }
         if (command.scope == CommandScope::Window) {
             window.addAction(action);
             continue;
@@ -97,6 +108,9 @@ void Commands::setLibraryUsable(bool isUsable)
 
 void Commands::refresh()
 {
+    if (m_isRunning) {
+        return;
+    }
     for (const Command &command : commandTable()) {
         QAction *const action = m_actions.value(command.id);
         const bool isBlocked = !m_isLibraryUsable && command.needsLibrary;

@@ -39,4 +39,5 @@ private:
     WindowTasks &m_window;
     QHash<CommandId, QAction *> m_actions;
     bool m_isLibraryUsable = true;
+    bool m_isRunning = false;
 };

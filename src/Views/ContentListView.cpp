@@ -3,17 +3,19 @@
 #include "ContentEditor.h"
 #include "ContentListModel.h"
 #include "ContentRowDelegate.h"
+#include "LibraryEditor.h"
 #include "VelgorContent.h"
 
 #include <QScopedValueRollback>
 
 #include <algorithm>
 
-ContentListView::ContentListView(
-    VelgorContent &content, ContentEditor &editor, ContentListModel &model, QWidget *parent)
+ContentListView::ContentListView(VelgorContent &content, ContentEditor &editor, const LibraryEditor &libraryEditor,
+    ContentListModel &model, QWidget *parent)
     : PatchListView(parent)
     , m_content(content)
     , m_editor(editor)
+    , m_libraryEditor(libraryEditor)
 {
     setAccessibleName(tr("Content"));
     setSelectionMode(ExtendedSelection);
@@ -61,18 +63,26 @@ DropMark ContentListView::markFor(const QList<TransferablePatch> &items, const Q
         return {};
     }
     if (items.first().origin != TransferablePatch::fromLibrary) {
-        return rowsOf(items).isEmpty() ? DropMark() : DropMark{DropMark::Insert, insertionRow(position), 0, {}};
+        return rowsOf(items).isEmpty() ? DropMark() : DropMark{.kind = DropMark::Insert, .row = insertionRow(position)};
     }
     const QModelIndex target = indexAt(position);
     if (!target.isValid()) {
         return {};
     }
-    DropMark mark{DropMark::Replace, target.row(), 0, {}};
-    for (const VelgorPatch &patch : m_editor.patchesForDrop(items.first().id, target.row())) {
+    const ContentEditor::Placement placement = m_editor.placementFor(items.first().id, target.row());
+    if (placement.patches.isEmpty()) {
+        return {};
+    }
+    DropMark mark{.kind = DropMark::Replace,
+        .row = target.row(),
+        .count = static_cast<int>(placement.patches.size()),
+        .leftOut = placement.leftOut,
+        .firstLeftOut = placement.firstLeftOut,
+        .hidden = m_libraryEditor.hiddenCount(placement.patches)};
+    for (const VelgorPatch &patch : placement.patches) {
         mark.names.append(patch.name);
     }
-    mark.count = static_cast<int>(mark.names.size());
-    return mark.count > 0 ? mark : DropMark();
+    return mark;
 }
 
 bool ContentListView::hasUserIR(const TransferablePatch &payload) const

@@ -4,6 +4,7 @@
 
 class ContentEditor;
 class ContentListModel;
+class LibraryEditor;
 class VelgorContent;
 
 /// The list of slots. Library patches dropped on it replace the slots that they land on; slots dropped on it move
@@ -13,7 +14,8 @@ class ContentListView : public PatchListView {
 
 public:
     /// All must outlive the list.
-    ContentListView(VelgorContent &content, ContentEditor &editor, ContentListModel &model, QWidget *parent = nullptr);
+    ContentListView(VelgorContent &content, ContentEditor &editor, const LibraryEditor &libraryEditor,
+        ContentListModel &model, QWidget *parent = nullptr);
 
     /// Selects a slot and makes it visible.
     void showSlot(int row);
@@ -31,5 +33,6 @@ private:
 
     VelgorContent &m_content;
     ContentEditor &m_editor;
+    const LibraryEditor &m_libraryEditor;
     bool m_isFollowing = false;
 };

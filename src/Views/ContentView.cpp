@@ -23,7 +23,6 @@
 #include "VelgorLibrary.h"
 #include "VelgorLibraryManagerMenu.h"
 #include "VelgorLibraryView.h"
-#include "VelgorPatchDetailView.h"
 #include "WindowState.h"
 
 #include <QCloseEvent>
@@ -77,8 +76,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
         // A save that has ended is told of before its result is known.
         connect(&desk.storage, signal, this, &ContentView::refreshStatus, Qt::QueuedConnection);
     }
-    connect(m_columns->content()->list(), &PatchListView::dropMarkChanged, this,
-        [this] { m_status->setDrop(StatusText::ofDrop(m_columns->content()->list()->dropMark())); });
+    m_status->follow(*m_columns->content()->list());
+    m_status->follow(*m_columns->library()->list());
     connect(m_alerts, &Alerts::libraryCheckWanted, this, &ContentView::checkLibrary);
     followLoading();
     restoreGeometryAndWidths();
@@ -228,11 +227,6 @@ void ContentView::dropEvent(QDropEvent *event)
     m_drops->drop(*event);
 }
 
-void ContentView::confirmExport()
-{
-    m_alerts->confirmExport();
-}
-
 void ContentView::checkLibrary()
 {
     if (m_check) {
@@ -251,38 +245,6 @@ void ContentView::checkLibrary()
     m_check->open();
 }
 
-void ContentView::flipTick()
-{
-    m_columns->library()->list()->flipTickOfCurrent();
-}
-
-void ContentView::moveLibraryPatch(int step)
-{
-    m_columns->library()->list()->moveSelected(step);
-}
-
-bool ContentView::canMoveLibraryPatch(int step) const
-{
-    return m_columns && m_columns->library()->list()->canMoveSelected(step);
-}
-
-void ContentView::showInLibrary()
-{
-    if (!m_columns->showInLibrary()) {
-        m_status->say(tr("The library does not have the patch of this slot"));
-    }
-}
-
-void ContentView::focusFilter()
-{
-    m_columns->library()->filter()->focusName();
-}
-
-void ContentView::focusName()
-{
-    m_columns->details()->focusName();
-}
-
 void ContentView::openPage(const QUrl &page)
 {
     if (QDesktopServices::openUrl(page)) {
@@ -291,11 +253,6 @@ void ContentView::openPage(const QUrl &page)
     } else {
         m_alerts->show(AlertTexts::cannotOpenPage(page.toString()), [](bool) {});
     }
-}
-
-void ContentView::closeWindow()
-{
-    close();
 }
 
 void ContentView::applyColorScheme()

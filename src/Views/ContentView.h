@@ -54,12 +54,15 @@ private:
     void confirmExport() override;
     void checkLibrary() override;
     void flipTick() override;
+    [[nodiscard]] bool canFlipTick() const override;
+    [[nodiscard]] bool showsLibraryPatches() const override;
     void moveLibraryPatch(int step) override;
     [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
     void showInLibrary() override;
     void focusFilter() override;
     void focusName() override;
     void openPage(const QUrl &page) override;
+    void goToColumn(int step) override;
     void closeWindow() override;
 
     void followLoading();

@@ -12,13 +12,12 @@
 
 namespace {
 
-constexpr int leftMargin = 14; // beside the pointer
-constexpr int topMargin = 12;
 constexpr int cardHeight = 30;
 constexpr int narrowest = 140;
 constexpr int widest = 260;
 constexpr int peep = 3; // of each card below
 constexpr int overlap = 10; // of the count's badge beyond the card
+constexpr int topMargin = overlap - 4; // for that badge
 constexpr qreal opacity = 0.94;
 
 void paintCard(QPainter &painter, const QRectF &rect)
@@ -57,7 +56,7 @@ QPixmap DragPicture::paint(const QString &name, bool hasUserIR, qsizetype count,
         std::clamp(beforeName + metrics.horizontalAdvance(name) + LookMeasures::detailsPadding, narrowest, widest);
     const int height = std::max(cardHeight, metrics.height() + 12);
     const int below = static_cast<int>(std::min<qsizetype>(count - 1, 2));
-    const QSize size(leftMargin + width + overlap, topMargin + height + 2 * peep);
+    const QSize size(width + overlap, topMargin + height + 2 * peep);
 
     QPixmap picture(
         QSize(static_cast<int>(std::ceil(size.width() * ratio)), static_cast<int>(std::ceil(size.height() * ratio))));
@@ -66,7 +65,7 @@ QPixmap DragPicture::paint(const QString &name, bool hasUserIR, qsizetype count,
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(opacity);
-    const QRectF card(leftMargin, topMargin, width, height);
+    const QRectF card(0, topMargin, width, height);
     for (int i = below; i > 0; --i) {
         paintCard(painter, card.adjusted(4.0 * i, peep * i, -4.0 * i, peep * i));
     }
@@ -86,4 +85,12 @@ QPixmap DragPicture::paint(const QString &name, bool hasUserIR, qsizetype count,
         paintCount(painter, card, count, font);
     }
     return picture;
+}
+
+QPoint DragPicture::hotSpot(const QPixmap &picture, const QFont &font)
+{
+    // The pointer may be at the lower edge of its row. A margin in the picture itself would be opaque where the desktop
+    // knows no transparency.
+    return {
+        0, static_cast<int>(picture.deviceIndependentSize().height()) + LookMeasures::rowHeight(QFontMetrics(font))};
 }

@@ -1,4 +1,5 @@
 #include "CommandTable.h"
+#include "CommandTargets.h"
 #include "ContentEditor.h"
 #include "LibraryEditor.h"
 #include "VelgorLibrary.h"
@@ -19,13 +20,8 @@ Command flagCommand(CommandId id, Qt::Key key, QString (*label)(const Desk &))
         .needsLibrary = true,
         .shortcuts = {QKeySequence(Qt::CTRL | key)},
         .label = label,
-        .isEnabled = [](const Desk &desk,
-                         const WindowTasks &) { return desk.libraryEditor.selectedPatch() != nullptr; },
-        .isChecked =
-            [](const Desk &desk) {
-                const VelgorPatch *patch = desk.libraryEditor.selectedPatch();
-                return patch && patch->*Flag;
-            },
+        .isEnabled = [](const Desk &desk, const WindowTasks &) { return CommandTargets::count(desk.library) > 0; },
+        .isChecked = [](const Desk &desk) { return CommandTargets::allHave(desk.library, Flag); },
         .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.flipFlagOfSelected(Flag); }};
 }
 
@@ -118,14 +114,14 @@ QList<Command> editCommands()
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_T)},
             .label = [](const Desk &) { return Texts::tr("&Tick Library Patch"); },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
+            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canFlipTick(); },
             .run = [](Desk &, WindowTasks &window) { window.flipTick(); }},
         {.id = CommandId::Rename,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::Key_F2)},
             .label = [](const Desk &) { return Texts::tr("Re&name Library Patch"); },
             .isEnabled = [](const Desk &desk,
-                             const WindowTasks &) { return desk.libraryEditor.selectedPatch() != nullptr; },
+                             const WindowTasks &) { return CommandTargets::one(desk.library) != nullptr; },
             .run = [](Desk &, WindowTasks &window) { window.focusName(); }},
         {.id = CommandId::FocusFilter,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_L)},

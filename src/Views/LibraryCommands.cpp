@@ -1,4 +1,5 @@
 #include "CommandTable.h"
+#include "CommandTargets.h"
 #include "ContentFiles.h"
 #include "LibraryEditor.h"
 #include "LibraryStorageManager.h"
@@ -13,19 +14,26 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(LibraryCommands)
 };
 
-bool hasSelectedPatch(const Desk &desk, const WindowTasks &)
+bool hasOne(const Desk &desk, const WindowTasks &)
 {
-    return desk.libraryEditor.selectedPatch() != nullptr;
+    return CommandTargets::one(desk.library) != nullptr;
 }
 
-QString selectFirst(const Desk &desk, const QString &otherwise)
+bool hasSeveral(const Desk &desk, const WindowTasks &)
 {
-    return desk.libraryEditor.selectedPatch() ? otherwise : Texts::tr("Select a patch first");
+    return CommandTargets::count(desk.library) > 0;
 }
 
-bool canDelete(const Desk &desk, const WindowTasks &)
+/// What a command about several would do, or what it needs first.
+QString aboutSeveral(const Desk &desk, const QString &withOne, const QString &withTicked)
 {
-    return desk.library.count() > 0 && (desk.library.selection().has_value() || desk.library.tickedCount() > 0);
+    if (CommandTargets::areTicked(desk.library)) {
+        return withTicked;
+    }
+    if (CommandTargets::one(desk.library)) {
+        return withOne;
+    }
+    return desk.library.isMultiSel() ? Texts::tr("Tick a patch first") : Texts::tr("Select a patch first");
 }
 
 } // namespace
@@ -44,10 +52,10 @@ QList<Command> libraryCommands()
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_S)},
             .label = [](const Desk &) { return Texts::tr("&Export One Patch"); },
-            .isEnabled = hasSelectedPatch,
+            .isEnabled = hasOne,
             .run =
                 [](Desk &desk, WindowTasks &) {
-                    if (const VelgorPatch *selected = desk.libraryEditor.selectedPatch()) {
+                    if (const VelgorPatch *selected = CommandTargets::one(desk.library)) {
                         const VelgorPatch patch = *selected;
                         desk.contentFiles.exportPatch(patch);
                     }
@@ -56,7 +64,7 @@ QList<Command> libraryCommands()
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Return), QKeySequence(Qt::CTRL | Qt::Key_Enter)},
             .label = [](const Desk &) { return Texts::tr("&Set as Default Patch"); },
-            .isEnabled = hasSelectedPatch,
+            .isEnabled = hasOne,
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.setSelectedAsDefault(); }},
         {.id = CommandId::Duplicate,
             .needsLibrary = true,
@@ -64,27 +72,30 @@ QList<Command> libraryCommands()
             .label = [](const Desk &) { return Texts::tr("D&uplicate Patch"); },
             .buttonLabel = [](const Desk &) { return Texts::tr("Duplicate"); },
             .symbol = [](const Desk &) { return QStringLiteral("doc.on.doc"); },
-            .toolTip = [](const Desk &desk) { return selectFirst(desk, Texts::tr("Copy the patch under a new name")); },
-            .isEnabled = hasSelectedPatch,
+            .toolTip =
+                [](const Desk &desk) {
+                    return aboutSeveral(desk, Texts::tr("Copy the patch under a new name"),
+                        Texts::tr("Copy the ticked patches under new names"));
+                },
+            .isEnabled = hasSeveral,
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.duplicateSelected(); }},
         {.id = CommandId::FindSimilar,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_F)},
             .label = [](const Desk &) { return Texts::tr("Find Si&milar Patches"); },
-            .isEnabled =
-                [](const Desk &desk, const WindowTasks &) {
-                    return desk.library.selection().has_value() && desk.library.count() >= 2;
-                },
+            .isEnabled = [](const Desk &desk,
+                             const WindowTasks &window) { return hasOne(desk, window) && desk.library.count() >= 2; },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.tickSimilar(); }},
         {.id = CommandId::SelectAll,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_A)},
             .label = [](const Desk &) { return Texts::tr("Select &All"); },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
+            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.showsLibraryPatches(); },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.tickAll(); }},
         {.id = CommandId::Delete,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Delete)},
+            .libraryListKey = QKeySequence(Qt::Key_Delete),
             .label =
                 [](const Desk &desk) {
                     return desk.library.tickedCount() == 0 ? Texts::tr("&Delete patch") : Texts::tr("&Delete patches");
@@ -93,13 +104,9 @@ QList<Command> libraryCommands()
             .symbol = [](const Desk &) { return QStringLiteral("trash"); },
             .toolTip =
                 [](const Desk &desk) {
-                    if (!desk.library.isMultiSel()) {
-                        return selectFirst(desk, Texts::tr("Delete the patch"));
-                    }
-                    return desk.library.tickedCount() > 0 ? Texts::tr("Delete the ticked patches")
-                                                          : Texts::tr("Tick a patch first");
+                    return aboutSeveral(desk, Texts::tr("Delete the patch"), Texts::tr("Delete the ticked patches"));
                 },
-            .isEnabled = canDelete,
+            .isEnabled = hasSeveral,
             .run = [](Desk &desk, WindowTasks &) { desk.library.setDeleteConfirm(true); }},
     };
 }

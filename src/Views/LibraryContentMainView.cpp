@@ -4,6 +4,7 @@
 #include "ContentEditor.h"
 #include "ContentListView.h"
 #include "LibraryEditor.h"
+#include "LibraryListView.h"
 #include "LookMeasures.h"
 #include "VelgorContentView.h"
 #include "VelgorLibraryView.h"
@@ -14,6 +15,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -164,5 +166,40 @@ void LibraryContentMainView::stack(bool isStacked)
     nameHandles();
     if (focus && focus->isVisible()) {
         focus->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void LibraryContentMainView::goToColumn(int step)
+{
+    int from = step > 0 ? -1 : columns;
+    for (int column = 0; column < columns; ++column) {
+        from = isFocusIn(column) ? column : from;
+    }
+    for (int tried = 1; tried <= columns; ++tried) {
+        const int column = (from + tried * step + 2 * columns) % columns;
+        focusColumn(column);
+        if (isFocusIn(column)) {
+            return;
+        }
+    }
+}
+
+bool LibraryContentMainView::isFocusIn(int column) const
+{
+    const std::array<const QWidget *, columns> all{m_content, m_library, m_details};
+    return all.at(static_cast<size_t>(column))->isAncestorOf(window()->focusWidget());
+}
+
+void LibraryContentMainView::focusColumn(int column)
+{
+    switch (column) {
+    case 0:
+        m_content->list()->setFocus(Qt::ShortcutFocusReason);
+        return;
+    case 1:
+        m_library->list()->setFocus(Qt::ShortcutFocusReason);
+        return;
+    default:
+        m_details->focusName();
     }
 }

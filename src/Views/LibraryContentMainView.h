@@ -31,6 +31,9 @@ public:
     /// The widths of the three columns, as they are or were when there was room for them.
     [[nodiscard]] QList<int> columnWidths() const;
     void setColumnWidths(const QList<int> &widths);
+    /// Gives the focus to the column behind the one that has it, or to the one before (-1), around the ends. A column
+    /// without anything that takes keys is left out.
+    void goToColumn(int step);
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -42,6 +45,8 @@ private:
     void arrange();
     void stack(bool isStacked);
     void nameHandles();
+    [[nodiscard]] bool isFocusIn(int column) const;
+    void focusColumn(int column);
 
     Commands &m_commands;
     VelgorContentView *m_content;

@@ -1,10 +1,12 @@
 #include "LibraryListModel.h"
 
+#include "CommandTargets.h"
 #include "PatchPayload.h"
 #include "PatchRoles.h"
 #include "VelgorLibrary.h"
 
 #include <algorithm>
+#include <utility>
 
 LibraryListModel::LibraryListModel(VelgorLibrary &library, QObject *parent)
     : QAbstractListModel(parent)
@@ -129,16 +131,17 @@ QStringList LibraryListModel::mimeTypes() const
 
 QMimeData *LibraryListModel::mimeData(const QModelIndexList &indexes) const
 {
-    QList<TransferablePatch> payloads;
-    for (const QModelIndex &index : indexes) {
-        const VelgorPatch &patch = m_library.patches().at(libraryRow(index.row()));
-        if (m_library.isMultiSel() && m_library.multiSelections().isTicked(patch.id())) {
-            payloads.clear();
-            for (const VelgorPatch &ticked : m_library.getMultiSelection()) {
-                payloads.append(TransferablePatch::ofLibraryPatch(ticked));
-            }
-            break;
+    QList<VelgorPatch> patches;
+    if (CommandTargets::areTicked(m_library)) {
+        patches = CommandTargets::several(m_library);
+    } else {
+        for (const QModelIndex &index : indexes) {
+            patches.append(m_library.patches().at(libraryRow(index.row())));
         }
+    }
+    QList<TransferablePatch> payloads;
+    payloads.reserve(patches.size());
+    for (const VelgorPatch &patch : std::as_const(patches)) {
         payloads.append(TransferablePatch::ofLibraryPatch(patch));
     }
     return PatchPayload::pack(payloads);

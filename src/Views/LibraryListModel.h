@@ -25,7 +25,7 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
     [[nodiscard]] QStringList mimeTypes() const override;
-    /// The payload of one row; of a ticked row, of all ticked patches.
+    /// The payloads of these rows; while patches are ticked, of those instead.
     [[nodiscard]] QMimeData *mimeData(const QModelIndexList &indexes) const override;
     [[nodiscard]] Qt::DropActions supportedDragActions() const override;
 

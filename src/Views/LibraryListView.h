@@ -1,13 +1,14 @@
 #pragma once
 
 #include "PatchListView.h"
+#include "VelgorLibrary.h"
 
 class LibraryEditor;
 class LibraryListModel;
-class VelgorLibrary;
 
 /// The list of library patches. Patches dropped on it move between the others; slots dropped on it are kept at the
-/// end. Its selection is the library's, and stays while a patch is not shown.
+/// end. Its selection is the library's, and stays while a patch is not shown. While ticking, the current row is the
+/// selected one.
 class LibraryListView : public PatchListView {
     Q_OBJECT
 
@@ -19,6 +20,10 @@ public:
     void flipTickOfCurrent();
     /// Selects a patch, scrolls to it and takes the focus. While ticking it becomes the current row.
     void showPatch(quint64 id);
+    /// Whether that would do something.
+    [[nodiscard]] bool canFlipTickOfCurrent() const;
+    /// Takes the focus, with a row selected. Does nothing while no patch is shown.
+    void takeFocus();
     /// Moves the selected patch past its neighbour in the list as it is shown.
     void moveSelected(int step);
     [[nodiscard]] bool canMoveSelected(int step) const;
@@ -29,14 +34,21 @@ protected:
     void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
     [[nodiscard]] QModelIndexList draggedIndexes() const override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     void followLibrary();
-    void followTicking();
+    /// With Control one row is ticked or unticked, with Shift all rows from the selected one on are ticked.
+    void tickByClick(const QModelIndex &index, bool isRange);
+    [[nodiscard]] QString placeInWholeLibrary(const VelgorLibrary::Found &patch, int row) const;
 
     VelgorLibrary &m_library;
     LibraryEditor &m_editor;
     LibraryListModel &m_model;
     bool m_isFollowing = false;
     bool m_isRemoving = false;
+    bool m_isTickingClick = false; ///< the button is down for one
 };

@@ -77,6 +77,8 @@ LibraryViewFilterView::LibraryViewFilterView(QWidget *parent)
         filter.filterPatch.comment = text;
         setFilter(filter);
     });
+    connect(m_name, &SearchField::left, this, &LibraryViewFilterView::left);
+    connect(m_comment, &SearchField::left, this, &LibraryViewFilterView::left);
     showFilter();
 }
 

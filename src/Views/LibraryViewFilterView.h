@@ -44,6 +44,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// With every keystroke and press; never when nothing changed.
     void filterChanged(const LibraryViewFilter &filter);
+    /// The user goes on from a field to the patches.
+    void left();
 
 private:
     void showFilter();

@@ -4,6 +4,7 @@
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchPayload.h"
+#include "PatchRoles.h"
 #include "RowDelegate.h"
 
 #include <QApplication>
@@ -103,9 +104,10 @@ void PatchListView::startDrag(Qt::DropActions supportedActions)
     const QList<TransferablePatch> payloads = PatchPayload::unpack(carried.get());
     auto *drag = new QDrag(this);
     drag->setMimeData(carried.release());
-    drag->setPixmap(DragPicture::paint(
-        payloads.first().name, hasUserIR(payloads.first()), payloads.size(), font(), devicePixelRatioF()));
-    drag->setHotSpot(QPoint(0, 0));
+    const QPixmap picture = DragPicture::paint(
+        payloads.first().name, hasUserIR(payloads.first()), payloads.size(), font(), devicePixelRatioF());
+    drag->setPixmap(picture);
+    drag->setHotSpot(DragPicture::hotSpot(picture, font()));
     drag->exec(supportedActions, Qt::MoveAction);
 }
 
@@ -214,6 +216,12 @@ void PatchListView::keyPressEvent(QKeyEvent *event)
         event->ignore();
         return;
     }
+    const bool isPlainOrShifted = !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+    if (isPlainOrShifted && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        // As a shortcut it did not get here.
+        Q_EMIT returnedInVain();
+        return;
+    }
     QListView::keyPressEvent(event);
     // The row on which the focus arrived is current, and the view would leave it so.
     const bool isGoingToIt =
@@ -222,6 +230,44 @@ void PatchListView::keyPressEvent(QKeyEvent *event)
         && selectedIndexes().isEmpty()) {
         selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
     }
+}
+
+void PatchListView::keyboardSearch(const QString &search)
+{
+    const int rows = model() ? model()->rowCount() : 0;
+    const bool isGoingOn = m_lastTyped.isValid() && !m_lastTyped.hasExpired(QApplication::keyboardInputInterval());
+    m_lastTyped.start();
+    m_typed = isGoingOn ? m_typed + search : search;
+    if (rows == 0 || m_typed.trimmed().isEmpty()) {
+        m_typed.clear();
+        return;
+    }
+    // The same letter again and again goes through the names that begin with it.
+    const bool isOneLetter = m_typed.count(m_typed.at(0)) == m_typed.size();
+    const QString start = isOneLetter ? m_typed.first(1) : m_typed;
+    const int current = currentIndex().isValid() ? currentIndex().row() : -1;
+    const int first = isOneLetter ? current + 1 : std::max(current, 0);
+    QModelIndex found = findFrom(first, start);
+    if (!found.isValid() && isOneLetter && m_typed.size() > 1) {
+        found = findFrom(std::max(current, 0), m_typed);
+    }
+    if (found.isValid()) {
+        setCurrentIndex(found);
+    }
+}
+
+QModelIndex PatchListView::findFrom(int row, const QString &start) const
+{
+    const int rows = model()->rowCount();
+    for (const int role : {int(PatchRoles::Name), int(Qt::DisplayRole)}) {
+        for (int i = 0; i < rows; ++i) {
+            const QModelIndex index = model()->index((row + i) % rows, 0);
+            if (index.data(role).toString().startsWith(start, Qt::CaseInsensitive)) {
+                return index;
+            }
+        }
+    }
+    return {};
 }
 
 void PatchListView::focusInEvent(QFocusEvent *event)

@@ -5,6 +5,7 @@
 #include "TransferablePatch.h"
 
 #include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QListView>
 
 #include <optional>
@@ -23,6 +24,8 @@ public:
 
 Q_SIGNALS:
     void dropMarkChanged();
+    /// Return was pressed while it means nothing.
+    void returnedInVain();
 
 protected:
     /// Where these payloads would land at a place of the viewport; no mark refuses them.
@@ -47,6 +50,8 @@ protected:
     void timerEvent(QTimerEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    /// Finds rows by the beginning of their names, or of what they read.
+    void keyboardSearch(const QString &search) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     [[nodiscard]] QSize viewportSizeHint() const override;
@@ -58,6 +63,7 @@ private:
     void updateMarkAfterScroll();
     void endDrag();
     void paintMark(QPainter &painter) const;
+    [[nodiscard]] QModelIndex findFrom(int row, const QString &start) const;
     [[nodiscard]] QRect rowsRect(int first, int count) const;
 
     std::optional<QPoint> m_pressedAt; ///< where the button went down on a row that can be dragged
@@ -67,4 +73,6 @@ private:
     int m_edgeSteps = 0;
     DropMark m_mark;
     EmptyHint m_hint;
+    QString m_typed; ///< so far, of a name that is looked for
+    QElapsedTimer m_lastTyped;
 };

@@ -82,6 +82,11 @@ void SearchField::keyPressEvent(QKeyEvent *event)
         clear();
         return;
     }
+    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (isPlain && (event->key() == Qt::Key_Down || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        Q_EMIT left();
+        return;
+    }
     QLineEdit::keyPressEvent(event);
 }
 

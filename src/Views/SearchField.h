@@ -2,7 +2,8 @@
 
 #include <QLineEdit>
 
-/// A field to search with: a leading search symbol, a clear button while there is text, and Escape clears.
+/// A field to search with: a leading search symbol, a clear button while there is text. Escape clears, Down and Return
+/// go on.
 class SearchField : public QLineEdit {
     Q_OBJECT
 
@@ -11,6 +12,10 @@ public:
 
     /// For a change that is not the user's: keeps the cursor where nothing changes.
     void showText(const QString &text);
+
+Q_SIGNALS:
+    /// Down or Return: the user goes on to what was found.
+    void left();
 
 protected:
     void changeEvent(QEvent *event) override;

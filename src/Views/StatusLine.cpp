@@ -5,6 +5,7 @@
 #include "ElidedLabel.h"
 #include "LibraryEditor.h"
 #include "LookMeasures.h"
+#include "PatchListView.h"
 #include "RelativeFont.h"
 #include "StatusText.h"
 #include "VelgorContent.h"
@@ -39,20 +40,28 @@ StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
 void StatusLine::followChanges()
 {
     const VelgorLibrary &library = m_desk.library;
-    for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowMoved,
-             &VelgorLibrary::rowsChanged}) {
-        connect(&library, signal, this, &StatusLine::clear);
+    for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowMoved}) {
+        connect(&library, signal, this, &StatusLine::clearAll);
     }
-    connect(&library, &VelgorLibrary::reordered, this, &StatusLine::clear);
-    connect(&library, &VelgorLibrary::wasReset, this, &StatusLine::clear);
+    connect(&library, &VelgorLibrary::reordered, this, &StatusLine::clearAll);
+    // A sort that finds the order as it is.
+    connect(&library, &VelgorLibrary::inverseSortChanged, this, &StatusLine::clearAll);
+    connect(&library, &VelgorLibrary::wasReset, this, &StatusLine::clearAll);
     connect(&library, &VelgorLibrary::defaultPatchChanged, this, &StatusLine::clear);
     const VelgorContent &content = m_desk.content;
-    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
-             &VelgorContent::rowsChanged}) {
-        connect(&content, signal, this, &StatusLine::clear);
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved}) {
+        connect(&content, signal, this, &StatusLine::clearAll);
     }
-    connect(&content, &VelgorContent::reordered, this, &StatusLine::clear);
-    connect(&content, &VelgorContent::wasReset, this, &StatusLine::clear);
+    connect(&content, &VelgorContent::reordered, this, &StatusLine::clearAll);
+    connect(&content, &VelgorContent::wasReset, this, &StatusLine::clearAll);
+    // Every letter of an edit is a change; what the first one did to the order is to be read all the same.
+    connect(&library, &VelgorLibrary::rowsChanged, this, &StatusLine::clear);
+    connect(&content, &VelgorContent::rowsChanged, this, &StatusLine::clear);
+    // Comes behind the change that made it so.
+    connect(&library, &VelgorLibrary::sortedOrderKept, this, [this] {
+        m_order = StatusText::ofSortedOrder();
+        refresh();
+    });
 }
 
 void StatusLine::followEditors()
@@ -76,6 +85,8 @@ void StatusLine::followEditors()
             say(StatusText::ofPatchMove(found->patch->name, found->index, m_desk.library.count()));
         }
     });
+    connect(&m_desk.contentEditor, &ContentEditor::placed, this,
+        [this] { say(StatusText::ofPlacement(m_desk.contentEditor.lastPlacement())); });
     connect(&m_desk.contentEditor, &ContentEditor::moved, this,
         [this](qsizetype first, qsizetype count) { say(StatusText::ofSlotMove(first, count)); });
     connect(&m_desk.contentFiles, &ContentFiles::imported, this,
@@ -84,6 +95,13 @@ void StatusLine::followEditors()
         [this](qsizetype count, const QString &path) { say(StatusText::ofExport(count, path)); });
     connect(&m_desk.contentFiles, &ContentFiles::patchExported, this,
         [this](const QString &name, const QString &path) { say(StatusText::ofPatchExport(name, path)); });
+}
+
+void StatusLine::follow(const PatchListView &list)
+{
+    connect(
+        &list, &PatchListView::dropMarkChanged, this, [this, &list] { setDrop(StatusText::ofDrop(list.dropMark())); });
+    connect(&list, &PatchListView::returnedInVain, this, [this] { say(StatusText::ofMissingForPut(m_desk)); });
 }
 
 void StatusLine::setDrop(const QString &text)
@@ -112,10 +130,18 @@ void StatusLine::clear()
     }
 }
 
+void StatusLine::clearAll()
+{
+    m_order.clear();
+    say({});
+}
+
 void StatusLine::refresh()
 {
     const QString library = StatusText::ofLibrary(m_desk);
-    const QString &first = m_drop.isEmpty() ? m_done : m_drop;
+    QStringList done{m_done, m_order};
+    done.removeAll(QString());
+    const QString first = m_drop.isEmpty() ? done.join(QStringLiteral(". ")) : m_drop;
     m_first->setText(first.isEmpty() ? library : first);
     m_last->setText(first.isEmpty() ? QString() : library);
 }

@@ -7,6 +7,7 @@
 #include <functional>
 
 class ElidedLabel;
+class PatchListView;
 
 /// The line at the window's lower edge: what letting go of a drag does, else what was done last, else how the library
 /// stands. How the library stands is said at the other end while something else stands first.
@@ -20,6 +21,8 @@ public:
     /// What is on the desk must outlive the line.
     StatusLine(const Desk &desk, IsShown isShown, QWidget *parent = nullptr);
 
+    /// Says what letting go of a drag over this list does, and what keys that mean nothing in it are missing.
+    void follow(const PatchListView &list);
     /// What letting go of a drag does; empty when there is none.
     void setDrop(const QString &text);
     /// Says what was done, instead of what was said before, until the library or the list changes again.
@@ -33,6 +36,7 @@ public:
 private:
     void followChanges();
     void followEditors();
+    void clearAll();
 
     const Desk &m_desk;
     IsShown m_isShown;
@@ -40,4 +44,5 @@ private:
     ElidedLabel *m_last;
     QString m_drop;
     QString m_done;
+    QString m_order; ///< what became of the order of the library, until it is sorted or loaded anew
 };

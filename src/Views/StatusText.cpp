@@ -1,9 +1,10 @@
 #include "StatusText.h"
 
+#include "CommandTargets.h"
 #include "DropMark.h"
 #include "LibraryStorageManager.h"
 #include "ShownName.h"
-#include "VelgorContentPatch.h"
+#include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
@@ -15,6 +16,17 @@ namespace {
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(StatusText)
 };
+
+/// The first few of many names, and how many more there are.
+QString fewNames(const QStringList &first, qsizetype all)
+{
+    QStringList names;
+    for (const QString &name : first) {
+        names.append(Texts::tr("\"%1\"").arg(shownName(name)));
+    }
+    const QString list = names.join(Texts::tr(", "));
+    return all > names.size() ? Texts::tr("%1 and %2 more").arg(list, QString::number(all - names.size())) : list;
+}
 
 QString positionOf(qsizetype row)
 {
@@ -55,14 +67,88 @@ QString StatusText::directory(const QString &path)
 
 QString StatusText::ofDrop(const DropMark &mark)
 {
+    if (mark.kind == DropMark::Insert) {
+        return mark.place;
+    }
     if (mark.kind != DropMark::Replace) {
         return {};
     }
+    QStringList sentences;
     if (mark.count == 1) {
-        return Texts::tr("Replaces slot %1").arg(positionOf(mark.row));
+        sentences.append(Texts::tr("Replaces slot %1").arg(positionOf(mark.row)));
+    } else {
+        sentences.append(
+            Texts::tr("Replaces %1 slots, %2 to %3")
+                .arg(QString::number(mark.count), positionOf(mark.row), positionOf(mark.row + mark.count - 1)));
     }
-    return Texts::tr("Replaces %1 slots, %2 to %3")
-        .arg(QString::number(mark.count), positionOf(mark.row), positionOf(mark.row + mark.count - 1));
+    if (mark.leftOut > 0) {
+        sentences.append(ofLeftOut(mark.count, mark.leftOut, mark.firstLeftOut));
+    }
+    if (mark.hidden > 0) {
+        sentences.append(Texts::tr("The filter hides %1 of them").arg(mark.hidden));
+    }
+    return sentences.join(QStringLiteral(". "));
+}
+
+QString StatusText::ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut)
+{
+    return Texts::tr("%1 of %2 patches fit, no slot is left for %3")
+        .arg(QString::number(placed), QString::number(placed + leftOut), fewNames(firstLeftOut, leftOut));
+}
+
+QString StatusText::ofMove(const QString &name, qsizetype row, qsizetype count, const QString &before)
+{
+    const QString place = QString::number(row + 1);
+    if (before.isEmpty()) {
+        return Texts::tr("Moves \"%1\" to row %2 of %3 in the whole library")
+            .arg(shownName(name), place, QString::number(count));
+    }
+    return Texts::tr("Moves \"%1\" to row %2 of %3 in the whole library, behind \"%4\"")
+        .arg(shownName(name), place, QString::number(count), shownName(before));
+}
+
+QString StatusText::ofMoveNowhere(const QString &name, qsizetype row, qsizetype count)
+{
+    return Texts::tr("Leaves \"%1\" in row %2 of %3 in the whole library")
+        .arg(shownName(name), QString::number(row + 1), QString::number(count));
+}
+
+QString StatusText::ofPlacement(const ContentEditor::Placement &placement)
+{
+    const qsizetype placed = placement.patches.size();
+    if (placed == 0) {
+        return {};
+    }
+    if (placement.wanted() == 1) {
+        return Texts::tr("\"%1\" placed in slot %2")
+            .arg(shownName(placement.patches.first().name), positionOf(placement.row));
+    }
+    const QString where = placed == 1
+        ? Texts::tr("1 patch placed in slot %1").arg(positionOf(placement.row))
+        : Texts::tr("%1 patches placed in slots %2 to %3")
+              .arg(QString::number(placed), positionOf(placement.row), positionOf(placement.row + placed - 1));
+    return placement.leftOut == 0
+        ? where
+        : where + QStringLiteral(". ") + ofLeftOut(placed, placement.leftOut, placement.firstLeftOut);
+}
+
+QString StatusText::ofSortedOrder()
+{
+    return Texts::tr("The sorted order is the library's own now");
+}
+
+QString StatusText::ofMissingForPut(const Desk &desk)
+{
+    if (desk.content.velgorContentPatchList().isEmpty()) {
+        return Texts::tr("Import or make a list first");
+    }
+    if (desk.contentEditor.selectedRows().isEmpty()) {
+        return Texts::tr("Select a slot first, in the list on the left");
+    }
+    if (CommandTargets::count(desk.library) == 0) {
+        return Texts::tr("Select a patch in the library first");
+    }
+    return {};
 }
 
 QString StatusText::ofFileDrop(const QStringList &paths, bool isForLibrary)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ContentEditor.h"
 #include "Desk.h"
 
 #include <QString>
@@ -12,8 +13,20 @@ namespace StatusText {
 
 /// How the library stands: saved, being saved, or where it is kept.
 [[nodiscard]] QString ofLibrary(const Desk &desk);
-/// What letting go of a drag over the slots does; empty when it would do nothing.
+/// What letting go of a drag does; empty when it would do nothing, or what is marked says it all.
 [[nodiscard]] QString ofDrop(const DropMark &mark);
+/// Where a patch goes in the whole library when only a part of it is shown. Rows count from 0; `before` is the name of
+/// the patch that it will follow, empty for none.
+[[nodiscard]] QString ofMove(const QString &name, qsizetype row, qsizetype count, const QString &before);
+[[nodiscard]] QString ofMoveNowhere(const QString &name, qsizetype row, qsizetype count);
+/// What the last placing of patches did.
+[[nodiscard]] QString ofPlacement(const ContentEditor::Placement &placement);
+/// That a change has made the sorted order the one that stays.
+[[nodiscard]] QString ofSortedOrder();
+/// What is missing before a patch can be put into a slot; empty for nothing.
+[[nodiscard]] QString ofMissingForPut(const Desk &desk);
+/// How many patches do not fit of those that were to be placed, and which.
+[[nodiscard]] QString ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut);
 
 /// What letting go of preset files does.
 [[nodiscard]] QString ofFileDrop(const QStringList &paths, bool isForLibrary);

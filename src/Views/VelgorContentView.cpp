@@ -25,7 +25,8 @@ VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
     , m_commands(commands)
     , m_model(new ContentListModel(commands.desk().content, this))
     , m_title(new ContentTitle(this))
-    , m_list(new ContentListView(commands.desk().content, commands.desk().contentEditor, *m_model, this))
+    , m_list(new ContentListView(
+          commands.desk().content, commands.desk().contentEditor, commands.desk().libraryEditor, *m_model, this))
     , m_import(new CommandButton(commands, CommandId::Import, this))
 {
     auto *const header = new QVBoxLayout;

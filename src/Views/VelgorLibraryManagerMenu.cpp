@@ -98,7 +98,7 @@ void VelgorLibraryManagerMenu::addViewMenu(QMenuBar &bar)
     for (const CommandId id : {CommandId::SystemScheme, CommandId::DarkScheme, CommandId::LightScheme}) {
         choices->addAction(m_commands.action(id));
     }
-    add(*menu, {CommandId::Sort});
+    add(*menu, {CommandId::Sort, divider, CommandId::NextColumn, CommandId::PreviousColumn});
 }
 
 void VelgorLibraryManagerMenu::addLibraryMenu(QMenuBar &bar)

@@ -47,13 +47,19 @@ VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
     column->addLayout(m_buttons);
 
     connect(m_filter, &LibraryViewFilterView::filterChanged, this, [this](const LibraryViewFilter &filter) {
-        m_commands.desk().libraryEditor.deselect();
+        m_commands.desk().libraryEditor.setFilter(filter);
         m_model->setFilter(filter);
         m_list->scrollToTop();
         refresh();
     });
+    connect(m_filter, &LibraryViewFilterView::left, m_list, &LibraryListView::takeFocus);
     followLibrary();
     refresh();
+}
+
+qsizetype VelgorLibraryView::shownCount() const
+{
+    return m_model->filteredVelgorPatchesCount();
 }
 
 QLayout *VelgorLibraryView::makeButtons()

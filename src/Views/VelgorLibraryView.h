@@ -21,6 +21,8 @@ public:
 
     [[nodiscard]] LibraryListView *list() const { return m_list; }
     [[nodiscard]] LibraryViewFilterView *filter() const { return m_filter; }
+    /// Number of patches that the list shows.
+    [[nodiscard]] qsizetype shownCount() const;
     void setContextMenu(QMenu *menu);
     /// Selects a patch and goes to it; a filter that hides it is cleared.
     void showPatch(quint64 id);

@@ -77,5 +77,13 @@ QList<Command> viewCommands()
                 },
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() >= 2; },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.sort(); }},
+        {.id = CommandId::NextColumn,
+            .shortcuts = {QKeySequence(Qt::Key_F6)},
+            .label = [](const Desk &) { return Texts::tr("&Next Column"); },
+            .run = [](Desk &, WindowTasks &window) { window.goToColumn(1); }},
+        {.id = CommandId::PreviousColumn,
+            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_F6)},
+            .label = [](const Desk &) { return Texts::tr("&Previous Column"); },
+            .run = [](Desk &, WindowTasks &window) { window.goToColumn(-1); }},
     };
 }

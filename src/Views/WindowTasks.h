@@ -17,6 +17,10 @@ public:
     virtual void checkLibrary() = 0;
     /// Ticks or unticks the current library row.
     virtual void flipTick() = 0;
+    /// Whether flipTick() would do something.
+    [[nodiscard]] virtual bool canFlipTick() const = 0;
+    /// Whether the library list shows any patch.
+    [[nodiscard]] virtual bool showsLibraryPatches() const = 0;
     virtual void moveLibraryPatch(int step) = 0;
     [[nodiscard]] virtual bool canMoveLibraryPatch(int step) const = 0;
     /// Goes to the library patch that the first selected slot holds.
@@ -25,5 +29,7 @@ public:
     virtual void focusName() = 0;
     /// Shows a page of the web, or says why not.
     virtual void openPage(const QUrl &page) = 0;
+    /// Gives the focus to the next column, or to the one before (-1), as long as there is something in it to work on.
+    virtual void goToColumn(int step) = 0;
     virtual void closeWindow() = 0;
 };

@@ -5,6 +5,7 @@
 #include "VelgorContent.h"
 
 #include <QCoreApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 using TestPatches::imported;
@@ -109,9 +110,11 @@ private Q_SLOTS:
         QFETCH(const int, location);
         Desk desk(library);
         const quint64 id = isKnown ? desk.idOf(0) : 12;
-        QVERIFY(desk.editor.patchesForDrop(id, location).isEmpty());
+        QVERIFY(desk.editor.placementFor(id, location).patches.isEmpty());
+        const QSignalSpy placed(&desk.editor, &ContentEditor::placed);
         desk.editor.dropDest(id, location);
         QCOMPARE(desk.shown(), fiveSlots);
+        QCOMPARE(placed.count(), 0);
     }
 
     void anActionOnManySlotsIsAnnouncedOnce()
@@ -147,11 +150,36 @@ private Q_SLOTS:
         Desk desk(QStringLiteral("A B C D"));
         desk.tick({3, 0, 2});
         const MultiSelections ticks = desk.library.multiSelections();
-        QCOMPARE(desk.editor.patchesForDrop(desk.idOf(1), location).size(), std::min(3, 5 - location));
+        const ContentEditor::Placement placement = desk.editor.placementFor(desk.idOf(1), location);
+        const qsizetype fit = std::min(3, 5 - location);
+        QCOMPARE(placement.patches.size(), fit);
+        QCOMPARE(placement.leftOut, 3 - fit);
+        QCOMPARE(placement.firstLeftOut, QStringLiteral("A C D").split(u' ').sliced(fit));
         desk.editor.dropDest(desk.idOf(1), location);
+        QCOMPARE(desk.editor.lastPlacement().leftOut, 3 - fit);
         QCOMPARE(desk.shown(), shown);
         QVERIFY(!desk.library.isMultiSel());
         QVERIFY(desk.library.multiSelections() == ticks);
+    }
+
+    void whileNothingIsTickedTheRowItselfIsPlaced()
+    {
+        Desk desk(QStringLiteral("A B C D"));
+        desk.tick({});
+        desk.editor.dropDest(desk.idOf(1), 2);
+        QCOMPARE(desk.shown(), QStringLiteral("v w B y z"));
+        QVERIFY(!desk.library.isMultiSel());
+    }
+
+    void ofManyThatFindNoSlotTheFirstFewAreNamed()
+    {
+        Desk desk(QStringLiteral("A B C D E F"), QStringLiteral("v"));
+        desk.tick({0, 1, 2, 3, 4, 5});
+        const ContentEditor::Placement placement = desk.editor.placementFor(desk.idOf(1), 0);
+        QCOMPARE(placement.patches.size(), 1);
+        QCOMPARE(placement.leftOut, 5);
+        QCOMPARE(placement.wanted(), 6);
+        QCOMPARE(placement.firstLeftOut, QStringLiteral("B C D").split(u' '));
     }
 
     void ticksOutsideTickingDoNotCount()
@@ -301,8 +329,9 @@ private Q_SLOTS:
         Desk desk(QStringLiteral("A B C"));
         desk.select({1});
         desk.library.setIsMultiSel(true);
-        desk.library.setSelection(desk.idOf(1));
         QVERIFY(!desk.editor.canPut());
+        desk.library.setSelection(desk.idOf(1));
+        QVERIFY(desk.editor.canPut());
         desk.tick({0, 2});
         QVERIFY(desk.editor.canPut());
         desk.editor.putIntoSelectedSlot();

@@ -278,19 +278,10 @@ private Q_SLOTS:
         QCOMPARE(desk.storage.calls.last(), QStringLiteral("delayedSave B,D"));
     }
 
-    void deletingWithoutASelectionOnlyAsksForASave_data()
-    {
-        QTest::addColumn<bool>("isTicking");
-        QTest::newRow("single") << false;
-        QTest::newRow("ticking") << true;
-    }
-
     void deletingWithoutASelectionOnlyAsksForASave()
     {
-        QFETCH(const bool, isTicking);
         Desk desk(abc);
-        desk.library.setIsMultiSel(isTicking);
-        desk.library.setSelection(isTicking ? std::optional(desk.idOf(0)) : std::optional<quint64>(12));
+        desk.library.setSelection(12);
         desk.editor.deleteSelected();
         QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
         QCOMPARE(desk.library.selection(), std::optional<quint64>());

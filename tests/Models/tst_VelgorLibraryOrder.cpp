@@ -5,6 +5,7 @@
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 using TestPatches::imported;
@@ -50,6 +51,55 @@ private Q_SLOTS:
             QCOMPARE(library->inverseSort(), TripleBool::tripleFalse);
             QCOMPARE(library->order(), (QList<quint64>{1, 2, 3}));
         }
+    }
+
+    void aChangeWhileSortedIsAnnounced_data()
+    {
+        QTest::addColumn<int>("sorts");
+        QTest::addColumn<bool>("isAnnounced");
+        QTest::newRow("not sorted") << 0 << false;
+        QTest::newRow("upwards") << 1 << true;
+        QTest::newRow("back again") << 2 << false;
+        QTest::newRow("downwards") << 3 << true;
+    }
+
+    void aChangeWhileSortedIsAnnounced()
+    {
+        QFETCH(const int, sorts);
+        QFETCH(const bool, isAnnounced);
+        const auto library = libraryOf(QStringLiteral("b,c,a"));
+        const QSignalSpy kept(library.get(), &VelgorLibrary::sortedOrderKept);
+        for (int i = 0; i < sorts; ++i) {
+            library->sort();
+        }
+        QCOMPARE(kept.count(), 0);
+        const QString order = names(*library);
+        library->append(stored(4, QStringLiteral("d")), false, false);
+        QCOMPARE(kept.count(), isAnnounced ? 1 : 0);
+        library->saveOrder();
+        QCOMPARE(kept.count(), isAnnounced ? 1 : 0);
+        QCOMPARE(library->order(), TestPatches::ids(library->patches()));
+        QCOMPARE(names(*library), order + QStringLiteral(",d"));
+    }
+
+    void aSortThatChangesNothingLeavesNothingToAnnounce()
+    {
+        const auto library = libraryOf(QStringLiteral("a,b,c"));
+        const QSignalSpy kept(library.get(), &VelgorLibrary::sortedOrderKept);
+        library->sort();
+        library->saveOrder();
+        QCOMPARE(kept.count(), 0);
+    }
+
+    void deletingASortedLibraryWholeAnnouncesNothing()
+    {
+        const auto library = libraryOf(QStringLiteral("b,a"));
+        FakeLibraryStorage storage;
+        const QSignalSpy kept(library.get(), &VelgorLibrary::sortedOrderKept);
+        library->sort();
+        library->deletePatches({1, 2}, storage);
+        library->append(stored(4, QStringLiteral("d")), false, false);
+        QCOMPARE(kept.count(), 0);
     }
 
     void namesAreComparedByCodePointInLowerCase_data()

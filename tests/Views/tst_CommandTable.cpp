@@ -16,10 +16,15 @@ class RecordingTasks : public WindowTasks {
 public:
     QStringList asked;
     bool canMove = false;
+    bool canTick = true;
+    bool showsPatches = true;
 
     void confirmExport() override { asked.append(QStringLiteral("confirmExport")); }
     void checkLibrary() override { asked.append(QStringLiteral("checkLibrary")); }
     void flipTick() override { asked.append(QStringLiteral("flipTick")); }
+    [[nodiscard]] bool canFlipTick() const override { return canTick; }
+    [[nodiscard]] bool showsLibraryPatches() const override { return showsPatches; }
+    void goToColumn(int step) override { asked.append(QStringLiteral("column %1").arg(step)); }
     void moveLibraryPatch(int step) override { asked.append(QStringLiteral("move %1").arg(step)); }
     [[nodiscard]] bool canMoveLibraryPatch(int) const override { return canMove; }
     void showInLibrary() override { asked.append(QStringLiteral("showInLibrary")); }
@@ -67,6 +72,8 @@ enum State {
 
 void bringTo(Window &window, State state)
 {
+    window.tasks.canTick = window.tasks.showsPatches = state != Empty;
+    window.commands.refresh();
     switch (state) {
     case Empty:
         window.desk.library.setSelection(window.desk.idOf(0));
@@ -126,6 +133,7 @@ private Q_SLOTS:
                                  << enabledIn;
         };
         constexpr int selected = OneSelected | TwoSelected;
+        constexpr int several = selected | TwoTicked;
         constexpr int list = One | TwoSelected;
         row(CommandId::NewVelgorFile, "New Velgor file", "", Always);
         row(CommandId::Import, "Import...", "Ctrl+O", Always);
@@ -146,26 +154,28 @@ private Q_SLOTS:
         row(CommandId::Tick, "Tick Library Patch", "Ctrl+T", Always & ~Empty);
         row(CommandId::Rename, "Rename Library Patch", "F2", selected);
         row(CommandId::FocusFilter, "Go to Filter", "Ctrl+L", Always);
-        row(CommandId::Guitar, "Guitar", "Ctrl+1", selected);
-        row(CommandId::Bass, "Bass", "Ctrl+2", selected);
-        row(CommandId::Rythm, "Rythm", "Ctrl+3", selected);
-        row(CommandId::Solo, "Solo", "Ctrl+4", selected);
-        row(CommandId::Clean, "Clean", "Ctrl+5", selected);
-        row(CommandId::Crunch, "Crunch", "Ctrl+6", selected);
-        row(CommandId::Drive, "Drive", "Ctrl+7", selected);
-        row(CommandId::Higain, "Higain", "Ctrl+8", selected);
+        row(CommandId::Guitar, "Guitar", "Ctrl+1", several);
+        row(CommandId::Bass, "Bass", "Ctrl+2", several);
+        row(CommandId::Rythm, "Rythm", "Ctrl+3", several);
+        row(CommandId::Solo, "Solo", "Ctrl+4", several);
+        row(CommandId::Clean, "Clean", "Ctrl+5", several);
+        row(CommandId::Crunch, "Crunch", "Ctrl+6", several);
+        row(CommandId::Drive, "Drive", "Ctrl+7", several);
+        row(CommandId::Higain, "Higain", "Ctrl+8", several);
         row(CommandId::SystemScheme, "System", "", Always);
         row(CommandId::DarkScheme, "Dark", "", Always);
         row(CommandId::LightScheme, "Light", "", Always);
         row(CommandId::Sort, "Sort ascend", "", TwoSelected | TwoTicked);
+        row(CommandId::NextColumn, "Next Column", "F6", Always);
+        row(CommandId::PreviousColumn, "Previous Column", "Shift+F6", Always);
         row(CommandId::ShowLibraryFolder, "Show library folder", "", Always);
         row(CommandId::CheckLibrary, "Check Library...", "", Always);
         row(CommandId::ExportOnePatch, "Export One Patch", "Ctrl+Shift+S", selected);
         row(CommandId::SetAsDefault, "Set as Default Patch", "Ctrl+Return; Ctrl+Enter", selected);
-        row(CommandId::Duplicate, "Duplicate Patch", "Ctrl+D", selected);
+        row(CommandId::Duplicate, "Duplicate Patch", "Ctrl+D", several);
         row(CommandId::FindSimilar, "Find Similar Patches", "Ctrl+F", TwoSelected);
         row(CommandId::SelectAll, "Select All", "Ctrl+Shift+A", Always & ~Empty);
-        row(CommandId::Delete, "Delete patch", "Ctrl+Del", selected | TwoTicked);
+        row(CommandId::Delete, "Delete patch", "Ctrl+Del", several);
         row(CommandId::Donate, "Send Mon\u20ACy to $upport Development", "", Always);
         row(CommandId::OnlineHelp, "Online help", "", Always);
     }
@@ -195,6 +205,31 @@ private Q_SLOTS:
             {CommandId::ExportOnePatch, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::Guitar}) {
             QVERIFY(!window.action(id).isEnabled());
         }
+    }
+
+    void whereNothingWouldHappenNothingIsEnabled()
+    {
+        Window window(QStringLiteral("A B"));
+        window.tasks.canTick = window.tasks.showsPatches = false;
+        window.desk.tick({0, 1});
+        window.desk.library.setIsMultiSel(false);
+        for (const CommandId id : {CommandId::Tick, CommandId::SelectAll, CommandId::Delete, CommandId::Duplicate,
+                 CommandId::Guitar, CommandId::Rename}) {
+            QVERIFY2(!window.action(id).isEnabled(), qPrintable(window.label(id)));
+        }
+        QCOMPARE(window.commands.command(CommandId::Delete).toolTip(window.desk.desk),
+            QStringLiteral("Select a patch first"));
+    }
+
+    void aCommandOnManyRefreshesTheOthersOnce()
+    {
+        Window window(QStringLiteral("A B C D"));
+        window.desk.tick({0, 1, 2, 3});
+        int refreshes = 0;
+        connect(&window.commands, &Commands::refreshed, this, [&refreshes] { ++refreshes; });
+        window.action(CommandId::Duplicate).trigger();
+        QCOMPARE(window.desk.library.count(), 8);
+        QCOMPARE(refreshes, 1);
     }
 
     void deleteIsInThePluralFromOneTickOn_data()
@@ -455,11 +490,11 @@ private Q_SLOTS:
         window.tasks.canMove = true;
         window.commands.refresh();
         for (const CommandId id : {CommandId::Quit, CommandId::Tick, CommandId::FocusFilter, CommandId::MovePatchUp,
-                 CommandId::MovePatchDown, CommandId::CheckLibrary}) {
+                 CommandId::MovePatchDown, CommandId::CheckLibrary, CommandId::NextColumn, CommandId::PreviousColumn}) {
             window.action(id).trigger();
         }
         QCOMPARE(window.tasks.asked.join(u';'),
-            QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1;checkLibrary"));
+            QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1;checkLibrary;column 1;column -1"));
     }
 
     void pagesAndTheFolderAreOpenedOutside()

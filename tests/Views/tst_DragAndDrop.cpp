@@ -115,8 +115,13 @@ private Q_SLOTS:
         DragOver drag(window->contentList()->viewport(), rows(window->libraryList(), {1}));
         QVERIFY(drag.moveTo(pointIn(window->contentList(), 2)));
         const QStringList names{QStringLiteral("Lead"), QStringLiteral("Bells")};
-        QCOMPARE(window->contentList()->dropMark(), (DropMark{DropMark::Replace, 2, 2, names}));
-        QCOMPARE(window->status(), QStringLiteral("Replaces 2 slots, 1.3 to 2.1"));
+        const DropMark expected{.kind = DropMark::Replace,
+            .row = 2,
+            .count = 2,
+            .names = names,
+            .leftOut = 1,
+            .firstLeftOut = {QStringLiteral("Drum")}};
+        QCOMPARE(window->contentList()->dropMark(), expected);
         QVERIFY(drag.dropAt(pointIn(window->contentList(), 2)));
         WindowFixture::settle();
         QCOMPARE(window->slotNames(), QStringLiteral("A B Lead Bells"));

@@ -284,7 +284,7 @@ private Q_SLOTS:
         QVERIFY(!shown.model.setData(index, QStringLiteral("x"), Qt::EditRole));
     }
 
-    void aDragCarriesItsRowOrAllTickedPatches()
+    void aDragCarriesAllTickedPatchesOrElseItsRow()
     {
         Shown shown(QStringLiteral("A B C"));
         const auto dragged = [&shown](int row) {
@@ -302,7 +302,10 @@ private Q_SLOTS:
         shown.library.setIsMultiSel(true);
         shown.library.setMultiSelections({{{shown.idOf(0), true}, {shown.idOf(2), true}}});
         QCOMPARE(dragged(2), QStringLiteral("A C"));
+        QCOMPARE(dragged(1), QStringLiteral("A C"));
+        shown.library.setMultiSelections({});
         QCOMPARE(dragged(1), QStringLiteral("B"));
+        shown.library.setMultiSelections({{{shown.idOf(0), true}}});
         shown.library.setIsMultiSel(false);
         QCOMPARE(dragged(2), QStringLiteral("C"));
         QVERIFY(!shown.model.mimeData({}));

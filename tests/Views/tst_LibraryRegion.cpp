@@ -161,12 +161,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("left");
         QTest::addColumn<QString>("call");
+        QTest::addColumn<QString>("next");
         QTest::newRow("selected") << QList<int>{} << QStringLiteral("Do you really want to delete 1 patch?")
-                                  << QStringLiteral("Lead Choir") << "remove 1";
+                                  << QStringLiteral("Lead Choir") << "remove 1" << QStringLiteral("Choir");
         QTest::newRow("one tick") << QList<int>{2} << QStringLiteral("Do you really want to delete 1 patches?")
-                                  << QStringLiteral("Lead Bells") << "remove 1";
+                                  << QStringLiteral("Lead Bells") << "remove 1" << QStringLiteral("Bells");
         QTest::newRow("two ticks") << QList<int>{0, 2} << QStringLiteral("Do you really want to delete 2 patches?")
-                                   << QStringLiteral("Bells") << "remove 2";
+                                   << QStringLiteral("Bells") << "remove 2" << QStringLiteral("Bells");
     }
 
     void deletingAsksWithTheNumberOfTicks()
@@ -192,9 +193,10 @@ private Q_SLOTS:
         QVERIFY(window->answer(QStringLiteral("Yes")));
         QTEST(window->libraryRows(), "left");
         QCOMPARE(window->library.isMultiSel(), !ticked.isEmpty());
-        QVERIFY(!window->library.selection());
-        QCOMPARE(window->selectedRows(window->libraryList()), QString());
-        QVERIFY(window->isSaid(noSelection));
+        QTEST(window->selectedName(), "next");
+        const int nextRow = static_cast<int>(window->library.getPatchFromId(window->library.selection())->index);
+        QCOMPARE(window->selectedRows(window->libraryList()), QString::number(nextRow));
+        QVERIFY(!window->isSaid(noSelection));
         QCOMPARE(window->calls.calls.first(2), (QStringList{call, QStringLiteral("save")}));
         QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), window->libraryRows());
     }
@@ -211,7 +213,7 @@ private Q_SLOTS:
         QVERIFY(!window->isEnabled(QStringLiteral("Select")));
     }
 
-    void deletingInAFilteredListSelectsNoNeighbour()
+    void deletingInAFilteredListGoesOnToTheNextRowThatIsShown()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Lean Choir Leap"));
         QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("lea"));
@@ -219,7 +221,8 @@ private Q_SLOTS:
         QVERIFY(window->press(QStringLiteral("Delete")));
         QVERIFY(window->answer(QStringLiteral("Yes")));
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead Leap"));
-        QCOMPARE(window->selectedRows(window->libraryList()), QString());
+        QCOMPARE(window->selectedRows(window->libraryList()), QStringLiteral("1"));
+        QCOMPARE(window->selectedName(), QStringLiteral("Leap"));
         QVERIFY(window->isSaid(QStringLiteral("Showing: 2 elements out of 4")));
     }
 

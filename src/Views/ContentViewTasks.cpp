@@ -1,0 +1,67 @@
+// The window: what the commands ask of it.
+
+#include "Alerts.h"
+#include "ContentView.h"
+#include "LibraryContentMainView.h"
+#include "LibraryListView.h"
+#include "LibraryViewFilterView.h"
+#include "StatusLine.h"
+#include "VelgorLibraryView.h"
+#include "VelgorPatchDetailView.h"
+
+void ContentView::confirmExport()
+{
+    m_alerts->confirmExport();
+}
+
+void ContentView::flipTick()
+{
+    m_columns->library()->list()->flipTickOfCurrent();
+}
+
+bool ContentView::canFlipTick() const
+{
+    return m_columns && m_columns->library()->list()->canFlipTickOfCurrent();
+}
+
+bool ContentView::showsLibraryPatches() const
+{
+    return m_columns && m_columns->library()->shownCount() > 0;
+}
+
+void ContentView::moveLibraryPatch(int step)
+{
+    m_columns->library()->list()->moveSelected(step);
+}
+
+bool ContentView::canMoveLibraryPatch(int step) const
+{
+    return m_columns && m_columns->library()->list()->canMoveSelected(step);
+}
+
+void ContentView::showInLibrary()
+{
+    if (!m_columns->showInLibrary()) {
+        m_status->say(tr("The library does not have the patch of this slot"));
+    }
+}
+
+void ContentView::focusFilter()
+{
+    m_columns->library()->filter()->focusName();
+}
+
+void ContentView::focusName()
+{
+    m_columns->details()->focusName();
+}
+
+void ContentView::goToColumn(int step)
+{
+    m_columns->goToColumn(step);
+}
+
+void ContentView::closeWindow()
+{
+    close();
+}

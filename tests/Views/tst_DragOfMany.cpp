@@ -1,0 +1,190 @@
+#include "DragOver.h"
+#include "DragPicture.h"
+#include "LookMeasures.h"
+#include "ShownWidgets.h"
+#include "TestLibraries.h"
+#include "TestPatches.h"
+#include "TestProgram.h"
+#include "WindowFixture.h"
+
+#include <QApplication>
+#include <QLineEdit>
+
+using namespace ShownWidgets;
+
+namespace {
+
+QPoint middleOf(const PatchListView *list, int row)
+{
+    return list->visualRect(list->model()->index(row, 0)).center();
+}
+
+/// What a drag of this row carries.
+QMimeData *row(const PatchListView *list, int row)
+{
+    return list->model()->mimeData({list->model()->index(row, 0)});
+}
+
+void tick(WindowFixture &window, const QList<qsizetype> &ticked)
+{
+    window.libraryEditor.flipMultiSelection();
+    for (const qsizetype each : ticked) {
+        window.libraryEditor.flipTick(window.library.patches().at(each).id());
+    }
+    WindowFixture::settle();
+}
+
+void filter(const WindowFixture &window, const QString &name)
+{
+    QTest::keyClicks(named<QLineEdit>(*window.window, QStringLiteral("Filter by name")), name);
+    WindowFixture::settle();
+}
+
+} // namespace
+
+class TestDragOfMany : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatDoesNotFitIsSaidBeforeAndAfter()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir Drum"), QStringLiteral("A B C D"));
+        tick(*window, {3, 0, 1, 2});
+        ContentListView *list = window->contentList();
+        DragOver drag(list->viewport(), row(window->libraryList(), 1));
+        QVERIFY(drag.moveTo(middleOf(list, 0)));
+        QCOMPARE(window->status(), QStringLiteral("Replaces 4 slots, 1.1 to 2.1"));
+        QVERIFY(drag.moveTo(middleOf(list, 2)));
+        QCOMPARE(window->status(),
+            QStringLiteral("Replaces 2 slots, 1.3 to 2.1. "
+                           "2 of 4 patches fit, no slot is left for \"Choir\", \"Drum\""));
+        QVERIFY(drag.dropAt(middleOf(list, 2)));
+        WindowFixture::settle();
+        QCOMPARE(window->slotNames(), QStringLiteral("A B Lead Bells"));
+        QCOMPARE(window->status(),
+            QStringLiteral("2 patches placed in slots 1.3 to 2.1. "
+                           "2 of 4 patches fit, no slot is left for \"Choir\", \"Drum\""));
+    }
+
+    void theMessageOfMixedVersionsSaysItToo()
+    {
+        const LibraryDirectory directory;
+        TestLibraries::save(directory,
+            {{WindowFixture::patch(QStringLiteral("Old")), WindowFixture::patch(QStringLiteral("New"), "V1.30"),
+                 WindowFixture::patch(QStringLiteral("Newer"), "V1.30")},
+                {}});
+        WindowFixture window(directory);
+        QVERIFY(window.open());
+        window.importList(QStringLiteral("A B C"));
+        tick(window, {0, 1, 2});
+        DragOver drag(window.contentList()->viewport(), row(window.libraryList(), 0));
+        QVERIFY(drag.dropAt(middleOf(window.contentList(), 1)));
+        QCOMPARE(window.message(),
+            QStringLiteral("You should not mix various versions of Velgor firmware in a preset file"));
+        QVERIFY2(window.messageText().contains(QStringLiteral("2 of 3 patches fit, no slot is left for \"Newer\"")),
+            qPrintable(window.messageText()));
+    }
+
+    void keysPlaceLikeADropAndSayTheSame()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B"));
+        tick(*window, {0, 1});
+        WindowFixture::click(window->contentList(), 1);
+        WindowFixture::key(window->contentList(), Qt::Key_Return);
+        QCOMPARE(window->slotNames(), QStringLiteral("A Lead"));
+        QCOMPARE(window->status(),
+            QStringLiteral("1 patch placed in slot 1.2. 1 of 2 patches fit, no slot is left for \"Bells\""));
+        WindowFixture::click(window->libraryList(), 1);
+        WindowFixture::key(window->contentList(), Qt::Key_Return);
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" placed in slot 1.2"));
+    }
+
+    void ticksThatTheFilterHidesComeAlongAndAreCounted()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("a1 b1 a2"), QStringLiteral("A B C"));
+        tick(*window, {0, 1, 2});
+        filter(*window, QStringLiteral("a"));
+        ContentListView *list = window->contentList();
+        DragOver drag(list->viewport(), row(window->libraryList(), 1));
+        QVERIFY(drag.moveTo(middleOf(list, 0)));
+        QCOMPARE(list->dropMark().names.join(u' '), QStringLiteral("a1 b1 a2"));
+        QCOMPARE(window->status(), QStringLiteral("Replaces 3 slots, 1.1 to 1.3. The filter hides 1 of them"));
+        QVERIFY(drag.dropAt(middleOf(list, 0)));
+        QCOMPARE(window->slotNames(), QStringLiteral("a1 b1 a2"));
+    }
+
+    void aRowThatIsNotTickedTakesTheTickedOnesAlong()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"), QStringLiteral("A B C"));
+        tick(*window, {0, 2});
+        const QString carried =
+            QString::fromUtf8(row(window->libraryList(), 1)->data(TransferablePatch::typeIdentifier()));
+        QVERIFY2(
+            carried.contains(QStringLiteral("Lead")) && carried.contains(QStringLiteral("Choir")), qPrintable(carried));
+        QVERIFY2(!carried.contains(QStringLiteral("Bells")), qPrintable(carried));
+    }
+
+    void underAFilterAMoveSaysItsPlaceInTheWholeLibrary_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("dragged");
+        QTest::addColumn<int>("target");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("all are shown") << "" << 0 << 2 << QString();
+        QTest::newRow("down") << "a" << 0 << 2
+                              << QStringLiteral("Moves \"Ann\" to row 3 of 5 in the whole library, behind \"Ada\"");
+        QTest::newRow("up") << "a" << 2 << 1
+                            << QStringLiteral("Moves \"Art\" to row 3 of 5 in the whole library, behind \"Bo\"");
+        QTest::newRow("to the top") << "a" << 2 << -1
+                                    << QStringLiteral("Moves \"Art\" to row 1 of 5 in the whole library");
+        QTest::newRow("nowhere") << "a" << 0 << -1
+                                 << QStringLiteral("Leaves \"Ann\" in row 1 of 5 in the whole library");
+    }
+
+    void underAFilterAMoveSaysItsPlaceInTheWholeLibrary()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, dragged);
+        QFETCH(const int, target);
+        QFETCH(const QString, said);
+        const auto window = WindowFixture::shown(QStringLiteral("Ann Bo Ada Cy Art"));
+        filter(*window, name);
+        LibraryListView *list = window->libraryList();
+        const qsizetype libraryRow = name.isEmpty() ? dragged : 2 * dragged;
+        const quint64 id = window->library.patches().at(libraryRow).id();
+        const QRect rect = list->visualRect(list->model()->index(std::max(target, 0), 0));
+        const QPoint point(rect.center().x(), target < 0 ? rect.top() + 2 : rect.bottom() - 2);
+        DragOver drag(list->viewport(), row(list, dragged));
+        const QString before = window->status();
+        QVERIFY(drag.moveTo(point));
+        QCOMPARE(window->status(), said.isEmpty() ? before : said);
+        QVERIFY(drag.dropAt(point));
+        const qsizetype index = window->library.getPatchFromId(id)->index;
+        QVERIFY(said.isEmpty() || said.contains(QStringLiteral("row %1 of 5").arg(index + 1)));
+    }
+
+    void theCardStandsClearOfTheRowUnderThePointer_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<qreal>("ratio");
+        QTest::newRow("plain") << 10 << 1.0;
+        QTest::newRow("large, dense") << 20 << 1.5;
+    }
+
+    void theCardStandsClearOfTheRowUnderThePointer()
+    {
+        QFETCH(const int, points);
+        QFETCH(const qreal, ratio);
+        QFont font;
+        font.setPointSize(points);
+        const QPixmap picture = DragPicture::paint(QStringLiteral("Lead"), false, 5, font, ratio);
+        const int rowHeight = LookMeasures::rowHeight(QFontMetrics(font));
+        // The pointer may stand at the lower edge of its row.
+        const int rowTop = DragPicture::hotSpot(picture, font).y() - rowHeight + 1;
+        QVERIFY(picture.deviceIndependentSize().height() <= rowTop);
+        QVERIFY(picture.width() > 100 * ratio);
+    }
+};
+
+VELGOR_WIDGET_TEST(TestDragOfMany)
+#include "tst_DragOfMany.moc"
