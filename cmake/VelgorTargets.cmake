@@ -4,7 +4,7 @@ option(VELGOR_PRECOMPILED_HEADERS "Precompile the headers of Qt" OFF)
 
 #   velgor_precompile(velgor_models core)      kind: core, widgets, core_test or widgets_test
 function(velgor_precompile target kind)
-    if(VELGOR_PRECOMPILED_HEADERS)
+    if(VELGOR_PRECOMPILED_HEADERS AND kind)
         target_precompile_headers(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/precompiled_${kind}.h")
     endif()
 endfunction()
@@ -27,7 +27,7 @@ function(velgor_add_layer name)
 endfunction()
 
 # A test program holds the test classes of one folder; CTest runs each class by itself, under the name of its file. It
-# finds no display and needs none.
+# finds no display and needs none. For one file or two, precompiled headers take longer than they save.
 #
 #   velgor_add_tests(velgor_format_tests PRECOMPILED core_test TESTS tst_SPatch tst_SUserIR USES velgor_format)
 function(velgor_add_tests program)
@@ -41,7 +41,7 @@ function(velgor_add_tests program)
         target_compile_options(${program} PRIVATE -O0)
     endif()
     set_target_properties(${program} PROPERTIES AUTOMOC ON)
-    velgor_precompile(${program} ${TEST_PRECOMPILED})
+    velgor_precompile(${program} "${TEST_PRECOMPILED}")
     foreach(test ${TEST_TESTS})
         add_test(NAME ${test} COMMAND ${program} ${test})
         set_tests_properties(${test} PROPERTIES

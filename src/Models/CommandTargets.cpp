@@ -1,8 +1,10 @@
 #include "CommandTargets.h"
 
+#include "LibraryViewFilter.h"
 #include "VelgorLibrary.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -61,4 +63,23 @@ bool CommandTargets::allHave(const VelgorLibrary &library, bool VelgorPatch::*fl
     const MultiSelections &ticks = library.multiSelections();
     return std::all_of(library.patches().begin(), library.patches().end(),
         [&](const VelgorPatch &patch) { return patch.*flag || !ticks.isTicked(patch.id()); });
+}
+
+std::optional<quint64> CommandTargets::nextToDeleted(const VelgorLibrary &library, const LibraryViewFilter &filter)
+{
+    const bool isForTicks = areTicked(library);
+    const auto isDeleted = [&](const VelgorPatch &patch) {
+        return isForTicks ? library.multiSelections().isTicked(patch.id()) : patch.id() == library.selection();
+    };
+    const auto isLeft = [&](const VelgorPatch &patch) { return !isDeleted(patch) && filter.show(patch); };
+    const QList<VelgorPatch> &patches = library.patches();
+    const auto selected = library.getPatchFromId(library.selection());
+    const auto start =
+        selected ? patches.begin() + selected->index : std::find_if(patches.begin(), patches.end(), isDeleted);
+    const auto behind = std::find_if(start, patches.end(), isLeft);
+    if (behind != patches.end()) {
+        return behind->id();
+    }
+    const auto before = std::find_if(std::make_reverse_iterator(start), patches.rend(), isLeft);
+    return before != patches.rend() ? std::optional(before->id()) : std::nullopt;
 }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+class LibraryViewFilter;
 class VelgorLibrary;
 
 /// Which library patches a command means. The one rule, for menus, context menus, buttons, keys and drags:
@@ -32,5 +33,8 @@ namespace CommandTargets {
     qsizetype atMost = std::numeric_limits<qsizetype>::max());
 /// True when there are such patches and each of them has this classification.
 [[nodiscard]] bool allHave(const VelgorLibrary &library, bool VelgorPatch::*flag);
+/// The patch to go on with when the patches of a command about several are deleted: the next one that the filter shows,
+/// the one before at the end, nothing when none is left.
+[[nodiscard]] std::optional<quint64> nextToDeleted(const VelgorLibrary &library, const LibraryViewFilter &filter);
 
 } // namespace CommandTargets

@@ -9,7 +9,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent)
@@ -255,28 +254,9 @@ void LibraryEditor::deleteSelected()
 
 void LibraryEditor::deleteAndGoOn()
 {
-    const std::optional<quint64> next = nextToDeleted();
+    const std::optional<quint64> next = CommandTargets::nextToDeleted(m_library, m_filter);
     deleteSelected();
     m_library.setSelection(next);
-}
-
-std::optional<quint64> LibraryEditor::nextToDeleted() const
-{
-    const bool areTicked = CommandTargets::areTicked(m_library);
-    const auto isDeleted = [&](const VelgorPatch &patch) {
-        return areTicked ? m_library.multiSelections().isTicked(patch.id()) : patch.id() == m_library.selection();
-    };
-    const auto isLeft = [&](const VelgorPatch &patch) { return !isDeleted(patch) && m_filter.show(patch); };
-    const QList<VelgorPatch> &patches = m_library.patches();
-    const auto selected = m_library.getPatchFromId(m_library.selection());
-    const auto start =
-        selected ? patches.begin() + selected->index : std::find_if(patches.begin(), patches.end(), isDeleted);
-    const auto behind = std::find_if(start, patches.end(), isLeft);
-    if (behind != patches.end()) {
-        return behind->id();
-    }
-    const auto before = std::find_if(std::make_reverse_iterator(start), patches.rend(), isLeft);
-    return before != patches.rend() ? std::optional(before->id()) : std::nullopt;
 }
 
 void LibraryEditor::deleteFromId(quint64 id)

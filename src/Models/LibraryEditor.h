@@ -90,7 +90,6 @@ private:
     [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
     void keepSlots(const QList<TransferablePatch> &items);
     [[nodiscard]] QList<quint64> idsFrom(qsizetype row) const;
-    [[nodiscard]] std::optional<quint64> nextToDeleted() const;
 
     VelgorLibrary &m_library;
     VelgorContent &m_content;
