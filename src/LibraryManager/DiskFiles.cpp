@@ -257,7 +257,7 @@ QString DiskFiles::stage(const OpenDirectory &directory, const QString &name, co
     const Staging &staging, Staged &staged)
 {
     const Place place = staging.isFree ? Place() : whatIsAt(directory, name);
-    const QString refusal = ::whyNotReplaceable(place);
+    QString refusal = ::whyNotReplaceable(place);
     if (!refusal.isEmpty()) {
         return refusal;
     }

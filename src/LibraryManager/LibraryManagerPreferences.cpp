@@ -92,7 +92,7 @@ QString LibraryManagerPreferences::store(const QString &key, const QVariant &val
         m_store->sync();
         return m_store->status() == QSettings::NoError ? QString() : tr("The preferences cannot be written");
     }
-    const QString problem = PreferencesFile(m_store->fileName()).change(key, value);
+    QString problem = PreferencesFile(m_store->fileName()).change(key, value);
     m_store->sync();
     return problem;
 }

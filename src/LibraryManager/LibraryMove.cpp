@@ -73,11 +73,12 @@ QString LibraryMove::takeBackFiles()
     for (const QString &name : std::as_const(written)) {
         note(name, DiskFiles::remove(pathOf(name)));
     }
-    for (auto file = renamed.crbegin(); file != renamed.crend(); ++file) {
-        if (existence(pathOf(file->from)) == FileExistence::file) {
-            note(file->from, DiskFiles::remove(pathOf(file->from)));
+    const QList backwards(renamed.crbegin(), renamed.crend());
+    for (const auto &file : backwards) {
+        if (existence(pathOf(file.from)) == FileExistence::file) {
+            note(file.from, DiskFiles::remove(pathOf(file.from)));
         }
-        note(file->to, DiskFiles::move(pathOf(file->to), pathOf(file->from)));
+        note(file.to, DiskFiles::move(pathOf(file.to), pathOf(file.from)));
     }
     m_isBegun = false;
     return errors.join(u'\n');

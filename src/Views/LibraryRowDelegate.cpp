@@ -180,7 +180,7 @@ QString LibraryRowDelegate::markToolTip(
     }
     const Parts parts = partsOf(option, index);
     const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
-    const QString spoken = PatchRoles::spokenFlags(flags);
+    QString spoken = PatchRoles::spokenFlags(flags);
     if (parts.marks.contains(position)) {
         return spoken;
     }

@@ -25,7 +25,10 @@ constexpr int headerTop = 14;
 constexpr int aboveLine = 2; ///< beyond the gap
 constexpr int aboveFlags = 7;
 
-const QString filterSymbol = QStringLiteral("line.3.horizontal.decrease.circle");
+QString filterSymbol()
+{
+    return QStringLiteral("line.3.horizontal.decrease.circle");
+}
 
 qsizetype litFlags(const VelgorPatch &asked)
 {
@@ -85,7 +88,7 @@ LibraryViewFilterView::LibraryViewFilterView(QWidget *parent)
 QWidget *LibraryViewFilterView::makeHeader()
 {
     auto *header = new QWidget(this);
-    m_symbol = new SymbolView(filterSymbol, &LookTokens::secondary, header);
+    m_symbol = new SymbolView(filterSymbol(), &LookTokens::secondary, header);
     auto *title = new QLabel(tr("Filter"), header);
     RelativeFont::set(*title, strongFont);
     auto *row = new QHBoxLayout(header);
@@ -203,8 +206,8 @@ void LibraryViewFilterView::showFilter()
     const qsizetype lit = litFlags(asked);
     m_fold->setText(lit > 0 ? tr("Filter (%1)").arg(lit) : tr("Filter"));
     m_fold->setAccessibleDescription(lit > 0 ? tr("%1 lit").arg(lit) : QString());
-    m_fold->setIcon(symbolIcon(filterSymbol, isActive() ? QPalette::Link : QPalette::ButtonText));
-    m_symbol->setSymbol(filterSymbol, isActive() ? &LookTokens::accentText : &LookTokens::secondary);
+    m_fold->setIcon(symbolIcon(filterSymbol(), isActive() ? QPalette::Link : QPalette::ButtonText));
+    m_symbol->setSymbol(filterSymbol(), isActive() ? &LookTokens::accentText : &LookTokens::secondary);
     if (!isActive() && m_flags->hasClearFocus()) {
         if (m_isFolded) {
             m_flags->focusFirst();

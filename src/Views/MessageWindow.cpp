@@ -77,6 +77,7 @@ void MessageWindow::dress()
 bool MessageWindow::event(QEvent *event)
 {
     if (event->type() == QEvent::LayoutRequest) {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): QMessageBox would size itself by rules of its own.
         const bool isTaken = QDialog::event(event);
         fit();
         return isTaken;

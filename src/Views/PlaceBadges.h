@@ -41,7 +41,7 @@ private:
         QRect sentence;
         QList<QRect> badges; ///< of those that are shown
         QRect more; ///< null when all are shown
-        int height;
+        int height = 0;
     };
 
     /// In a widget of this width.

@@ -100,10 +100,10 @@ QString StatusText::ofMove(const QString &name, qsizetype row, qsizetype count, 
 {
     const QString place = QString::number(row + 1);
     if (before.isEmpty()) {
-        return Texts::tr("Moves \"%1\" to row %2 of %3 in the whole library")
+        return Texts::tr(R"(Moves "%1" to row %2 of %3 in the whole library)")
             .arg(shownName(name), place, QString::number(count));
     }
-    return Texts::tr("Moves \"%1\" to row %2 of %3 in the whole library, behind \"%4\"")
+    return Texts::tr(R"(Moves "%1" to row %2 of %3 in the whole library, behind "%4")")
         .arg(shownName(name), place, QString::number(count), shownName(before));
 }
 
