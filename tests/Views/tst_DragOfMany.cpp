@@ -10,6 +10,8 @@
 #include <QApplication>
 #include <QLineEdit>
 
+#include <memory>
+
 using namespace ShownWidgets;
 
 namespace {
@@ -117,8 +119,8 @@ private Q_SLOTS:
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"), QStringLiteral("A B C"));
         tick(*window, {0, 2});
-        const QString carried =
-            QString::fromUtf8(row(window->libraryList(), 1)->data(TransferablePatch::typeIdentifier()));
+        const std::unique_ptr<QMimeData> data(row(window->libraryList(), 1));
+        const QString carried = QString::fromUtf8(data->data(TransferablePatch::typeIdentifier()));
         QVERIFY2(
             carried.contains(QStringLiteral("Lead")) && carried.contains(QStringLiteral("Choir")), qPrintable(carried));
         QVERIFY2(!carried.contains(QStringLiteral("Bells")), qPrintable(carried));
