@@ -1,9 +1,7 @@
+#include "CommandFixture.h"
 #include "OrdinaryUser.h"
 #include "PresetFileSearch.h"
-#include "ProgramFiles.h"
 #include "TestProgram.h"
-#include "TestRecords.h"
-#include "VelgorProcess.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -12,25 +10,12 @@
 
 #include <sys/stat.h>
 
-namespace {
-
-using Json = VelgorProcess::Json;
-
-QByteArray fileOf(const QString &name, int seed)
-{
-    return TestRecords::fileBytes({TestRecords::patch(name, seed)});
-}
-
-} // namespace
-
 /// Directories in the place of files that are added.
-class TestAddDirectories : public QObject {
+class TestAddDirectories : public QObject, private CommandFixture {
     Q_OBJECT
 
 private:
-    VelgorProcess m_velgor;
     std::unique_ptr<QTemporaryDir> m_backups;
-    std::unique_ptr<LibraryDirectory> m_library;
 
     void write(const QString &name, const QByteArray &bytes) const
     {
@@ -39,7 +24,7 @@ private:
     [[nodiscard]] VelgorProcess::Result add(const QStringList &paths, const QString &option = {}) const
     {
         const QStringList options = option.isEmpty() ? QStringList() : QStringList(option);
-        return m_velgor.library(m_library->path(), QStringList(QStringLiteral("add")) + options + paths);
+        return library(QStringList(QStringLiteral("add")) + options + paths);
     }
     /// The paths as they are given out, without the directory.
     [[nodiscard]] QStringList filesOf(const Json &json) const
@@ -51,22 +36,13 @@ private:
         }
         return files;
     }
-    [[nodiscard]] QStringList names() const
-    {
-        const Json json =
-            m_velgor.library(m_library->path(), {QStringLiteral("list"), QStringLiteral("--json")}).json();
-        QStringList names;
-        for (const Json &patch : json.at("patches")) {
-            names.append(QString::fromStdString(patch.at("name").get<std::string>()));
-        }
-        return names;
-    }
+    [[nodiscard]] QStringList names() const { return namesIn(listed()); }
 
 private Q_SLOTS:
     void init()
     {
         m_backups = std::make_unique<QTemporaryDir>();
-        m_library = std::make_unique<LibraryDirectory>();
+        startEmpty();
     }
 
     void everyPresetFileBelowIsAddedInOrderOfPath()
@@ -177,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(add({other.path()}).status, 0);
         QCOMPARE(names().size(), 3);
         // Its own files are all there.
-        const auto again = add({m_library->path()}, QStringLiteral("--json"));
+        const auto again = add({m_directory->path()}, QStringLiteral("--json"));
         QCOMPARE(again.status, 0);
         for (const Json &entry : again.json()) {
             QVERIFY(entry.at("added").empty() && entry.at("known").size() == 1);

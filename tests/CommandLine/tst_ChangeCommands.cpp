@@ -1,60 +1,21 @@
-#include "ProgramFiles.h"
+#include "CommandFixture.h"
 #include "TestProgram.h"
-#include "VelgorProcess.h"
 
 #include <QCoreApplication>
 #include <QTest>
 
-#include <memory>
-
-namespace {
-
-using Json = VelgorProcess::Json;
-
-const QString lead = QStringLiteral("8725204569585644227");
-const QString slashed = QStringLiteral("3702531371783571771");
-const QString accented = QStringLiteral("11354825418023308630");
-
-QStringList words(const QString &text)
-{
-    return text.split(u'|');
-}
-
-} // namespace
-
 /// The commands that change patches: several at once, names that do not fit, and what is said of it.
-class TestChangeCommands : public QObject {
+class TestChangeCommands : public QObject, private CommandFixture {
     Q_OBJECT
 
 private:
-    VelgorProcess m_velgor;
-    std::unique_ptr<LibraryDirectory> m_directory;
-
-    [[nodiscard]] VelgorProcess::Result library(const QString &arguments) const
-    {
-        return m_velgor.library(m_directory->path(), words(arguments));
-    }
-    [[nodiscard]] Json patch(const QString &id) const
-    {
-        const Json library = this->library(QStringLiteral("list|--json")).json();
-        for (const Json &entry : library.at("patches")) {
-            if (entry.at("id") == id.toStdString()) {
-                return entry;
-            }
-        }
-        return {};
-    }
     [[nodiscard]] static QStringList warnings(const VelgorProcess::Result &result)
     {
         return result.errorLines().filter(QStringLiteral("velgor: warning: "));
     }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_directory = std::make_unique<LibraryDirectory>();
-        ProgramFiles::copyLibrary(QStringLiteral("ok"), *m_directory);
-    }
+    void init() { startWithSample(); }
 
     void nameLongerThanTheFieldWarns_data()
     {

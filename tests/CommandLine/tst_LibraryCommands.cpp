@@ -1,20 +1,13 @@
-#include "ProgramFiles.h"
+#include "CommandFixture.h"
 #include "TestProgram.h"
 #include "TestRecords.h"
-#include "VelgorProcess.h"
 
 #include <QCoreApplication>
 #include <QTest>
 
-#include <memory>
-
 namespace {
 
 using Json = VelgorProcess::Json;
-
-const QString lead = QStringLiteral("8725204569585644227");
-const QString slashed = QStringLiteral("3702531371783571771");
-const QString accented = QStringLiteral("11354825418023308630");
 
 QString text(const Json &value)
 {
@@ -30,50 +23,16 @@ QStringList texts(const Json &values, const char *key = nullptr)
     return result;
 }
 
-/// Arguments in one text: words parted by "|".
-QStringList words(const QString &text)
-{
-    return text.split(u'|');
-}
-
-QByteArray fileOf(const QString &name, int seed)
-{
-    return TestRecords::fileBytes({TestRecords::patch(name, seed)});
-}
-
 } // namespace
 
 /// The commands that read and change a library. Each starts from the three patches of a sample library.
-class TestLibraryCommands : public QObject {
+class TestLibraryCommands : public QObject, private CommandFixture {
     Q_OBJECT
 
 private:
-    VelgorProcess m_velgor;
-    std::unique_ptr<LibraryDirectory> m_directory;
-
-    /// Words parted by "|", run for the library.
-    [[nodiscard]] VelgorProcess::Result run(const QString &arguments) const
-    {
-        return m_velgor.library(m_directory->path(), words(arguments));
-    }
-    [[nodiscard]] Json listed(const QString &options = {}) const
-    {
-        return run(QStringLiteral("list|--json") + (options.isEmpty() ? QString() : u'|' + options)).json();
-    }
-    [[nodiscard]] Json patch(const QString &id) const
-    {
-        const Json library = listed();
-        for (const Json &entry : library.at("patches")) {
-            if (text(entry.at("id")) == id) {
-                return entry;
-            }
-        }
-        return {};
-    }
     [[nodiscard]] QStringList namesInFile(const QString &path) const
     {
-        return texts(
-            m_velgor.run({QStringLiteral("list"), path, QStringLiteral("--json")}).json().at("patches"), "name");
+        return namesIn(m_velgor.run({QStringLiteral("list"), path, QStringLiteral("--json")}).json());
     }
     [[nodiscard]] QString output() const { return m_velgor.filePath(QStringLiteral("out.prst")); }
     [[nodiscard]] QString inputFile(const QString &name, const QByteArray &bytes) const
@@ -85,8 +44,7 @@ private:
 private Q_SLOTS:
     void init()
     {
-        m_directory = std::make_unique<LibraryDirectory>();
-        ProgramFiles::copyLibrary(QStringLiteral("ok"), *m_directory);
+        startWithSample();
         QFile::remove(output());
     }
 
@@ -109,7 +67,7 @@ private Q_SLOTS:
         for (Json &entry : stored.at("patches")) {
             entry.at("id") = std::to_string(entry.at("id").get<quint64>());
         }
-        const auto result = run(QStringLiteral("list|--json"));
+        const auto result = library(QStringLiteral("list|--json"));
         QCOMPARE(result.status, 0);
         const Json expected{{"directory", m_directory->path().toStdString()}, {"defaultPatch", slashed.toStdString()},
             {"total", 3}, {"patches", stored.at("patches")}};
@@ -119,7 +77,7 @@ private Q_SLOTS:
 
     void tableShowsEveryPatch()
     {
-        const QStringList lines = QString::fromUtf8(run(QStringLiteral("list")).output).split(u'\n');
+        const QStringList lines = QString::fromUtf8(library(QStringLiteral("list")).output).split(u'\n');
         QCOMPARE(lines.size(), 6);
         QVERIFY(lines.at(1).startsWith(lead + u' ') && lines.at(1).endsWith(u"guitar drive  fat amp"));
         QVERIFY(lines.at(2).contains(u"default") && lines.at(2).contains(u"user IR"));
@@ -151,10 +109,10 @@ private Q_SLOTS:
     {
         QFETCH(const QString, options);
         QFETCH(const QString, names);
-        const auto result = run(QStringLiteral("list|--json|") + options);
+        const auto result = library(QStringLiteral("list|--json|") + options);
         QTEST(result.status, "status");
         const Json json = result.json();
-        QCOMPARE(texts(json.at("patches"), "name"), names.isEmpty() ? QStringList() : words(names));
+        QCOMPARE(namesIn(json), names.isEmpty() ? QStringList() : words(names));
         QVERIFY(json.at("total") == 3);
     }
 
@@ -195,7 +153,7 @@ private Q_SLOTS:
         arguments.replace(QStringLiteral("MALFORMED"), ProgramFiles::sample(QStringLiteral("malformed/count_0")));
         ProgramFiles::write(output(), "as it was");
         const auto before = m_directory->stamps();
-        const auto result = run(arguments);
+        const auto result = library(arguments);
         QCOMPARE(result.status, 2);
         QVERIFY2(result.errors.contains("velgor: "), result.errors.constData());
         QCOMPARE(m_directory->stamps(), before);
@@ -209,7 +167,7 @@ private Q_SLOTS:
                 {TestRecords::patch(QStringLiteral("New"), 5), TestRecords::patch(QStringLiteral("New"), 5)}));
         const QString bad = ProgramFiles::sample(QStringLiteral("malformed/count_0"));
         const QString known = m_directory->filePath(QStringLiteral("lib-Lead.%1.prst").arg(lead));
-        const auto result = run(QStringList({QStringLiteral("add|--json"), bad, fresh, known}).join(u'|'));
+        const auto result = library(QStringList({QStringLiteral("add|--json"), bad, fresh, known}).join(u'|'));
         QCOMPARE(result.status, 2);
         const Json json = result.json();
         QCOMPARE(texts(json, "file"), QStringList({bad, fresh, known}));
@@ -219,7 +177,7 @@ private Q_SLOTS:
         QVERIFY(json.at(1).at("known") == json.at(1).at("added"));
         QVERIFY(json.at(1).at("error").is_null());
         QCOMPARE(texts(json.at(2).at("known")), QStringList(lead));
-        QCOMPARE(texts(listed().at("patches"), "name"), words(QString::fromUtf8("Lead|A/B|Größe|New")));
+        QCOMPARE(namesIn(listed()), words(QString::fromUtf8("Lead|A/B|Größe|New")));
         QCOMPARE(texts(listed().at("patches"), "id").last(), text(json.at(1).at("added").at(0)));
     }
 
@@ -227,7 +185,7 @@ private Q_SLOTS:
     {
         const auto before = m_directory->stamps();
         const auto result =
-            run(QStringLiteral("add|") + m_directory->filePath(QStringLiteral("lib-Lead.%1.prst").arg(lead)));
+            library(QStringLiteral("add|") + m_directory->filePath(QStringLiteral("lib-Lead.%1.prst").arg(lead)));
         QCOMPARE(result.status, 0);
         QVERIFY(result.output.contains("already there") && result.output.contains("0 added, 1 already there"));
         QCOMPARE(m_directory->stamps(), before);
@@ -237,7 +195,8 @@ private Q_SLOTS:
     {
         const Json before = patch(lead);
         QCOMPARE(
-            run(QStringLiteral("set|%1|--name|Größe/x|--comment|\"a\"\n|--guitar|off|--solo|on|--default").arg(lead))
+            library(
+                QStringLiteral("set|%1|--name|Größe/x|--comment|\"a\"\n|--guitar|off|--solo|on|--default").arg(lead))
                 .status,
             0);
         Json expected = before;
@@ -253,13 +212,13 @@ private Q_SLOTS:
 
     void duplicateAddsACopyWithTheSameSound()
     {
-        const auto result = run(QStringLiteral("duplicate|") + slashed);
+        const auto result = library(QStringLiteral("duplicate|") + slashed);
         QCOMPARE(result.status, 0);
         const Json last = listed().at("patches").back();
         QCOMPARE(QString::fromUtf8(result.output),
             text(last.at("id")) + QStringLiteral("  ") + text(last.at("name")) + u'\n');
         QVERIFY(text(last.at("name")) != QStringLiteral("A/B"));
-        QStringList similar = texts(run(QStringLiteral("similar|--json|") + slashed).json());
+        QStringList similar = texts(library(QStringLiteral("similar|--json|") + slashed).json());
         QCOMPARE(similar, QStringList({slashed, text(last.at("id"))}));
     }
 
@@ -267,7 +226,7 @@ private Q_SLOTS:
     {
         // In the place of the journal nothing can be written.
         m_directory->write(QStringLiteral(".velgorlibrary.journal/x"), "x");
-        const auto result = run(QStringLiteral("duplicate|") + slashed);
+        const auto result = library(QStringLiteral("duplicate|") + slashed);
         QCOMPARE(result.status, 2);
         QCOMPARE(result.output, QByteArray());
         QVERIFY(QDir(m_directory->filePath(QStringLiteral(".velgorlibrary.journal"))).removeRecursively());
@@ -275,19 +234,19 @@ private Q_SLOTS:
 
     void removeTakesPatchesAndTheirFiles()
     {
-        QCOMPARE(run(QStringLiteral("remove|%1|%2").arg(slashed, lead)).status, 0);
+        QCOMPARE(library(QStringLiteral("remove|%1|%2").arg(slashed, lead)).status, 0);
         QCOMPARE(texts(listed().at("patches"), "id"), QStringList(accented));
         QVERIFY(listed().at("defaultPatch").is_null());
         QCOMPARE(m_directory->files().size(), 2);
-        QCOMPARE(run(QStringLiteral("remove|%1|%1").arg(accented)).status, 0);
+        QCOMPARE(library(QStringLiteral("remove|%1|%1").arg(accented)).status, 0);
         QVERIFY(listed().at("total") == 0);
-        QCOMPARE(run(QStringLiteral("list")).status, 0);
-        QCOMPARE(run(QStringLiteral("list|--guitar")).status, 1);
+        QCOMPARE(library(QStringLiteral("list")).status, 0);
+        QCOMPARE(library(QStringLiteral("list|--guitar")).status, 1);
     }
 
     void exportKeepsTheOrderAsked()
     {
-        QCOMPARE(run(QStringLiteral("export|%1|%2|%1|-o|%3").arg(accented, lead, output())).status, 0);
+        QCOMPARE(library(QStringLiteral("export|%1|%2|%1|-o|%3").arg(accented, lead, output())).status, 0);
         QCOMPARE(namesInFile(output()), words(QString::fromUtf8("Größe|Lead|Größe")));
         QCOMPARE(m_velgor.run({QStringLiteral("check"), output()}).status, 0);
     }
@@ -313,13 +272,13 @@ private Q_SLOTS:
         const QString export1 = QStringLiteral("export|%1|-o|%2").arg(lead, output());
         const QString compose = QStringLiteral("compose|--slot|2.2=%1|-o|%2").arg(lead, output());
         // Composed under the old name first, so that nothing remembered can stand for the new one.
-        QCOMPARE(run(compose).status, 0);
+        QCOMPARE(library(compose).status, 0);
         QCOMPARE(namesInFile(output()).at(4), QStringLiteral("Lead"));
-        QCOMPARE(run(QStringLiteral("set|%1|--name|%2").arg(lead, name)).status, 0);
+        QCOMPARE(library(QStringLiteral("set|%1|--name|%2").arg(lead, name)).status, 0);
         QCOMPARE(text(patch(lead).at("name")), name);
-        QCOMPARE(run(export1).status, 0);
+        QCOMPARE(library(export1).status, 0);
         QCOMPARE(namesInFile(output()), QStringList(exported));
-        QCOMPARE(run(compose).status, 0);
+        QCOMPARE(library(compose).status, 0);
         QCOMPARE(namesInFile(output()).at(4), exported);
     }
 
@@ -333,7 +292,7 @@ private Q_SLOTS:
         QCOMPARE(spaced.files().size(), 2);
         const auto result = m_velgor.library(spaced.path(), {QStringLiteral("list"), QStringLiteral("--json")});
         QCOMPARE(result.status, 0);
-        QCOMPARE(texts(result.json().at("patches"), "name"), QStringList(QStringLiteral("One")));
+        QCOMPARE(namesIn(result.json()), QStringList(QStringLiteral("One")));
     }
 
     void preferencesNameTheDirectory()

@@ -1,40 +1,28 @@
-#include "ProgramFiles.h"
+#include "CommandFixture.h"
 #include "TestProgram.h"
 #include "TestRecords.h"
-#include "VelgorProcess.h"
 
 #include <QCoreApplication>
 #include <QTest>
 
-#include <memory>
-
 namespace {
 
-const QString lead = QStringLiteral("8725204569585644227");
 const QString leadFile = QStringLiteral("lib-Lead.8725204569585644227.prst");
 const QString libraryFile = QStringLiteral("velgorlibrary.json");
 
 } // namespace
 
 /// What commands do with files in a library directory that are not as the library leaves them.
-class TestLibraryFiles : public QObject {
+class TestLibraryFiles : public QObject, private CommandFixture {
     Q_OBJECT
 
 private:
-    VelgorProcess m_velgor;
-    std::unique_ptr<LibraryDirectory> m_directory;
-
-    [[nodiscard]] VelgorProcess::Result run(const QStringList &arguments) const
-    {
-        return m_velgor.library(m_directory->path(), arguments);
-    }
     [[nodiscard]] QString output() const { return m_velgor.filePath(QStringLiteral("out.prst")); }
 
 private Q_SLOTS:
     void init()
     {
-        m_directory = std::make_unique<LibraryDirectory>();
-        ProgramFiles::copyLibrary(QStringLiteral("ok"), *m_directory);
+        startWithSample();
         QFile::remove(output());
     }
 
@@ -42,12 +30,12 @@ private Q_SLOTS:
     {
         const QString below = QStringLiteral("backup/notes.%1.txt").arg(lead);
         m_directory->write(below, "mine");
-        const auto result = run({QStringLiteral("remove"), lead});
+        const auto result = library({QStringLiteral("remove"), lead});
         QCOMPARE(result.status, 0);
         QVERIFY2(result.errors.contains("notes."), result.errors.constData());
         QCOMPARE(m_directory->read(below), QByteArray("mine"));
         QVERIFY(!m_directory->has(leadFile));
-        QVERIFY(run({QStringLiteral("list"), QStringLiteral("--json")}).json().at("total") == 2);
+        QVERIFY(library({QStringLiteral("list"), QStringLiteral("--json")}).json().at("total") == 2);
     }
 
     void fileThatIsNotThePatchsIsNeverExportedForIt_data()
@@ -64,14 +52,14 @@ private Q_SLOTS:
         QFETCH(const QByteArray, bytes);
         const QByteArray good = m_directory->read(leadFile);
         ProgramFiles::write(m_velgor.filePath(QStringLiteral("lead.prst")), good);
-        QCOMPARE(run({QStringLiteral("remove"), lead}).status, 0);
+        QCOMPARE(library({QStringLiteral("remove"), lead}).status, 0);
         m_directory->write(leadFile, bytes);
-        const auto added = run({QStringLiteral("add"), m_velgor.filePath(QStringLiteral("lead.prst"))});
+        const auto added = library({QStringLiteral("add"), m_velgor.filePath(QStringLiteral("lead.prst"))});
         QCOMPARE(added.status, 0);
         QVERIFY2(added.errors.contains("was kept as "), added.errors.constData());
         QCOMPARE(m_directory->read(leadFile), good);
         QCOMPARE(m_directory->read(QStringLiteral("damaged-%1-00.prst").arg(lead)), bytes);
-        QCOMPARE(run({QStringLiteral("export"), lead, QStringLiteral("-o"), output()}).status, 0);
+        QCOMPARE(library({QStringLiteral("export"), lead, QStringLiteral("-o"), output()}).status, 0);
         QCOMPARE(ProgramFiles::read(output()), good);
     }
 
@@ -79,9 +67,9 @@ private Q_SLOTS:
     {
         const QByteArray text = m_directory->read(libraryFile).replace("{\"patches\"", "{\"format\":2,\"patches\"");
         m_directory->write(libraryFile, text);
-        QCOMPARE(run({QStringLiteral("list")}).status, 0);
+        QCOMPARE(library({QStringLiteral("list")}).status, 0);
         QCOMPARE(m_directory->read(libraryFile), text);
-        const auto result = run({QStringLiteral("set"), lead, QStringLiteral("--comment"), QStringLiteral("new")});
+        const auto result = library({QStringLiteral("set"), lead, QStringLiteral("--comment"), QStringLiteral("new")});
         QCOMPARE(result.status, 0);
         QVERIFY2(result.errors.contains("the former library file was kept as "), result.errors.constData());
         const QStringList kept = m_directory->files().filter(QStringLiteral("velgorlibrary-"));

@@ -1,25 +1,11 @@
-#include "ProgramFiles.h"
+#include "CommandFixture.h"
 #include "TestProgram.h"
 #include "TestRecords.h"
-#include "VelgorProcess.h"
 
 #include <QCoreApplication>
 #include <QTest>
 
-#include <memory>
-
 namespace {
-
-using Json = VelgorProcess::Json;
-
-const QString lead = QStringLiteral("8725204569585644227");
-const QString slashed = QStringLiteral("3702531371783571771");
-const QString accented = QStringLiteral("11354825418023308630");
-
-QStringList words(const QString &text)
-{
-    return text.split(u'|');
-}
 
 QByteArray realistic()
 {
@@ -29,39 +15,17 @@ QByteArray realistic()
 } // namespace
 
 /// "-" in the place of a file or of an id.
-class TestStandardStreams : public QObject {
+class TestStandardStreams : public QObject, private CommandFixture {
     Q_OBJECT
 
 private:
-    VelgorProcess m_velgor;
-    std::unique_ptr<LibraryDirectory> m_directory;
-
-    [[nodiscard]] VelgorProcess::Result library(const QString &arguments) const
-    {
-        return m_velgor.library(m_directory->path(), words(arguments));
-    }
     [[nodiscard]] QByteArray idsIn(const QString &options = {}) const
     {
         return library(QStringLiteral("list|--ids") + options).output;
     }
-    [[nodiscard]] QStringList namesIn(const QByteArray &bytes)
-    {
-        m_velgor.setInput(bytes);
-        const Json json = m_velgor.run(words(QStringLiteral("list|-|--json"))).json();
-        QStringList names;
-        for (const Json &patch : json.at("patches")) {
-            names.append(QString::fromStdString(patch.at("name").get<std::string>()));
-        }
-        return names;
-    }
 
 private Q_SLOTS:
-    void init()
-    {
-        m_directory = std::make_unique<LibraryDirectory>();
-        ProgramFiles::copyLibrary(QStringLiteral("ok"), *m_directory);
-        m_velgor.setInput({});
-    }
+    void init() { startWithSample(); }
 
     void fileComesFromStandardInput_data()
     {
@@ -194,7 +158,9 @@ private Q_SLOTS:
         m_velgor.setInput(idsIn(QStringLiteral("|--sort|name")));
         const auto result = library(QStringLiteral("export|%1|-|-o|-").arg(lead));
         QCOMPARE(result.status, 0);
-        QCOMPARE(namesIn(result.output), words(QString::fromUtf8("Lead|A/B|Größe|Lead")));
+        m_velgor.setInput(result.output);
+        const Json file = m_velgor.run(words(QStringLiteral("list|-|--json"))).json();
+        QCOMPARE(namesIn(file), words(QString::fromUtf8("Lead|A/B|Größe|Lead")));
     }
 
     void wrongIdsDoNothing_data()

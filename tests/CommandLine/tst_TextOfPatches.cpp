@@ -1,57 +1,23 @@
-#include "ProgramFiles.h"
+#include "CommandFixture.h"
 #include "TestProgram.h"
-#include "VelgorProcess.h"
 
 #include <QCoreApplication>
 #include <QProcess>
 #include <QTest>
 
-#include <memory>
-
 namespace {
 
-using Json = VelgorProcess::Json;
-
-const QString lead = QStringLiteral("8725204569585644227");
 /// U+FEFF, which Qt takes for a sign of the encoding at the start of a text.
 const QString mark = QString(QChar(QChar::ByteOrderMark));
-
-QStringList words(const QString &text)
-{
-    return text.split(u'|');
-}
 
 } // namespace
 
 /// Names and comments on their way through arguments and tables, to the character.
-class TestTextOfPatches : public QObject {
+class TestTextOfPatches : public QObject, private CommandFixture {
     Q_OBJECT
 
-private:
-    VelgorProcess m_velgor;
-    std::unique_ptr<LibraryDirectory> m_directory;
-
-    [[nodiscard]] VelgorProcess::Result library(const QString &arguments) const
-    {
-        return m_velgor.library(m_directory->path(), words(arguments));
-    }
-    [[nodiscard]] Json patch(const QString &id) const
-    {
-        const Json library = this->library(QStringLiteral("list|--json")).json();
-        for (const Json &entry : library.at("patches")) {
-            if (entry.at("id") == id.toStdString()) {
-                return entry;
-            }
-        }
-        return {};
-    }
-
 private Q_SLOTS:
-    void init()
-    {
-        m_directory = std::make_unique<LibraryDirectory>();
-        ProgramFiles::copyLibrary(QStringLiteral("ok"), *m_directory);
-    }
+    void init() { startWithSample(); }
 
     void leadingMarkIsKept_data()
     {
