@@ -6,36 +6,26 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
-
-namespace {
-
-bool isListable(const QString &directory)
-{
-    std::error_code error;
-    const std::filesystem::directory_iterator entries(QFileInfo(directory).filesystemFilePath(), error);
-    return !error;
-}
-
-} // namespace
 
 QList<PresetFileSearch::Entry> PresetFileSearch::below(const QString &directory)
 {
     using Kind = DirectoryListing::Kind;
-    const auto denied = [] { return tr("the directory may not be searched"); };
     QList<Entry> entries;
     const QDir root(directory);
-    const bool isSearched = DirectoryWalk::visit(directory, [&](const QString &relative, Kind kind) {
-        const QString path = root.filePath(relative);
-        if (kind == Kind::Directory) {
-            if (!isListable(path)) {
-                entries.append({.path = path, .error = denied()});
+    const bool isSearched = DirectoryWalk::visit(directory, [&](const DirectoryWalk::Entry &found) {
+        const QString path = root.filePath(found.path);
+        if (found.kind == Kind::Directory) {
+            if (!found.isListed) {
+                entries.append({.path = path, .error = tr("the directory may not be searched")});
             }
             return;
         }
-        const bool isNamedSo = relative.endsWith(QStringLiteral(".prst"), Qt::CaseInsensitive);
-        if (isNamedSo && (kind == Kind::RegularFile || !QFileInfo(path).isDir())) {
+        if (!found.path.endsWith(QStringLiteral(".prst"), Qt::CaseInsensitive)) {
+            return;
+        }
+        if (!found.isUtf8) {
+            entries.append({.path = path, .error = tr("its name is not valid UTF-8")});
+        } else if (found.kind == Kind::RegularFile || !QFileInfo(path).isDir()) {
             entries.append({.path = path, .error = {}});
         }
     });

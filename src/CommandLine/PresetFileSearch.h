@@ -11,7 +11,7 @@ class PresetFileSearch {
 public:
     struct Entry {
         QString path; ///< begins with the directory that was searched
-        QString error; ///< why the directory at this path was not searched; empty for a preset file
+        QString error; ///< why the directory or file at this path is left out; empty for a file to be read
     };
 
     /// Every ".prst" below the directory, in order of path. Links to directories are not followed, so that no loop of

@@ -8,8 +8,8 @@
 std::optional<DirectoryListing> DirectoryListing::scan(const QString &directory)
 {
     DirectoryListing listing;
-    const bool isComplete =
-        DirectoryWalk::visit(directory, [&listing](const QString &path, Kind kind) { listing.insert(path, kind); });
+    const bool isComplete = DirectoryWalk::visit(
+        directory, [&listing](const DirectoryWalk::Entry &entry) { listing.insert(entry.path, entry.kind); });
     return isComplete ? std::optional(std::move(listing)) : std::nullopt;
 }
 

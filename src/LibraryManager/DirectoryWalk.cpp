@@ -1,5 +1,7 @@
 #include "DirectoryWalk.h"
 
+#include "Utf8Text.h"
+
 #include <QFile>
 
 #ifdef Q_OS_WIN
@@ -52,7 +54,14 @@ bool DirectoryWalk::visit(const QString &directory, const Visit &visit)
     }
     const qsizetype rootLength = directory.endsWith(u'/') ? directory.size() : directory.size() + 1;
     while (entry != fs::recursive_directory_iterator()) {
-        visit(QString::fromStdWString(entry->path().generic_wstring()).sliced(rootLength), kindOfEntry(*entry));
+        const Kind kind = kindOfEntry(*entry);
+        std::error_code denied;
+        if (kind == Kind::Directory) {
+            const fs::directory_iterator below(entry->path(), denied);
+        }
+        visit({.path = QString::fromStdWString(entry->path().generic_wstring()).sliced(rootLength),
+            .kind = kind,
+            .isListed = !denied});
         entry.increment(error);
         if (error) {
             return false;
@@ -73,11 +82,13 @@ struct CloseDirectory {
 struct Level {
     std::unique_ptr<DIR, CloseDirectory> stream;
     QString prefix; ///< of the paths of its entries
+    bool isUtf8 = true; ///< the path that leads here
 };
 
 enum class Opening { Done, Denied, Failed };
 
-Opening open(int parent, const char *name, int flags, const QString &prefix, std::vector<Level> &levels)
+/// The directory comes as a new level, with an empty prefix.
+Opening open(int parent, const char *name, int flags, std::vector<Level> &levels)
 {
     const int handle = ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
     DIR *stream = handle < 0 ? nullptr : ::fdopendir(handle);
@@ -88,7 +99,7 @@ Opening open(int parent, const char *name, int flags, const QString &prefix, std
         }
         return isDenied ? Opening::Denied : Opening::Failed;
     }
-    levels.push_back({.stream = std::unique_ptr<DIR, CloseDirectory>(stream), .prefix = prefix});
+    levels.push_back({.stream = std::unique_ptr<DIR, CloseDirectory>(stream), .prefix = {}});
     return Opening::Done;
 }
 
@@ -119,6 +130,19 @@ Kind kindOfEntry(DIR *stream, const dirent &entry)
     }
 }
 
+/// QFile::decodeName() without its leaving out of a U+FEFF at the start; nothing for what is not UTF-8.
+std::optional<QString> decodedName(const char *name)
+{
+    std::optional<QString> text = Utf8Text::decode(name);
+#ifdef Q_OS_DARWIN
+    // The file system takes letters and their accents apart.
+    if (text) {
+        text = text->normalized(QString::NormalizationForm_C);
+    }
+#endif
+    return text;
+}
+
 bool isDots(const char *name)
 {
     return qstrcmp(name, ".") == 0 || qstrcmp(name, "..") == 0;
@@ -140,7 +164,7 @@ const dirent *next(const Level &level)
 bool DirectoryWalk::visit(const QString &directory, const Visit &visit)
 {
     std::vector<Level> levels;
-    const Opening root = open(AT_FDCWD, QFile::encodeName(directory).constData(), 0, {}, levels);
+    const Opening root = open(AT_FDCWD, QFile::encodeName(directory).constData(), 0, levels);
     if (root != Opening::Done) {
         return false;
     }
@@ -154,11 +178,20 @@ bool DirectoryWalk::visit(const QString &directory, const Visit &visit)
             continue;
         }
         DIR *stream = levels.back().stream.get();
-        const Kind kind = kindOfEntry(stream, *entry);
-        const QString path = levels.back().prefix + QFile::decodeName(&entry->d_name[0]);
-        visit(path, kind);
-        const bool isEntered = kind == Kind::Directory;
-        if (isEntered && open(::dirfd(stream), &entry->d_name[0], O_NOFOLLOW, path + u'/', levels) == Opening::Failed) {
+        const std::optional<QString> name = decodedName(&entry->d_name[0]);
+        Entry found{.path = levels.back().prefix + (name ? *name : QFile::decodeName(&entry->d_name[0])),
+            .kind = kindOfEntry(stream, *entry),
+            .isUtf8 = levels.back().isUtf8 && name};
+        Opening opening = Opening::Denied;
+        if (found.kind == Kind::Directory) {
+            opening = open(::dirfd(stream), &entry->d_name[0], O_NOFOLLOW, levels);
+            found.isListed = opening == Opening::Done;
+        }
+        visit(found);
+        if (opening == Opening::Done) {
+            levels.back().prefix = found.path + u'/';
+            levels.back().isUtf8 = found.isUtf8;
+        } else if (opening == Opening::Failed) {
             return false;
         }
     }

@@ -9,10 +9,18 @@
 /// Walks through a directory and everything below it, without following links.
 namespace DirectoryWalk {
 
-using Visit = std::function<void(const QString &path, DirectoryListing::Kind kind)>;
+struct Entry {
+    QString path; ///< relative to the directory
+    DirectoryListing::Kind kind = DirectoryListing::Kind::Other;
+    bool isListed = true; ///< false for a directory that may not be listed
+    /// False when a name in the path is not valid UTF-8. The path can be shown then, but leads nowhere.
+    bool isUtf8 = true;
+};
 
-/// Shows each entry with its path relative to the directory, a directory before what is in it. What may not be listed
-/// below it counts as empty. False when the directory is none or may not be listed itself, or something failed.
+using Visit = std::function<void(const Entry &entry)>;
+
+/// Shows each entry, a directory before what is in it. What may not be listed below the directory counts as empty.
+/// False when the directory is none or may not be listed itself, or something failed.
 [[nodiscard]] bool visit(const QString &directory, const Visit &visit);
 
 } // namespace DirectoryWalk

@@ -6,7 +6,9 @@
 #include <QCoreApplication>
 #include <QTest>
 
+#include <fstream>
 #include <memory>
+#include <string>
 
 #include <sys/stat.h>
 
@@ -135,6 +137,44 @@ private Q_SLOTS:
         QCOMPARE(found.at(0).error, QString());
         QCOMPARE(found.at(1).path, secret);
         QVERIFY(!found.at(1).error.isEmpty());
+    }
+
+    void leadingMarkInNamesIsKept()
+    {
+        const QString mark(QChar::ByteOrderMark);
+        write(mark + QStringLiteral("one.prst"), fileOf(QStringLiteral("One"), 1));
+        write(mark + QStringLiteral("two/") + mark + mark + QStringLiteral(".prst"), fileOf(QStringLiteral("Two"), 2));
+        write(QStringLiteral("one.prst"), fileOf(QStringLiteral("Three"), 3));
+        const auto result = add({m_backups->path()}, QStringLiteral("--json"));
+        QCOMPARE(result.status, 0);
+        QCOMPARE(filesOf(result.json()),
+            (QStringList{QStringLiteral("one.prst"), mark + QStringLiteral("one.prst"),
+                mark + QStringLiteral("two/") + mark + mark + QStringLiteral(".prst")}));
+        QCOMPARE(names(), QStringLiteral("Three One Two").split(u' '));
+    }
+
+    void namesThatAreNoTextAreReportedAsSuch()
+    {
+        const QByteArray root = QFile::encodeName(m_backups->path());
+        QCOMPARE(mkdir((root + "/caf\xE9").constData(), 0700), 0);
+        for (const char *name : {"/caf\xE9/in.prst", "/caf\xE9/in.txt", "/b\xE9.prst", "/b\xE9.txt"}) {
+            std::ofstream(root.toStdString() + name) << fileOf(QStringLiteral("Bad"), 1).toStdString();
+        }
+        // Shown in the same way, it is another file.
+        write(QString::fromUtf8("b\uFFFD.prst"), fileOf(QStringLiteral("Good"), 2));
+        const auto result = add({m_backups->path()}, QStringLiteral("--json"));
+        QCOMPARE(result.status, 2);
+        QStringList errors;
+        for (const Json &entry : result.json()) {
+            errors.append(
+                entry.at("error").is_null() ? QString() : QString::fromStdString(entry.at("error").get<std::string>()));
+        }
+        errors.sort();
+        const QString path = m_backups->path() + u'/';
+        QCOMPARE(errors,
+            (QStringList{QString(), path + QString::fromUtf8("b\uFFFD.prst: its name is not valid UTF-8"),
+                path + QString::fromUtf8("caf\uFFFD/in.prst: its name is not valid UTF-8")}));
+        QCOMPARE(names(), QStringList(QStringLiteral("Good")));
     }
 
     void directoryWithoutPresetFilesIsNoErrorAndMakesNoLibrary()
