@@ -15,12 +15,6 @@ const QStringList &answeredWithoutWindow()
     return options;
 }
 
-std::nullopt_t refuse(const QString &sentence)
-{
-    Diagnostics::standardError()(QStringLiteral("velgor-library-manager: ") + sentence);
-    return std::nullopt;
-}
-
 } // namespace
 
 StartOptions::StartOptions()
@@ -47,9 +41,10 @@ bool StartOptions::needNoWindow(const QStringList &words)
     return isAnswer || (isOnlyFiles && files > 1);
 }
 
-std::optional<QString> StartOptions::fileOf(const QStringList &arguments)
+std::optional<QString> StartOptions::fileOf(const QStringList &words)
 {
-    const bool isUnderstood = m_parser.parse(arguments);
+    // The parser passes over the name of the program.
+    const bool isUnderstood = m_parser.parse(QStringList(QString()) + words);
     if (m_parser.isSet(QStringLiteral("help"))) {
         m_parser.showHelp();
     }
@@ -57,11 +52,18 @@ std::optional<QString> StartOptions::fileOf(const QStringList &arguments)
         m_parser.showVersion();
     }
     if (!isUnderstood) {
-        return refuse(m_parser.errorText());
+        refuse(m_parser.errorText());
+        return std::nullopt;
     }
     const QStringList files = m_parser.positionalArguments();
     if (files.size() > 1) {
-        return refuse(tr("one preset file can be opened at a time, not %1").arg(files.size()));
+        refuse(tr("one preset file can be opened at a time, not %1").arg(files.size()));
+        return std::nullopt;
     }
     return files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
+}
+
+void StartOptions::refuse(const QString &sentence)
+{
+    Diagnostics::standardError()(QStringLiteral("velgor-library-manager: ") + sentence);
 }

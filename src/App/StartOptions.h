@@ -17,10 +17,13 @@ public:
     /// True when the words, which may hold options of the window system, ask for what needs no window and no display.
     [[nodiscard]] static bool needNoWindow(const QStringList &words);
 
-    /// Takes what is left when the window system, if there is one, has taken its options: the application object's
-    /// arguments. Shows help or version, and ends the program then. Gives the absolute path of the file to open, which
-    /// may be empty; nothing, after a sentence on standard error, for words that are refused.
-    [[nodiscard]] std::optional<QString> fileOf(const QStringList &arguments);
+    /// Takes the words that are left when the window system, if there is one, has taken its options. Shows help or
+    /// version, and ends the program then. Gives the absolute path of the file to open, which may be empty; nothing,
+    /// after a sentence on standard error, for words that are refused.
+    [[nodiscard]] std::optional<QString> fileOf(const QStringList &words);
+
+    /// Says on standard error, in the program's name, why it does not start.
+    static void refuse(const QString &sentence);
 
 private:
     QCommandLineParser m_parser;

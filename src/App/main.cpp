@@ -1,3 +1,4 @@
+#include "ProgramArguments.h"
 #include "StartOptions.h"
 #include "VelgorStyle.h"
 #include "Velgor_Library_ManagerApp.h"
@@ -18,15 +19,6 @@ void nameProgram()
     QCoreApplication::setApplicationVersion(QStringLiteral(VELGOR_VERSION));
 }
 
-QStringList wordsOf(int argc, const char *const *argv)
-{
-    QStringList words;
-    for (int i = 1; i < argc; ++i) {
-        words.append(QString::fromLocal8Bit(argv[i]));
-    }
-    return words;
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -36,15 +28,21 @@ int main(int argc, char *argv[])
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
     nameProgram();
-    if (StartOptions::needNoWindow(wordsOf(argc, argv))) {
+    QByteArray bad;
+    const std::optional<QStringList> words = ProgramArguments::decode(argc, argv, bad);
+    if (!words) {
+        StartOptions::refuse(ProgramArguments::refusalOf(bad));
+        return wrongUsage;
+    }
+    if (StartOptions::needNoWindow(*words)) {
         const QCoreApplication application(argc, argv);
-        std::ignore = StartOptions().fileOf(QCoreApplication::arguments());
+        std::ignore = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
         return wrongUsage;
     }
     const QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QStringLiteral("velgor-library-manager"));
 
-    const std::optional<QString> file = StartOptions().fileOf(QCoreApplication::arguments());
+    const std::optional<QString> file = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
     if (!file) {
         return wrongUsage;
     }

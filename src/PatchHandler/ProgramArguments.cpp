@@ -2,6 +2,8 @@
 
 #include "Utf8Text.h"
 
+#include <QCoreApplication>
+
 #ifdef Q_OS_WIN
 #include <QScopeGuard>
 #include <qt_windows.h>
@@ -26,6 +28,11 @@ std::optional<QStringList> decode(int /*argc*/, const char *const * /*argv*/, QB
     return words;
 }
 
+QStringList remaining(int /*argc*/, const char *const * /*argv*/)
+{
+    return QCoreApplication::arguments().sliced(1);
+}
+
 #else
 
 std::optional<QStringList> decode(int argc, const char *const *argv, QByteArray &bad)
@@ -42,6 +49,18 @@ std::optional<QStringList> decode(int argc, const char *const *argv, QByteArray 
     return words;
 }
 
+QStringList remaining(int argc, const char *const *argv)
+{
+    QByteArray bad;
+    return decode(argc, argv, bad).value_or(QStringList());
+}
+
 #endif
+
+QString refusalOf(const QByteArray &bad)
+{
+    return QCoreApplication::translate("ProgramArguments", "an argument is not valid UTF-8: %1")
+        .arg(QString::fromUtf8(bad));
+}
 
 } // namespace ProgramArguments

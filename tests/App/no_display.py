@@ -30,6 +30,12 @@ for words in (["--help"], ["-h"], ["-reverse", "--help"]):
     check(done.returncode == 0, f"{words} ended with {done.returncode}: {done.stderr}")
     check("[FILE]" in done.stdout and "--version" in done.stdout, f"{words} said {done.stdout!r}")
 
+for words in ([b"caf\xe9.prst"], [b"a.prst", b"-platform", b"\xe9"], [b"--", b"\xff.prst"]):
+    done = run(*words, **{"LC_ALL": "C.UTF-8"})
+    check(done.returncode == 2, f"{words} ended with {done.returncode}: {done.stderr}")
+    expected = "velgor-library-manager: an argument is not valid UTF-8: "
+    check(done.stderr.startswith(expected) and done.stderr.count("\n") == 1, f"{words} said {done.stderr!r}")
+
 # Options of the window system are known only where there is one.
 offscreen = {"QT_QPA_PLATFORM": "offscreen"}
 for words, variables in (
