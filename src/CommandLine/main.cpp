@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <csignal>
+#include <tuple>
 
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
@@ -20,12 +21,11 @@ namespace {
 void openStandardStreams()
 {
 #ifdef Q_OS_UNIX
-    int descriptor = 0;
-    do {
-        descriptor = ::open("/dev/null", O_RDWR);
-    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-    if (descriptor > STDERR_FILENO) {
-        ::close(descriptor);
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (::fcntl(stream, F_GETFD) < 0) {
+            // The lowest that is free, which is this one. Standard output is only read, so that writing to it fails.
+            std::ignore = ::open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+        }
     }
 #endif
 }
@@ -51,8 +51,7 @@ int main(int argc, char *argv[])
     QByteArray bad;
     const std::optional<QStringList> words = ProgramArguments::decode(argc, argv, bad);
     if (!words) {
-        return Output::fail(
-            QCoreApplication::translate("main", "an argument is not valid UTF-8: %1").arg(QString::fromUtf8(bad)));
+        return Output::fail(ProgramArguments::refusalOf(bad));
     }
     const int status = Dispatcher().run(*words);
     if (!Output::isComplete()) {

@@ -3,6 +3,7 @@
 #include "TestRecords.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QTest>
 
 namespace {
@@ -117,6 +118,39 @@ private Q_SLOTS:
         VelgorProcess full;
         full.setOutputFile(QStringLiteral("/dev/full"));
         QCOMPARE(full.run(words(QString(line).replace(QStringLiteral("OUT"), QStringLiteral("-")))).status, 2);
+    }
+
+    void closedStandardOutputIsAFailure_data() { standardOutputHoldsTheFileAlone_data(); }
+    void closedStandardOutputIsAFailure()
+    {
+        QFETCH(QString, line);
+        line.replace(QStringLiteral("SAMPLE"), ProgramFiles::sample(QStringLiteral("realistic/half51")));
+        line.replace(QStringLiteral("LEAD"), lead).replace(QStringLiteral("SLASHED"), slashed);
+        line.replace(QStringLiteral("DIR"), m_directory->path()).replace(QStringLiteral("OUT"), QStringLiteral("-"));
+        const auto before = m_directory->stamps();
+        for (const char *closed : {"<&- >&-", ">&-"}) {
+            QProcess shell;
+            shell.start(QStringLiteral("/bin/sh"),
+                QStringList{QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$@\" ") + QLatin1String(closed),
+                    m_velgor.executable()}
+                    + words(line));
+            QVERIFY(shell.waitForFinished());
+            QCOMPARE(shell.exitCode(), 2);
+            QVERIFY(shell.readAllStandardError().endsWith("velgor: standard output could not be written\n"));
+        }
+        QCOMPARE(m_directory->stamps(), before);
+    }
+
+    void streamsThatNothingNeedsMayBeClosed()
+    {
+        QProcess shell;
+        shell.start(QStringLiteral("/bin/sh"),
+            {QStringLiteral("-c"), QStringLiteral("exec \"$0\" copy \"$1\" -o \"$2\" <&- >&- 2>&-"),
+                m_velgor.executable(), ProgramFiles::sample(QStringLiteral("realistic/half51")),
+                m_velgor.filePath(QStringLiteral("out.prst"))});
+        QVERIFY(shell.waitForFinished());
+        QCOMPARE(shell.exitCode(), 0);
+        QCOMPARE(m_velgor.run({QStringLiteral("check"), m_velgor.filePath(QStringLiteral("out.prst"))}).status, 0);
     }
 
     void idsAreListedAlone()
