@@ -66,11 +66,12 @@ int Dispatcher::runCommand(const QString &name)
     if (!command) {
         return wrongUsage(tr("unknown command \"%1\"").arg(name));
     }
-    if (m_library && !command->usesLibrary()) {
+    // Help is about any library.
+    if (m_library && !command->usesLibrary() && name != QStringLiteral("help")) {
         return wrongUsage(tr("%1 uses no library").arg(name), name);
     }
     // What comes later wins, so a directory before the command gives way to one after it.
-    if (m_library) {
+    if (m_library && command->usesLibrary()) {
         m_words.prepend(QStringLiteral("--library=") + *m_library);
     }
     QString error;

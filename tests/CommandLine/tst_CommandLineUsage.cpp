@@ -52,6 +52,10 @@ private Q_SLOTS:
         QVERIFY(help.contains(QStringLiteral("Example:\n  velgor ") + command));
         QCOMPARE(m_velgor.run(words(command + QStringLiteral(" -h"))).output, result.output);
         QCOMPARE(m_velgor.run(words(QStringLiteral("help ") + command)).output, result.output);
+        // A script may name the library once for all that it does.
+        const auto named = m_velgor.run(words(QStringLiteral("--library none help ") + command));
+        QCOMPARE(named.status, 0);
+        QCOMPARE(named.output, result.output);
     }
 
     void overviewNamesTheCommand_data() { addCommands(); }
