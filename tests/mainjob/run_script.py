@@ -9,11 +9,14 @@ import os
 import pathlib
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import time
 
 PATIENCE = 60
+# No server has so high a number, and no other run of this test the same.
+UNUSED_DISPLAY = f":{100000 + os.getpid()}"
 
 
 def check(condition, what):
@@ -130,14 +133,55 @@ def file_without_a_display(project):
 
 
 def window_with_a_display(project):
-    for variable in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"):
+    (project.home.parent / "wayland-7").touch()
+    wayland = {"XDG_RUNTIME_DIR": str(project.home.parent), "WAYLAND_DISPLAY": "wayland-7"}
+    for display in (
+        {"DISPLAY": "some"},
+        {"DISPLAY": "localhost:10.0"},
+        {"DISPLAY": "some", "QT_QPA_PLATFORM": "xcb"},
+        wayland,
+        {"WAYLAND_DISPLAY": str(project.home.parent / "wayland-7")},
+        wayland | {"QT_QPA_PLATFORM": "wayland-egl"},
+        wayland | {"DISPLAY": UNUSED_DISPLAY, "QT_QPA_PLATFORM": "xcb;wayland"},
+    ):
         for arguments in ([], ["samples/demo.prst"]):
-            done = project.run(*arguments, **{variable: "some"})
-            check(done.returncode == 0, f"{variable} {arguments} ended with {done.returncode}: {done.stderr}")
-            check(project.started_with() is not None, f"{variable}: the window was not started")
+            done = project.run(*arguments, **display)
+            check(done.returncode == 0, f"{display} {arguments} ended with {done.returncode}: {done.stderr}")
+            check(project.started_with() is not None, f"{display}: the window was not started")
             words, variables = project.started_with()
-            check(words == arguments, f"{variable}: started with {words}")
-            check(variables["HOME"] == str(project.home), f"{variable}: started with another home")
+            check(words == arguments, f"{display}: started with {words}")
+            check(variables["HOME"] == str(project.home), f"{display}: started with another home")
+
+
+def window_on_an_x_server_of_this_machine(project):
+    # A server can listen on a name that no file stands for.
+    with socket.socket(socket.AF_UNIX) as server:
+        server.bind(f"\0/tmp/.X11-unix/X{UNUSED_DISPLAY[1:]}")
+        server.listen()
+        for display in (UNUSED_DISPLAY, f"{UNUSED_DISPLAY}.0"):
+            check(project.run(DISPLAY=display).returncode == 0, f"{display} is a failure")
+            check(project.started_with() is not None, f"{display}: the window was not started")
+        check(project.run("samples/demo.prst", DISPLAY=UNUSED_DISPLAY[:-1]).returncode == 0, "another is a failure")
+        check(project.started_with() is None, "the window was started on another display")
+
+
+def nothing_to_see_the_window_on(project):
+    left_over = {"XDG_RUNTIME_DIR": str(project.home), "WAYLAND_DISPLAY": "wayland-7"}
+    for display in (
+        {"DISPLAY": UNUSED_DISPLAY},
+        {"DISPLAY": f"unix{UNUSED_DISPLAY}.0"},
+        left_over,
+        {"DISPLAY": "some", "QT_QPA_PLATFORM": "offscreen"},
+        {"DISPLAY": "some", "QT_QPA_PLATFORM": "vnc:size=640x480"},
+        {"DISPLAY": "some", "QT_QPA_PLATFORM": "wayland"},
+        {"QT_QPA_PLATFORM": "xcb"},
+        {"QT_QPA_PLATFORM": "minimal"},
+        {"QT_QPA_PLATFORM": "linuxfb"},
+    ):
+        done = project.run("samples/demo.prst", **display)
+        check(done.returncode == 0, f"{display} ended with {done.returncode}: {done.stderr}")
+        check("Warm Jazz Box" in done.stdout and "To see the window" in done.stdout, f"{display}: no list")
+        check(project.started_with() is None, f"{display}: the window was started")
 
 
 def demonstration_touches_nothing(project):
@@ -159,12 +203,13 @@ def demonstration_touches_nothing(project):
 
 
 def demonstration_of_the_real_window(project, window):
+    # On no screen, which the script would not choose.
     project.window.unlink()
-    project.window.symlink_to(window)
+    write_script(project.window, f'QT_QPA_PLATFORM=offscreen exec {window} "$@"\n')
     before = set(project.temporary.iterdir())
     with subprocess.Popen(
         [project.root / "scripts" / "run", "--demo"],
-        env=project.environment | {"QT_QPA_PLATFORM": "offscreen"},
+        env=project.environment | {"DISPLAY": "some"},
         stdin=subprocess.DEVNULL,
         stdout=subprocess.DEVNULL,
     ) as program:
@@ -196,6 +241,8 @@ def main():
     failure_of_the_job_is_told(project)
     file_without_a_display(project)
     window_with_a_display(project)
+    window_on_an_x_server_of_this_machine(project)
+    nothing_to_see_the_window_on(project)
     demonstration_touches_nothing(project)
     demonstration_of_the_real_window(project, window)
     wrong_usage(project)
