@@ -2,6 +2,7 @@
 
 #include "WindowState.h"
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -23,15 +24,30 @@ void filterPresetFiles(QFileDialog &dialog)
     dialog.setNameFilters({DesktopFileDialogs::tr("Preset files (*.prst)"), DesktopFileDialogs::tr("All files (*)")});
 }
 
+/// Mends the dialog that Qt draws itself, where the desktop has none.
+void mendOwnDialog(QFileDialog &dialog)
+{
+    const QList<QLineEdit *> fields = dialog.findChildren<QLineEdit *>();
+    for (QLineEdit *field : fields) {
+        // A list of completions that is open when the dialog closes leaves the window without the focus.
+        field->setCompleter(nullptr);
+        // While a path is typed, each directory on its way gets selected, and a selection that stays goes before what
+        // was typed.
+        QObject::connect(field, &QLineEdit::textChanged, &dialog, [field, &dialog] {
+            const QList<QAbstractItemView *> lists = dialog.findChildren<QAbstractItemView *>();
+            for (QAbstractItemView *list : lists) {
+                if (field->hasFocus() && list->selectionModel()) {
+                    list->clearSelection();
+                }
+            }
+        });
+    }
+}
+
 /// One path, or nothing when the user cancelled.
 std::optional<QString> ask(QFileDialog &dialog)
 {
-    // Where Qt draws the dialog itself, a list of completions that is open when the dialog closes leaves the window
-    // without the focus.
-    const QList<QLineEdit *> fields = dialog.findChildren<QLineEdit *>();
-    for (QLineEdit *field : fields) {
-        field->setCompleter(nullptr);
-    }
+    mendOwnDialog(dialog);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }

@@ -3,7 +3,10 @@
 #include "WindowState.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -11,14 +14,16 @@
 
 namespace {
 
-/// Calls back with the file dialog that is opened, and leaves it.
+/// Calls back with the file dialog that is opened, and leaves it if it is still open after that.
 void whenOpened(const std::function<void(QFileDialog &)> &look)
 {
     QTimer::singleShot(0, qApp, [look] {
         auto *const dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog);
         look(*dialog);
-        dialog->reject();
+        if (dialog->isVisible()) {
+            dialog->reject();
+        }
     });
 }
 
@@ -65,6 +70,32 @@ private Q_SLOTS:
         QVERIFY(!m_dialogs.askSaveFile(QStringLiteral("Title"), QStringLiteral("gig.prst")));
         QCOMPARE(proposed.size(), 1);
         QVERIFY2(proposed.first().endsWith(QStringLiteral("/gig.prst")), qPrintable(proposed.first()));
+    }
+
+    void theTypedPathIsOpenedWhateverLiesOnItsWay_data()
+    {
+        QTest::addColumn<QString>("directory");
+        QTest::newRow("long names") << QStringLiteral("lists/samples");
+        QTest::newRow("a name of one letter") << QStringLiteral("a/samples");
+    }
+    void theTypedPathIsOpenedWhateverLiesOnItsWay()
+    {
+        QFETCH(const QString, directory);
+        const QDir root(m_directory.path());
+        QVERIFY(root.mkpath(directory));
+        const QString path = root.filePath(directory + QStringLiteral("/gig.prst"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        whenOpened([&path](QFileDialog &dialog) {
+            auto *const field = dialog.findChild<QLineEdit *>();
+            field->setFocus();
+            for (const QChar character : path) {
+                QTest::keyClick(field, character.toLatin1());
+                QCoreApplication::processEvents();
+            }
+            QTest::keyClick(field, Qt::Key_Return);
+        });
+        QCOMPARE(m_dialogs.askOpenFile(QStringLiteral("Title")), std::optional(path));
     }
 };
 
