@@ -36,7 +36,6 @@ Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
         });
         m_actions.insert(command.id, action);
     }
-    follow();
     refresh();
 }
 
@@ -63,6 +62,7 @@ void Commands::follow()
         connect(&content, signal, this, &Commands::refresh);
     }
     connect(&m_desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);
+    refresh();
 }
 
 QAction *Commands::action(CommandId id) const

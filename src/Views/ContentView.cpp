@@ -50,6 +50,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     m_columns = new LibraryContentMainView(*m_commands, this);
     setCentralWidget(m_columns);
     const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, *menuBar(), this);
+    m_commands->follow();
     m_commands->addShortcuts(*this, *m_columns->content()->list(), *m_columns->library()->list());
     m_columns->content()->setContextMenu(menu->contentContextMenu());
     m_columns->library()->setContextMenu(menu->libraryContextMenu());

@@ -165,10 +165,7 @@ void LibraryListModel::setFilter(const LibraryViewFilter &filter)
 
 qsizetype LibraryListModel::filteredVelgorPatchesCount() const
 {
-    const QList<VelgorPatch> &patches = m_library.patches();
-    // Who hears of a removal before this model does asks for a row that is gone.
-    const bool isLonePlaceholder =
-        m_rows.size() == 1 && (m_rows.front() >= patches.size() || patches.at(m_rows.front()).empty);
+    const bool isLonePlaceholder = m_rows.size() == 1 && m_library.patches().at(m_rows.front()).empty;
     return isLonePlaceholder ? 0 : static_cast<qsizetype>(m_rows.size());
 }
 

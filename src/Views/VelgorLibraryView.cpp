@@ -94,9 +94,6 @@ void VelgorLibraryView::followLibrary()
         connect(m_model, signal, this, &VelgorLibraryView::refresh);
     }
     connect(m_model, &QAbstractItemModel::modelReset, this, &VelgorLibraryView::refresh);
-    // Whether a patch can move on depends on the neighbours that are shown.
-    connect(m_model, &QAbstractItemModel::rowsMoved, &m_commands, &Commands::refresh);
-    connect(m_model, &QAbstractItemModel::layoutChanged, &m_commands, &Commands::refresh);
     // A patch that the filter hides counts too.
     const VelgorLibrary &library = m_commands.desk().library;
     for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved}) {

@@ -51,6 +51,7 @@ struct Window {
     explicit Window(const QString &library = {})
         : desk(library)
     {
+        commands.follow();
     }
 
     [[nodiscard]] QAction &action(CommandId id) const { return *commands.action(id); }
