@@ -56,6 +56,7 @@ VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newNa
     VelgorPatch copy = from.withId(staticSimpleHash(from.patchData, from.userIRData, newName));
     copy.name = newName;
     copy.patchData->name = newName;
+    copy.patchData->unreadableName.clear();
     return copy;
 }
 

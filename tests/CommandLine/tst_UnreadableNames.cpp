@@ -64,6 +64,24 @@ private Q_SLOTS:
         QVERIFY(m_velgor.run(arguments).errorLines().filter(QStringLiteral("_error_")).isEmpty());
     }
 
+    void aDuplicateHasANameOfItsOwn()
+    {
+        const LibraryDirectory directory;
+        const auto library = [&](const QStringList &arguments) {
+            return m_velgor.library(directory.path(), arguments);
+        };
+        QCOMPARE(library({QStringLiteral("add"), input()}).status, 0);
+        const auto patches = library({QStringLiteral("list"), QStringLiteral("--json")}).json().at("patches");
+        const QString id = QString::fromStdString(patches.at(0).at("id").get<std::string>());
+        QCOMPARE(library({QStringLiteral("duplicate"), id}).status, 0);
+        const QStringList files =
+            QDir(directory.path()).entryList({QStringLiteral("lib-_error_-1.*.prst")}, QDir::Files);
+        QCOMPARE(files.size(), 1);
+        const auto stored = SPresetFile::fromData(directory.read(files.first()));
+        QCOMPARE(stored->patches.first().name, QStringLiteral("_error_-1"));
+        QCOMPARE(stored->patches.first().unreadableName, QByteArray());
+    }
+
     void aCopyOfTheFileHasItsBytes()
     {
         QCOMPARE(m_velgor.run({QStringLiteral("copy"), input(), QStringLiteral("-o"), output()}).status, 0);
