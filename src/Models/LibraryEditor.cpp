@@ -39,6 +39,15 @@ void LibraryEditor::propagate(quint64 id)
     }
 }
 
+bool LibraryEditor::isOfSlot(const VelgorPatch &patch, const VelgorPatch &held) const
+{
+    if (!PatchIdentity::isSameSound(patch, held)) {
+        return false;
+    }
+    // The same sound under another name counts where the library has not got this very patch.
+    return PatchIdentity::isSameContent(patch, held) || !m_library.knownId(held);
+}
+
 QList<BankNumber> LibraryEditor::inContentPatch(quint64 pid) const
 {
     QList<BankNumber> places;
@@ -50,7 +59,7 @@ QList<BankNumber> LibraryEditor::inContentPatch(quint64 pid) const
     const auto &sounds = m_content.soundHashes();
     for (qsizetype row = 0; row < sounds.size(); ++row) {
         const VelgorContentPatch &slot = m_content.velgorContentPatchList().at(row);
-        if (sounds.at(row) == sound && PatchIdentity::isSameSound(slot.patch, *found->patch)) {
+        if (sounds.at(row) == sound && isOfSlot(*found->patch, slot.patch)) {
             places.append({.bank = slot.bank, .number = slot.number});
         }
     }
@@ -191,13 +200,12 @@ std::optional<quint64> LibraryEditor::patchOfSlot(qsizetype row) const
     if (!sound) {
         return std::nullopt;
     }
-    const auto known = m_library.getPatchFromId(held.id());
+    if (const std::optional<quint64> known = m_library.knownId(held)) {
+        return known;
+    }
     const auto isHeld = [&](const VelgorPatch &patch) {
         return patch.soundHash() == sound && PatchIdentity::isSameSound(patch, held);
     };
-    if (known && isHeld(*known->patch)) {
-        return held.id();
-    }
     const auto &patches = m_library.patches();
     const auto same = std::find_if(patches.begin(), patches.end(), isHeld);
     return same != patches.end() ? std::optional(same->id()) : std::nullopt;

@@ -87,6 +87,8 @@ Q_SIGNALS:
 private:
     /// The slots that hold this patch follow its edits.
     void propagate(quint64 id);
+    /// Whether what a slot holds counts as a use of this patch.
+    [[nodiscard]] bool isOfSlot(const VelgorPatch &patch, const VelgorPatch &held) const;
     [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
     void keepSlots(const QList<TransferablePatch> &items);
     [[nodiscard]] QList<quint64> idsFrom(qsizetype row) const;

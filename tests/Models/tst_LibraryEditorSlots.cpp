@@ -122,6 +122,35 @@ private Q_SLOTS:
         QCOMPARE(desk.slotNames(), QStringLiteral("Solo,Preset 01,Preset 03,Solo,Preset 01"));
     }
 
+    void placesAreThoseOfThisPatchAlone()
+    {
+        Desk desk(presets);
+        desk.keep({0, 1});
+        const auto places = [&desk](qsizetype row) {
+            QStringList texts;
+            for (const BankNumber &place : desk.editor.inContentPatch(desk.idOf(row))) {
+                texts.append(QStringLiteral("%1.%2").arg(place.bank).arg(place.number));
+            }
+            return texts.join(u' ');
+        };
+        // The library has not got the third, whose sound both have.
+        QCOMPARE(places(0), QStringLiteral("1.1 1.3"));
+        QCOMPARE(places(1), QStringLiteral("1.2 1.3"));
+        desk.keep({2});
+        QCOMPARE(places(0), QStringLiteral("1.1"));
+        QCOMPARE(places(1), QStringLiteral("1.2"));
+        QCOMPARE(places(2), QStringLiteral("1.3"));
+    }
+
+    void theWayFromASlotLeadsToItsVeryPatch()
+    {
+        Desk desk(presets);
+        desk.keep({0, 1, 2});
+        for (qsizetype row = 0; row < presets.size(); ++row) {
+            QCOMPARE(desk.editor.patchOfSlot(row), std::optional(desk.idOf(row)));
+        }
+    }
+
     void anEditReachesASlotThatHasThePatchUnderItsFormerId()
     {
         Desk desk(presets);
