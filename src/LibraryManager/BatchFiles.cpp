@@ -41,9 +41,9 @@ QString BatchFiles::write(const QString &path, const QByteArray &bytes)
     return error;
 }
 
-void BatchFiles::discard(const QString &name)
+void BatchFiles::block(const QString &name)
 {
-    m_discarded.insert(name);
+    m_blocked.insert(name);
 }
 
 QString BatchFiles::sync() const
@@ -59,8 +59,8 @@ QList<BatchFiles::Failure> BatchFiles::finish()
     // Another directory would get none of the files.
     const bool isInPlace = !m_directory || m_directory->isInPlace();
     for (const Staged &file : staged) {
-        if (m_discarded.contains(file.name)) {
-            std::ignore = DiskFiles::remove(pathOf(file.temporary));
+        if (m_blocked.contains(file.name)) {
+            failures.append({.path = pathOf(file.name), .error = {}, .temporary = pathOf(file.temporary)});
             continue;
         }
         const QString error = isInPlace ? DiskFiles::commit(*m_directory, file.temporary, file.name)

@@ -27,7 +27,7 @@ public:
     };
     struct Failure {
         QString path;
-        QString error;
+        QString error; ///< empty where the name was blocked
         QString temporary; ///< path of the file as it is still there
     };
 
@@ -45,10 +45,10 @@ public:
     /// A file could not be written for a reason that lies with the disk or the directory and not with that file.
     [[nodiscard]] bool isBlocked() const { return m_isBlocked; }
 
-    /// The files that were prepared and are not in place yet, those that were given up included.
+    /// The files that were prepared and are not in place yet.
     [[nodiscard]] const QList<Staged> &staged() const { return m_staged; }
-    /// Gives up the file that was to get this name.
-    void discard(const QString &name);
+    /// What stands under this name cannot be moved away: finish() leaves the file prepared, and counts it as failed.
+    void block(const QString &name);
     /// The system's reason when the prepared files may not have reached the disk.
     [[nodiscard]] QString sync() const;
     /// The files that could not be put in place.
@@ -64,6 +64,6 @@ private:
     std::optional<OpenDirectory> m_directory; ///< from the first file on
     QList<Staged> m_staged;
     QList<Staged> m_placed;
-    QSet<QString> m_discarded; ///< names
+    QSet<QString> m_blocked; ///< names
     bool m_isBlocked = false;
 };

@@ -172,7 +172,7 @@ void LibraryWriter::setDisplacedFilesAside()
         } else {
             addProblem(file.key(), error);
             m_result.arePatchesWritten = false;
-            m_files.discard(file.key());
+            m_files.block(file.key());
         }
     }
 }
@@ -204,7 +204,9 @@ void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
 {
     const QList<BatchFiles::Failure> failures = files.finish();
     for (const BatchFiles::Failure &failure : failures) {
-        m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));
+        if (!failure.error.isEmpty()) {
+            m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));
+        }
         m_result.arePatchesWritten = false;
         if (isInJournal) {
             // The next start finds it by the journal.

@@ -96,7 +96,7 @@ private Q_SLOTS:
         QCOMPARE(directory.files(), QStringList());
     }
 
-    static void discardedFileLeavesNothingAndTheOthersArePutInPlace()
+    static void fileWhoseNameIsBlockedStaysPreparedAndTheOthersArePutInPlace()
     {
         const LibraryDirectory directory;
         directory.write(QStringLiteral("b"), "old");
@@ -104,11 +104,14 @@ private Q_SLOTS:
         for (const char *name : {"a", "b", "c"}) {
             QCOMPARE(files.write(directory.filePath(QString::fromLatin1(name)), name), QString());
         }
-        files.discard(QStringLiteral("b"));
-        files.discard(QStringLiteral("another"));
-        QVERIFY(files.finish().isEmpty());
-        QCOMPARE(directory.files(), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+        files.block(QStringLiteral("b"));
+        files.block(QStringLiteral("another"));
+        const QList<BatchFiles::Failure> failures = files.finish();
+        QCOMPARE(failures.size(), 1);
+        QCOMPARE(failures.first().path, directory.filePath(QStringLiteral("b")));
+        QCOMPARE(directory.read(QFileInfo(failures.first().temporary).fileName()), QByteArray("b"));
         QCOMPARE(directory.read(QStringLiteral("b")), QByteArray("old"));
+        QVERIFY(directory.has(QStringLiteral("a")) && directory.has(QStringLiteral("c")));
     }
 
     static void linksAreNotReadThrough()

@@ -48,6 +48,27 @@ class TestStorageFaults : public QObject {
     }
 
 private Q_SLOTS:
+    static void fileThatCannotBeSetAsideCostsNoPatch()
+    {
+        const LibraryDirectory directory;
+        directory.write(leadFile, "something else");
+        LibraryStorageManager storage(directory.path());
+        {
+            const FailingCall failing(Call::MoveOnly, EPERM);
+            storage.save(VelgorLibrary(three().patches, three().defaultPatch));
+            QVERIFY(failing.wasMade());
+        }
+        QVERIFY(storage.writeError());
+        QCOMPARE(storage.writeProblems().size(), 1);
+        QCOMPARE(directory.read(leadFile), QByteArray("something else"));
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+
+        sweep(directory);
+        QCOMPARE(directory.read(leadFile), patchBytes(three().patches.first()));
+        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("something else"));
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+    }
+
     static void patchThatIsImportedAgainAfterAFailedRemovalKeepsItsFile()
     {
         const LibraryDirectory directory;
