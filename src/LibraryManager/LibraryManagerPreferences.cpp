@@ -53,7 +53,8 @@ QString LibraryManagerPreferences::defaultLibraryDirectory()
         QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).absoluteFilePath(name);
     const QString inHome = QDir::home().absoluteFilePath(name);
     const bool isHomeBetter = !LibraryFileNames::isListable(inDocuments) && LibraryFileNames::isListable(inHome);
-    return isHomeBetter && !holdsLibrary(inDocuments) ? inHome : inDocuments;
+    // The documents may have had another name when the library was made.
+    return !holdsLibrary(inDocuments) && (isHomeBetter || holdsLibrary(inHome)) ? inHome : inDocuments;
 }
 
 void LibraryManagerPreferences::setColorScheme(PrefColors colorScheme)
