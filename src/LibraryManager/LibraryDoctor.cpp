@@ -16,14 +16,6 @@
 
 namespace {
 
-/// True when the id is the hash of the patch, under the name in its record or the one that the user sees.
-bool givesId(const VelgorPatch &patch, quint64 id)
-{
-    // Copies of copies under one name take several.
-    constexpr quint32 freshIds = 9;
-    return PatchIdentity::givesId(patch, id, freshIds) || VelgorPatch::staticSimpleHash(patch, patch.name) == id;
-}
-
 /// The patch of a file with what the library knew about it.
 VelgorPatch withEntry(const VelgorPatch &stored, const VelgorPatch &entry)
 {
@@ -189,13 +181,18 @@ void LibraryDoctor::examineFileWithoutEntry(const QString &name, quint64 id, con
         m_spare.insert(contentId, patch);
         return;
     }
+    if (m_dropped.contains(id)) {
+        // Loading has refused it; the entry tells of it.
+        return;
+    }
     const auto former = m_former.constFind(id);
     const auto known = m_loaded.constFind(contentId);
     if (former != m_former.cend()) {
         const VelgorPatch whole = withEntry(patch, *former);
         const QString reason = tr("a former library file knows it");
         add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name, reason, whole);
-    } else if (givesId(patch, id) || givesId(adopted(patch, name, id), id)) {
+    } else if (PatchIdentity::mayHaveId(patch, id, patch.name)
+        || PatchIdentity::mayHaveId(patch, id, adopted(patch, name, id).name)) {
         const VelgorPatch whole = adopted(patch, name, id);
         add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name, {}, whole);
     } else if (known != m_loaded.cend() && holdsTheSame(*known, patch)) {
@@ -243,25 +240,17 @@ void LibraryDoctor::examineContents()
 {
     for (const VelgorPatch &patch : std::as_const(m_loaded)) {
         reportStillBusy();
-        if (!givesId(patch, patch.id())) {
-            examineContent(patch);
+        if (!PatchIdentity::mayHaveId(patch, patch.id(), patch.name)) {
+            addOtherContent(patch, patch);
         }
     }
 }
 
-void LibraryDoctor::examineContent(const VelgorPatch &patch)
+void LibraryDoctor::addOtherContent(const VelgorPatch &entry, const VelgorPatch &content)
 {
-    const QString held = patch.patchData ? patch.patchData->name : QString();
-    QString reason = tr("it holds \"%1\", whose id would be another").arg(held);
-    const auto other = m_loaded.constFind(VelgorPatch::staticSimpleHash(patch));
-    if (other != m_loaded.cend() && VelgorPatch::staticSimpleHash(*other) == patch.id()) {
-        // Nothing is done about it by itself: with files exchanged, only the user knows which of the two is right.
-        reason = tr("it holds \"%1\", and %2 holds this patch: to put both right, exchange the names of the two files "
-                    "while no program uses the library")
-                     .arg(held, LibraryFileNames::patchFile(other->name, other->id()));
-    }
-    add(LibraryFinding::Kind::FileOfOtherContent, LibraryFileNames::patchFile(patch.name, patch.id()), patch.id(),
-        patch.name, reason);
+    const QString held = content.patchData ? content.patchData->name : QString();
+    add(LibraryFinding::Kind::FileOfOtherContent, LibraryFileNames::patchFile(entry.name, entry.id()), entry.id(),
+        entry.name, tr("it holds \"%1\", whose id would be another").arg(held));
 }
 
 void LibraryDoctor::examineSubdirectories()
@@ -288,6 +277,10 @@ void LibraryDoctor::noteDropped()
             // There may be a link or a directory, or a file in a directory that cannot be listed.
             const QString name = LibraryFileNames::patchFile(entry.name, entry.id());
             const SinglePatchFile::Result file = readPatch(name);
+            if (file.patch) {
+                addOtherContent(entry, *file.patch);
+                continue;
+            }
             add(LibraryFinding::Kind::PatchWithoutFile, file.isThere ? name : QString(), entry.id(), entry.name,
                 file.isThere ? file.reason : QString());
         }

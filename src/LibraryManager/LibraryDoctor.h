@@ -33,7 +33,7 @@ private:
     void examineFileWithoutEntry(const QString &name, quint64 id, const VelgorPatch &patch);
     void examineStaged();
     void examineContents();
-    void examineContent(const VelgorPatch &patch);
+    void addOtherContent(const VelgorPatch &entry, const VelgorPatch &content);
     void examineSubdirectories();
     void noteDropped();
     [[nodiscard]] SinglePatchFile::Result readPatch(const QString &name) const;

@@ -1,6 +1,6 @@
 #include "LibraryEntries.h"
 
-#include <QSet>
+#include "PatchIdentity.h"
 
 #include <limits>
 
@@ -21,21 +21,26 @@ quint64 freshId(quint64 id)
 LibraryEntries::LibraryEntries(const QList<VelgorPatch> &patches)
     : m_patches(patches)
 {
-    QSet<quint64> ids;
-    ids.reserve(patches.size());
+    m_ids.reserve(patches.size());
     QHash<quint64, quint64> lastFresh; // for each id that stands there again: the chain goes on from here
     for (qsizetype row = 0; row < patches.size(); ++row) {
         const quint64 stored = patches.at(row).id();
         quint64 id = stored;
-        if (ids.contains(id)) {
+        if (m_ids.contains(id)) {
             id = lastFresh.value(id, id);
-            while (ids.contains(id)) {
+            while (m_ids.contains(id)) {
                 id = freshId(id);
             }
             lastFresh.insert(stored, id);
             m_patches[row] = patches.at(row).withId(id);
             m_storedIds.insert(id, stored);
         }
-        ids.insert(id);
+        m_ids.insert(id);
     }
+}
+
+bool LibraryEntries::isOfAnother(const VelgorPatch &read, const VelgorPatch &entry) const
+{
+    const quint64 id = storedId(entry);
+    return read.id() != id && m_ids.contains(read.id()) && !PatchIdentity::mayHaveId(read, id, entry.name);
 }

@@ -2,8 +2,8 @@
 
 #include "Diagnostics.h"
 #include "DiskFiles.h"
-#include "FileExistence.h"
 #include "LibraryFileNames.h"
+#include "LibraryFileReader.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
 
@@ -25,7 +25,7 @@ LibraryLoadResult LibraryLoader::load()
 {
     Diagnostics::printLine(QStringLiteral("Loading library from directory"));
     LibraryLoadResult result;
-    const std::optional<LibraryJson::Content> content = readLibraryFile(result);
+    const std::optional<LibraryJson::Content> content = LibraryFileReader(m_directory).read(result);
     result.leftovers.areKnown = result.problem.isEmpty();
     result.writeState.isJournalOrphaned = !result.leftovers.areKnown;
     readJournal();
@@ -133,70 +133,6 @@ void LibraryLoader::keepSource(LibraryLoadResult &result)
     }
 }
 
-std::optional<LibraryJson::Content> LibraryLoader::readLibraryFile(LibraryLoadResult &result)
-{
-    const QString path = pathOf(LibraryFileNames::libraryFile());
-    const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
-    FileReadResult file;
-    const auto decode = [&](const QString &source) {
-        // Taken before the bytes: what changes from here on then looks changed.
-        std::optional<LibraryFileStamp> stamp = LibraryFileStamp::of(source);
-        file = DiskFiles::readRegular(source, DiskFiles::Links::Refuse);
-        if (source == path && file.bytes && stamp) {
-            stamp->setBytes(*file.bytes);
-            result.writeState.libraryFile = stamp;
-        }
-        return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
-    };
-    std::optional<LibraryJson::Content> content = decode(path);
-    result.leftovers.isCopySpare = content.has_value();
-    if (content) {
-        return content;
-    }
-    const FileReadResult damaged = file;
-    content = decode(copyPath);
-    const FileReadResult copy = file;
-    if (!content) {
-        // Another program may just have finished writing the file, and have removed the copy with that.
-        content = decode(path);
-        result.leftovers.isCopySpare = content.has_value();
-    }
-    if (result.leftovers.isCopySpare) {
-        return content;
-    }
-    const bool isThere = QFileInfo::exists(path) || QFileInfo(path).isSymLink();
-    // A library file that is the beginning of its copy was cut while it was written, and holds nothing of its own.
-    const bool isCut = content && (!isThere || (damaged.bytes && copy.bytes->startsWith(*damaged.bytes)));
-    if (isCut) {
-        result.leftovers.completeText = *copy.bytes;
-    } else if (isThere) {
-        result.writeState.filesToKeep.append(LibraryFileNames::libraryFile());
-    }
-    if (content) {
-        Diagnostics::printLine(tr("The library file was not complete; its copy %1 is used").arg(copyPath));
-        return content;
-    }
-    noteWithoutContent(file, isThere, result);
-    return std::nullopt;
-}
-
-void LibraryLoader::noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const
-{
-    if (existence(pathOf(LibraryFileNames::libraryCopy())) == FileExistence::file) {
-        result.writeState.filesToKeep.append(LibraryFileNames::libraryCopy());
-    }
-    const QString path = pathOf(LibraryFileNames::libraryFile());
-    if (file.bytes) {
-        Diagnostics::printLine(QStringLiteral("Cannot decode library"));
-        result.readError = true;
-        result.problem = tr("%1: not a complete library file").arg(path);
-    } else {
-        Diagnostics::printLine(QStringLiteral("New library"));
-        const bool isHidden = isThere || !QFileInfo(m_directory).isExecutable();
-        result.problem = isHidden ? tr("%1: %2").arg(path, file.error) : QString();
-    }
-}
-
 LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, LibraryLoadResult &result)
 {
     const QList<VelgorPatch> &stored = m_entries.patches();
@@ -243,14 +179,9 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
     isUnreadable = isUnreadable || file.isUnreadable;
     QString reason = file.error;
     if (file.bytes) {
-        presets = SPresetFile::fromData(*file.bytes);
+        presets = ownPreset(entry, *file.bytes, isUnreadable, reason);
         m_room = std::exchange(*file.bytes, {});
-        if (!presets) {
-            reason = tr("not a preset file");
-        } else if (presets->patches.size() != 1) {
-            reason = tr("a list of %1 patches").arg(presets->patches.size());
-            presets.reset();
-        } else if (!m_entries.hasFreshId(entry)) {
+        if (presets && !m_entries.hasFreshId(entry)) {
             result.writeState.verified.insert(entry.id(), stamp);
         }
     }
@@ -269,12 +200,34 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
     return presets;
 }
 
+std::optional<SPresetFile> LibraryLoader::ownPreset(
+    const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason) const
+{
+    std::optional<SPresetFile> presets = SPresetFile::fromData(bytes);
+    if (!presets) {
+        reason = tr("not a preset file");
+        return std::nullopt;
+    }
+    if (presets->patches.size() != 1) {
+        reason = tr("a list of %1 patches").arg(presets->patches.size());
+        return std::nullopt;
+    }
+    const VelgorPatch read(presets->patches.first(), presets->userIRs.first(), presets->headerDesc);
+    if (m_entries.isOfAnother(read, entry)) {
+        reason = tr("it holds \"%1\", another patch of the library").arg(read.name.simplified());
+        isUnreadable = true;
+        return std::nullopt;
+    }
+    return presets;
+}
+
 std::optional<SPresetFile> LibraryLoader::readFromJournal(
     const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result, bool &isUnreadable)
 {
     // Of two entries with one id, the journal knows the first.
     const QString temporary = m_entries.hasFreshId(entry) ? QString() : m_journal.staged.value(entry.id());
-    std::optional<SPresetFile> presets = temporary.isEmpty() ? std::nullopt : readOnePatch(temporary, isUnreadable);
+    std::optional<SPresetFile> presets =
+        temporary.isEmpty() ? std::nullopt : readOnePatch(temporary, entry, isUnreadable);
     if (presets) {
         result.leftovers.unfinished.insert(temporary, fileName);
     }
@@ -287,11 +240,11 @@ std::optional<SPresetFile> LibraryLoader::readFromOtherFile(
     const quint64 id = m_entries.storedId(entry);
     auto known = m_otherFiles.find(id);
     if (known == m_otherFiles.end()) {
-        known = m_otherFiles.insert(id, {.names = otherFiles(id)});
+        known = m_otherFiles.insert(id, otherFiles(id));
     }
     OtherFiles &files = known.value();
     while (!files.names.isEmpty()) {
-        if (std::optional<SPresetFile> presets = readOnePatch(files.names.first(), files.areUnreadable)) {
+        if (std::optional<SPresetFile> presets = readOnePatch(files.names.first(), entry, files.areUnreadable)) {
             fileName = files.names.first();
             return presets;
         }
@@ -301,7 +254,7 @@ std::optional<SPresetFile> LibraryLoader::readFromOtherFile(
     return std::nullopt;
 }
 
-QStringList LibraryLoader::otherFiles(quint64 id)
+LibraryLoader::OtherFiles LibraryLoader::otherFiles(quint64 id)
 {
     if (!m_listing) {
         m_listing =
@@ -311,23 +264,28 @@ QStringList LibraryLoader::otherFiles(quint64 id)
             m_expectedNames.insert(LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry)));
         }
     }
-    QStringList names;
+    OtherFiles files;
     for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(*m_listing, id)) {
         // Two entries with one id: the file of the one is not for the other.
         const bool isTaken = m_expectedNames.contains(candidate.name);
-        if (!isTaken && m_listing->kindOf(candidate.name) == DirectoryListing::Kind::RegularFile) {
-            names.append(candidate.name);
+        const auto kind = m_listing->kindOf(candidate.name);
+        if (!isTaken && kind == DirectoryListing::Kind::RegularFile) {
+            files.names.append(candidate.name);
+        } else if (!isTaken && kind && candidate.isNamedForPatch) {
+            // A link is not followed; the patch may be behind it.
+            files.areUnreadable = files.areUnreadable || QFileInfo(pathOf(candidate.name)).isSymLink();
         }
     }
-    return names;
+    return files;
 }
 
-std::optional<SPresetFile> LibraryLoader::readOnePatch(const QString &name, bool &isUnreadable) const
+std::optional<SPresetFile> LibraryLoader::readOnePatch(
+    const QString &name, const VelgorPatch &entry, bool &isUnreadable) const
 {
     const FileReadResult file = readFile(name, {});
     isUnreadable = isUnreadable || file.isUnreadable;
-    std::optional<SPresetFile> presets = file.bytes ? SPresetFile::fromData(*file.bytes) : std::nullopt;
-    return presets && presets->patches.size() == 1 ? presets : std::nullopt;
+    QString reason;
+    return file.bytes ? ownPreset(entry, *file.bytes, isUnreadable, reason) : std::nullopt;
 }
 
 FileReadResult LibraryLoader::readFile(const QString &name, QByteArray room, FileStamp *stamp) const

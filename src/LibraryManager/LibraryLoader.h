@@ -3,10 +3,8 @@
 #include "LibraryEntries.h"
 #include "LibraryJournal.h"
 #include "LibraryJson.h"
-#include "LibrarySweeper.h"
-#include "LibraryWriteResult.h"
+#include "LibraryLoadResult.h"
 #include "OpenDirectory.h"
-#include "VelgorLibrary.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -23,18 +21,6 @@
 class DirectoryListing;
 struct FileReadResult;
 struct FileStamp;
-
-/// What loading a library directory gave.
-struct LibraryLoadResult {
-    std::unique_ptr<VelgorLibrary> library; ///< none for a new, empty or undecodable library
-    bool readError = false; ///< the library file is there and could not be decoded, nor its copy
-    QString problem; ///< why the library file could not be read or decoded; names the file; translated
-    QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
-    QStringList droppedProblems; ///< for each of them its name, the reason and its file; translated
-    QList<VelgorPatch> droppedEntries; ///< the same entries whole, without preset data
-    LibraryWriteState writeState; ///< what the save that follows has to know
-    LibraryLeftovers leftovers;
-};
 
 /// Reads a library directory: the library file first, then every patch's preset file. Changes nothing on disk. What
 /// an interrupted save did not put in place any more is read from where it lies.
@@ -69,9 +55,6 @@ private:
         bool areUnreadable = false; ///< at least one was, for the moment
     };
 
-    [[nodiscard]] std::optional<LibraryJson::Content> readLibraryFile(LibraryLoadResult &result);
-    /// What follows from there being neither a library file nor a copy that can be read. `file` is the last attempt.
-    void noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const;
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
     void noteDropped(LibraryLoadResult &result) const;
@@ -80,14 +63,19 @@ private:
     Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
+    /// The preset file of these bytes, if it is the entry's patch and nothing else; else `reason` says why not, and
+    /// `isUnreadable` becomes true when the entry is to wait for its file: what is there belongs to another.
+    [[nodiscard]] std::optional<SPresetFile> ownPreset(
+        const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason) const;
     [[nodiscard]] std::optional<SPresetFile> readFromJournal(
         const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result, bool &isUnreadable);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(
         const VelgorPatch &entry, QString &fileName, bool &isUnreadable);
     /// The files that may hold the patch of an id, the most likely first.
-    [[nodiscard]] QStringList otherFiles(quint64 id);
+    [[nodiscard]] OtherFiles otherFiles(quint64 id);
     /// `isUnreadable` becomes true when there is a file that cannot be read for the moment.
-    [[nodiscard]] std::optional<SPresetFile> readOnePatch(const QString &name, bool &isUnreadable) const;
+    [[nodiscard]] std::optional<SPresetFile> readOnePatch(
+        const QString &name, const VelgorPatch &entry, bool &isUnreadable) const;
     void noteRemoved(LibraryLoadResult &result) const;
     [[nodiscard]] FileReadResult readFile(const QString &name, QByteArray room, FileStamp *stamp = nullptr) const;
     [[nodiscard]] QString pathOf(const QString &name) const;

@@ -54,6 +54,22 @@ void add(QCryptographicHash &hash, quint32 number)
     hash.addData(QByteArrayView(bytes));
 }
 
+/// Copies once got their number behind the longest name, so that the record holds a part of it at most.
+bool givesIdUnderLongerName(const VelgorPatch &patch, quint64 id)
+{
+    constexpr int mostCopies = 99;
+    const auto gives = [&](const QString &ending) {
+        return VelgorPatch::staticSimpleHash(patch, patch.patchData->name + ending) == id;
+    };
+    for (int number = 0; number <= mostCopies; ++number) {
+        const QString digits = QString::number(number);
+        if (gives(digits) || gives(u'-' + digits)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 namespace PatchIdentity {
@@ -101,6 +117,15 @@ bool givesId(const VelgorPatch &patch, quint64 id, quint32 attempts)
         isGiven = freshId(patch, attempt) == id;
     }
     return isGiven;
+}
+
+bool mayHaveId(const VelgorPatch &patch, quint64 id, const QString &shownName)
+{
+    // Copies of copies under one name take several.
+    constexpr quint32 freshIds = 9;
+    return patch.patchData
+        && (givesId(patch, id, freshIds) || VelgorPatch::staticSimpleHash(patch, shownName) == id
+            || givesIdUnderLongerName(patch, id));
 }
 
 Place placeOf(const VelgorPatch &patch, const Holder &holder)

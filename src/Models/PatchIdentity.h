@@ -27,6 +27,11 @@ namespace PatchIdentity {
 /// The id is one that this content gives: its hash, or one of its first fresh ones.
 [[nodiscard]] bool givesId(const VelgorPatch &patch, quint64 id, quint32 attempts = 1);
 
+/// The id is one that this patch may have got: one that its content gives, its hash under the name `shownName`, or its
+/// hash under a copy's name that was too long for the record. Anything else is the id of a different patch, or was not
+/// made by this program.
+[[nodiscard]] bool mayHaveId(const VelgorPatch &patch, quint64 id, const QString &shownName);
+
 /// Where a patch belongs among others.
 struct Place {
     quint64 id; ///< of the same patch among them, or one that is free there

@@ -25,17 +25,6 @@ namespace {
 
 const QString libraryFile = LibraryFileNames::libraryFile();
 
-/// A patch whose id is the hash of its content, as an import gives it.
-VelgorPatch imported(const QString &name, int seed)
-{
-    const VelgorPatch any = TestLibraries::patch(name, 1, seed);
-    VelgorPatch patch(*any.patchData, *any.userIRData, *any.headerData);
-    patch.date = any.date;
-    patch.comment = QStringLiteral("words about ") + name;
-    patch.guitar = true;
-    return patch;
-}
-
 LibraryJson::Content importedThree()
 {
     return {
@@ -527,33 +516,28 @@ private Q_SLOTS:
         QVERIFY2(finding.reason.contains(reason), qPrintable(finding.reason));
     }
 
-    void exchangedFilesAreFoundWithWhatCanBeDone()
+    void exchangedFilesArePutRight()
     {
         const LibraryDirectory directory;
         QVERIFY(!save(directory, m_three).hasError());
         const VelgorPatch &clean = m_three.patches.last();
         directory.write(fileOf(m_lead), patchBytes(clean));
         directory.write(fileOf(clean), patchBytes(m_lead));
-        const LibraryHealth health = examine(directory);
-        QCOMPARE(health.findings.size(), 2);
-        for (const LibraryFinding &finding : health.findings) {
-            QVERIFY(finding.kind == Kind::FileOfOtherContent && !finding.rescued);
-            const QString other = fileOf(finding.id == m_lead.id() ? clean : m_lead);
-            QVERIFY2(finding.reason.contains(other), qPrintable(finding.reason));
-        }
+        QCOMPARE(TestPatches::ids(examine(directory).rescuedPatches()).size(), 2);
+        repair(directory);
+        QVERIFY(areIdentical(load(directory).library->patches(), m_three.patches));
+        QVERIFY(examine(directory).findings.isEmpty());
     }
 
-    void onlyCopyOfAnOverwrittenPatchIsNoSpareFile()
+    void copyElsewhereOfAnOverwrittenPatchPutsItRight()
     {
         const LibraryDirectory directory;
         QVERIFY(!save(directory, m_three).hasError());
         directory.write(QStringLiteral("lib-x.7.prst"), patchBytes(m_lead));
         directory.write(fileOf(m_lead), patchBytes(m_three.patches.last()));
-        const LibraryHealth health = examine(directory);
-        QVERIFY(health.notes.isEmpty());
-        QCOMPARE(health.findings.size(), 2);
-        QCOMPARE(health.findings.first().file, QStringLiteral("lib-x.7.prst"));
-        QVERIFY(health.findings.first().kind == Kind::FileOfOtherContent);
+        QVERIFY(examine(directory).notes.isEmpty());
+        repair(directory);
+        QVERIFY(areIdentical(load(directory).library->patches(), m_three.patches));
     }
 
     void previewTellsOfTheDefaultPatchAndTheOrder()

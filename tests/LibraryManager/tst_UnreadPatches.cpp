@@ -137,6 +137,16 @@ private Q_SLOTS:
         QVERIFY(areIdentical(loaded(directory), three().patches));
     }
 
+    static void aPatchWhoseFileIsALinkUnderAFormerNameStaysToo()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
+        const QString outside = directory.parentPath() + QStringLiteral("/outside.prst");
+        QVERIFY(QFile::rename(directory.filePath(QStringLiteral("lib-Lead.42.prst")), outside));
+        QVERIFY(QFile::link(outside, directory.filePath(QStringLiteral("lib-Former.42.prst"))));
+        QCOMPARE(load(directory).writeState.unread.patches.keys(), QList<quint64>{42});
+    }
+
     static void aLibraryIsNotMovedWithoutThem()
     {
         const LibraryDirectory directory;

@@ -21,6 +21,17 @@ inline VelgorPatch patch(const QString &name, quint64 id, int seed = 1, const SU
     return patch.withId(id);
 }
 
+/// A patch whose id is the hash of its content, as an import gives it.
+inline VelgorPatch imported(const QString &name, int seed)
+{
+    const VelgorPatch any = patch(name, 1, seed);
+    VelgorPatch patch(*any.patchData, *any.userIRData, *any.headerData);
+    patch.date = any.date;
+    patch.comment = QStringLiteral("words about ") + name;
+    patch.guitar = true;
+    return patch;
+}
+
 /// Three patches with ids of their own; the default is the second.
 inline LibraryJson::Content three()
 {

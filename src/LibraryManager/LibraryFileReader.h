@@ -1,0 +1,34 @@
+#pragma once
+
+#include "LibraryJson.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <optional>
+
+struct FileReadResult;
+struct LibraryLoadResult;
+
+/// Reads the library file of a directory, or the copy of it that a save had written, where only that is whole.
+class LibraryFileReader {
+    Q_DECLARE_TR_FUNCTIONS(LibraryFileReader)
+
+public:
+    /// `directory` is a path without a slash at its end.
+    explicit LibraryFileReader(const QString &directory)
+        : m_directory(directory)
+    {
+    }
+
+    /// Nothing when neither can be read. What happened, and what the next save has to keep or to complete because of
+    /// it, goes into `result`.
+    [[nodiscard]] std::optional<LibraryJson::Content> read(LibraryLoadResult &result) const;
+
+private:
+    /// What follows from there being neither a library file nor a copy that can be read. `file` is the last attempt.
+    void noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const;
+    [[nodiscard]] QString pathOf(const QString &name) const;
+
+    QString m_directory;
+};

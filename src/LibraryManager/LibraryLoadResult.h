@@ -1,0 +1,23 @@
+#pragma once
+
+#include "LibrarySweeper.h"
+#include "LibraryWriteResult.h"
+#include "VelgorLibrary.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+/// What loading a library directory gave.
+struct LibraryLoadResult {
+    std::unique_ptr<VelgorLibrary> library; ///< none for a new, empty or undecodable library
+    bool readError = false; ///< the library file is there and could not be decoded, nor its copy
+    QString problem; ///< why the library file could not be read or decoded; names the file; translated
+    QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
+    QStringList droppedProblems; ///< for each of them its name, the reason and its file; translated
+    QList<VelgorPatch> droppedEntries; ///< the same entries whole, without preset data
+    LibraryWriteState writeState; ///< what the save that follows has to know
+    LibraryLeftovers leftovers;
+};

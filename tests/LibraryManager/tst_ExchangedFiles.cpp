@@ -1,0 +1,143 @@
+#include "DiagnosticRecorder.h"
+#include "LibraryStorageManager.h"
+#include "PatchIdentity.h"
+#include "TestLibraries.h"
+#include "TestProgram.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+using namespace TestLibraries;
+
+namespace {
+
+VelgorPatch lead()
+{
+    return imported(QStringLiteral("Lead"), 1);
+}
+
+VelgorPatch clean()
+{
+    return imported(QStringLiteral("Clean"), 2);
+}
+
+QString fileOf(const VelgorPatch &patch)
+{
+    return LibraryFileNames::patchFile(patch.name, patch.id());
+}
+
+/// A library of these two, in which the file of the first holds what the second one's does.
+void storeOverwritten(const LibraryDirectory &directory)
+{
+    if (save(directory, {{lead(), clean()}, lead().id()}).hasError()) {
+        qFatal("cannot store the library");
+    }
+    directory.write(fileOf(lead()), patchBytes(clean()));
+}
+
+} // namespace
+
+/// A patch file under the right name that holds a patch of another entry.
+class TestExchangedFiles : public QObject {
+    Q_OBJECT
+
+    const DiagnosticRecorder m_silence;
+
+private Q_SLOTS:
+    static void anotherPatchOfTheLibraryIsNotTakenForTheFilesOwn()
+    {
+        const LibraryDirectory directory;
+        storeOverwritten(directory);
+        LibraryStorageManager storage(directory.path());
+        const auto library = storage.decodeLibrary();
+        QVERIFY(library);
+        QCOMPARE(TestPatches::names(library->patches()), QStringList{QStringLiteral("Clean")});
+        QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
+        QCOMPARE(storage.droppedProblems().first(),
+            QStringLiteral("Lead: it holds \"Clean\", another patch of the library (%1)").arg(fileOf(lead())));
+    }
+
+    static void whatWasSaidAboutThePatchWaitsForItsFile()
+    {
+        const LibraryDirectory directory;
+        storeOverwritten(directory);
+        LibraryStorageManager storage(directory.path());
+        const auto library = storage.decodeLibrary();
+        library->append(imported(QStringLiteral("New"), 3), true, false);
+        storage.save(*library);
+        QVERIFY(!storage.writeError());
+
+        directory.write(fileOf(lead()), patchBytes(lead()));
+        const LibraryLoadResult again = load(directory);
+        QCOMPARE(again.library->patches().size(), 3);
+        QVERIFY(TestPatches::isIdentical(again.library->patches().first(), lead()));
+        QCOMPARE(again.library->defaultPatch(), std::optional(lead().id()));
+    }
+
+    static void importedAgainThePatchHasItsFileBack()
+    {
+        const LibraryDirectory directory;
+        storeOverwritten(directory);
+        LibraryStorageManager storage(directory.path());
+        const auto library = storage.decodeLibrary();
+        library->append(lead(), true, false);
+        storage.save(*library);
+        QVERIFY(!storage.writeError());
+        QCOMPARE(directory.read(fileOf(lead())), patchBytes(lead()));
+        QCOMPARE(directory.read(LibraryFileNames::damagedFile(lead().id(), 0)), patchBytes(clean()));
+        QCOMPARE(loaded(directory).size(), 2);
+    }
+
+    static void fileOfAFormerNameIsNotTakenEitherWhenItHoldsAnother()
+    {
+        const LibraryDirectory directory;
+        storeOverwritten(directory);
+        QVERIFY(QFile::rename(directory.filePath(fileOf(lead())),
+            directory.filePath(LibraryFileNames::patchFile(QStringLiteral("Former"), lead().id()))));
+        QCOMPARE(loadedNames(directory), QStringList{QStringLiteral("Clean")});
+    }
+
+    /// Beside the patch stands one with the very record that its file holds.
+    static void patchWhoseIdHasAReasonLoads_data()
+    {
+        QTest::addColumn<VelgorPatch>("entry");
+        const VelgorPatch full = imported(QStringLiteral("Sixteen letters!"), 8);
+        VelgorPatch renamed = lead();
+        renamed.name = QStringLiteral("Solo");
+        QTest::newRow("renamed") << renamed;
+        QTest::newRow("with a fresh id") << clean().withId(PatchIdentity::freshId(clean(), 2));
+        for (const QString &ending :
+            {QStringLiteral("-1"), QStringLiteral("-12"), QStringLiteral("4"), QStringLiteral("40")}) {
+            VelgorPatch copy = full.withId(VelgorPatch::staticSimpleHash(full, QString(full.patchData->name + ending)));
+            copy.name = QStringLiteral("renamed since");
+            QTest::addRow("a copy whose name was too long by %s", qUtf8Printable(ending)) << copy;
+        }
+    }
+    static void patchWhoseIdHasAReasonLoads()
+    {
+        QFETCH(const VelgorPatch, entry);
+        const LibraryDirectory directory;
+        QList<VelgorPatch> patches{entry};
+        const VelgorPatch twin(*entry.patchData, *entry.userIRData, *entry.headerData);
+        if (twin.id() != entry.id()) {
+            patches.append(twin);
+        }
+        QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
+        const LibraryLoadResult result = load(directory);
+        QVERIFY(result.droppedPatches.isEmpty());
+        QCOMPARE(TestPatches::ids(result.library->patches()), TestPatches::ids(patches));
+    }
+
+    static void idThatNothingExplainsProvesNothing()
+    {
+        const LibraryDirectory directory;
+        VelgorPatch renamed = imported(QStringLiteral("Former"), 6).withId(7);
+        renamed.name = QStringLiteral("Renamed");
+        const QList<VelgorPatch> patches{lead().withId(~0ULL), clean(), renamed};
+        QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
+        QCOMPARE(TestPatches::ids(loaded(directory)), TestPatches::ids(patches));
+    }
+};
+
+VELGOR_TEST(TestExchangedFiles)
+#include "tst_ExchangedFiles.moc"
