@@ -94,6 +94,7 @@ bool LibrarySession::open(Access access)
         warnOfOrphans();
         m_library = std::make_unique<VelgorLibrary>();
     }
+    m_library->setAwaited(m_storage.awaitedPatches());
     return true;
 }
 

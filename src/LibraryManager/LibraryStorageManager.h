@@ -63,6 +63,8 @@ public:
     [[nodiscard]] QStringList droppedProblems() const { return m_droppedProblems; }
     /// How many of them stay in the library file, as their files may be readable another time.
     [[nodiscard]] qsizetype unreadPatches() const { return m_writeState.unread.patches.size(); }
+    /// Their names by their ids.
+    [[nodiscard]] QHash<quint64, QString> awaitedPatches() const { return m_writeState.unread.names(); }
     /// Where the last save that had to keep something aside put it: old library files under dated names, and patch
     /// files that cannot be read; empty when none had to.
     [[nodiscard]] QStringList keptFiles() const { return m_keptFiles; }

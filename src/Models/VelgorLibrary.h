@@ -8,6 +8,7 @@
 #include "TripleBool.h"
 #include "VelgorPatch.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 
@@ -48,6 +49,11 @@ public:
     [[nodiscard]] bool deleteConfirm() const { return m_deleteConfirm; }
     [[nodiscard]] TripleBool inverseSort() const { return m_inverseSort; }
     [[nodiscard]] std::optional<quint64> defaultPatch() const { return m_defaultPatch; }
+
+    /// Patches that the library file names and that could not be loaded for now, their names by their ids. They are no
+    /// part of the library, but no other patch gets one of these ids: only what comes under the same name is taken for
+    /// the one that is awaited.
+    void setAwaited(const QHash<quint64, QString> &names) { m_awaited = names; }
 
     void setSelection(std::optional<quint64> selection);
     void setIsMultiSel(bool isMultiSel);
@@ -136,6 +142,7 @@ private:
     void replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
         const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData);
     /// `alsoHere` finds patches that are about to be appended.
+    [[nodiscard]] bool isAwaitedAsAnother(quint64 id, const QString &name) const;
     [[nodiscard]] PatchIdentity::Place placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const;
     void appendAll(const QList<VelgorPatch> &patches);
     quint64 appendDuplicate(const VelgorPatch &patch, const QString &foundName);
@@ -149,6 +156,7 @@ private:
     void reorder(const QList<qsizetype> &formerRows);
 
     QList<VelgorPatch> m_patches;
+    QHash<quint64, QString> m_awaited;
     mutable PatchIndex m_index;
     qsizetype m_emptyCount = 0;
     /// The remembered order is written out only when it is about to differ from the list or is asked for.

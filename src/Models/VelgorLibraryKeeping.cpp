@@ -23,10 +23,21 @@ const VelgorPatch *nobodyElse(quint64 id)
 
 } // namespace
 
+bool VelgorLibrary::isAwaitedAsAnother(quint64 id, const QString &name) const
+{
+    const auto awaited = m_awaited.constFind(id);
+    return awaited != m_awaited.cend() && PatchName::fitted(*awaited) != PatchName::fitted(name);
+}
+
 PatchIdentity::Place VelgorLibrary::placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const
 {
+    // Stands for a patch of which nothing can be read: it is the same as no other.
+    const VelgorPatch unread(~patch.id());
     const PatchIdentity::Place place = PatchIdentity::placeOf(patch, [&](quint64 id) {
         const auto found = getPatchFromId(id);
+        if (!found && patch.patchData && isAwaitedAsAnother(id, patch.patchData->name)) {
+            return &unread;
+        }
         return found ? found->patch : alsoHere(id);
     });
     if (place.isKnown || !patch.patchData) {
@@ -149,7 +160,7 @@ quint64 VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &
 {
     VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
     // Names of nine bytes that differ in the last one hash alike.
-    for (quint32 attempt = 1; getPatchFromId(copy.id()); ++attempt) {
+    for (quint32 attempt = 1; getPatchFromId(copy.id()) || m_awaited.contains(copy.id()); ++attempt) {
         copy = copy.withId(copy.patchData ? PatchIdentity::freshId(copy, attempt) : randomId());
     }
     insertAt(m_patches.size(), {copy});

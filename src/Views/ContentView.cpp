@@ -122,6 +122,7 @@ void ContentView::finishLoading()
     if (const std::unique_ptr<VelgorLibrary> loaded = m_desk.storage.takeLoadedLibrary()) {
         m_desk.library.takeOver(*loaded);
     }
+    m_desk.library.setAwaited(m_desk.storage.awaitedPatches());
     m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();

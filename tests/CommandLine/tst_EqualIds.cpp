@@ -156,6 +156,32 @@ private Q_SLOTS:
         QCOMPARE(ids(add(file->patches).at("known")), ids(listed()));
         QCOMPARE(listed().size(), 3U);
     }
+
+    void whatHasTheIdOfAPatchThatCannotBeReadNowGetsAnother()
+    {
+        const QString first = ids(add(presets(1)).at("added")).constFirst();
+        std::ignore = run({QStringLiteral("set"), first, QStringLiteral("--comment"), QStringLiteral("mine")});
+        const QString path = m_directory->filePath(QStringLiteral("lib-Preset 01.%1.prst").arg(first));
+        const QString elsewhere = m_velgor.filePath(QStringLiteral("elsewhere.prst"));
+        QVERIFY(QFile::rename(path, elsewhere) && QFile::link(elsewhere, path));
+
+        const QString second = ids(add({presets(2).last()}).at("added")).constFirst();
+        QVERIFY(second != first);
+        QVERIFY(QFile::remove(path) && QFile::rename(elsewhere, path));
+        QCOMPARE(ids(listed()), (QStringList{first, second}));
+        QCOMPARE(listed().at(0).at("comment").get<std::string>(), std::string("mine"));
+        QCOMPARE(run({QStringLiteral("remove"), second}).status, 0);
+        QVERIFY(QFile::exists(path));
+    }
+
+    void patchThatCannotBeReadNowIsKnownWhenItComesAgain()
+    {
+        const QString id = ids(add(presets(1)).at("added")).constFirst();
+        const QString path = m_directory->filePath(QStringLiteral("lib-Preset 01.%1.prst").arg(id));
+        QVERIFY(QFile::remove(path) && QFile::link(m_velgor.filePath(QStringLiteral("nowhere")), path));
+        QCOMPARE(ids(add(presets(1)).at("added")), QStringList{id});
+        QCOMPARE(ids(listed()), QStringList{id});
+    }
 };
 
 VELGOR_TEST(TestEqualIds)
