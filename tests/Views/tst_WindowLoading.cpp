@@ -64,6 +64,30 @@ private Q_SLOTS:
         QVERIFY(window.calls.calls.isEmpty());
     }
 
+    void aPatchThatCannotBeReadNowLosesNothingToOneWithItsId()
+    {
+        const LibraryDirectory directory;
+        const VelgorPatch first = TestLibraries::imported(QStringLiteral("Preset 01"), 1);
+        QVERIFY(!TestLibraries::save(directory, {{first}, std::nullopt}).hasError());
+        const QString file = directory.filePath(LibraryFileNames::patchFile(first.name, first.id()));
+        const QString elsewhere = directory.parentPath() + QStringLiteral("/elsewhere.prst");
+        QVERIFY(QFile::rename(file, elsewhere) && QFile::link(elsewhere, file));
+        {
+            WindowFixture window(directory);
+            QVERIFY(window.open());
+            QVERIFY(window.message().contains(QStringLiteral("Preset 01")));
+            const VelgorPatch second = TestLibraries::imported(QStringLiteral("Preset 02"), 1);
+            QCOMPARE(second.id(), first.id());
+            window.library.append(second, false, false);
+            window.storage.save(window.library);
+            QVERIFY(!window.storage.writeError());
+        }
+        QVERIFY(QFile::remove(file) && QFile::rename(elsewhere, file));
+        const QList<VelgorPatch> now = TestLibraries::loaded(directory);
+        QCOMPARE(TestPatches::names(now), (QStringList{QStringLiteral("Preset 01"), QStringLiteral("Preset 02")}));
+        QVERIFY(TestPatches::isIdentical(now.first(), first));
+    }
+
     void loadingTakesNoInputInTheLibraryAndLeavesTheListUsable()
     {
         const LibraryDirectory directory;
