@@ -2,6 +2,7 @@
 
 #include "Diagnostics.h"
 #include "PatchWriter.h"
+#include "ShownName.h"
 #include "Utf8Text.h"
 #include "VelgorContent.h"
 
@@ -92,7 +93,7 @@ bool PatchFileHandler::canExport(const VelgorPatch &patch)
         return true;
     }
     Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorPatch"));
-    return fail(tr("The patch \"%1\" holds no preset data that could be exported.").arg(patch.name));
+    return fail(tr("The patch \"%1\" holds no preset data that could be exported.").arg(shownName(patch.name)));
 }
 
 std::optional<SPresetFile> PatchFileHandler::open(const VelgorContent &velgorContent)
@@ -148,7 +149,7 @@ bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
 {
     begin();
     if (!patch.patchData || !patch.userIRData || !patch.headerData) {
-        return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(patch.name));
+        return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(shownName(patch.name)));
     }
     QList<SPatch> records;
     records.append(storedRecord(*patch.patchData));

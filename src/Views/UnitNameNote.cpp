@@ -4,6 +4,7 @@
 #include "NameField.h"
 #include "PatchName.h"
 #include "RelativeFont.h"
+#include "ShownName.h"
 
 UnitNameNote::UnitNameNote(NameField &field, QWidget *parent)
     : ElidedLabel(parent)
@@ -24,7 +25,7 @@ void UnitNameNote::refresh()
     const QString name = m_field.text();
     const QString fitted = PatchName::fitted(name);
     const bool isTold = m_field.hasFocus() && m_field.isModified() && fitted != name;
-    setText(isTold ? tr("The unit will show: %1").arg(fitted) : QString());
+    setText(isTold ? tr("The unit will show: %1").arg(isolated(fitted)) : QString());
     setVisible(isTold);
     m_field.setAccessibleDescription(text());
 }

@@ -193,6 +193,16 @@ private Q_SLOTS:
             << QStringLiteral("Thirteen byte\U0001F3B8") << QStringLiteral("Thirteen byte");
     }
 
+    void whatTheUnitWillShowKeepsItsDirectionToItself()
+    {
+        const auto details = typing();
+        QVERIFY(details);
+        paste(*details, QString::fromUtf8("\u05d2\u05d9\u05d8\u05e8\u05d4 \u05d2\u05d9\u05d8\u05e8\u05d4 (2)"));
+        const QString said = note(*details);
+        QVERIFY2(said.startsWith(QStringLiteral("The unit will show: \u2068\u05d2")), qPrintable(said));
+        QVERIFY(said.endsWith(u'\u2069') && !said.isRightToLeft());
+    }
+
     void whatTheUnitWillShowIsSaidWhileALongNameIsTyped()
     {
         QFETCH(const QString, name);

@@ -28,6 +28,11 @@ private Q_SLOTS:
             << QString(QChar(0x202e) + QStringLiteral("Lead")) << QStringLiteral("Lead");
         QTest::newRow("an end of what was begun outside")
             << QString(rightToLeft + QChar(0x2069) + u'!') << QString(u'\u2068' + rightToLeft + u'!' + u'\u2069');
+        QTest::newRow("a name isolated before")
+            << QString(QStringLiteral("Lead ") + isolatedName)
+            << QString(u'\u2068' + QStringLiteral("Lead ") + isolatedName + u'\u2069');
+        QTest::newRow("nested, one left open")
+            << QString(QStringLiteral("\u2068a\u2068b\u2069c\u2068")) << QString(QStringLiteral("a\u2068b\u2069c"));
         QTest::newRow("nothing") << QString() << QString();
     }
 
@@ -57,6 +62,19 @@ private Q_SLOTS:
             QCOMPARE(sentence.count(u'\u2068'), count);
             QCOMPARE(sentence.count(u'\u2069'), count);
         }
+    }
+
+    void aProblemThatIsASentenceKeepsItsDirection()
+    {
+        TestDesk desk;
+        const VelgorPatch patch(rightToLeft, false);
+        QVERIFY(!desk.contentFiles.exportPatch(patch));
+        const QString expected =
+            QStringLiteral("The patch \"%1\" holds no preset data that could be exported.").arg(isolatedName);
+        QCOMPARE(desk.contentFiles.problem(), expected);
+        const QString text = AlertTexts::saveError(desk.desk).text;
+        QVERIFY2(text.contains(expected), qPrintable(text));
+        QVERIFY(!text.isRightToLeft());
     }
 
     void aLongPathLacksItsMiddle()

@@ -15,6 +15,32 @@ bool isDirectionMark(QChar character)
     return (character >= u'\u202a' && character <= u'\u202e') || (character >= u'\u2066' && character <= u'\u2069');
 }
 
+/// Without direction marks, but for pairs that isolate what is between them, as a sentence has around a name.
+QString withoutDirectionMarks(const QString &text)
+{
+    QString plain;
+    plain.reserve(text.size());
+    qsizetype opened = -1; // in `plain`
+    for (const QChar character : text) {
+        if (character == u'\u2068') {
+            if (opened >= 0) {
+                plain.remove(opened, 1);
+            }
+            opened = plain.size();
+            plain.append(character);
+        } else if (character == u'\u2069' && opened >= 0) {
+            plain.append(character);
+            opened = -1;
+        } else if (!isDirectionMark(character)) {
+            plain.append(character);
+        }
+    }
+    if (opened >= 0) {
+        plain.remove(opened, 1);
+    }
+    return plain;
+}
+
 bool isRightToLeft(char32_t character)
 {
     switch (QChar::direction(character)) {
@@ -31,10 +57,10 @@ bool isRightToLeft(char32_t character)
 
 QString isolated(const QString &text)
 {
-    QString plain = text;
-    plain.removeIf(isDirectionMark);
+    const QString plain = withoutDirectionMarks(text);
     const QList<uint> characters = plain.toUcs4();
-    if (std::none_of(characters.begin(), characters.end(), isRightToLeft)) {
+    const bool isIsolated = plain.startsWith(u'\u2068') && plain.indexOf(u'\u2069') == plain.size() - 1;
+    if (isIsolated || std::none_of(characters.begin(), characters.end(), isRightToLeft)) {
         return plain;
     }
     return u'\u2068' + plain + u'\u2069';

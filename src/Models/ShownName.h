@@ -6,5 +6,6 @@
 [[nodiscard]] QString shownName(const QString &name);
 /// A path in running text. One that is very long lacks its middle, so that its end, the file, is seen.
 [[nodiscard]] QString shownPath(const QString &path);
-/// A text from elsewhere in running text: however it is written, what stands around it keeps its direction.
+/// A text from elsewhere in running text: however it is written, what stands around it keeps its direction. What is
+/// isolated within it stays so.
 [[nodiscard]] QString isolated(const QString &text);
