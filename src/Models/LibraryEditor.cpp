@@ -245,7 +245,7 @@ bool LibraryEditor::canKeepSelectedSlots() const
     return canKeep(selectedSlots());
 }
 
-void LibraryEditor::deleteSelected()
+QList<quint64> LibraryEditor::idsOfSeveral() const
 {
     QList<quint64> ids;
     const QList<VelgorPatch> patches = CommandTargets::several(m_library);
@@ -253,9 +253,19 @@ void LibraryEditor::deleteSelected()
     for (const VelgorPatch &patch : patches) {
         ids.append(patch.id());
     }
+    return ids;
+}
+
+void LibraryEditor::deleteAll(const QList<quint64> &ids)
+{
     if (!ids.isEmpty()) {
         m_library.deletePatches(ids, m_storage);
     }
+}
+
+void LibraryEditor::deleteSelected()
+{
+    deleteAll(idsOfSeveral());
     deselect();
     changed();
 }
@@ -263,8 +273,12 @@ void LibraryEditor::deleteSelected()
 void LibraryEditor::deleteAndGoOn()
 {
     const std::optional<quint64> next = CommandTargets::nextToDeleted(m_library, m_filter);
-    deleteSelected();
+    const QList<quint64> ids = idsOfSeveral();
+    // Selected first, so that what shows the selected patch is not without one in between.
     m_library.setSelection(next);
+    deleteAll(ids);
+    changed();
+    Q_EMIT wentOn();
 }
 
 void LibraryEditor::deleteFromId(quint64 id)

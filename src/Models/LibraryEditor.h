@@ -81,6 +81,8 @@ Q_SIGNALS:
     /// Patches were to be kept: these are new in the library, and so many it held already.
     void kept(const QList<quint64> &ids, qsizetype known);
     void duplicated(const QList<quint64> &copies);
+    /// Patches were deleted, and what the user works on next is selected.
+    void wentOn();
     /// A patch went to another row of the library.
     void moved(quint64 id);
 
@@ -90,6 +92,8 @@ private:
     /// Whether what a slot holds counts as a use of this patch.
     [[nodiscard]] bool isOfSlot(const VelgorPatch &patch, const VelgorPatch &held) const;
     [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
+    [[nodiscard]] QList<quint64> idsOfSeveral() const;
+    void deleteAll(const QList<quint64> &ids);
     void keepSlots(const QList<TransferablePatch> &items);
     [[nodiscard]] QList<quint64> idsFrom(qsizetype row) const;
 

@@ -64,6 +64,19 @@ void CommandButton::refresh()
         const QPalette::ColorRole colour = action.isChecked() ? QPalette::Link : QPalette::ButtonText;
         setIcon(m_isSymbolShown ? symbolIcon(command.symbol(desk), colour) : QIcon());
     }
+    if (!action.isEnabled() && m_heir && window()->focusWidget() == this) {
+        // The next in the order of the Tab key may be a field, and keys meant for a list would change what is in it.
+        clearFocus();
+        // What the heir shows may be in the middle of a change.
+        QMetaObject::invokeMethod(
+            m_heir,
+            [heir = m_heir] {
+                if (!heir->window()->focusWidget()) {
+                    heir->setFocus(Qt::OtherFocusReason);
+                }
+            },
+            Qt::QueuedConnection);
+    }
     setEnabled(action.isEnabled());
     setToolTip(command.toolTip ? command.toolTip(desk) : QString());
     if (isCheckable()) {

@@ -17,6 +17,8 @@ public:
     void reserve(const QString &label);
     /// Without its symbol it needs less room.
     void setSymbolShown(bool isShown);
+    /// Gets the keyboard focus when the button is disabled while it has it; it must outlive the button.
+    void setFocusHeir(QWidget &heir) { m_heir = &heir; }
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -26,6 +28,7 @@ private:
 
     Commands &m_commands;
     CommandId m_id;
+    QWidget *m_heir = nullptr;
     QString m_reserved;
     QString m_symbol;
     bool m_isSymbolShown = true;

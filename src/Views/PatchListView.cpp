@@ -1,5 +1,6 @@
 #include "PatchListView.h"
 
+#include "ContextMenuKeys.h"
 #include "DragPicture.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
@@ -41,6 +42,7 @@ PatchListView::PatchListView(QWidget *parent)
     setVerticalScrollMode(ScrollPerPixel);
     setEditTriggers(NoEditTriggers);
     setContextMenuPolicy(Qt::CustomContextMenu);
+    new ContextMenuKeys(*this);
     verticalScrollBar()->setSingleStep(LookMeasures::rowHeight(fontMetrics()));
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &PatchListView::updateMarkAfterScroll);
 }

@@ -37,9 +37,11 @@ VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
     buttons->setContentsMargins(columnPadding - focusGutter, gap - focusGutter + tinyGap, columnPadding - focusGutter,
         gap - focusGutter + tinyGap);
     buttons->setSpacing(gap - 2 * focusGutter);
-    buttons->addWidget(m_import);
-    buttons->addWidget(new CommandButton(commands, CommandId::Export, this));
-    buttons->addWidget(new CommandButton(commands, CommandId::Reset, this));
+    for (CommandButton *button : {m_import, new CommandButton(commands, CommandId::Export, this),
+             new CommandButton(commands, CommandId::Reset, this)}) {
+        button->setFocusHeir(*m_list);
+        buttons->addWidget(button);
+    }
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -80,10 +80,18 @@ QLayout *VelgorLibraryView::makeButtons()
     const int above = gap - focusGutter + tinyGap;
     buttons->setContentsMargins(columnPadding - focusGutter, above, columnPadding - focusGutter, above);
     buttons->setSpacing(gap - 2 * focusGutter);
-    for (CommandButton *button : {sort, select, new CommandButton(m_commands, CommandId::Delete, this),
-             new CommandButton(m_commands, CommandId::Duplicate, this)}) {
+    auto *const deleteButton = new CommandButton(m_commands, CommandId::Delete, this);
+    for (CommandButton *button :
+        {sort, select, deleteButton, new CommandButton(m_commands, CommandId::Duplicate, this)}) {
+        button->setFocusHeir(*m_list);
         buttons->addWidget(button);
     }
+    connect(&m_commands.desk().libraryEditor, &LibraryEditor::wentOn, this, [this, deleteButton] {
+        // Who deletes one patch after the other goes on where the keys are for patches.
+        if (window()->focusWidget() == deleteButton) {
+            m_list->setFocus(Qt::OtherFocusReason);
+        }
+    });
     return buttons;
 }
 
