@@ -59,12 +59,13 @@ void ContentEditor::replaceSelectedSlots()
     const QList<qsizetype> rows = selectedRows();
     m_content.replace(rows, patch);
     m_lastPlacement = {};
-    QSet<QUuid> replaced;
+    QSet<QUuid> slotIds;
     for (const qsizetype row : rows) {
-        replaced.insert(m_content.velgorContentPatchList().at(row).id);
+        slotIds.insert(m_content.velgorContentPatchList().at(row).id);
     }
-    m_content.setSelections(replaced);
+    m_content.setSelections(slotIds);
     warnOfMixedVersions();
+    Q_EMIT replaced(patch.id(), rows);
 }
 
 void ContentEditor::reset()

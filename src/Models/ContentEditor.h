@@ -57,6 +57,8 @@ Q_SIGNALS:
     void moved(qsizetype first, qsizetype count);
     /// Patches went into slots; see lastPlacement().
     void placed();
+    /// A library patch went into these slots.
+    void replaced(quint64 id, const QList<qsizetype> &rows);
 
 private:
     void selectRow(qsizetype row);

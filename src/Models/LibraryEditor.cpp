@@ -157,10 +157,7 @@ void LibraryEditor::tickSimilar()
 void LibraryEditor::duplicateSelected()
 {
     const qsizetype former = m_library.count();
-    const QList<VelgorPatch> originals = CommandTargets::several(m_library);
-    for (const VelgorPatch &patch : originals) {
-        m_library.duplicateSelection(patch.id(), m_storage);
-    }
+    m_library.duplicatePatches(idsOfSeveral(), m_storage);
     if (m_library.count() > former) {
         Q_EMIT duplicated(idsFrom(former));
     }
@@ -171,7 +168,7 @@ void LibraryEditor::setSelectedAsDefault()
     m_library.setDefaultPatch(m_library.selection(), m_storage);
 }
 
-void LibraryEditor::flipFlagOfSelected(bool VelgorPatch::*flag)
+void LibraryEditor::flipFlagOfSelected(Flag flag)
 {
     const bool isSet = !CommandTargets::allHave(m_library, flag);
     QList<VelgorPatch> patches = CommandTargets::several(m_library);
@@ -186,6 +183,7 @@ void LibraryEditor::flipFlagOfSelected(bool VelgorPatch::*flag)
         propagate(patch.id());
     }
     changed();
+    Q_EMIT classified(idsOfSeveral(), flag, isSet);
 }
 
 const VelgorPatch *LibraryEditor::selectedPatch() const

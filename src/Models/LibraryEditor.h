@@ -18,6 +18,9 @@ class LibraryEditor : public QObject, public LibraryCallbacks {
     Q_OBJECT
 
 public:
+    /// One classification of a patch.
+    using Flag = bool VelgorPatch::*;
+
     /// All three must outlive the editor.
     LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent = nullptr);
 
@@ -51,7 +54,7 @@ public:
     void setSelectedAsDefault();
     /// Sets a classification of several patches, or clears it when all of them have it, as in
     /// flipFlagOfSelected(&VelgorPatch::guitar).
-    void flipFlagOfSelected(bool VelgorPatch::*flag);
+    void flipFlagOfSelected(Flag flag);
     /// The selected patch; nullptr when none is selected, it is gone or stands for the empty library.
     [[nodiscard]] const VelgorPatch *selectedPatch() const;
     /// The library patch that a slot holds: the one with its id, or else the first with its sound under another name.
@@ -81,6 +84,8 @@ Q_SIGNALS:
     /// Patches were to be kept: these are new in the library, and so many it held already.
     void kept(const QList<quint64> &ids, qsizetype known);
     void duplicated(const QList<quint64> &copies);
+    /// These patches got a classification, or lost it.
+    void classified(const QList<quint64> &ids, LibraryEditor::Flag flag, bool isSet);
     /// Patches were deleted, and what the user works on next is selected.
     void wentOn();
     /// A patch went to another row of the library.

@@ -136,8 +136,23 @@ bool VelgorLibrary::update(const QList<VelgorPatch> &patches)
 
 void VelgorLibrary::duplicateSelection(std::optional<quint64> id, LibraryStorage &storage)
 {
-    if (const auto found = getPatchFromId(id)) {
-        append(VelgorPatch(*found->patch), true, false);
+    if (id) {
+        duplicatePatches({*id}, storage);
+    }
+}
+
+void VelgorLibrary::duplicatePatches(const QList<quint64> &ids, LibraryStorage &storage)
+{
+    bool isAnyKnown = false;
+    for (const quint64 id : ids) {
+        if (const auto found = getPatchFromId(id)) {
+            appendOrReplace(VelgorPatch(*found->patch), true, false);
+            isAnyKnown = true;
+        }
+    }
+    if (isAnyKnown) {
+        manageDummy();
+        saveOrder();
         storage.delayedSave(*this);
     }
 }

@@ -93,6 +93,8 @@ public:
     void move(qsizetype from, qsizetype offset);
 
     void duplicateSelection(std::optional<quint64> id, LibraryStorage &storage);
+    /// The same for many, with one save for all of them. The order is remembered when the last copy is there.
+    void duplicatePatches(const QList<quint64> &ids, LibraryStorage &storage);
     /// Removes the patch with this id and its files, and saves at once.
     void deletePatch(quint64 id, LibraryStorage &storage) { deletePatches({id}, storage); }
     /// The same for many, with one removal and one save for all of them.
@@ -145,6 +147,9 @@ private:
     [[nodiscard]] bool isAwaitedAsAnother(quint64 id, const QString &name) const;
     [[nodiscard]] PatchIdentity::Place placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const;
     void appendAll(const QList<VelgorPatch> &patches);
+    /// What the public append() does, but for the placeholder and the order.
+    quint64 appendOrReplace(const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location = atEnd,
+        std::optional<quint64> synonymId = std::nullopt);
     quint64 appendDuplicate(const VelgorPatch &patch, const QString &foundName);
     [[nodiscard]] QString findNewNameForDuplicate(const QString &fromname);
     void manageDummy();

@@ -82,6 +82,15 @@ void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::option
 quint64 VelgorLibrary::append(
     const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonymId)
 {
+    const quint64 id = appendOrReplace(patch, duplicate, replace, location, synonymId);
+    manageDummy();
+    saveOrder();
+    return id;
+}
+
+quint64 VelgorLibrary::appendOrReplace(
+    const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonymId)
+{
     std::optional<Found> found = getPatchFromId(synonymId);
     quint64 id = synonymId.value_or(0);
     if (!found) {
@@ -97,8 +106,6 @@ quint64 VelgorLibrary::append(
     } else if (replace && !found->patch->empty) {
         replacePresetData(found->index, patch.patchData, patch.userIRData, patch.headerData);
     }
-    manageDummy();
-    saveOrder();
     return id;
 }
 

@@ -13,6 +13,12 @@ ElidedLabel::ElidedLabel(QWidget *parent)
     setTextFormat(Qt::PlainText);
 }
 
+void ElidedLabel::setElideMode(Qt::TextElideMode mode)
+{
+    m_elideMode = mode;
+    update();
+}
+
 QSize ElidedLabel::minimumSizeHint() const
 {
     return {1, QLabel::minimumSizeHint().height()};
@@ -46,7 +52,7 @@ void ElidedLabel::paintEvent(QPaintEvent *event)
         return;
     }
     QStylePainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, textRect().width());
+    const QString shown = fontMetrics().elidedText(text(), m_elideMode, textRect().width());
     painter.drawItemText(textRect(), static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())),
         palette(), isEnabled(), shown, foregroundRole());
 }

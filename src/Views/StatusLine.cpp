@@ -27,6 +27,8 @@ StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
     for (ElidedLabel *const label : {m_first, m_last}) {
         RelativeFont::set(*label, footnoteFont);
         label->setForegroundRole(QPalette::PlaceholderText);
+        // Folders and files are told apart by their ends.
+        label->setElideMode(Qt::ElideMiddle);
         // The status bar has a margin of its own.
         label->setContentsMargins(columnPadding - tinyGap, 0, columnPadding, 0);
     }
@@ -85,8 +87,27 @@ void StatusLine::followEditors()
             say(StatusText::ofPatchMove(found->patch->name, found->index, m_desk.library.count()));
         }
     });
-    connect(&m_desk.contentEditor, &ContentEditor::placed, this,
-        [this] { say(StatusText::ofPlacement(m_desk.contentEditor.lastPlacement())); });
+    connect(&m_desk.libraryEditor, &LibraryEditor::classified, this,
+        [this, hidden](const QList<quint64> &ids, bool VelgorPatch::*flag, bool isSet) {
+            const auto first = m_desk.library.getPatchFromId(ids.first());
+            say(StatusText::ofClassification(first ? first->patch->name : QString(), ids.size(), flag, isSet));
+            add(hidden(ids));
+        });
+    connect(&m_desk.contentEditor, &ContentEditor::placed, this, [this, hidden] {
+        const ContentEditor::Placement &placement = m_desk.contentEditor.lastPlacement();
+        QList<quint64> ids;
+        for (const VelgorPatch &patch : placement.patches) {
+            ids.append(patch.id());
+        }
+        say(StatusText::ofPlacement(placement));
+        add(hidden(ids));
+    });
+    connect(&m_desk.contentEditor, &ContentEditor::replaced, this,
+        [this, hidden](quint64 id, const QList<qsizetype> &rows) {
+            const auto found = m_desk.library.getPatchFromId(id);
+            say(StatusText::ofReplacement(found ? found->patch->name : QString(), rows));
+            add(hidden({id}));
+        });
     connect(&m_desk.contentEditor, &ContentEditor::moved, this,
         [this](qsizetype first, qsizetype count) { say(StatusText::ofSlotMove(first, count)); });
     connect(&m_desk.contentFiles, &ContentFiles::imported, this,

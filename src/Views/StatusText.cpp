@@ -3,6 +3,7 @@
 #include "CommandTargets.h"
 #include "DropMark.h"
 #include "LibraryStorageManager.h"
+#include "PatchFlags.h"
 #include "ShownName.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
@@ -53,7 +54,7 @@ QString StatusText::ofLibrary(const Desk &desk)
         return Texts::tr("Changes not saved");
     }
     if (desk.library.count() == 0) {
-        return Texts::tr("Library folder: %1").arg(directory(desk.storage.libDirectory()));
+        return Texts::tr("Library folder: %1").arg(shownPath(directory(desk.storage.libDirectory())));
     }
     return Texts::tr("All changes saved");
 }
@@ -132,6 +133,30 @@ QString StatusText::ofPlacement(const ContentEditor::Placement &placement)
         : where + QStringLiteral(". ") + ofLeftOut(placed, placement.leftOut, placement.firstLeftOut);
 }
 
+QString StatusText::ofReplacement(const QString &name, const QList<qsizetype> &rows)
+{
+    return rows.size() == 1 ? Texts::tr("\"%1\" placed in slot %2").arg(shownName(name), positionOf(rows.first()))
+                            : Texts::tr("\"%1\" placed in %2 slots").arg(shownName(name), QString::number(rows.size()));
+}
+
+QString StatusText::ofClassification(const QString &firstName, qsizetype count, bool VelgorPatch::*flag, bool isSet)
+{
+    QString label;
+    for (const ShownPatchFlag &shown : PatchFlags::inFilter()) {
+        if (shown.flag == flag) {
+            label = PatchFlags::label(shown);
+        }
+    }
+    if (count == 1) {
+        const QString text =
+            isSet ? Texts::tr("\"%1\" is marked as %2 now") : Texts::tr("\"%1\" is not marked as %2 any more");
+        return text.arg(shownName(firstName), label);
+    }
+    const QString text =
+        isSet ? Texts::tr("%1 patches are marked as %2 now") : Texts::tr("%1 patches are not marked as %2 any more");
+    return text.arg(QString::number(count), label);
+}
+
 QString StatusText::ofSortedOrder()
 {
     return Texts::tr("The sorted order is the library's own now");
@@ -147,6 +172,9 @@ QString StatusText::ofMissingForPut(const Desk &desk)
     }
     if (CommandTargets::count(desk.library) == 0) {
         return Texts::tr("Select a patch in the library first");
+    }
+    if (!CommandTargets::one(desk.library)) {
+        return Texts::tr("Select one patch in the library first, its tick does not count here");
     }
     return {};
 }
@@ -209,7 +237,7 @@ QString StatusText::ofPatchExport(const QString &name, const QString &path)
 
 QString StatusText::ofLibraryMove(const QString &path)
 {
-    return Texts::tr("Library moved to %1").arg(isolated(directory(path)));
+    return Texts::tr("Library moved to %1").arg(shownPath(directory(path)));
 }
 
 QString StatusText::ofHidden(qsizetype hidden, qsizetype count)

@@ -21,9 +21,13 @@ namespace StatusText {
 [[nodiscard]] QString ofMoveNowhere(const QString &name, qsizetype row, qsizetype count);
 /// What the last placing of patches did.
 [[nodiscard]] QString ofPlacement(const ContentEditor::Placement &placement);
+/// What replacing the selected slots did.
+[[nodiscard]] QString ofReplacement(const QString &name, const QList<qsizetype> &rows);
+/// That patches got a classification, or lost it.
+[[nodiscard]] QString ofClassification(const QString &firstName, qsizetype count, bool VelgorPatch::*flag, bool isSet);
 /// That a change has made the sorted order the one that stays.
 [[nodiscard]] QString ofSortedOrder();
-/// What is missing before a patch can be put into a slot; empty for nothing.
+/// What is missing before a patch can be put into a slot, or into every selected one; empty for nothing.
 [[nodiscard]] QString ofMissingForPut(const Desk &desk);
 /// How many patches do not fit of those that were to be placed, and which.
 [[nodiscard]] QString ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut);

@@ -194,6 +194,14 @@ private Q_SLOTS:
         WindowFixture::click(window->libraryList(), 0);
         type(Qt::Key_Return);
         QCOMPARE(window->slotNames(), QStringLiteral("A Bells"));
+        // Ticked patches go into slots one after the other, which is another key.
+        QVERIFY(window->press(QStringLiteral("Sort")));
+        QVERIFY(window->choose(QStringLiteral("Select All")));
+        window->contentList()->setFocus();
+        type(Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(
+            window->status(), QStringLiteral("Select one patch in the library first, its tick does not count here"));
+        QCOMPARE(window->slotNames(), QStringLiteral("A Bells"));
     }
 
     void withoutTheFocusOnTheWindowTheFileCommandsDoNothing_data()
@@ -259,6 +267,13 @@ private Q_SLOTS:
         row("duplicate", [](WindowFixture &window) {
             WindowFixture::click(window.libraryList(), 0);
             QVERIFY(window.press(QStringLiteral("Duplicate")));
+        });
+        row("duplicate several", [](WindowFixture &window) {
+            WindowFixture::click(window.libraryList(), 0);
+            WindowFixture::click(window.libraryList(), 2, Qt::ControlModifier);
+            QCOMPARE(window.library.tickedCount(), 2);
+            QVERIFY(window.press(QStringLiteral("Duplicate")));
+            QVERIFY(window.status().startsWith(QStringLiteral("2 patches duplicated")));
         });
         row("delete", [](WindowFixture &window) {
             WindowFixture::click(window.libraryList(), 0);

@@ -1,5 +1,6 @@
 #include "LibraryViewFilterView.h"
 #include "StatusLine.h"
+#include "StatusText.h"
 #include "TestProgram.h"
 #include "WindowFixture.h"
 
@@ -115,8 +116,85 @@ private Q_SLOTS:
         QCOMPARE(window->libraryStatus(), QStringLiteral("All changes saved"));
         WindowFixture::click(window->libraryList(), 0);
         QCOMPARE(window->status(), QStringLiteral("2 slots read from list.prst"));
-        QVERIFY(window->choose(QStringLiteral("Guitar")));
+        QVERIFY(window->press(QStringLiteral("Solo")));
         QCOMPARE(window->status(), QStringLiteral("Saving changes"));
+    }
+
+    void placingSaysWhatTheFilterHides()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Leaf"), QStringLiteral("A B C D"));
+        QVERIFY(window->choose(QStringLiteral("Select All")));
+        filterByName(*window, QStringLiteral("lea"));
+        WindowFixture::click(window->contentList(), 1);
+        WindowFixture::key(window->contentList(), Qt::Key_Return);
+        QCOMPARE(window->slotNames(), QStringLiteral("A Lead Bells Leaf"));
+        QCOMPARE(window->status(), QStringLiteral("3 patches placed in slots 1.2 to 2.1. The filter hides 1 of them"));
+    }
+
+    void replacingSlotsIsSaid()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B C D"));
+        WindowFixture::click(window->libraryList(), 1);
+        WindowFixture::click(window->contentList(), 1);
+        WindowFixture::key(window->contentList(), Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" placed in slot 1.2"));
+        WindowFixture::click(window->contentList(), 3, Qt::ControlModifier);
+        WindowFixture::key(window->contentList(), Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(window->slotNames(), QStringLiteral("A Bells C Bells"));
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" placed in 2 slots"));
+    }
+
+    void classifyingSaysHowManyAndWhatTheFilterHides()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Leaf"));
+        WindowFixture::click(window->libraryList(), 1);
+        WindowFixture::key(window->libraryList(), Qt::Key_5, Qt::ControlModifier);
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" is marked as Clean now"));
+        QVERIFY(window->choose(QStringLiteral("Select All")));
+        filterByName(*window, QStringLiteral("lea"));
+        WindowFixture::key(window->libraryList(), Qt::Key_1, Qt::ControlModifier);
+        QCOMPARE(window->status(), QStringLiteral("3 patches are marked as Guitar now. The filter hides 1 of them"));
+        WindowFixture::key(window->libraryList(), Qt::Key_1, Qt::ControlModifier);
+        QCOMPARE(window->status(),
+            QStringLiteral("3 patches are not marked as Guitar any more. The filter hides 1 of them"));
+    }
+
+    void aSelectedPatchThatLeftTheFilterIsSaidToBeMeant()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Leaf"), QStringLiteral("A B"));
+        filterByName(*window, QStringLiteral("lea"));
+        WindowFixture::click(window->libraryList(), 0);
+        QTest::keyClick(window->libraryList(), Qt::Key_F2);
+        QTest::keyClicks(window->window->focusWidget(), QStringLiteral("Bells"));
+        QTest::keyClick(window->window->focusWidget(), Qt::Key_Tab);
+        WindowFixture::settle();
+        QCOMPARE(window->libraryRows(), QStringLiteral("Leaf"));
+        QCOMPARE(window->selectedName(), QStringLiteral("Bells"));
+        WindowFixture::key(window->libraryList(), Qt::Key_D, Qt::ControlModifier);
+        QCOMPARE(window->status(), QStringLiteral("Duplicated as \"Bells-1\". The filter hides it"));
+        WindowFixture::key(window->libraryList(), Qt::Key_1, Qt::ControlModifier);
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" is marked as Guitar now. The filter hides it"));
+        WindowFixture::click(window->contentList(), 0);
+        WindowFixture::key(window->contentList(), Qt::Key_Return);
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" placed in slot 1.1. The filter hides it"));
+        WindowFixture::key(window->libraryList(), Qt::Key_Delete);
+        QCOMPARE(window->message(), QStringLiteral("Do you really want to delete 1 patch?"));
+        QVERIFY(window->messageText().contains(QStringLiteral("\"Bells\"")));
+        QVERIFY(window->messageText().contains(QStringLiteral("The filter hides it.")));
+        QVERIFY(window->answer(QStringLiteral("No")));
+    }
+
+    void foldersAreToldApartByTheirEnds()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"));
+        const auto picture = [&window](const QString &folder) {
+            window->window->statusLine().say(
+                StatusText::ofLibraryMove(QStringLiteral("/library/%1/%2").arg(QString(400, u'w'), folder)));
+            return window->window->statusLine().grab().toImage();
+        };
+        const QImage first = picture(QStringLiteral("first"));
+        QVERIFY(first != picture(QStringLiteral("other")));
+        QCOMPARE(picture(QStringLiteral("first")), first);
     }
 
     void theLineNeverMakesTheWindowBroader()

@@ -4,6 +4,7 @@
 #include "TestProgram.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTest>
 
 class TestStatusText : public QObject {
@@ -14,6 +15,27 @@ private Q_SLOTS:
     {
         TestDesk desk;
         QCOMPARE(StatusText::ofLibrary(desk.desk), QStringLiteral("Library folder: ") + desk.directory.path());
+    }
+
+    void aMovedLibraryIsSaidToBeInItsNewFolder_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("said");
+        const QString rightToLeft = QString::fromUtf8("\u05d2\u05d9\u05d8\u05e8\u05d4");
+        QTest::newRow("below home") << QString(QDir::homePath() + QStringLiteral("/Sounds"))
+                                    << QStringLiteral("Library moved to ~/Sounds");
+        QTest::newRow("elsewhere") << QStringLiteral("/srv/sounds") << QStringLiteral("Library moved to /srv/sounds");
+        QTest::newRow("right to left") << QString(u'/' + rightToLeft)
+                                       << QString(QStringLiteral("Library moved to \u2068/") + rightToLeft + u'\u2069');
+        QTest::newRow("long") << QString(u'/' + QString(300, u'x') + QStringLiteral("/end"))
+                              << QString(QStringLiteral("Library moved to /") + QString(59, u'x') + u'\u2026'
+                                     + QString(56, u'x') + QStringLiteral("/end"));
+    }
+
+    void aMovedLibraryIsSaidToBeInItsNewFolder()
+    {
+        QFETCH(const QString, path);
+        QTEST(StatusText::ofLibraryMove(path), "said");
     }
 
     void changesAreFollowedUntilTheyAreSaved()
