@@ -16,6 +16,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 struct Texts {
@@ -70,6 +72,20 @@ QString firstLines(const QStringList &lines)
         first.append(Texts::tr("and %1 more").arg(lines.size() - shown));
     }
     return first.join(u'\n');
+}
+
+bool isSaved(const Desk &desk)
+{
+    return desk.storage.wasLastSaveWritten() && !desk.storage.hasUnsavedChanges();
+}
+
+/// What could not be done is about single files in its folder.
+bool isAboutFiles(const QStringList &problems, const QString &directory)
+{
+    const QString writeTest = LibraryFileNames::writeTestFile(directory);
+    return !problems.isEmpty() && std::all_of(problems.begin(), problems.end(), [&](const QString &problem) {
+        return problem.startsWith(directory + u'/') && !problem.startsWith(writeTest);
+    });
 }
 
 } // namespace
@@ -135,7 +151,7 @@ Alert AlertTexts::readError(const Desk &desk)
 
 Alert AlertTexts::writeError(const Desk &desk)
 {
-    if (!LibraryFileNames::isListable(desk.storage.libDirectory())) {
+    if (isSaved(desk) && !LibraryFileNames::isListable(desk.storage.libDirectory())) {
         return {.title = Texts::tr("Could not save one or more library files"),
             .text = inParagraphs(shownPath(desk.storage.libDirectory()),
                 Texts::tr(
@@ -145,7 +161,13 @@ Alert AlertTexts::writeError(const Desk &desk)
             .acceptLabel = Texts::tr("&Move Library..."),
             .safeLabel = Texts::tr("&Not Now")};
     }
-    const QString advice = desk.storage.wasLastSaveWritten() && !desk.storage.hasUnsavedChanges()
+    if (isSaved(desk) && isAboutFiles(desk.storage.writeProblems(), desk.storage.libDirectory())) {
+        return checkable(Texts::tr("The library is saved, but not every file in its folder is in order"),
+            inParagraphs(firstLines(desk.storage.writeProblems()),
+                Texts::tr("Every patch is saved. What is named here was left as it is. A file that does not belong to "
+                          "the library can be moved to another folder.")));
+    }
+    const QString advice = isSaved(desk)
         ? Texts::tr("The patches of the library are saved. Only what is named here could not be done.")
         : Texts::tr("Your changes are in the window. They are saved with the next change, or when the window "
                     "closes, once the cause is gone.");

@@ -3,6 +3,7 @@
 #include "AlertTexts.h"
 #include "ContentFiles.h"
 #include "LibraryEditor.h"
+#include "LibraryFileNames.h"
 #include "LibraryStorageManager.h"
 #include "MessageBox.h"
 #include "VelgorContent.h"
@@ -37,7 +38,9 @@ const QList<Alerts::Entry> &Alerts::table()
         {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.writeError(); },
             AlertTexts::writeError, [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
             [](Alerts &alerts) {
-                if (alerts.m_desk.moveLibrary) {
+                if (LibraryFileNames::isListable(alerts.m_desk.storage.libDirectory())) {
+                    Q_EMIT alerts.libraryCheckWanted();
+                } else if (alerts.m_desk.moveLibrary) {
                     alerts.m_desk.moveLibrary();
                 }
             }},
