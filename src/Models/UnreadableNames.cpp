@@ -7,6 +7,16 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Unless the user has renamed it.
+bool hasUnreadableName(const VelgorPatch &patch)
+{
+    return patch.patchData && !patch.patchData->unreadableName.isEmpty() && patch.name == patch.patchData->name;
+}
+
+} // namespace
+
 UnreadableNames::UnreadableNames(const SPresetFile &file)
 {
     for (qsizetype i = 0; i < file.patches.size(); ++i) {
@@ -16,12 +26,20 @@ UnreadableNames::UnreadableNames(const SPresetFile &file)
     }
 }
 
+UnreadableNames::UnreadableNames(const QList<VelgorPatch> &patches)
+{
+    for (qsizetype i = 0; i < patches.size(); ++i) {
+        if (hasUnreadableName(patches.at(i))) {
+            m_slots.append(i);
+        }
+    }
+}
+
 UnreadableNames::UnreadableNames(const VelgorContent &content)
 {
     const QList<VelgorContentPatch> &list = content.velgorContentPatchList();
     for (qsizetype row = 0; row < list.size(); ++row) {
-        const VelgorPatch &patch = list.at(row).patch;
-        if (patch.patchData && !patch.patchData->unreadableName.isEmpty() && patch.name == patch.patchData->name) {
+        if (hasUnreadableName(list.at(row).patch)) {
             m_slots.append(row);
         }
     }

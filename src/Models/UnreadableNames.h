@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelgorPatch.h"
+
 #include <QCoreApplication>
 #include <QList>
 #include <QString>
@@ -14,6 +16,8 @@ class UnreadableNames {
 
 public:
     explicit UnreadableNames(const SPresetFile &file);
+    /// Of patches as a file holds them, in their order.
+    explicit UnreadableNames(const QList<VelgorPatch> &patches);
     /// Of the slots that still have such a name.
     explicit UnreadableNames(const VelgorContent &content);
 

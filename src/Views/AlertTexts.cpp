@@ -109,6 +109,16 @@ Alert AlertTexts::unreadableNames(const Desk &desk)
             Texts::tr("An export writes the bytes that the file has for such a name, unless you rename the patch.")));
 }
 
+Alert AlertTexts::unreadableNamesKept(const QStringList &places)
+{
+    return notice(Texts::tr("Some names cannot be read"),
+        inParagraphs(firstLines(places),
+            Texts::tr(
+                "These names are not valid text and are shown as \"%1\". An export writes the bytes that the file "
+                "has for such a name, unless you rename the patch.")
+                .arg(PatchName::unreadable())));
+}
+
 Alert AlertTexts::saveError(const Desk &desk)
 {
     return notice(Texts::tr("Could not export file"),

@@ -11,6 +11,8 @@ namespace AlertTexts {
 [[nodiscard]] Alert openError(const Desk &desk);
 /// The list was imported with names that are no text.
 [[nodiscard]] Alert unreadableNames(const Desk &desk);
+/// Preset files were dropped on the library that have such names. One line a file, with its name and the slots.
+[[nodiscard]] Alert unreadableNamesKept(const QStringList &places);
 [[nodiscard]] Alert saveError(const Desk &desk);
 [[nodiscard]] Alert selectDefault(const Desk &desk);
 [[nodiscard]] Alert mixVersions(const Desk &desk);

@@ -8,9 +8,11 @@
 #include "LibraryStorageManager.h"
 #include "StatusLine.h"
 #include "StatusText.h"
+#include "UnreadableNames.h"
 #include "VelgorLibraryView.h"
 
 #include <QDropEvent>
+#include <QFileInfo>
 #include <QMimeData>
 #include <QUrl>
 
@@ -103,15 +105,24 @@ void FileDrops::keep(const QStringList &paths)
 {
     QList<VelgorPatch> patches;
     QStringList problems;
+    QStringList unreadable;
     for (const QString &path : paths) {
         const QList<VelgorPatch> held = m_desk.contentFiles.patchesIn(path);
         if (held.isEmpty()) {
             problems.append(m_desk.contentFiles.problem());
+        }
+        const UnreadableNames names(held);
+        if (names.count() > 0) {
+            const QString places = names.count() == 1 ? tr("%1: slot %2") : tr("%1: slots %2");
+            unreadable.append(places.arg(QFileInfo(path).fileName(), names.places()));
         }
         patches.append(held);
     }
     m_desk.libraryEditor.keep(patches);
     if (!problems.isEmpty()) {
         m_alerts.show(AlertTexts::filesNotKept(problems, paths.size()), [](bool) {});
+    }
+    if (!unreadable.isEmpty()) {
+        m_alerts.show(AlertTexts::unreadableNamesKept(unreadable), [](bool) {});
     }
 }

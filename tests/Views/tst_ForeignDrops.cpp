@@ -1,6 +1,7 @@
 #include "DragOver.h"
 #include "LibraryContentMainView.h"
 #include "TestProgram.h"
+#include "TestRecords.h"
 #include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
 #include "WindowFixture.h"
@@ -139,6 +140,32 @@ private Q_SLOTS:
             QVERIFY(!window->messageText().contains(QStringLiteral("good.prst")));
             QVERIFY(window->answer(QStringLiteral("OK")));
         }
+    }
+
+    void namesThatAreNoTextAreToldOncePerDrop()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        const auto bad = [](int seed) {
+            SPatch patch = TestRecords::patch(QStringLiteral("_error_"), seed);
+            patch.unreadableName = QByteArray("Caf\xE9").leftJustified(16, '\0');
+            return patch;
+        };
+        const LibraryDirectory files;
+        files.write(
+            QStringLiteral("one.prst"), TestRecords::fileBytes({TestRecords::patch(QStringLiteral("x"), 3), bad(4)}));
+        files.write(QStringLiteral("two.prst"), TestRecords::fileBytes({bad(5), bad(6)}));
+        const QString good = window->presetFile(QStringLiteral("good.prst"), QStringLiteral("Bells"));
+        const QStringList paths{
+            files.filePath(QStringLiteral("one.prst")), good, files.filePath(QStringLiteral("two.prst"))};
+        QVERIFY(DragOver(window->libraryList()->viewport(), filesData(paths)).dropAt(QPoint(30, 30)));
+        WindowFixture::settle();
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead x _error_ Bells _error_ _error_"));
+        QCOMPARE(window->message(), QStringLiteral("Some names cannot be read"));
+        QVERIFY2(window->messageText().startsWith(
+                     QStringLiteral("one.prst: slot 1.2\ntwo.prst: slots 1.1, 1.2\n\nThese names are not valid text")),
+            qPrintable(window->messageText()));
+        QVERIFY(window->answer(QStringLiteral("OK")));
+        QCOMPARE(window->message(), QString());
     }
 
     void ofSeveralFilesForTheListTheFirstIsTakenAndTheOthersAreNamed()

@@ -2,6 +2,7 @@
 #include "MessageBox.h"
 #include "TestDesk.h"
 #include "TestProgram.h"
+#include "UnreadableNames.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
@@ -38,6 +39,15 @@ QList<Alert> everyMessage()
         AlertTexts::cannotOpenPage(QStringLiteral("https://x.example/help")),
         AlertTexts::cannotMoveLibrary(problems.join(u'\n')), AlertTexts::keptFiles(desk.desk),
         AlertTexts::incompleteLibrary(desk.desk)};
+    QList<SPatch> unreadable;
+    for (int i = 0; i < 99; ++i) {
+        unreadable.append(TestRecords::patch(QStringLiteral("_error_"), i));
+        unreadable.last().unreadableName = QByteArray(16, '\xFF');
+    }
+    desk.content.populate(TestRecords::file(unreadable));
+    alerts.append(AlertTexts::unreadableNames(desk.desk));
+    const QString line = longWord + QStringLiteral(".prst: slots ") + UnreadableNames(desk.content).places();
+    alerts.append(AlertTexts::unreadableNamesKept({line, line, line, line}));
     desk.tick({0, 1, 2});
     alerts.append(AlertTexts::deleteConfirm(desk.desk));
     const TestDesk unlistable(QStringLiteral("A"), QStringLiteral("my library"));
