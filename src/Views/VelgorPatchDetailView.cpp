@@ -98,10 +98,15 @@ QString VelgorPatchDetailView::reasonForNoDetails() const
 
 QString VelgorPatchDetailView::nextStep() const
 {
-    if (m_library.count() > 0 || m_isLoading || m_content.velgorContentPatchList().isEmpty()) {
+    if (m_isLoading || m_content.velgorContentPatchList().isEmpty()) {
         return {};
     }
     const QString key = QKeySequence(Qt::CTRL | Qt::Key_K).toString(QKeySequence::NativeText);
+    if (m_library.count() > 0) {
+        return tr("Next: select slots on the left and press %1 to keep them, or drag a library patch onto a slot to "
+                  "replace it.")
+            .arg(key);
+    }
     return tr("Next: select slots on the left and press %1 to keep them, or drag them into the library.").arg(key);
 }
 

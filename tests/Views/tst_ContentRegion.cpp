@@ -54,6 +54,28 @@ class TestContentRegion : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theNextStepIsSaidAfterAnImport()
+    {
+        const QString keep = QKeySequence(Qt::CTRL | Qt::Key_K).toString(QKeySequence::NativeText);
+        const QString intoEmpty = QStringLiteral("Next: select slots on the left and press %1 to keep them, or drag "
+                                                 "them into the library.")
+                                      .arg(keep);
+        const QString besidePatches = QStringLiteral("Next: select slots on the left and press %1 to keep them, or "
+                                                     "drag a library patch onto a slot to replace it.")
+                                          .arg(keep);
+        const auto empty = WindowFixture::shown({});
+        QVERIFY(!empty->isSaid(intoEmpty));
+        empty->importList(QStringLiteral("A B"));
+        QVERIFY(empty->isSaid(intoEmpty));
+        const auto filled = WindowFixture::shown(QStringLiteral("Lead"));
+        QVERIFY(!filled->isSaid(besidePatches));
+        filled->importList(QStringLiteral("A B"));
+        QVERIFY(filled->isSaid(QStringLiteral("Select item in library to see details")));
+        QVERIFY(filled->isSaid(besidePatches));
+        WindowFixture::click(filled->libraryList(), 0);
+        QVERIFY(!filled->isSaid(besidePatches));
+    }
+
     void anEmptyListHasNoElementsAndNothingToExport()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"));
