@@ -2,6 +2,7 @@
 
 #include "LibraryCheckList.h"
 #include "LookMeasures.h"
+#include "RelativeFont.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -15,7 +16,7 @@ LibraryCheckColumn::LibraryCheckColumn(const QString &title, const QString &deta
     , m_button(new QPushButton(this))
 {
     auto *const header = new QLabel(title, this);
-    header->setFont(LookMeasures::strongFont(font()));
+    RelativeFont::set(*header, LookMeasures::strongFont);
     header->setBuddy(m_list);
     m_list->setAccessibleName(title);
     m_details->setReadOnly(true);

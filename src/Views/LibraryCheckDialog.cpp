@@ -6,6 +6,7 @@
 #include "LibraryFindingText.h"
 #include "LibraryStorageManager.h"
 #include "LookMeasures.h"
+#include "RelativeFont.h"
 #include "StatusText.h"
 #include "VelgorLibrary.h"
 
@@ -55,7 +56,7 @@ LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageMan
     , m_close(new QPushButton(tr("&Close"), this))
 {
     setWindowTitle(tr("Check Library"));
-    m_summary->setFont(LookMeasures::strongFont(font()));
+    RelativeFont::set(*m_summary, LookMeasures::strongFont);
     m_place->setForegroundRole(QPalette::PlaceholderText);
     m_place->setWordWrap(true);
     for (QLabel *const label : {m_summary, m_place}) {

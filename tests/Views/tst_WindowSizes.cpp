@@ -1,5 +1,9 @@
+#include "LibraryCheckDialog.h"
+#include "LibraryCheckList.h"
 #include "LibraryContentMainView.h"
+#include "LibraryFileNames.h"
 #include "ShownWidgets.h"
+#include "TestLibraries.h"
 #include "TestProgram.h"
 #include "ToggleButton.h"
 #include "VelgorContentView.h"
@@ -135,6 +139,35 @@ private:
 private Q_SLOTS:
     void initTestCase() { m_usualFont = QApplication::font(); }
     void cleanup() { QApplication::setFont(m_usualFont); }
+
+    void theCheckOfTheLibraryFollowsTheFont()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
+        const VelgorPatch ghost = WindowFixture::patch(QStringLiteral("Ghost"));
+        window->ownDirectory->write(
+            LibraryFileNames::patchFile(ghost.name, ghost.id()), TestLibraries::patchBytes(ghost));
+        QVERIFY(window->choose(QStringLiteral("Check Library...")));
+        auto *const dialog = window->window->findChild<LibraryCheckDialog *>();
+        QVERIFY(dialog);
+        const auto *const findings = named<LibraryCheckList>(*dialog, QStringLiteral("Findings"));
+        QVERIFY(findings);
+        QTRY_VERIFY(findings->model()->rowCount() > 0);
+        const int former = findings->sizeHintForRow(0);
+        const int points = 2 * m_usualFont.pointSize();
+        setPoints(points);
+        WindowFixture::settle();
+        const QList<QLabel *> said = dialog->findChildren<QLabel *>();
+        int strong = 0;
+        for (const QLabel *label : said) {
+            QVERIFY2(label->font().pointSize() == points, qPrintable(label->text()));
+            strong += label->font().weight() > QFont::Normal ? 1 : 0;
+        }
+        // The summary and the titles of both columns.
+        QCOMPARE(strong, 3);
+        QVERIFY(findings->sizeHintForRow(0) > former);
+        QCOMPARE(findings->visualRect(findings->model()->index(0, 0)).height(), findings->sizeHintForRow(0));
+        dialog->close();
+    }
 
     void nothingHangsOffTheScreen_data()
     {
