@@ -103,7 +103,7 @@ def kill_editing(program: pathlib.Path, chance: random.Random, scratch: pathlib.
 
 def main() -> None:
     parser = options.parser(__doc__ or "")
-    parser.add_argument("--kills", type=int, default=300)
+    parser.add_argument("--kills", type=int, default=150)
     parser.add_argument("--edits-only", action="store_true", help="kills only the program that edits")
     arguments = parser.parse_args()
     chance = options.chance(arguments, "kill")

@@ -89,7 +89,7 @@ class Cutter:
 
 def main() -> None:
     parser = options.parser(__doc__ or "")
-    parser.add_argument("--cuts", type=int, default=40)
+    parser.add_argument("--cuts", type=int, default=20)
     arguments = parser.parse_args()
     disk.with_private_mounts()
     with options.scratch(arguments) as directory:
