@@ -57,7 +57,7 @@ bool isRightToLeft(char32_t character)
 
 QString isolated(const QString &text)
 {
-    const QString plain = withoutDirectionMarks(text);
+    QString plain = withoutDirectionMarks(text);
     const QList<uint> characters = plain.toUcs4();
     const bool isIsolated = plain.startsWith(u'\u2068') && plain.indexOf(u'\u2069') == plain.size() - 1;
     if (isIsolated || std::none_of(characters.begin(), characters.end(), isRightToLeft)) {
