@@ -41,9 +41,9 @@ QString BatchFiles::write(const QString &path, const QByteArray &bytes)
     return error;
 }
 
-void BatchFiles::block(const QString &name)
+void BatchFiles::leavePrepared(const QString &name)
 {
-    m_blocked.insert(name);
+    m_leftPrepared.insert(name);
 }
 
 QString BatchFiles::sync() const
@@ -59,7 +59,7 @@ QList<BatchFiles::Failure> BatchFiles::finish()
     // Another directory would get none of the files.
     const bool isInPlace = !m_directory || m_directory->isInPlace();
     for (const Staged &file : staged) {
-        if (m_blocked.contains(file.name)) {
+        if (m_leftPrepared.contains(file.name)) {
             failures.append({.path = pathOf(file.name), .error = {}, .temporary = pathOf(file.temporary)});
             continue;
         }

@@ -27,7 +27,7 @@ public:
     };
     struct Failure {
         QString path;
-        QString error; ///< empty where the name was blocked
+        QString error; ///< empty where it was told to leave the file prepared
         QString temporary; ///< path of the file as it is still there
     };
 
@@ -48,7 +48,7 @@ public:
     /// The files that were prepared and are not in place yet.
     [[nodiscard]] const QList<Staged> &staged() const { return m_staged; }
     /// What stands under this name cannot be moved away: finish() leaves the file prepared, and counts it as failed.
-    void block(const QString &name);
+    void leavePrepared(const QString &name);
     /// The system's reason when the prepared files may not have reached the disk.
     [[nodiscard]] QString sync() const;
     /// The files that could not be put in place.
@@ -64,6 +64,6 @@ private:
     std::optional<OpenDirectory> m_directory; ///< from the first file on
     QList<Staged> m_staged;
     QList<Staged> m_placed;
-    QSet<QString> m_blocked; ///< names
+    QSet<QString> m_leftPrepared; ///< names
     bool m_isBlocked = false;
 };

@@ -172,7 +172,7 @@ void LibraryWriter::setDisplacedFilesAside()
         } else {
             addProblem(file.key(), error);
             m_result.arePatchesWritten = false;
-            m_files.block(file.key());
+            m_files.leavePrepared(file.key());
         }
     }
 }

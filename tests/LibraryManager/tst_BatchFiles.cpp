@@ -96,7 +96,7 @@ private Q_SLOTS:
         QCOMPARE(directory.files(), QStringList());
     }
 
-    static void fileWhoseNameIsBlockedStaysPreparedAndTheOthersArePutInPlace()
+    static void fileThatIsToBeLeftStaysPreparedAndTheOthersArePutInPlace()
     {
         const LibraryDirectory directory;
         directory.write(QStringLiteral("b"), "old");
@@ -104,8 +104,8 @@ private Q_SLOTS:
         for (const char *name : {"a", "b", "c"}) {
             QCOMPARE(files.write(directory.filePath(QString::fromLatin1(name)), name), QString());
         }
-        files.block(QStringLiteral("b"));
-        files.block(QStringLiteral("another"));
+        files.leavePrepared(QStringLiteral("b"));
+        files.leavePrepared(QStringLiteral("another"));
         const QList<BatchFiles::Failure> failures = files.finish();
         QCOMPARE(failures.size(), 1);
         QCOMPARE(failures.first().path, directory.filePath(QStringLiteral("b")));
