@@ -191,8 +191,7 @@ void LibraryDoctor::examineFileWithoutEntry(const QString &name, quint64 id, con
         const VelgorPatch whole = withEntry(patch, *former);
         const QString reason = tr("a former library file knows it");
         add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name, reason, whole);
-    } else if (PatchIdentity::mayHaveId(patch, id, patch.name)
-        || PatchIdentity::mayHaveId(patch, id, adopted(patch, name, id).name)) {
+    } else if (PatchIdentity::mayHaveId(patch, id, adopted(patch, name, id).name)) {
         const VelgorPatch whole = adopted(patch, name, id);
         add(LibraryFinding::Kind::FileWithoutEntry, name, id, whole.name, {}, whole);
     } else if (known != m_loaded.cend() && holdsTheSame(*known, patch)) {
