@@ -1,7 +1,7 @@
 # Most of a file's compile time goes into the headers of Qt. The presets translate them once a target; a plain configure
 # does not, so that it shows an include that is missing.
 option(VELGOR_PRECOMPILED_HEADERS "Precompile the headers of Qt" OFF)
-set(VELGOR_PARSING_OPTIONS "" CACHE STRING "Further compiler options for the layers that read and write files")
+set(VELGOR_CORE_OPTIONS "" CACHE STRING "Further compiler options for the layers that read and write files")
 
 #   velgor_precompile(velgor_models core)      kind: core, widgets, core_test or widgets_test
 function(velgor_precompile target kind)
