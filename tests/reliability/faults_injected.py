@@ -12,6 +12,7 @@ import subprocess
 
 from faults_scenarios import Case, Scenario
 from harness import Figures
+from harness.calls import TRACER
 
 ERRORS = ("ENOSPC", "EIO", "EACCES", "EPERM", "EROFS", "EDQUOT")
 CALLS = (
@@ -45,7 +46,7 @@ def why_not() -> str:
 def changing_calls(scenario: Scenario, trace: pathlib.Path) -> list[Call]:
     """The calls of a run without faults that change something in the place of the scenario."""
     scenario.prepare()
-    done = scenario.run(["strace", "-f", "-y", "-o", str(trace), "-e", f"trace={CALLS}"])
+    done = scenario.run([*TRACER, "-y", "-o", str(trace), "-e", f"trace={CALLS}"])
     if done.returncode != 0:
         raise RuntimeError(f"{scenario.name} fails without any fault: {done.stderr}")
     counts: dict[str, int] = {}
@@ -84,7 +85,7 @@ def run(figures: Figures, scenarios: list[Scenario], scratch: pathlib.Path, is_l
 def _inject(figures: Figures, scenario: Scenario, call: Call, error: str, last: str, trace: pathlib.Path) -> None:
     scenario.prepare()
     inject = f"inject={call.name}:error={error}:when={call.number}{last}"
-    done = scenario.run(["strace", "-f", "-y", "-o", str(trace), "-e", f"trace={CALLS}", "-e", inject])
+    done = scenario.run([*TRACER, "-y", "-o", str(trace), "-e", f"trace={CALLS}", "-e", inject])
     hit = [line for line in trace.read_text(errors="replace").splitlines() if "(INJECTED)" in line]
     if not any(str(scenario.place) in line for line in hit):
         figures.count("missed")

@@ -8,6 +8,7 @@ import pathlib
 from faults_injected import LINE
 from faults_scenarios import REFUSED, Scenario
 from harness import Figures
+from harness.calls import TRACER
 
 CALLS = "openat,read,pread64,getdents64"
 ERRORS = ("EIO", "EACCES", "EMFILE")
@@ -17,7 +18,7 @@ SCENARIOS = ("edit", "rename", "add", "remove", "export over a file")
 def reading_calls(scenario: Scenario, trace: pathlib.Path) -> list[tuple[str, int]]:
     """Name and number of each call that reads in the library of the scenario."""
     scenario.prepare()
-    scenario.run(["strace", "-f", "-y", "-o", str(trace), "-e", f"trace={CALLS}"])
+    scenario.run([*TRACER, "-y", "-o", str(trace), "-e", f"trace={CALLS}"])
     counts: dict[str, int] = {}
     calls = []
     for line in trace.read_text(errors="replace").splitlines():
@@ -45,7 +46,7 @@ def run(figures: Figures, scenarios: list[Scenario], scratch: pathlib.Path) -> N
 def _inject(figures: Figures, scenario: Scenario, name: str, number: int, error: str, trace: pathlib.Path) -> None:
     scenario.prepare()
     inject = f"inject={name}:error={error}:when={number}"
-    done = scenario.run(["strace", "-f", "-y", "-o", str(trace), "-e", f"trace={CALLS}", "-e", inject])
+    done = scenario.run([*TRACER, "-y", "-o", str(trace), "-e", f"trace={CALLS}", "-e", inject])
     figures.count("failing reads")
     hit = next(line for line in trace.read_text(errors="replace").splitlines() if "(INJECTED)" in line)
     label = f"{scenario.name}, {error} at {hit.split(None, 1)[1].replace(str(scenario.place), '...')[:120]}"

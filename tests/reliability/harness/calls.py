@@ -15,6 +15,8 @@ CHANGING = (
     " symlinkat close"
 ).split()
 LINE = re.compile(r"(\d+) +(\w+)\(")
+# With the filter in the kernel, no other call stops the program on its way. Signals get lost with it.
+TRACER = ["strace", "-f", "--seccomp-bpf"]
 
 
 @dataclasses.dataclass(frozen=True)
@@ -30,13 +32,13 @@ def why_not() -> str:
     """Why nothing can be traced on this machine; empty when it can."""
     if not shutil.which("strace"):
         return "there is no strace"
-    done = subprocess.run(["strace", "-f", "-o", "/dev/null", "true"], capture_output=True, text=True)
+    done = subprocess.run([*TRACER, "-o", "/dev/null", "true"], capture_output=True, text=True)
     return "" if done.returncode == 0 else f"strace cannot trace: {done.stderr.strip()}"
 
 
 def recorder(log: pathlib.Path) -> list[str]:
     """To stand before the command that is recorded."""
-    return ["strace", "-f", "-y", "-s", "16", "-o", str(log), "-e", "trace=" + ",".join("?" + one for one in CHANGING)]
+    return [*TRACER, "-y", "-s", "16", "-o", str(log), "-e", "trace=" + ",".join("?" + one for one in CHANGING)]
 
 
 def recorded(log: pathlib.Path, directory: pathlib.Path) -> list[Call]:
