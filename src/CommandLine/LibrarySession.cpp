@@ -90,6 +90,10 @@ bool LibrarySession::open(Access access)
         Output::warn(tr("%1: these patches have no readable file and were left out: %2")
                          .arg(directory, m_storage.droppedPatches().join(QStringLiteral(", "))));
     }
+    // The examination tells of each.
+    if (access != Access::Inspect && access != Access::Rescue) {
+        warnOfDoubtfulPatches();
+    }
     if (!m_library) {
         warnOfOrphans();
         m_library = std::make_unique<VelgorLibrary>();
@@ -116,6 +120,18 @@ void LibrarySession::load(Access access)
             return;
         }
         std::this_thread::sleep_for(pause);
+    }
+}
+
+void LibrarySession::warnOfDoubtfulPatches() const
+{
+    const QStringList doubtful = m_storage.doubtfulPatches();
+    if (doubtful.size() == 1) {
+        Output::warn(tr("%1: %2").arg(m_storage.libDirectory(), doubtful.first()));
+    } else if (!doubtful.isEmpty()) {
+        Output::warn(tr("%1: %2 files may hold other patches than the library says, which \"velgor library doctor\" "
+                        "lists; the first is of %3")
+                         .arg(m_storage.libDirectory(), QString::number(doubtful.size()), doubtful.first()));
     }
 }
 

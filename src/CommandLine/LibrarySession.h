@@ -51,6 +51,7 @@ private:
     [[nodiscard]] bool isUsable(FileExistence found) const;
     [[nodiscard]] bool lock();
     void load(Access access);
+    void warnOfDoubtfulPatches() const;
     void warnOfOrphans() const;
 
     bool m_isNamed; ///< the directory was asked for by name

@@ -39,8 +39,11 @@ LibraryEntries::LibraryEntries(const QList<VelgorPatch> &patches)
     }
 }
 
-bool LibraryEntries::isOfAnother(const VelgorPatch &read, const VelgorPatch &entry) const
+LibraryEntries::Owner LibraryEntries::ownerOf(const VelgorPatch &read, const VelgorPatch &entry) const
 {
     const quint64 id = storedId(entry);
-    return read.id() != id && m_ids.contains(read.id()) && !PatchIdentity::mayHaveId(read, id, entry.name);
+    if (read.id() == id || PatchIdentity::mayHaveId(read, id, entry.name)) {
+        return Owner::Entry;
+    }
+    return m_ids.contains(read.id()) ? Owner::OtherEntry : Owner::Unknown;
 }

@@ -17,9 +17,13 @@ public:
     [[nodiscard]] bool hasFreshId(const VelgorPatch &patch) const { return m_storedIds.contains(patch.id()); }
     /// The id in the name of the patch's file.
     [[nodiscard]] quint64 storedId(const VelgorPatch &patch) const { return m_storedIds.value(patch.id(), patch.id()); }
-    /// What was read for an entry belongs to another one: it cannot have got this id, and the other has the one that it
-    /// gives. An id that nothing explains proves nothing alone, as other programs may number patches as they like.
-    [[nodiscard]] bool isOfAnother(const VelgorPatch &read, const VelgorPatch &entry) const;
+    /// Whose patch was read for an entry.
+    enum class Owner {
+        Entry, ///< its id is one that this patch may have got
+        Unknown, ///< it is not; but other programs may number patches as they like
+        OtherEntry, ///< it is not, and another entry has the id that the patch gives
+    };
+    [[nodiscard]] Owner ownerOf(const VelgorPatch &read, const VelgorPatch &entry) const;
 
 private:
     QList<VelgorPatch> m_patches;

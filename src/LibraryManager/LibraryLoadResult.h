@@ -17,6 +17,9 @@ struct LibraryLoadResult {
     QString problem; ///< why the library file could not be read or decoded; names the file; translated
     QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
     QStringList droppedProblems; ///< for each of them its name, the reason and its file; translated
+    /// For each patch whose file holds something that cannot have got its id: its name, the name in the file, the file;
+    /// translated. It was loaded all the same.
+    QStringList doubtfulPatches;
     QList<VelgorPatch> droppedEntries; ///< the same entries whole, without preset data
     LibraryWriteState writeState; ///< what the save that follows has to know
     LibraryLeftovers leftovers;

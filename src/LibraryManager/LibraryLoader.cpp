@@ -6,6 +6,7 @@
 #include "LibraryFileReader.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
+#include "PatchName.h"
 
 #include <QFileInfo>
 
@@ -152,6 +153,9 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
                 // It will be stored anew under its own id; its former file still carries the other patch's.
                 result.writeState.leftAlone.insert(fileName);
             }
+            if (const auto doubt = m_doubts.find(entry.id()); doubt != m_doubts.end()) {
+                doubt->file = fileName;
+            }
         } else {
             progress.complete = false;
         }
@@ -160,7 +164,23 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
             m_report(done, stored.size());
         }
     }
+    result.doubtfulPatches = doubtfulPatches(progress.loaded);
     return progress;
+}
+
+QStringList LibraryLoader::doubtfulPatches(qsizetype loaded) const
+{
+    // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
+    const bool areIdsExplained = 2 * m_doubts.size() < loaded;
+    QStringList texts;
+    for (const VelgorPatch &entry : m_entries.patches()) {
+        const auto doubt = m_doubts.constFind(entry.id());
+        if (doubt != m_doubts.cend() && (areIdsExplained || doubt->name != PatchName::fitted(entry.name))) {
+            texts.append(tr("%1: its file holds \"%2\", which may be another patch (%3)")
+                             .arg(entry.name.simplified(), doubt->name.simplified(), doubt->file));
+        }
+    }
+    return texts;
 }
 
 std::optional<SPresetFile> LibraryLoader::readPatch(
@@ -201,7 +221,7 @@ std::optional<SPresetFile> LibraryLoader::readPatch(
 }
 
 std::optional<SPresetFile> LibraryLoader::ownPreset(
-    const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason) const
+    const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason)
 {
     std::optional<SPresetFile> presets = SPresetFile::fromData(bytes);
     if (!presets) {
@@ -213,10 +233,14 @@ std::optional<SPresetFile> LibraryLoader::ownPreset(
         return std::nullopt;
     }
     const VelgorPatch read(presets->patches.first(), presets->userIRs.first(), presets->headerDesc);
-    if (m_entries.isOfAnother(read, entry)) {
+    const LibraryEntries::Owner owner = m_entries.ownerOf(read, entry);
+    if (owner == LibraryEntries::Owner::OtherEntry) {
         reason = tr("it holds \"%1\", another patch of the library").arg(read.name.simplified());
         isUnreadable = true;
         return std::nullopt;
+    }
+    if (owner == LibraryEntries::Owner::Unknown) {
+        m_doubts.insert(entry.id(), {.name = read.name, .file = {}});
     }
     return presets;
 }
@@ -280,7 +304,7 @@ LibraryLoader::OtherFiles LibraryLoader::otherFiles(quint64 id)
 }
 
 std::optional<SPresetFile> LibraryLoader::readOnePatch(
-    const QString &name, const VelgorPatch &entry, bool &isUnreadable) const
+    const QString &name, const VelgorPatch &entry, bool &isUnreadable)
 {
     const FileReadResult file = readFile(name, {});
     isUnreadable = isUnreadable || file.isUnreadable;

@@ -55,18 +55,25 @@ private:
         bool areUnreadable = false; ///< at least one was, for the moment
     };
 
+    /// What was read for a patch, whose id it cannot have got.
+    struct Doubt {
+        QString name;
+        QString file;
+    };
+
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
     void noteDropped(LibraryLoadResult &result) const;
     /// What was read is kept before it is overwritten.
     static void keepSource(LibraryLoadResult &result);
     Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
+    [[nodiscard]] QStringList doubtfulPatches(qsizetype loaded) const;
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
     /// The preset file of these bytes, if it is the entry's patch and nothing else; else `reason` says why not, and
     /// `isUnreadable` becomes true when the entry is to wait for its file: what is there belongs to another.
     [[nodiscard]] std::optional<SPresetFile> ownPreset(
-        const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason) const;
+        const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason);
     [[nodiscard]] std::optional<SPresetFile> readFromJournal(
         const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result, bool &isUnreadable);
     [[nodiscard]] std::optional<SPresetFile> readFromOtherFile(
@@ -75,7 +82,7 @@ private:
     [[nodiscard]] OtherFiles otherFiles(quint64 id);
     /// `isUnreadable` becomes true when there is a file that cannot be read for the moment.
     [[nodiscard]] std::optional<SPresetFile> readOnePatch(
-        const QString &name, const VelgorPatch &entry, bool &isUnreadable) const;
+        const QString &name, const VelgorPatch &entry, bool &isUnreadable);
     void noteRemoved(LibraryLoadResult &result) const;
     [[nodiscard]] FileReadResult readFile(const QString &name, QByteArray room, FileStamp *stamp = nullptr) const;
     [[nodiscard]] QString pathOf(const QString &name) const;
@@ -84,6 +91,7 @@ private:
     OpenDirectory m_openDirectory;
     Report m_report;
     QHash<quint64, QString> m_failures; ///< patch id to the file that could not be loaded, and why
+    QHash<quint64, Doubt> m_doubts; ///< by patch id
     LibraryEntries m_entries;
     QByteArray m_room; ///< memory of the file that was read before
     QSet<QString> m_expectedNames; ///< the file name of every entry; made with the listing

@@ -140,6 +140,7 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
         m_isDirectoryMissed && existence(m_directory) != FileExistence::directory ? QString() : result.problem;
     m_droppedPatches = result.droppedPatches;
     m_droppedProblems = result.droppedProblems;
+    m_doubtfulPatches = result.doubtfulPatches;
     m_leftovers = result.leftovers;
     m_writeState = result.writeState;
     if (result.readError) {

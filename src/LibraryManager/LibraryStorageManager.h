@@ -61,6 +61,8 @@ public:
     [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
     /// For each of them its name, why it could not be loaded, and its file.
     [[nodiscard]] QStringList droppedProblems() const { return m_droppedProblems; }
+    /// For each patch of the last load whose file may hold another one: its name, the name in the file, and the file.
+    [[nodiscard]] QStringList doubtfulPatches() const { return m_doubtfulPatches; }
     /// How many of them stay in the library file, as their files may be readable another time.
     [[nodiscard]] qsizetype unreadPatches() const { return m_writeState.unread.patches.size(); }
     /// Their names by their ids.
@@ -155,6 +157,7 @@ private:
     QString m_readProblem;
     QStringList m_droppedPatches;
     QStringList m_droppedProblems;
+    QStringList m_doubtfulPatches;
     QStringList m_keptFiles;
     bool m_wasLastSaveWritten = true;
     bool m_wereFilesRemoved = true;

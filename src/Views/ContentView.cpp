@@ -126,6 +126,10 @@ void ContentView::finishLoading()
     m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();
+    const QString doubt = StatusText::ofDoubtfulPatches(m_desk.storage.doubtfulPatches().size());
+    if (!doubt.isEmpty()) {
+        m_status->say(doubt);
+    }
     if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
         // What keeps a directory from being read has kept it from being made or tried before.
         m_desk.storage.setWriteError(false);

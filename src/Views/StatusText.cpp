@@ -195,6 +195,18 @@ QString StatusText::ofKept(qsizetype kept, qsizetype known)
     return Texts::tr("%1 kept, %2 already there").arg(kept).arg(known);
 }
 
+QString StatusText::ofDoubtfulPatches(qsizetype count)
+{
+    if (count == 0) {
+        return {};
+    }
+    return count == 1
+        ? Texts::tr("The file of a patch may hold another one than the library says; \"Check Library...\" names it")
+        : Texts::tr(
+            "The files of %1 patches may hold other ones than the library says; \"Check Library...\" names them")
+              .arg(count);
+}
+
 QString StatusText::ofDuplicates(const QString &firstName, qsizetype count)
 {
     return count == 1 ? Texts::tr("Duplicated as \"%1\"").arg(shownName(firstName))

@@ -32,6 +32,9 @@ namespace StatusText {
 /// How many patches do not fit of those that were to be placed, and which.
 [[nodiscard]] QString ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut);
 
+/// That the files of some patches may hold other ones than the library says; empty for none.
+[[nodiscard]] QString ofDoubtfulPatches(qsizetype count);
+
 /// What letting go of preset files does.
 [[nodiscard]] QString ofFileDrop(const QStringList &paths, bool isForLibrary);
 /// What was done last. A name or path may be anything.

@@ -1,6 +1,7 @@
 #include "LibraryDirectory.h"
 #include "ProgramFiles.h"
 #include "TestProgram.h"
+#include "TestRecords.h"
 #include "VelgorProcess.h"
 
 #include <QCoreApplication>
@@ -76,6 +77,22 @@ private Q_SLOTS:
             (QStringList{QStringLiteral("foreignFile"), QStringLiteral("leftover"), QStringLiteral("unreadableFile")}));
         QCOMPARE(m_velgor.library(directory.path(), {QStringLiteral("doctor")}).status, 1);
         QCOMPARE(directory.stamps(), before);
+    }
+
+    void patchFromElsewhereIsToldByEveryCommandThatReadsIt()
+    {
+        const LibraryDirectory directory;
+        ProgramFiles::copyLibrary(QStringLiteral("ok"), directory);
+        const QString file = fileOfLead(directory);
+        directory.write(file, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Other"), 7)}));
+        const auto listed = m_velgor.library(directory.path(), {QStringLiteral("list")});
+        QCOMPARE(listed.status, 0);
+        QVERIFY(listed.errors.contains(
+            "Lead: its file holds \"Other\", which may be another patch (" + file.toUtf8() + ')'));
+        const auto examined = m_velgor.library(directory.path(), doctor());
+        QCOMPARE(examined.status, 1);
+        QCOMPARE(codes(examined.json()), QStringList{QStringLiteral("fileOfOtherContent")});
+        QVERIFY(!examined.errors.contains("may hold"));
     }
 
     void lostEntryIsAddedWithItsComment()

@@ -126,6 +126,41 @@ private Q_SLOTS:
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.droppedPatches.isEmpty());
         QCOMPARE(TestPatches::ids(result.library->patches()), TestPatches::ids(patches));
+        QCOMPARE(result.doubtfulPatches, QStringList());
+    }
+
+    static void patchFromElsewhereIsLoadedAndTold()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {{lead(), clean()}, std::nullopt}).hasError());
+        directory.write(fileOf(lead()), patchBytes(imported(QStringLiteral("Other"), 3)));
+        const LibraryLoadResult result = load(directory);
+        QCOMPARE(result.library->patches().size(), 2);
+        QCOMPARE(result.doubtfulPatches,
+            QStringList{
+                QStringLiteral("Lead: its file holds \"Other\", which may be another patch (%1)").arg(fileOf(lead()))});
+    }
+
+    static void soundThatChangedOnTheDiskIsTold()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {{lead(), clean(), imported(QStringLiteral("Bells"), 3)}, std::nullopt}).hasError());
+        QByteArray bytes = patchBytes(lead());
+        const qsizetype sound = bytes.indexOf(lead().patchData->data);
+        bytes[sound] = static_cast<char>(bytes.at(sound) ^ 1);
+        directory.write(fileOf(lead()), bytes);
+        const LibraryLoadResult result = load(directory);
+        QCOMPARE(result.library->patches().size(), 3);
+        QCOMPARE(result.doubtfulPatches.size(), 1);
+        QVERIFY(result.doubtfulPatches.first().startsWith(QStringLiteral("Lead: ")));
+    }
+
+    static void numbersOfAnotherProgramRaiseNoDoubt()
+    {
+        const LibraryDirectory directory;
+        const QList<VelgorPatch> patches{lead().withId(1), clean().withId(2), imported(QStringLiteral("Bells"), 3)};
+        QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
+        QCOMPARE(load(directory).doubtfulPatches, QStringList());
     }
 
     static void idThatNothingExplainsProvesNothing()

@@ -64,6 +64,21 @@ private Q_SLOTS:
         QVERIFY(window.calls.calls.isEmpty());
     }
 
+    void aPatchFromElsewhereInAPatchFileIsTold()
+    {
+        const LibraryDirectory directory;
+        const VelgorPatch lead = TestLibraries::imported(QStringLiteral("Lead"), 1);
+        const VelgorPatch other = TestLibraries::imported(QStringLiteral("Other"), 2);
+        QVERIFY(!TestLibraries::save(directory, {{lead}, std::nullopt}).hasError());
+        directory.write(LibraryFileNames::patchFile(lead.name, lead.id()), TestLibraries::patchBytes(other));
+        WindowFixture window(directory);
+        QVERIFY(window.open());
+        QCOMPARE(window.libraryRows(), QStringLiteral("Lead"));
+        QCOMPARE(window.status(),
+            QStringLiteral(
+                "The file of a patch may hold another one than the library says; \"Check Library...\" names it"));
+    }
+
     void aPatchThatCannotBeReadNowLosesNothingToOneWithItsId()
     {
         const LibraryDirectory directory;
