@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -89,7 +90,21 @@ void PatchListView::mouseMoveEvent(QMouseEvent *event)
     }
     // Left to itself, the view would go on to another row while no selection is allowed, instead of dragging.
     if ((event->position().toPoint() - *m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
-        m_pressedAt.reset();
+        // A release at another place than the last move is told as a move first. A drag that began in there would wait
+        // for a release that has been, and would take every key.
+        QMetaObject::invokeMethod(this, &PatchListView::beginDrag, Qt::QueuedConnection);
+    }
+}
+
+void PatchListView::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_pressedAt.reset();
+    QListView::mouseReleaseEvent(event);
+}
+
+void PatchListView::beginDrag()
+{
+    if (std::exchange(m_pressedAt, std::nullopt)) {
         setState(DraggingState);
         startDrag(model()->supportedDragActions());
         setState(NoState);

@@ -41,6 +41,7 @@ protected:
 
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -63,6 +64,8 @@ private:
     void updateMarkAfterScroll();
     void endDrag();
     void paintMark(QPainter &painter) const;
+    /// Unless the button has been released.
+    void beginDrag();
     [[nodiscard]] QModelIndex findFrom(int row, const QString &start) const;
     [[nodiscard]] QRect rowsRect(int first, int count) const;
 

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QWindow>
 
 #include <utility>
 
@@ -55,12 +56,45 @@ void tick(WindowFixture &window, const QList<qsizetype> &ticked)
     WindowFixture::settle();
 }
 
+class ChildrenAdded : public QObject {
+public:
+    explicit ChildrenAdded(QObject *parent) { parent->installEventFilter(this); }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        count += event->type() == QEvent::ChildAdded ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+    int count = 0;
+};
+
 } // namespace
 
 class TestDragAndDrop : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aClickThatEndsAwayFromItsRowLeavesNoDragBehind()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B C"));
+        QWindow *const native = window->window->windowHandle();
+        const QPoint row =
+            window->libraryList()->viewport()->mapTo(window->window.get(), pointIn(window->libraryList(), 1));
+        // A drag belongs to its list, and this platform ends it at once.
+        ChildrenAdded drags(window->libraryList());
+        QTest::mousePress(native, Qt::LeftButton, {}, row);
+        QTest::mouseRelease(native, Qt::LeftButton, {}, {1, 1});
+        WindowFixture::settle();
+        QCOMPARE(drags.count, 0);
+        QTest::mousePress(native, Qt::LeftButton, {}, row);
+        QTest::mouseMove(native, {1, 1});
+        WindowFixture::settle();
+        QCOMPARE(drags.count, 1);
+        QTest::mouseRelease(native, Qt::LeftButton, {}, {1, 1});
+        WindowFixture::key(window->libraryList(), Qt::Key_Delete, Qt::ControlModifier);
+        QVERIFY(!window->message().isEmpty());
+    }
+
     void aLibraryPatchReplacesTheSlotUnderIt()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("A B C D E F G"));
