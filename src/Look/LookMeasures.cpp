@@ -44,6 +44,12 @@ QFont LookMeasures::badgeFont(const QFont &base)
     return font;
 }
 
+QSize LookMeasures::windowSize(const QSize &size, const QFontMetrics &metrics)
+{
+    constexpr double usualLine = 16;
+    return size * std::max(1.0, metrics.height() / usualLine);
+}
+
 int LookMeasures::rowHeight(const QFontMetrics &metrics)
 {
     return std::max(24, metrics.height() + 8);

@@ -94,7 +94,9 @@ void ContentView::restoreGeometryAndWidths()
 {
     // The room that the desktop leaves, without the window's frame.
     constexpr QSize frame{8, 40};
-    resize(startSize.boundedTo(screen()->availableSize() - frame).expandedTo(minimumSizeHint()));
+    resize(LookMeasures::windowSize(startSize, fontMetrics())
+               .boundedTo(screen()->availableSize() - frame)
+               .expandedTo(minimumSizeHint()));
     restoreGeometry(m_state.geometry());
     m_columns->restoreWidths(m_state.splitterSizes(), width());
 }

@@ -43,6 +43,15 @@ private Q_SLOTS:
         QCOMPARE(badgeHeight(badgeMetrics), badgeMetrics.height() + 4);
     }
 
+    void windowWithLargerTextStartsLarger()
+    {
+        const QSize usual(1280, 800);
+        QCOMPARE(windowSize(usual, QFontMetrics(fontOf(7))), usual);
+        const QFontMetrics large(fontOf(24));
+        QVERIFY(large.height() > 32);
+        QCOMPARE(windowSize(usual, large), QSize(80 * large.height(), 50 * large.height()));
+    }
+
     void badgeOfARowLeavesRoomAroundIt()
     {
         const QFontMetrics metrics(fontOf(10));
