@@ -93,8 +93,11 @@ void LibraryContentMainView::setStartWidths(int windowWidth)
     constexpr int narrow = 1024;
     constexpr int wide = 1280;
     const double share = std::clamp((windowWidth - narrow) / double(wide - narrow), 0.0, 1.0);
-    const int content = static_cast<int>(std::lerp(262.0, 280.0, share));
-    const int spare = std::max(windowWidth - wide, 0);
+    const int usual = static_cast<int>(std::lerp(262.0, 280.0, share));
+    // Larger text needs more for the names of the slots.
+    const int wanted = LookMeasures::windowSize({usual, 0}, fontMetrics()).width();
+    const int content = usual + std::min(wanted - usual, std::max(windowWidth - wide, 0) / 3);
+    const int spare = std::max(windowWidth - wide, 0) - (content - usual);
     const int shared = windowWidth - content - static_cast<int>(std::lerp(420.0, 456.0, share)) - 2 * handleWidth();
     const int details = std::min(shared - spare / 2, detailsMaximum);
     setColumnWidths({content, windowWidth - content - details - 2 * handleWidth(), details});

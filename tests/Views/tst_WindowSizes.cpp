@@ -205,6 +205,20 @@ private Q_SLOTS:
         }
     }
 
+    void namesOfSlotsHaveRoomInAWideWindowWithLargeText()
+    {
+        setPoints(20);
+        const auto window = filled();
+        resize(*window, {1912, 1000});
+        window->window->columns().setStartWidths(1912);
+        WindowFixture::settle();
+        const auto *const content = window->window->columns().content();
+        const int others =
+            content->width() - content->fontMetrics().horizontalAdvance(QStringLiteral("Sixteen letters!"));
+        QVERIFY2(others >= 12 * content->fontMetrics().height() / 2, qPrintable(QString::number(others)));
+        QCOMPARE(misfits(*window), QStringList());
+    }
+
     void theWindowFollowsAFontThatChangesWhileItIsOpen_data()
     {
         QTest::addColumn<int>("from");
