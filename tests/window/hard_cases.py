@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """What must not harm the list, the library or the window: hard_cases.py PROGRAM VELGOR SAMPLES ARTIFACTS"""
 
-from session import CONTENT, LIBRARY, check_equal, content_title, run
+from session import CONTENT, LIBRARY, Session, check_equal, content_title, run
 
 from windowdriver import Failure
 
@@ -106,6 +106,28 @@ def check_termination(session):
     check_equal(names[1], "Last words", "name on disk after SIGTERM")
 
 
+def check_library_move(session):
+    """A library in a folder that cannot be listed moves to another one from the message that says so."""
+    awkward, target = session.home / "My Library", session.home / "sounds"
+    settings = session.home / "config" / "velgor" / "velgor-library-manager.conf"
+    settings.parent.mkdir(parents=True)
+    settings.write_text(f"[General]\nlibraryDirectory={awkward}\n")
+    target.mkdir()
+    program = session.start()
+    session.import_demo()
+    program.drag(program.row(CONTENT, 3), program.find("list", LIBRARY))
+    program.answer("Could not save one or more library files", "Move Library...")
+    program.choose_file(target)
+    program.find("label", "Library moved to ~/sounds")
+    names = [patch["name"] for patch in session.velgor.library(target)]
+    check_equal(names, [session.demo_patches[3]["name"]], "patches in the new folder")
+    check_equal(f"libraryDirectory={target}" in settings.read_text(), True, "the folder in the preferences")
+    program.drag(program.row(CONTENT, 5), program.find("list", LIBRARY))
+    program.wait(lambda: len(session.velgor.library(target)) == 2, "the next patch in the new folder")
+    check_equal(len(session.velgor.library(awkward)), 1, "patches in the former folder")
+    session.quit()
+
+
 def hard_cases(session):
     program = session.start()
     session.import_demo()
@@ -119,6 +141,7 @@ def hard_cases(session):
     check_second_start(session)
     check_second_start_behind_a_message(session)
     check_termination(session)
+    check_library_move(Session(session.desktop, session.executable, session.velgor, session.samples))
 
 
 if __name__ == "__main__":
