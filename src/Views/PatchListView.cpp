@@ -3,10 +3,8 @@
 #include "ContextMenuKeys.h"
 #include "DragPicture.h"
 #include "LookMeasures.h"
-#include "LookTokens.h"
 #include "PatchPayload.h"
 #include "PatchRoles.h"
-#include "RowDelegate.h"
 
 #include <QApplication>
 #include <QDrag>
@@ -14,8 +12,6 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QPainterPath>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -76,10 +72,22 @@ int PatchListView::insertionRow(const QPoint &position) const
 
 void PatchListView::mousePressEvent(QMouseEvent *event)
 {
-    const QModelIndex index = indexAt(event->position().toPoint());
-    const bool isDraggable = event->button() == Qt::LeftButton && index.flags().testFlag(Qt::ItemIsDragEnabled);
-    m_pressedAt = isDraggable ? std::optional(event->position().toPoint()) : std::nullopt;
+    notePress(*event);
     QListView::mousePressEvent(event);
+}
+
+void PatchListView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    notePress(*event);
+    QListView::mouseDoubleClickEvent(event);
+}
+
+void PatchListView::notePress(const QMouseEvent &event)
+{
+    const QModelIndex index = indexAt(event.position().toPoint());
+    const bool isDraggable = event.button() == Qt::LeftButton && index.flags().testFlag(Qt::ItemIsDragEnabled);
+    m_pressedAt = isDraggable ? std::optional(event.position().toPoint()) : std::nullopt;
+    m_isDragDue = false;
 }
 
 void PatchListView::mouseMoveEvent(QMouseEvent *event)
@@ -89,22 +97,26 @@ void PatchListView::mouseMoveEvent(QMouseEvent *event)
         return;
     }
     // Left to itself, the view would go on to another row while no selection is allowed, instead of dragging.
-    if ((event->position().toPoint() - *m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+    if (!m_isDragDue
+        && (event->position().toPoint() - *m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
         // A release at another place than the last move is told as a move first. A drag that began in there would wait
         // for a release that has been, and would take every key.
+        m_isDragDue = true;
         QMetaObject::invokeMethod(this, &PatchListView::beginDrag, Qt::QueuedConnection);
     }
 }
 
 void PatchListView::mouseReleaseEvent(QMouseEvent *event)
 {
+    m_isDragDue = false;
     m_pressedAt.reset();
     QListView::mouseReleaseEvent(event);
 }
 
 void PatchListView::beginDrag()
 {
-    if (std::exchange(m_pressedAt, std::nullopt)) {
+    if (std::exchange(m_isDragDue, false)) {
+        m_pressedAt.reset();
         setState(DraggingState);
         startDrag(model()->supportedDragActions());
         setState(NoState);
@@ -303,53 +315,4 @@ void PatchListView::focusOutEvent(QFocusEvent *event)
 QSize PatchListView::viewportSizeHint() const
 {
     return {200, 10 * LookMeasures::rowHeight(fontMetrics())};
-}
-
-void PatchListView::paintEvent(QPaintEvent *event)
-{
-    QListView::paintEvent(event);
-    QPainter painter(viewport());
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!m_hint.isEmpty()) {
-        m_hint.paint(painter, *viewport());
-    }
-    paintMark(painter);
-}
-
-QRect PatchListView::rowsRect(int first, int count) const
-{
-    const QRect top = visualRect(model()->index(first, 0));
-    return {top.left(), top.top(), viewport()->width(), top.height() * count};
-}
-
-void PatchListView::paintMark(QPainter &painter) const
-{
-    const QColor colour = LookTokens::current().selectionPill;
-    constexpr qreal width = 2;
-    painter.setPen(QPen(colour, width));
-    painter.setBrush(Qt::NoBrush);
-    switch (m_mark.kind) {
-    case DropMark::None:
-        return;
-    case DropMark::Replace: {
-        const QRectF rect = RowDelegate::inner(rowsRect(m_mark.row, m_mark.count));
-        painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), LookMeasures::rowRadius, LookMeasures::rowRadius);
-        return;
-    }
-    case DropMark::Insert: {
-        const int rows = model()->rowCount();
-        const int row = std::min(m_mark.row, rows - 1);
-        const QRect rect = rows > 0 ? visualRect(model()->index(row, 0)) : QRect(0, 0, 0, 0);
-        const qreal y = std::max(m_mark.row > row ? rect.bottom() + 1 : rect.top(), 4);
-        constexpr qreal ring = 3;
-        painter.drawEllipse(QPointF(LookMeasures::rowInset + ring, y), ring, ring);
-        painter.drawLine(QPointF(LookMeasures::rowInset + 2 * ring + 1, y),
-            QPointF(RowDelegate::inner(viewport()->rect()).right(), y));
-        return;
-    }
-    case DropMark::WholeList:
-        painter.drawRoundedRect(
-            QRectF(viewport()->rect()).adjusted(1, 1, -1, -1), LookMeasures::rowRadius, LookMeasures::rowRadius);
-        return;
-    }
 }

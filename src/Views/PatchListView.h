@@ -40,6 +40,7 @@ protected:
     [[nodiscard]] int insertionRow(const QPoint &position) const;
 
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -64,12 +65,14 @@ private:
     void updateMarkAfterScroll();
     void endDrag();
     void paintMark(QPainter &painter) const;
+    void notePress(const QMouseEvent &event);
     /// Unless the button has been released.
     void beginDrag();
     [[nodiscard]] QModelIndex findFrom(int row, const QString &start) const;
     [[nodiscard]] QRect rowsRect(int first, int count) const;
 
     std::optional<QPoint> m_pressedAt; ///< where the button went down on a row that can be dragged
+    bool m_isDragDue = false; ///< the pointer has gone far enough since
     QList<TransferablePatch> m_dragged; ///< of the drag that is over this list
     QPoint m_dragPosition;
     QBasicTimer m_edgeTimer; ///< scrolls while the drag is held at the upper or lower edge
