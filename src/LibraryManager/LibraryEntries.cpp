@@ -1,49 +1,41 @@
 #include "LibraryEntries.h"
 
 #include "PatchIdentity.h"
-
-#include <limits>
-
-namespace {
-
-/// Spread over 63 bits like any other id.
-quint64 freshId(quint64 id)
-{
-    // The finaliser of the SplitMix64 generator.
-    id += 0x9e3779b97f4a7c15;
-    id = (id ^ (id >> 30)) * 0xbf58476d1ce4e5b9;
-    id = (id ^ (id >> 27)) * 0x94d049bb133111eb;
-    return (id ^ (id >> 31)) & std::numeric_limits<qint64>::max();
-}
-
-} // namespace
+#include "PatchName.h"
 
 LibraryEntries::LibraryEntries(const QList<VelgorPatch> &patches)
     : m_patches(patches)
 {
-    m_ids.reserve(patches.size());
+    m_rows.reserve(patches.size());
     QHash<quint64, quint64> lastFresh; // for each id that stands there again: the chain goes on from here
     for (qsizetype row = 0; row < patches.size(); ++row) {
         const quint64 stored = patches.at(row).id();
         quint64 id = stored;
-        if (m_ids.contains(id)) {
+        if (m_rows.contains(id)) {
             id = lastFresh.value(id, id);
-            while (m_ids.contains(id)) {
-                id = freshId(id);
+            while (m_rows.contains(id)) {
+                id = PatchIdentity::idBeside(id);
             }
             lastFresh.insert(stored, id);
             m_patches[row] = patches.at(row).withId(id);
             m_storedIds.insert(id, stored);
         }
-        m_ids.insert(id);
+        m_rows.insert(id, row);
     }
 }
 
 LibraryEntries::Owner LibraryEntries::ownerOf(const VelgorPatch &read, const VelgorPatch &entry) const
 {
     const quint64 id = storedId(entry);
-    if (read.id() == id || PatchIdentity::mayHaveId(read, id, entry.name)) {
+    if (read.id() == id) {
         return Owner::Entry;
     }
-    return m_ids.contains(read.id()) ? Owner::OtherEntry : Owner::Unknown;
+    const auto row = m_rows.constFind(read.id());
+    // Names that differ in one letter hash alike, and so do renamed copies: that an entry has this id is not enough.
+    const bool isNamedLikeOther = row != m_rows.cend() && read.name == PatchName::fitted(m_patches.at(*row).name)
+        && read.name != PatchName::fitted(entry.name);
+    if (!isNamedLikeOther) {
+        return Owner::Unknown;
+    }
+    return PatchIdentity::mayHaveId(read, id, entry.name) ? Owner::Entry : Owner::OtherEntry;
 }

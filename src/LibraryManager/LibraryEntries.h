@@ -4,7 +4,6 @@
 
 #include <QHash>
 #include <QList>
-#include <QSet>
 
 /// The patches of a library file, each with an id of its own. Where an id stands there again, the later patch gets a
 /// fresh one, the same at every reading of a library that nothing has saved since.
@@ -19,14 +18,14 @@ public:
     [[nodiscard]] quint64 storedId(const VelgorPatch &patch) const { return m_storedIds.value(patch.id(), patch.id()); }
     /// Whose patch was read for an entry.
     enum class Owner {
-        Entry, ///< its id is one that this patch may have got
-        Unknown, ///< it is not; but other programs may number patches as they like
-        OtherEntry, ///< it is not, and another entry has the id that the patch gives
+        Entry, ///< its id is the hash of what was read, or one of another kind that the patch may have got
+        Unknown, ///< its id is not the hash, for whatever reason
+        OtherEntry, ///< it cannot have got this id; another entry has the id that it gives, and its name
     };
     [[nodiscard]] Owner ownerOf(const VelgorPatch &read, const VelgorPatch &entry) const;
 
 private:
     QList<VelgorPatch> m_patches;
-    QSet<quint64> m_ids;
+    QHash<quint64, qsizetype> m_rows; ///< by id
     QHash<quint64, quint64> m_storedIds; ///< by the fresh id
 };

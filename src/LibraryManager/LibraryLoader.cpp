@@ -6,6 +6,7 @@
 #include "LibraryFileReader.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
+#include "PatchIdentity.h"
 #include "PatchName.h"
 
 #include <QFileInfo>
@@ -164,21 +165,29 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
             m_report(done, stored.size());
         }
     }
-    result.doubtfulPatches = doubtfulPatches(progress.loaded);
+    result.doubtfulPatches = doubtfulPatches(library);
     return progress;
 }
 
-QStringList LibraryLoader::doubtfulPatches(qsizetype loaded) const
+QStringList LibraryLoader::doubtfulPatches(const VelgorLibrary &library) const
 {
     // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
-    const bool areIdsExplained = 2 * m_doubts.size() < loaded;
+    const bool areIdsExplained = 2 * m_doubts.size() < library.patches().size();
     QStringList texts;
     for (const VelgorPatch &entry : m_entries.patches()) {
         const auto doubt = m_doubts.constFind(entry.id());
-        if (doubt != m_doubts.cend() && (areIdsExplained || doubt->name != PatchName::fitted(entry.name))) {
-            texts.append(tr("%1: its file holds \"%2\", which may be another patch (%3)")
-                             .arg(entry.name.simplified(), doubt->name.simplified(), doubt->file));
+        const bool isSameName = doubt != m_doubts.cend() && doubt->name == PatchName::fitted(entry.name);
+        const auto patch = doubt != m_doubts.cend() && (areIdsExplained || !isSameName)
+            ? library.getPatchFromId(entry.id())
+            : std::nullopt;
+        if (!patch || PatchIdentity::mayHaveId(*patch->patch, m_entries.storedId(entry), entry.name)) {
+            continue;
         }
+        const QString name = entry.name.simplified();
+        texts.append(isSameName
+                ? tr("%1: its file may have been changed after it was stored (%2)").arg(name, doubt->file)
+                : tr("%1: its file holds \"%2\", which may be another patch (%3)")
+                      .arg(name, doubt->name.simplified(), doubt->file));
     }
     return texts;
 }

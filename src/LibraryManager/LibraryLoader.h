@@ -67,7 +67,7 @@ private:
     /// What was read is kept before it is overwritten.
     static void keepSource(LibraryLoadResult &result);
     Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
-    [[nodiscard]] QStringList doubtfulPatches(qsizetype loaded) const;
+    [[nodiscard]] QStringList doubtfulPatches(const VelgorLibrary &library) const;
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
     /// The preset file of these bytes, if it is the entry's patch and nothing else; else `reason` says why not, and

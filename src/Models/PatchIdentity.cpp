@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <optional>
 
 namespace {
@@ -70,6 +71,17 @@ bool givesIdUnderLongerName(const VelgorPatch &patch, quint64 id)
     return false;
 }
 
+/// The library file held the hash as another patch's id, perhaps several times.
+bool givesIdBesideOthers(const VelgorPatch &patch, quint64 id)
+{
+    constexpr int mostTimes = 99;
+    quint64 beside = VelgorPatch::staticSimpleHash(patch);
+    for (int times = 0; times < mostTimes && beside != id; ++times) {
+        beside = PatchIdentity::idBeside(beside);
+    }
+    return beside == id;
+}
+
 } // namespace
 
 namespace PatchIdentity {
@@ -119,13 +131,22 @@ bool givesId(const VelgorPatch &patch, quint64 id, quint32 attempts)
     return isGiven;
 }
 
+quint64 idBeside(quint64 id)
+{
+    // The finaliser of the SplitMix64 generator.
+    id += 0x9e3779b97f4a7c15;
+    id = (id ^ (id >> 30)) * 0xbf58476d1ce4e5b9;
+    id = (id ^ (id >> 27)) * 0x94d049bb133111eb;
+    return (id ^ (id >> 31)) & std::numeric_limits<qint64>::max();
+}
+
 bool mayHaveId(const VelgorPatch &patch, quint64 id, const QString &shownName)
 {
-    // Copies of copies under one name take several.
-    constexpr quint32 freshIds = 9;
+    // Copies that are renamed, one after the other, take one fresh id each.
+    constexpr quint32 freshIds = 99;
     return patch.patchData
-        && (givesId(patch, id, freshIds) || VelgorPatch::staticSimpleHash(patch, shownName) == id
-            || givesIdUnderLongerName(patch, id));
+        && (VelgorPatch::staticSimpleHash(patch, shownName) == id || givesIdBesideOthers(patch, id)
+            || givesIdUnderLongerName(patch, id) || givesId(patch, id, freshIds));
 }
 
 Place placeOf(const VelgorPatch &patch, const Holder &holder)

@@ -24,12 +24,14 @@ namespace PatchIdentity {
 /// An id for a patch whose own one is taken: worked out from its content alone, with the same result on every machine.
 /// `attempt` counts from 1; the second is for the case that the first is taken by yet another patch.
 [[nodiscard]] quint64 freshId(const VelgorPatch &patch, quint32 attempt);
+/// What a patch gets whose id stands in a library file already, for another one. Spread over 63 bits like any other id.
+[[nodiscard]] quint64 idBeside(quint64 id);
 /// The id is one that this content gives: its hash, or one of its first fresh ones.
 [[nodiscard]] bool givesId(const VelgorPatch &patch, quint64 id, quint32 attempts = 1);
 
 /// The id is one that this patch may have got: one that its content gives, its hash under the name `shownName`, or its
-/// hash under a copy's name that was too long for the record. Anything else is the id of a different patch, or was not
-/// made by this program.
+/// hash under a copy's name that was too long for the record, or what a library file made of its hash that held it
+/// twice. Anything else is the id of a different patch, or was not made by this program.
 [[nodiscard]] bool mayHaveId(const VelgorPatch &patch, quint64 id, const QString &shownName);
 
 /// Where a patch belongs among others.

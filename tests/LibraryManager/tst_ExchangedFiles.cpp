@@ -152,7 +152,8 @@ private Q_SLOTS:
         const LibraryLoadResult result = load(directory);
         QCOMPARE(result.library->patches().size(), 3);
         QCOMPARE(result.doubtfulPatches.size(), 1);
-        QVERIFY(result.doubtfulPatches.first().startsWith(QStringLiteral("Lead: ")));
+        QCOMPARE(result.doubtfulPatches.first(),
+            QStringLiteral("Lead: its file may have been changed after it was stored (%1)").arg(fileOf(lead())));
     }
 
     static void numbersOfAnotherProgramRaiseNoDoubt()
@@ -161,6 +162,61 @@ private Q_SLOTS:
         const QList<VelgorPatch> patches{lead().withId(1), clean().withId(2), imported(QStringLiteral("Bells"), 3)};
         QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
         QCOMPARE(load(directory).doubtfulPatches, QStringList());
+    }
+
+    static void copiesThatAreRenamedOneAfterTheOtherAllLoadAgain()
+    {
+        VelgorLibrary library;
+        library.append(imported(QStringLiteral("Pearl Clean"), 4), true, false);
+        constexpr int copies = 14;
+        for (int number = 0; number < copies; ++number) {
+            library.append(library.patches().first(), true, false);
+            VelgorPatch copy = library.patches().last();
+            copy.name = QStringLiteral("Variant %1").arg(number);
+            library.append(copy, false, true);
+        }
+        QCOMPARE(library.count(), 1 + copies);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {library.patches(), std::nullopt}).hasError());
+        const LibraryLoadResult result = load(directory);
+        QCOMPARE(result.droppedPatches, QStringList());
+        QCOMPARE(result.doubtfulPatches, QStringList());
+        QCOMPARE(TestPatches::ids(result.library->patches()), TestPatches::ids(library.patches()));
+    }
+
+    /// As an earlier version numbered a copy whose hash was taken.
+    static void copyWithARandomIdLoadsBesideTheOneThatHashesAlike()
+    {
+        const VelgorPatch first = imported(QStringLiteral("Glacier-1"), 5);
+        const VelgorPatch second = imported(QStringLiteral("Glacier-2"), 5);
+        QCOMPARE(second.id(), first.id());
+        for (const QString &name : {second.name, QStringLiteral("Renamed")}) {
+            VelgorPatch copy = second.withId(1234567890123);
+            copy.name = name;
+            const LibraryDirectory directory;
+            QVERIFY(!save(directory, {{first, copy, lead()}, std::nullopt}).hasError());
+            QCOMPARE(loadedNames(directory), (QStringList{first.name, name, lead().name}));
+        }
+    }
+
+    static void idThatTheLibraryFileHeldTwiceIsExplainedFromThenOn()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {{lead(), clean()}, std::nullopt}).hasError());
+        QByteArray text = directory.read(LibraryFileNames::libraryFile());
+        const qsizetype begin = text.indexOf("[{") + 1;
+        const QByteArray entry = text.mid(begin, text.indexOf("},{") + 1 - begin);
+        text.insert(begin, entry + ',');
+        directory.write(LibraryFileNames::libraryFile(), text);
+        LibraryStorageManager storage(directory.path());
+        const auto library = storage.decodeLibrary();
+        QVERIFY(library);
+        QCOMPARE(library->count(), 3);
+        storage.save(*library);
+        const LibraryLoadResult again = load(directory);
+        QCOMPARE(again.droppedPatches, QStringList());
+        QCOMPARE(again.doubtfulPatches, QStringList());
+        QCOMPARE(TestPatches::ids(again.library->patches()), TestPatches::ids(library->patches()));
     }
 
     static void idThatNothingExplainsProvesNothing()
