@@ -4,5 +4,5 @@
 
 LibraryJson::Content LibrarySnapshot::take(const VelgorLibrary &library)
 {
-    return {library.count() == 0 ? QList<VelgorPatch>() : library.patches(), library.defaultPatch()};
+    return {library.count() == 0 ? QList<VelgorPatch>() : library.patchesInOwnOrder(), library.defaultPatch()};
 }

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] const CaselessTexts &caselessComments() const { return m_index.comments(m_patches); }
     /// The ids in the order that sort() can go back to.
     [[nodiscard]] const QList<quint64> &order();
+    /// The patches as they are stored: as long as sorting only shows them in another order, that is the former one.
+    [[nodiscard]] QList<VelgorPatch> patchesInOwnOrder() const;
     [[nodiscard]] std::optional<quint64> selection() const { return m_selection; }
     [[nodiscard]] bool isMultiSel() const { return m_isMultiSel; }
     [[nodiscard]] const MultiSelections &multiSelections() const { return m_multiSelections; }
@@ -157,7 +159,7 @@ private:
 
     void materializeOrder();
     [[nodiscard]] bool isInRememberedOrder() const;
-    [[nodiscard]] QList<qsizetype> rowsByRememberedOrder();
+    [[nodiscard]] QList<qsizetype> rowsByRememberedOrder() const;
     void reorder(const QList<qsizetype> &formerRows);
 
     QList<VelgorPatch> m_patches;

@@ -120,6 +120,7 @@ void VelgorLibrary::sort()
         reorder(caselessNames().sortedRows(true));
         break;
     case TripleBool::tripleNeutral:
+        materializeOrder();
         reorder(rowsByRememberedOrder());
         break;
     case TripleBool::tripleTrue:
@@ -136,9 +137,21 @@ bool VelgorLibrary::isInRememberedOrder() const
         [](const VelgorPatch &patch, quint64 id) { return patch.id() == id; });
 }
 
-QList<qsizetype> VelgorLibrary::rowsByRememberedOrder()
+QList<VelgorPatch> VelgorLibrary::patchesInOwnOrder() const
 {
-    materializeOrder();
+    if (!m_isSorted) {
+        return m_patches;
+    }
+    QList<VelgorPatch> patches;
+    patches.reserve(m_patches.size());
+    for (const qsizetype row : rowsByRememberedOrder()) {
+        patches.append(m_patches.at(row));
+    }
+    return patches;
+}
+
+QList<qsizetype> VelgorLibrary::rowsByRememberedOrder() const
+{
     QHash<quint64, qsizetype> places;
     places.reserve(m_order.size());
     // From the end, so that the first place of an id is the one that stays.

@@ -265,6 +265,28 @@ private Q_SLOTS:
         QCOMPARE(directory.files(), files);
     }
 
+    static void sortingAloneStoresNoOrder()
+    {
+        const LibraryDirectory directory;
+        LibraryStorageManager storage(directory.path());
+        VelgorLibrary library;
+        for (const char *name : {"c", "a", "b"}) {
+            library.append(TestLibraries::imported(QString::fromLatin1(name), 1), false, false);
+        }
+        library.saveOrder();
+        const QStringList own = TestPatches::names(library.patches());
+        library.sort();
+        const QStringList sorted = TestPatches::names(library.patches());
+        QVERIFY(sorted != own);
+        library.setDefaultPatch(library.patches().first().id(), storage);
+        storage.save(library);
+        QCOMPARE(TestLibraries::loadedNames(directory), own);
+        QCOMPARE(TestPatches::names(library.patches()), sorted);
+        library.saveOrder();
+        storage.save(library);
+        QCOMPARE(TestLibraries::loadedNames(directory), sorted);
+    }
+
     static void placeholderNeverReachesTheDisk()
     {
         DiagnosticRecorder lines;

@@ -118,8 +118,8 @@ private:
         QCOMPARE(result.library != nullptr, library.count() > 0);
         if (result.library) {
             const QList<VelgorPatch> &loaded = result.library->patches();
-            QCOMPARE(TestPatches::ids(loaded), TestPatches::ids(library.patches()));
-            const QList<VelgorPatch> &stored = library.patches();
+            const QList<VelgorPatch> stored = library.patchesInOwnOrder();
+            QCOMPARE(TestPatches::ids(loaded), TestPatches::ids(stored));
             QVERIFY(std::equal(stored.begin(), stored.end(), loaded.begin(), loaded.end(), isSameWhenStored));
             QCOMPARE(result.library->defaultPatch(), library.defaultPatch());
         }
