@@ -5,7 +5,10 @@
 #include "LibraryStorage.h"
 #include "VelgorLibrary.h"
 
+#include <QSet>
+
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent)
@@ -236,7 +239,11 @@ void LibraryEditor::keep(const QList<VelgorPatch> &patches, bool isFirstSelected
         m_library.setSelection(ids.first());
     }
     const QList<quint64> fresh = idsFrom(former);
-    Q_EMIT kept(fresh, dated.size() - fresh.size());
+    QSet<quint64> unseen(fresh.begin(), fresh.end());
+    QList<quint64> known;
+    std::copy_if(
+        ids.begin(), ids.end(), std::back_inserter(known), [&unseen](quint64 id) { return !unseen.remove(id); });
+    Q_EMIT kept(fresh, known);
 }
 
 QList<quint64> LibraryEditor::idsFrom(qsizetype row) const

@@ -81,8 +81,8 @@ public:
     void keep(const QList<VelgorPatch> &patches, bool isFirstSelected = true);
 
 Q_SIGNALS:
-    /// Patches were to be kept: these are new in the library, and so many it held already.
-    void kept(const QList<quint64> &ids, qsizetype known);
+    /// Patches were to be kept: these are new in the library, and these it held already, one for each patch.
+    void kept(const QList<quint64> &fresh, const QList<quint64> &known);
     void duplicated(const QList<quint64> &copies);
     /// These patches got a classification, or lost it.
     void classified(const QList<quint64> &ids, LibraryEditor::Flag flag, bool isSet);

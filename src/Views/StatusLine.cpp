@@ -72,10 +72,10 @@ void StatusLine::followEditors()
         const auto isHidden = [this](quint64 id) { return !m_isShown(id); };
         return StatusText::ofHidden(std::count_if(ids.begin(), ids.end(), isHidden), ids.size());
     };
-    connect(
-        &m_desk.libraryEditor, &LibraryEditor::kept, this, [this, hidden](const QList<quint64> &ids, qsizetype known) {
-            say(StatusText::ofKept(ids.size(), known));
-            add(hidden(ids));
+    connect(&m_desk.libraryEditor, &LibraryEditor::kept, this,
+        [this, hidden](const QList<quint64> &fresh, const QList<quint64> &known) {
+            say(StatusText::ofKept(fresh.size(), known.size()));
+            add(hidden(fresh + known));
         });
     connect(&m_desk.libraryEditor, &LibraryEditor::duplicated, this, [this, hidden](const QList<quint64> &copies) {
         const auto first = m_desk.library.getPatchFromId(copies.first());
@@ -164,5 +164,6 @@ void StatusLine::refresh()
     done.removeAll(QString());
     const QString first = m_drop.isEmpty() ? done.join(QStringLiteral(". ")) : m_drop;
     m_first->setText(first.isEmpty() ? library : first);
-    m_last->setText(first.isEmpty() ? QString() : library);
+    // No tool tip shows what is cut off while a drag goes on.
+    m_last->setText(first.isEmpty() || !m_drop.isEmpty() ? QString() : library);
 }

@@ -10,7 +10,7 @@ class ElidedLabel;
 class PatchListView;
 
 /// The line at the window's lower edge: what letting go of a drag does, else what was done last, else how the library
-/// stands. How the library stands is said at the other end while something else stands first.
+/// stands. How the library stands is said at the other end while something else stands first; a drag has all the room.
 class StatusLine : public QStatusBar {
     Q_OBJECT
 

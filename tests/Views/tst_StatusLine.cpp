@@ -60,6 +60,8 @@ private Q_SLOTS:
         filterByName(*window, QStringLiteral("lea"));
         keepAll(*window);
         QCOMPARE(window->status(), QStringLiteral("3 kept, 0 already there. The filter hides 2 of them"));
+        keepAll(*window);
+        QCOMPARE(window->status(), QStringLiteral("0 kept, 3 already there. The filter hides 2 of them"));
         filterByName(*window, QStringLiteral("drum"));
         // What was said before is not so any more.
         QVERIFY(!window->status().contains(QStringLiteral("filter")));
