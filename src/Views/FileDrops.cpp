@@ -21,13 +21,17 @@ namespace {
 QStringList filesIn(const QDropEvent &event)
 {
     QStringList paths;
+    QStringList elsewhere;
     const QList<QUrl> urls = event.mimeData()->urls();
     for (const QUrl &url : urls) {
         if (const QString path = url.toLocalFile(); !path.isEmpty()) {
             paths.append(path);
+        } else {
+            elsewhere.append(url.toDisplayString());
         }
     }
-    return paths;
+    // Beside files of this machine, the others are said too.
+    return paths.isEmpty() ? paths : paths + elsewhere;
 }
 
 } // namespace

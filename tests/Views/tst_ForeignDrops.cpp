@@ -229,6 +229,20 @@ private Q_SLOTS:
         }
     }
 
+    void aFileOfAnotherMachineBesideALocalOneIsSaid()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        auto *files = new QMimeData;
+        files->setUrls({QUrl(QStringLiteral("sftp://stage.example/far.prst")),
+            QUrl::fromLocalFile(window->presetFile(QStringLiteral("near.prst"), QStringLiteral("C D")))});
+        QVERIFY(DragOver(window->contentList()->viewport(), files).dropAt(QPoint(30, 30)));
+        WindowFixture::settle();
+        QCOMPARE(window->message(), QStringLiteral("Only one of 2 files can be imported into the list"));
+        QVERIFY2(window->messageText().contains(QStringLiteral("far.prst")), qPrintable(window->messageText()));
+        QVERIFY(window->answer(QStringLiteral("Import the First")));
+        QCOMPARE(window->slotNames(), QStringLiteral("C D"));
+    }
+
     void whatIsNoLocalPresetFileIsNotImported()
     {
         const auto window = WindowFixture::shown({}, QStringLiteral("A B"));
