@@ -96,8 +96,8 @@ void LibraryContentMainView::setStartWidths(int windowWidth)
     const int usual = static_cast<int>(std::lerp(262.0, 280.0, share));
     // Larger text needs more for the names of the slots.
     const int wanted = LookMeasures::windowSize({usual, 0}, fontMetrics()).width();
-    const int content = usual + std::min(wanted - usual, std::max(windowWidth - wide, 0) / 3);
-    const int spare = std::max(windowWidth - wide, 0) - (content - usual);
+    const int content = usual + std::min(wanted - usual, std::max((windowWidth - wide) / 3, windowWidth / 20));
+    const int spare = std::max(windowWidth - wide - (content - usual), 0);
     const int shared = windowWidth - content - static_cast<int>(std::lerp(420.0, 456.0, share)) - 2 * handleWidth();
     const int details = std::min(shared - spare / 2, detailsMaximum);
     setColumnWidths({content, windowWidth - content - details - 2 * handleWidth(), details});
@@ -159,6 +159,7 @@ void LibraryContentMainView::stack(bool isStacked)
         m_details->setMaximumWidth(QWIDGETSIZE_MAX);
         m_right->addWidget(m_details);
         m_right->setSizes({height() * 2 / 3, height() / 3});
+        setSizes({width() * 2 / 5, width() * 3 / 5});
     } else {
         m_isStacked = false;
         m_details->setMaximumWidth(detailsMaximum);

@@ -219,6 +219,19 @@ private Q_SLOTS:
         QCOMPARE(misfits(*window), QStringList());
     }
 
+    void slotsGetTheirShareOfANarrowWindowWithLargeText()
+    {
+        setPoints(20);
+        const QSize size(1358, 720);
+        const auto window = filled();
+        resize(*window, size);
+        window->window->columns().setStartWidths(size.width());
+        resize(*window, size);
+        const int content = window->window->columns().content()->width();
+        QVERIFY2(content >= 340, qPrintable(QString::number(content)));
+        QCOMPARE(misfits(*window), QStringList());
+    }
+
     void theWindowFollowsAFontThatChangesWhileItIsOpen_data()
     {
         QTest::addColumn<int>("from");
