@@ -49,10 +49,8 @@ QString shownProblem(const QString &problem)
 {
     const QString line = problem.simplified();
     const qsizetype colon = line.indexOf(QStringLiteral(": "));
-    if (colon < 0) {
-        return shownPath(line);
-    }
-    return shownPath(line.first(colon)) + QStringLiteral(": ") + shownPath(line.sliced(colon + 2));
+    return colon < 0 ? shownPath(line)
+                     : shownPath(line.first(colon)) + QStringLiteral(": ") + shownPath(line.sliced(colon + 2));
 }
 
 QString fileNameOf(const QString &path)
@@ -142,11 +140,12 @@ Alert AlertTexts::mixVersions(const Desk &desk)
     for (auto entry = desk.content.versions().begin(); entry != desk.content.versions().end(); ++entry) {
         parts.append(Texts::tr("%1: %2").arg(FirmwareBadge::shownVersion(entry.key()), QString::number(entry.value())));
     }
-    QStringList sentences{Texts::tr("Slots by firmware: %1").arg(parts.join(QStringLiteral(", ")))};
-    if (const QString placed = StatusText::ofPlacement(desk.contentEditor.lastPlacement()); !placed.isEmpty()) {
-        sentences.append(placed);
-    }
-    sentences.append(Texts::tr("The badges of the slots show which ones differ."));
+    const ContentEditor::Placement &placement = desk.contentEditor.lastPlacement();
+    QStringList sentences{Texts::tr("Slots by firmware: %1").arg(parts.join(QStringLiteral(", "))),
+        StatusText::ofPlacement(placement),
+        StatusText::ofHidden(desk.libraryEditor.hiddenCount(placement.patches), placement.patches.size()),
+        Texts::tr("The badges of the slots show which ones differ.")};
+    sentences.removeAll(QString());
     return notice(Texts::tr("You should not mix various versions of Velgor firmware in a preset file"),
         sentences.join(QStringLiteral(". ")));
 }

@@ -79,10 +79,15 @@ private Q_SLOTS:
         QVERIFY(window.open());
         window.importList(QStringLiteral("A B C"));
         tick(window, {0, 1, 2});
+        QTest::keyClicks(
+            ShownWidgets::named<QLineEdit>(*window.window, QStringLiteral("Filter by name")), QStringLiteral("new"));
+        WindowFixture::settle();
         DragOver drag(window.contentList()->viewport(), row(window.libraryList(), 0));
         QVERIFY(drag.dropAt(middleOf(window.contentList(), 1)));
         QCOMPARE(window.message(),
             QStringLiteral("You should not mix various versions of Velgor firmware in a preset file"));
+        QVERIFY2(window.messageText().contains(QStringLiteral("The filter hides 1 of them")),
+            qPrintable(window.messageText()));
         QVERIFY2(window.messageText().contains(QStringLiteral("2 of 3 patches fit, no slot is left for \"Newer\"")),
             qPrintable(window.messageText()));
     }
