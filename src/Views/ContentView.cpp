@@ -16,6 +16,7 @@
 #include "LibraryViewFilterView.h"
 #include "Look.h"
 #include "LookMeasures.h"
+#include "ShownName.h"
 #include "StatusLine.h"
 #include "StatusText.h"
 #include "SystemColorScheme.h"
@@ -284,7 +285,8 @@ void ContentView::refreshTitle()
     m_isTitleDue = false;
     const QString file = m_desk.contentFiles.fileName();
     const bool isModified = m_desk.contentFiles.isModified();
-    const QString list = file.isEmpty() ? (isModified ? tr("New list") : QString()) : QFileInfo(file).fileName();
+    const QString list =
+        file.isEmpty() ? (isModified ? tr("New list") : QString()) : isolated(QFileInfo(file).fileName());
     const QString program = QCoreApplication::applicationName();
     setWindowTitle(list.isEmpty() ? program : tr("%1[*] - %2").arg(list, program));
     if (!file.isEmpty() && file != windowFilePath()) {

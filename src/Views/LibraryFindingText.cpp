@@ -81,7 +81,7 @@ QString titleOf(const KindText &kind, qsizetype count, qsizetype rescued)
 /// In one line, whatever a name holds.
 QString lineOf(const LibraryFinding &finding)
 {
-    QStringList parts{shownName(finding.name), finding.file.simplified()};
+    QStringList parts{shownName(finding.name), shownPath(finding.file)};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(" \u2013 "));
 }
@@ -93,7 +93,7 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
         facts.append(Texts::tr("Patch: \"%1\" (%2)").arg(shownName(finding.name), QString::number(finding.id)));
     }
     if (!finding.file.isEmpty()) {
-        facts.append(Texts::tr("File: %1").arg(finding.file));
+        facts.append(Texts::tr("File: %1").arg(isolated(finding.file)));
     }
     if (!finding.reason.isEmpty()) {
         facts.append(Texts::tr("Found: %1").arg(finding.reason));

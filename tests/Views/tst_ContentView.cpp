@@ -60,6 +60,10 @@ private Q_SLOTS:
         QVERIFY(window->answer(QStringLiteral("OK")));
         QCOMPARE(window->window->windowTitle(), QStringLiteral("out.prst[*] - velgor"));
         QVERIFY(!window->window->isWindowModified());
+        const QString rightToLeft = QStringLiteral("\u05d0\u05d1.prst");
+        window->window->importFile(window->presetFile(rightToLeft, QStringLiteral("C D")));
+        WindowFixture::settle();
+        QCOMPARE(window->window->windowTitle(), QStringLiteral("\u2068%1\u2069[*] - velgor").arg(rightToLeft));
         QVERIFY(window->press(QStringLiteral("Default")));
         QVERIFY(window->press(QStringLiteral("Reset")));
         QCOMPARE(window->window->windowTitle(), QStringLiteral("New list[*] - velgor"));
