@@ -44,7 +44,7 @@ QFont LookMeasures::badgeFont(const QFont &base)
     return font;
 }
 
-QSize LookMeasures::windowSize(const QSize &size, const QFontMetrics &metrics)
+QSize LookMeasures::scaledToText(const QSize &size, const QFontMetrics &metrics)
 {
     constexpr double usualLine = 16;
     return size * std::max(1.0, metrics.height() / usualLine);

@@ -53,9 +53,9 @@ inline constexpr int detailsContentMaximum = 640; ///< Widest contents of the de
 [[nodiscard]] QFont footnoteFont(const QFont &base); ///< Footnotes, status bar: smaller
 [[nodiscard]] QFont badgeFont(const QFont &base); ///< Smaller and demi-bold, never below 8 pt
 
-/// The size at which a window shows as much as one of `size` does where a line of text is 16 pixels high, as 10 points
-/// are at 96 dpi. Smaller text makes no window smaller.
-[[nodiscard]] QSize windowSize(const QSize &size, const QFontMetrics &metrics);
+/// The size at which something shows as much as at `size` where a line of text is 16 pixels high, as 10 points are at
+/// 96 dpi. Smaller text makes nothing smaller.
+[[nodiscard]] QSize scaledToText(const QSize &size, const QFontMetrics &metrics);
 
 /// The metrics are those of the application font, except for badgeHeight().
 [[nodiscard]] int rowHeight(const QFontMetrics &metrics);

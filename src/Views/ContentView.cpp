@@ -95,7 +95,7 @@ void ContentView::restoreGeometryAndWidths()
 {
     // The room that the desktop leaves, without the window's frame.
     constexpr QSize frame{8, 40};
-    resize(LookMeasures::windowSize(startSize, fontMetrics())
+    resize(LookMeasures::scaledToText(startSize, fontMetrics())
                .boundedTo(screen()->availableSize() - frame)
                .expandedTo(minimumSizeHint()));
     restoreGeometry(m_state.geometry());

@@ -13,8 +13,9 @@
 namespace {
 
 constexpr int cardHeight = 30;
-constexpr int narrowest = 140;
-constexpr int widest = 260;
+// Where a line of text is 16 pixels high.
+constexpr QSize narrowest(140, cardHeight);
+constexpr QSize widest(260, cardHeight);
 constexpr int peep = 3; // of each card below
 constexpr int overlap = 10; // of the count's badge beyond the card
 constexpr int topMargin = overlap - 4; // for that badge
@@ -34,7 +35,7 @@ void paintCount(QPainter &painter, const QRectF &card, qsizetype count, const QF
     const LookTokens &tokens = LookTokens::current();
     const QFont badgeFont = LookMeasures::badgeFont(font);
     const QString text = QString::number(count);
-    constexpr qreal height = 18;
+    const qreal height = std::max(18, LookMeasures::badgeHeight(QFontMetrics(badgeFont)));
     const qreal width = std::max<qreal>(height, QFontMetricsF(badgeFont).horizontalAdvance(text) + 10);
     const QRectF badge(card.right() + overlap - width, card.top() - overlap + 4, width, height);
     painter.setPen(Qt::NoPen);
@@ -52,8 +53,8 @@ QPixmap DragPicture::paint(const QString &name, bool hasUserIR, qsizetype count,
     const QFontMetrics metrics(font);
     const int symbolSize = LookMeasures::symbolSize(metrics);
     const int beforeName = LookMeasures::columnPadding + symbolSize + LookMeasures::gap;
-    const int width =
-        std::clamp(beforeName + metrics.horizontalAdvance(name) + LookMeasures::detailsPadding, narrowest, widest);
+    const int width = std::clamp(beforeName + metrics.horizontalAdvance(name) + LookMeasures::detailsPadding,
+        LookMeasures::scaledToText(narrowest, metrics).width(), LookMeasures::scaledToText(widest, metrics).width());
     const int height = std::max(cardHeight, metrics.height() + 12);
     const int below = static_cast<int>(std::min<qsizetype>(count - 1, 2));
     const QSize size(width + overlap, topMargin + height + 2 * peep);

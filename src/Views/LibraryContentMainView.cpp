@@ -95,7 +95,7 @@ void LibraryContentMainView::setStartWidths(int windowWidth)
     const double share = std::clamp((windowWidth - narrow) / double(wide - narrow), 0.0, 1.0);
     const int usual = static_cast<int>(std::lerp(262.0, 280.0, share));
     // Larger text needs more for the names of the slots.
-    const int wanted = LookMeasures::windowSize({usual, 0}, fontMetrics()).width();
+    const int wanted = LookMeasures::scaledToText({usual, 0}, fontMetrics()).width();
     const int content = usual + std::min(wanted - usual, std::max((windowWidth - wide) / 3, windowWidth / 20));
     const int spare = std::max(windowWidth - wide - (content - usual), 0);
     const int shared = windowWidth - content - static_cast<int>(std::lerp(420.0, 456.0, share)) - 2 * handleWidth();

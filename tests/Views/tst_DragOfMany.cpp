@@ -1,6 +1,7 @@
 #include "DragOver.h"
 #include "DragPicture.h"
 #include "LookMeasures.h"
+#include "LookTokens.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
 #include "TestPatches.h"
@@ -8,8 +9,10 @@
 #include "WindowFixture.h"
 
 #include <QApplication>
+#include <QDrag>
 #include <QLineEdit>
 
+#include <cstdlib>
 #include <memory>
 
 using namespace ShownWidgets;
@@ -40,6 +43,31 @@ void filter(const WindowFixture &window, const QString &name)
 {
     QTest::keyClicks(named<QLineEdit>(*window.window, QStringLiteral("Filter by name")), name);
     WindowFixture::settle();
+}
+
+/// The smallest rectangle that holds every pixel in which two pictures of one size differ.
+QRect difference(const QPixmap &one, const QPixmap &other)
+{
+    const QImage first = one.toImage();
+    const QImage second = other.toImage();
+    QRect found;
+    for (int y = 0; y < first.height(); ++y) {
+        for (int x = 0; x < first.width(); ++x) {
+            if (first.pixel(x, y) != second.pixel(x, y)) {
+                found = found.united(QRect(x, y, 1, 1));
+            }
+        }
+    }
+    return found;
+}
+
+/// Beside smoothed text, in a translucent picture.
+bool isAbout(const QColor &found, const QColor &expected)
+{
+    constexpr int tolerance = 40;
+    return std::abs(found.red() - expected.red()) <= tolerance
+        && std::abs(found.green() - expected.green()) <= tolerance
+        && std::abs(found.blue() - expected.blue()) <= tolerance && found.alpha() > 200;
 }
 
 } // namespace
@@ -168,6 +196,54 @@ private Q_SLOTS:
         QVERIFY(drag.dropAt(point));
         const qsizetype index = window->library.getPatchFromId(id)->index;
         QVERIFY(said.isEmpty() || said.contains(QStringLiteral("row %1 of 5").arg(index + 1)));
+    }
+
+    void theCardShowsTheFirstTickedPatchAndTheNumber()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir Drum"));
+        tick(*window, {3, 1, 2});
+        LibraryListView *list = window->libraryList();
+        const auto painted = [list](const QString &name, qsizetype count) {
+            return DragPicture::paint(name, false, count, list->font(), list->devicePixelRatioF()).toImage();
+        };
+        QTest::mousePress(list->viewport(), Qt::LeftButton, {}, middleOf(list, 2));
+        QTest::mouseMove(list->viewport(), middleOf(list, 0));
+        // Only what waits for the list itself, as the drag is removed with what else waits.
+        QCoreApplication::sendPostedEvents(list);
+        const auto *drag = list->findChild<QDrag *>();
+        QVERIFY(drag != nullptr);
+        const QImage card = drag->pixmap().toImage();
+        QCOMPARE(card, painted(QStringLiteral("Bells"), 3));
+        for (const QString &other : {QStringLiteral("Choir"), QStringLiteral("Drum")}) {
+            QVERIFY(card != painted(other, 3));
+        }
+        for (const qsizetype count : {1, 2, 4}) {
+            QVERIFY(card != painted(QStringLiteral("Bells"), count));
+        }
+        QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, middleOf(list, 0));
+    }
+
+    void theCardGrowsWithTheText()
+    {
+        const QString name = QStringLiteral("Sixteen Letters.");
+        for (const int points : {9, 20, 40}) {
+            QFont font;
+            font.setPointSize(points);
+            const QPixmap picture = DragPicture::paint(name, false, 5, font, 1);
+            QVERIFY(picture.width() > QFontMetrics(font).horizontalAdvance(name));
+            // Only the digit of the badge differs, and stands on its colour.
+            const QRect digit = difference(picture, DragPicture::paint(name, false, 8, font, 1));
+            const QImage image = picture.toImage();
+            for (const QPoint &beside : {QPoint(digit.left() - 2, digit.center().y()),
+                     QPoint(digit.center().x(), digit.top() - 2), QPoint(digit.center().x(), digit.bottom() + 2)}) {
+                QVERIFY2(isAbout(image.pixelColor(beside), LookTokens::current().accent),
+                    qPrintable(QStringLiteral("%1 points, %2 %3: %4")
+                                   .arg(points)
+                                   .arg(beside.x())
+                                   .arg(beside.y())
+                                   .arg(image.pixelColor(beside).name(QColor::HexArgb))));
+            }
+        }
     }
 
     void theCardStandsClearOfTheRowUnderThePointer_data()
