@@ -240,6 +240,38 @@ private Q_SLOTS:
         QVERIFY(!check.aboutFinding().contains(QString(100, u'x')));
     }
 
+    void namesFromRightToLeftTurnNothingRound()
+    {
+        const QString name = QStringLiteral("\u05e9\u05dc\u05d5\u05dd");
+        const QString isolated = u'\u2068' + name + u'\u2069';
+        const LibraryDirectory directory;
+        LibraryJson::Content content = contentOf(QStringLiteral("A B"));
+        content.patches[1].name = name;
+        QVERIFY(!TestLibraries::save(directory, content).hasError());
+        const QString file = LibraryFileNames::patchFile(name, content.patches.at(1).id());
+        QVERIFY(QFile::rename(directory.filePath(file), directory.parentPath() + u'/' + file));
+        directory.write(QStringLiteral("lib-%1.7.prst").arg(name), "not a preset file");
+        Checked check(directory);
+        QVERIFY(check.open());
+        QVERIFY2(check.rows(check.findings()).join(u'\n').contains(isolated), "rows");
+        QSet<QString> said;
+        for (int row = 0; row < check.findings()->model()->rowCount(); ++row) {
+            check.findings()->setCurrentIndex(check.findings()->model()->index(row, 0));
+            WindowFixture::settle();
+            const QString about = check.aboutFinding();
+            for (const QString &line : about.split(u'\n')) {
+                if (line.contains(name)) {
+                    QVERIFY2(
+                        line.contains(u'\u2068') && line.indexOf(u'\u2068') < line.indexOf(name), qPrintable(line));
+                    QVERIFY2(line.lastIndexOf(u'\u2069') > line.lastIndexOf(name), qPrintable(line));
+                    said.insert(line.section(u' ', 0, 0));
+                }
+            }
+        }
+        QVERIFY2(said.contains(QStringLiteral("Patch:")), "patch");
+        QVERIFY2(said.contains(QStringLiteral("File:")), "file");
+    }
+
     void aDamagedLibraryIsPutTogetherFromItsFiles()
     {
         const LibraryDirectory directory;

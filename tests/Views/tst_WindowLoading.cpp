@@ -1,5 +1,6 @@
 #include "LibraryContentMainView.h"
 #include "LoadingView.h"
+#include "OrdinaryUser.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -244,6 +245,24 @@ private Q_SLOTS:
         QCOMPARE(window.message(), QString());
         QVERIFY(!window.storage.writeError());
         QVERIFY(!window.storage.readError());
+    }
+
+    void aDirectoryWithoutRightsIsOneMessage()
+    {
+        const LibraryDirectory directory;
+        TestLibraries::save(directory, TestLibraries::three());
+        WindowFixture window(directory);
+        {
+            const OrdinaryUser user(directory, 0);
+            QVERIFY(window.open());
+            QVERIFY(!window.message().isEmpty());
+            QVERIFY2(window.messageText().contains(directory.path()), qPrintable(window.messageText()));
+            QVERIFY(window.answer(QStringLiteral("OK")) || window.answer(QStringLiteral("Not Now")));
+            QCOMPARE(window.message(), QString());
+        }
+        QVERIFY(!window.storage.writeError());
+        QVERIFY(!window.storage.readError());
+        QCOMPARE(TestLibraries::loaded(directory).size(), 3);
     }
 };
 
