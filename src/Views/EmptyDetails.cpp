@@ -65,7 +65,8 @@ void EmptyDetails::arrange()
     }
     const int windowTop = mapTo(window(), QPoint(0, 0)).y();
     const int wanted = window()->height() * 2 / 5 + emptyStateSymbolSize - windowTop;
-    const int top = std::clamp(wanted, 0, std::max(height() - neededHeight(), 0));
+    const int lowest = std::max(height() - neededHeight(), 0);
+    const int top = std::clamp(wanted, std::min(gap, lowest), lowest);
     const int left = (width() - textWidth) / 2;
     m_text->setGeometry(left, top, textWidth, heightOf(m_text));
     m_nextStep->setGeometry(left, top + heightOf(m_text) + gap, textWidth, heightOf(m_nextStep));

@@ -1,11 +1,14 @@
 #include "DetailFixture.h"
+#include "EmptyDetails.h"
 #include "FakeLibraryStorage.h"
+#include "LookMeasures.h"
 #include "PlaceBadges.h"
 #include "PresetsVersionManager.h"
 #include "TestProgram.h"
 #include "VelgorStyle.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -326,6 +329,19 @@ private Q_SLOTS:
             return details.view.grab().toImage();
         };
         QCOMPARE(picture(false), picture(true));
+    }
+
+    void theHintKeepsItsDistanceFromTheEdgeAboveIt()
+    {
+        QWidget window;
+        window.resize(600, 400);
+        EmptyDetails hint(&window);
+        // Below the library, where it would stand above its own place.
+        hint.setGeometry(0, 300, 600, 100);
+        hint.setText(QStringLiteral("Nothing selected"), {});
+        window.show();
+        DetailFixture::settle();
+        QVERIFY(hint.findChild<QLabel *>()->y() >= LookMeasures::gap);
     }
 };
 
