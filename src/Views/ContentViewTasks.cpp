@@ -41,8 +41,9 @@ bool ContentView::canMoveLibraryPatch(int step) const
 
 void ContentView::showInLibrary()
 {
-    if (!m_columns->showInLibrary()) {
-        m_status->say(tr("The library does not have the patch of this slot"));
+    const QString said = m_columns->showInLibrary();
+    if (!said.isEmpty()) {
+        m_status->say(said);
     }
 }
 

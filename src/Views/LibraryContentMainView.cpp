@@ -68,15 +68,16 @@ void LibraryContentMainView::setLoading(bool isLoading)
     m_details->setLoading(isLoading);
 }
 
-bool LibraryContentMainView::showInLibrary()
+QString LibraryContentMainView::showInLibrary()
 {
     const Desk &desk = m_commands.desk();
     const QList<qsizetype> rows = desk.contentEditor.selectedRows();
     const std::optional<quint64> id = rows.isEmpty() ? std::nullopt : desk.libraryEditor.patchOfSlot(rows.first());
-    if (id) {
-        m_library->showPatch(*id);
+    if (!id) {
+        return tr("The library does not have the patch of this slot");
     }
-    return id.has_value();
+    const bool wasHidden = m_library->showPatch(*id);
+    return wasHidden ? tr("The filter is cleared, as it hid this patch") : QString();
 }
 
 void LibraryContentMainView::restoreWidths(const QList<int> &widths, int windowWidth)

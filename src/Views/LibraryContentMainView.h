@@ -22,8 +22,9 @@ public:
     [[nodiscard]] VelgorPatchDetailView *details() const { return m_details; }
     /// The columns that show the library say that it is being loaded.
     void setLoading(bool isLoading);
-    /// Goes to the library patch that the first selected slot holds; false when there is none.
-    [[nodiscard]] bool showInLibrary();
+    /// Goes to the library patch that the first selected slot holds. Returns what the user is to be told, empty when
+    /// there is nothing to tell.
+    [[nodiscard]] QString showInLibrary();
     /// The widths that the columns start with in a window of this width.
     void setStartWidths(int windowWidth);
     /// Widths of a former run, or those that the columns start with when there are none.

@@ -116,12 +116,14 @@ void VelgorLibraryView::setContextMenu(QMenu *menu)
         [this, menu](const QPoint &position) { menu->popup(m_list->viewport()->mapToGlobal(position)); });
 }
 
-void VelgorLibraryView::showPatch(quint64 id)
+bool VelgorLibraryView::showPatch(quint64 id)
 {
-    if (!m_model->indexOf(id).isValid()) {
+    const bool isHidden = !m_model->indexOf(id).isValid();
+    if (isHidden) {
         m_filter->clear();
     }
     m_list->showPatch(id);
+    return isHidden;
 }
 
 QSize VelgorLibraryView::minimumSizeHint() const

@@ -24,8 +24,8 @@ public:
     /// Number of patches that the list shows.
     [[nodiscard]] qsizetype shownCount() const;
     void setContextMenu(QMenu *menu);
-    /// Selects a patch and goes to it; a filter that hides it is cleared.
-    void showPatch(quint64 id);
+    /// Selects a patch and goes to it; true when a filter hid it and was cleared.
+    bool showPatch(quint64 id);
 
     /// While the library is being loaded, how far that is takes the place of the list, and nothing can be pressed.
     void setLoading(bool isLoading);

@@ -217,6 +217,7 @@ private Q_SLOTS:
         QVERIFY(window->choose(QStringLiteral("Show in Library")));
         QCOMPARE(window->selectedName(), QStringLiteral("Choir"));
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells Choir"));
+        QCOMPARE(window->status(), QStringLiteral("The filter is cleared, as it hid this patch"));
     }
 
     void aPatchUnderAnotherNameIsFoundByItsSound()
