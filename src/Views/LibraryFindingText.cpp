@@ -47,7 +47,7 @@ constexpr KindText kindTexts[] = {
             "exchanged by hand look like this."),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "Nothing is done about it. If a patch does not sound as it should, put its file from a backup in this "
-            "place.")},
+            "place. If it is right as it is, duplicate it and delete the original.")},
     {Kind::UnreadableFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Files not readable"),
         QT_TRANSLATE_NOOP("LibraryFindingText",
             "This preset file is damaged, or may not be read. It is never deleted: where a good one takes its place, "

@@ -240,6 +240,32 @@ private Q_SLOTS:
         QVERIFY(!check.aboutFinding().contains(QString(100, u'x')));
     }
 
+    void aMixedUpFileThatIsRightIsSettledByDuplicating()
+    {
+        const LibraryDirectory directory;
+        LibraryJson::Content content = contentOf(QStringLiteral("A"));
+        content.patches[0].comment = QStringLiteral("my words");
+        QVERIFY(!TestLibraries::save(directory, content).hasError());
+        writePatch(directory, QStringLiteral("Other"), fileOf(QStringLiteral("A")));
+        Checked check(directory);
+        QVERIFY(check.open());
+        QCOMPARE(check.rows(check.findings()).first(), QStringLiteral("Mixed-up files (1)"));
+        QVERIFY2(check.aboutFinding().contains(QStringLiteral("duplicate it and delete the original")),
+            qPrintable(check.aboutFinding()));
+        check.press(QStringLiteral("Close"));
+        WindowFixture::click(check.window.libraryList(), 0);
+        QVERIFY(check.window.choose(QStringLiteral("Duplicate Patch")));
+        WindowFixture::click(check.window.libraryList(), 0);
+        QVERIFY(check.window.choose(QStringLiteral("Delete patch")));
+        QVERIFY2(check.window.answer(QStringLiteral("Yes")), qPrintable(check.window.messageText()));
+        QVERIFY(check.check());
+        QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
+        const QList<VelgorPatch> patches = TestLibraries::loaded(directory);
+        QCOMPARE(patches.size(), 1);
+        QCOMPARE(patches.first().comment, QStringLiteral("my words"));
+        QCOMPARE(patches.first().soundHash(), patchOf(QStringLiteral("Other")).soundHash());
+    }
+
     void namesFromRightToLeftTurnNothingRound()
     {
         const QString name = QStringLiteral("\u05e9\u05dc\u05d5\u05dd");
