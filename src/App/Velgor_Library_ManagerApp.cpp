@@ -50,6 +50,10 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     if (outcome == SingleInstance::Outcome::HandedOver) {
         return 0;
     }
+    if (outcome == SingleInstance::Outcome::First) {
+        // Not before: a former version that has the directory still uses its file.
+        m_windowState.open(StateFile::takeOver(StateFile::usualPath(), StateFile::formerPaths()));
+    }
     m_window = std::make_unique<ContentView>(m_desk, m_systemColorScheme, m_windowState);
     if (outcome == SingleInstance::Outcome::Refused) {
         // Without the window, which would show a library that is not this program's.

@@ -10,6 +10,7 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "PatchFileHandler.h"
+#include "StateFile.h"
 #include "SystemColorScheme.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
@@ -49,7 +50,7 @@ private:
     LibraryStorageManager storage;
     VelgorLibrary velgorLibrary;
     VelgorContent velgorContent;
-    WindowState m_windowState;
+    WindowState m_windowState{StateFile::usualPath()};
     DiskFiles m_diskFiles;
     DesktopFileDialogs m_dialogs;
     PatchFileHandler m_files;

@@ -1,3 +1,4 @@
+#include "ApplicationId.h"
 #include "ProgramArguments.h"
 #include "StartOptions.h"
 #include "VelgorStyle.h"
@@ -40,7 +41,7 @@ int main(int argc, char *argv[])
         return wrongUsage;
     }
     const QApplication application(argc, argv);
-    QGuiApplication::setDesktopFileName(QStringLiteral("velgor-library-manager"));
+    QGuiApplication::setDesktopFileName(ApplicationId::text());
 
     const std::optional<QString> file = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
     if (!file) {

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -18,37 +17,32 @@ constexpr QLatin1StringView recentKey{"files/recent"};
 
 } // namespace
 
-QString WindowState::usualFile()
+WindowState::WindowState(const QString &file)
 {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
-    const QString place = QStandardPaths::writableLocation(QStandardPaths::GenericStateLocation);
-#else
-    const QString place = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-#endif
-    return place + QStringLiteral("/velgor/velgor-library-manager-state.ini");
+    open(file);
 }
 
-WindowState::WindowState(const QString &file)
-    : m_store(file, QSettings::IniFormat)
+void WindowState::open(const QString &file)
 {
+    m_store = std::make_unique<QSettings>(file, QSettings::IniFormat);
     // Reading and writing would wait half a minute for a program that died while it made the lock.
-    OwnerlessLock::remove(m_store.fileName() + QStringLiteral(".lock"));
+    OwnerlessLock::remove(m_store->fileName() + QStringLiteral(".lock"));
 }
 
 QByteArray WindowState::geometry() const
 {
-    return m_store.value(geometryKey).toByteArray();
+    return m_store->value(geometryKey).toByteArray();
 }
 
 void WindowState::setGeometry(const QByteArray &geometry)
 {
-    m_store.setValue(geometryKey, geometry);
+    m_store->setValue(geometryKey, geometry);
 }
 
 QList<int> WindowState::splitterSizes() const
 {
     QList<int> sizes;
-    for (const QString &text : m_store.value(splitterKey).toStringList()) {
+    for (const QString &text : m_store->value(splitterKey).toStringList()) {
         bool isNumber = false;
         sizes.append(text.toInt(&isNumber));
         if (!isNumber || sizes.last() < 0) {
@@ -64,7 +58,7 @@ void WindowState::setSplitterSizes(const QList<int> &sizes)
     for (const int size : sizes) {
         texts.append(QString::number(size));
     }
-    m_store.setValue(splitterKey, texts);
+    m_store->setValue(splitterKey, texts);
 }
 
 QString WindowState::importDirectory() const
@@ -74,7 +68,7 @@ QString WindowState::importDirectory() const
 
 void WindowState::setImportDirectory(const QString &directory)
 {
-    m_store.setValue(importKey, QDir(directory).absolutePath());
+    m_store->setValue(importKey, QDir(directory).absolutePath());
 }
 
 QString WindowState::exportDirectory() const
@@ -84,18 +78,18 @@ QString WindowState::exportDirectory() const
 
 void WindowState::setExportDirectory(const QString &directory)
 {
-    m_store.setValue(exportKey, QDir(directory).absolutePath());
+    m_store->setValue(exportKey, QDir(directory).absolutePath());
 }
 
 QString WindowState::directory(QLatin1StringView key) const
 {
-    const QString path = m_store.value(key).toString();
+    const QString path = m_store->value(key).toString();
     return QDir::isAbsolutePath(path) && QFileInfo(path).isDir() ? path : QString();
 }
 
 QStringList WindowState::recentFiles() const
 {
-    QStringList files = m_store.value(recentKey).toStringList();
+    QStringList files = m_store->value(recentKey).toStringList();
     files.removeIf([](const QString &file) { return !QDir::isAbsolutePath(file); });
     files.removeDuplicates();
     return files.first(std::min(files.size(), mostRecentFiles));
@@ -106,5 +100,5 @@ void WindowState::addRecentFile(const QString &file)
     QStringList files = recentFiles();
     files.prepend(QFileInfo(file).absoluteFilePath());
     files.removeDuplicates();
-    m_store.setValue(recentKey, files.first(std::min(files.size(), mostRecentFiles)));
+    m_store->setValue(recentKey, files.first(std::min(files.size(), mostRecentFiles)));
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 /// What the program remembers of its window from one run to the next, in a file that may be lost without harm and
 /// is none of the preferences. What the file holds may be of another version, or broken: whatever makes no sense
 /// reads as if it were not there. User-interface thread only.
@@ -13,10 +15,10 @@ class WindowState {
 public:
     static constexpr qsizetype mostRecentFiles = 10;
 
-    /// The user's own file.
-    [[nodiscard]] static QString usualFile();
+    explicit WindowState(const QString &file);
 
-    explicit WindowState(const QString &file = usualFile());
+    /// Goes on with what this file holds.
+    void open(const QString &file);
 
     /// Place, size and whether it is maximized, as QWidget::saveGeometry() gives it and restoreGeometry() checks it;
     /// empty when there is none.
@@ -40,5 +42,5 @@ public:
 private:
     [[nodiscard]] QString directory(QLatin1StringView key) const;
 
-    QSettings m_store;
+    std::unique_ptr<QSettings> m_store;
 };

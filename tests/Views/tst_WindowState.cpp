@@ -113,19 +113,17 @@ private Q_SLOTS:
         QCOMPARE(state.splitterSizes(), (QList<int>{280, 512, 300}));
     }
 
-    void usualFileIsOneOfItsOwn()
+    void anotherFileIsGoneOnWith()
     {
-        const QByteArray data = QFile::encodeName(m_directory->path());
-        qputenv("XDG_DATA_HOME", data);
-        qputenv("XDG_STATE_HOME", data);
-        qputenv("XDG_CONFIG_HOME", data + "/config");
-        {
-            WindowState state;
-            state.setSplitterSizes({280, 512, 300});
-        }
-        QVERIFY(WindowState::usualFile().startsWith(m_directory->path() + u'/'));
-        QVERIFY(QFile::exists(WindowState::usualFile()));
-        QVERIFY(!QFile::exists(m_directory->filePath(QStringLiteral("config"))));
+        const QString other = m_directory->filePath(QStringLiteral("other.ini"));
+        WindowState(other).addRecentFile(QStringLiteral("/other.prst"));
+        WindowState state(m_file);
+        state.open(other);
+        QCOMPARE(state.recentFiles(), QStringList{QStringLiteral("/other.prst")});
+        state.addRecentFile(QStringLiteral("/list.prst"));
+        QCOMPARE(WindowState(other).recentFiles(),
+            (QStringList{QStringLiteral("/list.prst"), QStringLiteral("/other.prst")}));
+        QVERIFY(!QFile::exists(m_file));
     }
 
 private:

@@ -1,0 +1,6 @@
+#include "ApplicationId.h"
+
+QString ApplicationId::text()
+{
+    return QStringLiteral(VELGOR_APPLICATION_ID);
+}
