@@ -1,5 +1,6 @@
 #include "LibrarySweeper.h"
 
+#include "Diagnostics.h"
 #include "DirectoryListing.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
@@ -73,7 +74,10 @@ bool LibrarySweeper::putInPlace(const QString &prepared, const QString &name)
     const auto id = LibraryFileNames::patchFileId(name);
     if (id && whole.bytes && (there.bytes || there.isUnreadable)) {
         QString aside;
-        std::ignore = DisplacedFiles::setAside(m_directory, name, *id, aside);
+        if (!DisplacedFiles::setAside(m_directory, name, *id, aside).isEmpty()) {
+            return false;
+        }
+        Diagnostics::printLine(tr("%1 was in the place of a patch's file, and is kept as %2").arg(pathOf(name), aside));
     }
     return DiskFiles::move(pathOf(prepared), pathOf(name)).isEmpty();
 }

@@ -3,6 +3,7 @@
 #include "LibraryFileStamp.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -19,6 +20,8 @@ struct LibraryLeftovers {
 /// Finishes what an interrupted program began, and removes what is left of it. Only for the one program that uses the
 /// directory, after it has loaded the library.
 class LibrarySweeper {
+    Q_DECLARE_TR_FUNCTIONS(LibrarySweeper)
+
 public:
     /// `directory` is a path without a slash at its end.
     LibrarySweeper(const QString &directory, const LibraryLeftovers &leftovers);

@@ -63,9 +63,21 @@ private Q_SLOTS:
         QCOMPARE(directory.read(leadFile), QByteArray("something else"));
         QVERIFY(areIdentical(loaded(directory), three().patches));
 
+        {
+            const FailingCall failing(Call::MoveOnly, EPERM);
+            sweep(directory);
+        }
+        QCOMPARE(directory.read(leadFile), QByteArray("something else"));
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+
+        const DiagnosticRecorder recorder;
         sweep(directory);
         QCOMPARE(directory.read(leadFile), patchBytes(three().patches.first()));
         QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("something else"));
+        const QString told = QStringLiteral("%1 was in the place of a patch's file, and is kept as %2");
+        QVERIFY2(
+            recorder.lines().contains(told.arg(directory.filePath(leadFile), LibraryFileNames::damagedFile(42, 0))),
+            qPrintable(recorder.lines().join(u'\n')));
         QVERIFY(areIdentical(loaded(directory), three().patches));
     }
 
