@@ -49,19 +49,22 @@ void InstanceListener::acceptConnections()
 
 void InstanceListener::readFrom(QLocalSocket &socket)
 {
-    const InstanceMessage::Request request = InstanceMessage::decode(socket.peek(InstanceMessage::longest + 1));
-    if (request.state == InstanceMessage::State::Unfinished) {
+    const InstanceMessage::Reading reading = InstanceMessage::decode(socket.peek(InstanceMessage::longest + 1));
+    if (reading.state == InstanceMessage::State::Unfinished) {
         return;
     }
     disconnect(&socket, &QLocalSocket::readyRead, this, nullptr);
-    if (request.state == InstanceMessage::State::Wrong) {
+    if (reading.state == InstanceMessage::State::Wrong) {
         socket.abort();
         return;
     }
-    socket.write(InstanceMessage::answer());
+    const bool isKnown = reading.state == InstanceMessage::State::Complete;
+    socket.write(isKnown ? InstanceMessage::yes() : InstanceMessage::notKnown());
     socket.flush();
     socket.disconnectFromServer();
-    // What follows may take as long as the user looks at a dialog, and belongs outside of the socket's own calls.
-    QMetaObject::invokeMethod(
-        this, [this, file = request.file] { Q_EMIT requested(file); }, Qt::QueuedConnection);
+    if (isKnown) {
+        // What follows may take as long as the user looks at a dialog, and belongs outside of the socket's own calls.
+        QMetaObject::invokeMethod(
+            this, [this, request = reading.request] { Q_EMIT requested(request); }, Qt::QueuedConnection);
+    }
 }

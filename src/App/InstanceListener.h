@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StartRequest.h"
+
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
@@ -21,7 +23,7 @@ public:
 
 Q_SIGNALS:
     /// The other program has its answer already.
-    void requested(const QString &file);
+    void requested(const StartRequest &request);
 
 private:
     void acceptConnections();

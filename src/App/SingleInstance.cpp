@@ -2,11 +2,9 @@
 
 #include "Diagnostics.h"
 #include "InstanceMessage.h"
+#include "InstancePlace.h"
 
-#include <QCryptographicHash>
-#include <QFileInfo>
 #include <QLocalSocket>
-#include <QStandardPaths>
 
 #include <thread>
 
@@ -23,30 +21,17 @@ int remaining(const QDeadlineTimer &deadline)
 SingleInstance::SingleInstance(const QString &directory, std::chrono::milliseconds patience, QObject *parent)
     : QObject(parent)
     , m_directory(directory)
-    , m_socketName(socketName(directory))
+    , m_sockets(InstancePlace::sockets(directory))
     , m_patience(patience)
     , m_lock(directory)
 {
     connect(&m_listener, &InstanceListener::requested, this, &SingleInstance::activated);
 }
 
-QString SingleInstance::socketName(const QString &directory)
-{
-    const QString place = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (place.isEmpty()) {
-        return {};
-    }
-    const QFileInfo info(directory);
-    const QString path = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
-    // A socket's path has room for about a hundred bytes.
-    const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex().first(32);
-    return place + QStringLiteral("/velgor-library-manager-") + QString::fromLatin1(hash);
-}
-
-SingleInstance::Outcome SingleInstance::start(const QString &file)
+SingleInstance::Outcome SingleInstance::start(const StartRequest &request)
 {
     constexpr std::chrono::milliseconds pause(50);
-    const QByteArray request = InstanceMessage::encode(file.isEmpty() ? file : QFileInfo(file).absoluteFilePath());
+    const QByteArray message = InstanceMessage::encode(request);
     const QDeadlineTimer deadline(m_patience);
     while (true) {
         if (m_lock.tryLock()) {
@@ -55,13 +40,19 @@ SingleInstance::Outcome SingleInstance::start(const QString &file)
         }
         const bool isHeld = m_lock.isHeldElsewhere();
         // A command holds the lock for a moment, and so does an application that is ending.
-        const Reply reply = handOver(request, deadline);
+        const Reply reply = handOver(message, deadline);
         if (reply == Reply::Yes) {
             return Outcome::HandedOver;
         }
         if (reply == Reply::Silence) {
             m_reason =
                 tr("%1: Velgor Library Manager has this library open already, but does not answer").arg(m_directory);
+            return Outcome::Refused;
+        }
+        if (reply == Reply::NotKnown) {
+            m_reason = tr("%1: the Velgor Library Manager that has this library open is of another version, and does "
+                          "not know what it was asked for; close it and try again")
+                           .arg(m_directory);
             return Outcome::Refused;
         }
         if (!isHeld) {
@@ -79,30 +70,60 @@ SingleInstance::Outcome SingleInstance::start(const QString &file)
 
 SingleInstance::Reply SingleInstance::handOver(const QByteArray &request, const QDeadlineTimer &deadline) const
 {
-    if (m_socketName.isEmpty()) {
-        return Reply::NoOneThere;
+    for (const QString &socket : m_sockets) {
+        const Reply reply = InstancePlace::isTrusted(socket) ? ask(socket, request, deadline) : Reply::NoOneThere;
+        if (reply != Reply::NoOneThere) {
+            return reply;
+        }
     }
+    return Reply::NoOneThere;
+}
+
+SingleInstance::Reply SingleInstance::ask(
+    const QString &socketName, const QByteArray &request, const QDeadlineTimer &deadline)
+{
+    using InstanceMessage::Answer;
     QLocalSocket socket;
-    socket.connectToServer(m_socketName);
+    socket.connectToServer(socketName);
     if (!socket.waitForConnected(remaining(deadline))) {
         return Reply::NoOneThere;
     }
     socket.write(request);
-    const QByteArray answer = InstanceMessage::answer();
-    while (socket.bytesAvailable() < answer.size()) {
-        if (!socket.waitForReadyRead(remaining(deadline))) {
-            break;
-        }
-    }
-    if (socket.read(answer.size()) == answer) {
+    const auto answer = [&socket] {
+        return InstanceMessage::decodeAnswer(socket.peek(InstanceMessage::longestAnswer));
+    };
+    while (answer() == Answer::Unfinished && socket.waitForReadyRead(remaining(deadline))) { }
+    switch (answer()) {
+    case Answer::Yes:
         return Reply::Yes;
+    case Answer::NotKnown:
+        return Reply::NotKnown;
+    case Answer::Unfinished:
+    case Answer::Wrong:
+        break;
     }
     return deadline.hasExpired() ? Reply::Silence : Reply::NoOneThere;
 }
 
 void SingleInstance::listen()
 {
-    if (m_socketName.isEmpty() || !m_listener.listen(m_socketName)) {
-        Diagnostics::printLine(tr("Further starts cannot reach this one: %1").arg(m_listener.errorText()));
+    if (m_sockets.isEmpty()) {
+        Diagnostics::printLine(
+            tr("Further starts cannot reach this one: there is no directory for sockets of this user"));
+        return;
     }
+    QString problem;
+    for (const QString &socket : m_sockets) {
+        const bool isTrusted = InstancePlace::prepare(socket);
+        if (isTrusted && m_listener.listen(socket)) {
+            if (!problem.isEmpty()) {
+                Diagnostics::printLine(tr("Further starts inside of sandboxes cannot reach this one: %1").arg(problem));
+            }
+            return;
+        }
+        const QString reason =
+            isTrusted ? m_listener.errorText() : tr("its directory is missing, or is not this user's alone");
+        problem = socket + QStringLiteral(": ") + reason;
+    }
+    Diagnostics::printLine(tr("Further starts cannot reach this one: %1").arg(problem));
 }

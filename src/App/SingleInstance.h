@@ -2,6 +2,7 @@
 
 #include "InstanceListener.h"
 #include "LibraryLock.h"
+#include "StartRequest.h"
 
 #include <QDeadlineTimer>
 #include <QObject>
@@ -11,8 +12,9 @@
 
 /// Keeps a library directory to one running application, and lets further starts reach that one.
 ///
-/// The lock in the directory decides; a local socket of the same user leads to whoever holds it. It has to outlive
-/// the last save, since it gives the directory free.
+/// The lock in the directory decides; a local socket of the same user leads to whoever holds it. Both work between
+/// sandboxes of the application, too: the system itself keeps the lock's file from being removed while its holder
+/// lives, in whatever sandbox. It has to outlive the last save, since it gives the directory free.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -29,29 +31,27 @@ public:
     explicit SingleInstance(
         const QString &directory, std::chrono::milliseconds patience = usualPatience, QObject *parent = nullptr);
 
-    /// Takes the directory, or hands `file` (empty for none) over to the application that has it. The directory is
-    /// there, if it can be. To be called once; it blocks while it waits.
-    [[nodiscard]] Outcome start(const QString &file);
+    /// Takes the directory, or hands the request over to the application that has it. The directory is there, if it
+    /// can be. To be called once; it blocks while it waits.
+    [[nodiscard]] Outcome start(const StartRequest &request);
     /// Why the outcome was Refused, or that the first cannot lock its directory because it cannot be written; empty
     /// otherwise. Translated.
     [[nodiscard]] QString reason() const { return m_reason; }
 
-    /// The local socket on which the application listens that has this directory; empty where the user has no
-    /// directory for sockets.
-    [[nodiscard]] static QString socketName(const QString &directory);
-
 Q_SIGNALS:
-    /// The program was started again: with an absolute path, or empty.
-    void activated(const QString &fileOrEmpty);
+    /// The program was started again.
+    void activated(const StartRequest &request);
 
 private:
-    enum class Reply { Yes, NoOneThere, Silence };
+    enum class Reply { Yes, NotKnown, NoOneThere, Silence };
 
     [[nodiscard]] Reply handOver(const QByteArray &request, const QDeadlineTimer &deadline) const;
+    [[nodiscard]] static Reply ask(
+        const QString &socketName, const QByteArray &request, const QDeadlineTimer &deadline);
     void listen();
 
     QString m_directory;
-    QString m_socketName;
+    QStringList m_sockets; ///< on which the application may listen that has the directory
     std::chrono::milliseconds m_patience;
     QString m_reason;
     LibraryLock m_lock;

@@ -8,6 +8,8 @@
 #include "StatusLine.h"
 #include "StatusText.h"
 #include "TerminationSignals.h"
+#include "WindowActivation.h"
+#include "X11Startup.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -41,13 +43,15 @@ Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
 
 Velgor_Library_ManagerApp::~Velgor_Library_ManagerApp() = default;
 
-int Velgor_Library_ManagerApp::run(const QString &file)
+int Velgor_Library_ManagerApp::run(const StartRequest &request)
 {
     // Before the lock is taken: a program that a signal ends leaves none. They come once the event loop runs.
     const TerminationSignals signalsFromSystem;
     m_instance = std::make_unique<SingleInstance>(storage.libDirectory());
-    const SingleInstance::Outcome outcome = m_instance->start(file);
+    const SingleInstance::Outcome outcome = m_instance->start(request);
     if (outcome == SingleInstance::Outcome::HandedOver) {
+        // No window of this start will do it.
+        X11Startup::complete(request.activation.startupId);
         return 0;
     }
     if (outcome == SingleInstance::Outcome::First) {
@@ -58,8 +62,9 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     if (outcome == SingleInstance::Outcome::Refused) {
         // Without the window, which would show a library that is not this program's.
         connect(&signalsFromSystem, &TerminationSignals::terminated, qApp, &QCoreApplication::quit);
-        MessageBox::show(
+        QMessageBox *message = MessageBox::show(
             nullptr, AlertTexts::directoryInUse(m_instance->reason()), [](bool) { QCoreApplication::quit(); });
+        WindowActivation::activateOnceShown(*message, request.activation);
         QCoreApplication::exec();
         return 1;
     }
@@ -72,8 +77,9 @@ int Velgor_Library_ManagerApp::run(const QString &file)
     connect(m_window.get(), &ContentView::libraryLoaded, this, &Velgor_Library_ManagerApp::tellOfDirectory,
         Qt::SingleShotConnection);
     m_window->show();
-    if (!file.isEmpty()) {
-        m_waitingFile = file;
+    WindowActivation::activateOnceShown(*m_window, request.activation);
+    if (!request.file.isEmpty()) {
+        m_waitingFile = request.file;
         m_openAgain.start();
     }
     const int status = QCoreApplication::exec();
@@ -90,11 +96,11 @@ void Velgor_Library_ManagerApp::tellOfDirectory()
     }
 }
 
-void Velgor_Library_ManagerApp::open(const QString &file)
+void Velgor_Library_ManagerApp::open(const StartRequest &request)
 {
-    m_window->raiseToFront();
-    if (!file.isEmpty()) {
-        m_waitingFile = file;
+    WindowActivation::raise(*m_window, request.activation, [this] { m_window->raiseToFront(); });
+    if (!request.file.isEmpty()) {
+        m_waitingFile = request.file;
         openWaiting();
     }
 }
@@ -128,7 +134,7 @@ void Velgor_Library_ManagerApp::moveLibrary()
         directory, velgorLibrary,
         [&instance](const QString &target) {
             instance = std::make_unique<SingleInstance>(target);
-            const bool isFirst = instance->start(QString()) == SingleInstance::Outcome::First;
+            const bool isFirst = instance->start(StartRequest()) == SingleInstance::Outcome::First;
             return isFirst ? QString() : tr("%1: another program uses the folder").arg(target);
         },
         [&instance] { instance.reset(); });

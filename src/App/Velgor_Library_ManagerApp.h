@@ -10,6 +10,7 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "PatchFileHandler.h"
+#include "StartRequest.h"
 #include "StateFile.h"
 #include "SystemColorScheme.h"
 #include "VelgorContent.h"
@@ -33,14 +34,14 @@ public:
     ~Velgor_Library_ManagerApp() override;
     Q_DISABLE_COPY_MOVE(Velgor_Library_ManagerApp)
 
-    /// Keeps the directory to this program, shows the window and runs until it is closed. `file` is a preset file to
-    /// open, or empty. The result is the program's exit status.
-    [[nodiscard]] int run(const QString &file);
+    /// Keeps the directory to this program, shows the window and runs until it is closed. The result is the program's
+    /// exit status.
+    [[nodiscard]] int run(const StartRequest &request);
 
 private:
     /// Why other programs cannot be kept from the directory, unless that was told.
     void tellOfDirectory();
-    void open(const QString &file);
+    void open(const StartRequest &request);
     /// Opens the file that waits, once no dialog and no message is about the list that it would replace.
     void openWaiting();
     void moveLibrary();

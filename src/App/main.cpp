@@ -1,6 +1,8 @@
+#include "Activation.h"
 #include "ApplicationId.h"
 #include "ProgramArguments.h"
 #include "StartOptions.h"
+#include "StartRequest.h"
 #include "VelgorStyle.h"
 #include "Velgor_Library_ManagerApp.h"
 
@@ -40,7 +42,9 @@ int main(int argc, char *argv[])
         std::ignore = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
         return wrongUsage;
     }
+    const Activation activation = Activation::takeFromEnvironment();
     const QApplication application(argc, argv);
+    Activation::removeStartupIdFromEnvironment();
     QGuiApplication::setDesktopFileName(ApplicationId::text());
 
     const std::optional<QString> file = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
@@ -49,5 +53,7 @@ int main(int argc, char *argv[])
     }
     QApplication::setStyle(new VelgorStyle);
     Velgor_Library_ManagerApp app;
-    return app.run(*file);
+    StartRequest request = StartRequest::toOpen(*file);
+    request.activation = activation;
+    return app.run(request);
 }

@@ -1,5 +1,6 @@
 #include "InstanceListener.h"
 #include "InstanceMessage.h"
+#include "StartRequest.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -13,7 +14,7 @@
 
 namespace {
 
-const QString listPath = QStringLiteral("/list.prst");
+const StartRequest listRequest = StartRequest::toOpen(QStringLiteral("/list.prst"));
 
 class TestSocket : public QLocalSocket {
 public:
@@ -39,21 +40,23 @@ private Q_SLOTS:
 
     void requestIsAnsweredAndPassedOn_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("no file") << QString();
-        QTest::newRow("file") << listPath;
+        QTest::addColumn<StartRequest>("request");
+        QTest::newRow("no file") << StartRequest();
+        QTest::newRow("file") << listRequest;
+        QTest::newRow("new list") << StartRequest{.action = StartRequest::Action::NewList};
+        QTest::newRow("activation") << StartRequest{.activation = {.token = "token", .startupId = "id"}};
     }
     void requestIsAnsweredAndPassedOn()
     {
-        QFETCH(const QString, file);
+        QFETCH(const StartRequest, request);
         InstanceListener listener;
         const QSignalSpy requested(&listener, &InstanceListener::requested);
         QVERIFY(listener.listen(m_name));
-        TestSocket socket(m_name, InstanceMessage::encode(file));
-        QTRY_COMPARE(socket.bytesAvailable(), InstanceMessage::answer().size());
-        QCOMPARE(socket.readAll(), InstanceMessage::answer());
+        TestSocket socket(m_name, InstanceMessage::encode(request));
+        QTRY_COMPARE(socket.bytesAvailable(), InstanceMessage::yes().size());
+        QCOMPARE(socket.readAll(), InstanceMessage::yes());
         QTRY_COMPARE(requested.count(), 1);
-        QCOMPARE(requested.first().first().toString(), file);
+        QVERIFY(requested.first().first().value<StartRequest>() == request);
         QTRY_COMPARE(socket.state(), QLocalSocket::UnconnectedState);
     }
 
@@ -62,7 +65,7 @@ private Q_SLOTS:
         InstanceListener listener;
         const QSignalSpy requested(&listener, &InstanceListener::requested);
         QVERIFY(listener.listen(m_name));
-        const QByteArray request = InstanceMessage::encode(listPath);
+        const QByteArray request = InstanceMessage::encode(listRequest);
         TestSocket socket(m_name, request.first(1));
         for (qsizetype at = 1; at < request.size(); ++at) {
             QCoreApplication::processEvents();
@@ -71,7 +74,7 @@ private Q_SLOTS:
             socket.flush();
         }
         QTRY_COMPARE(requested.count(), 1);
-        QCOMPARE(requested.first().first().toString(), listPath);
+        QVERIFY(requested.first().first().value<StartRequest>() == listRequest);
     }
 
     void answerDoesNotWaitForWhatTheRequestBrings()
@@ -90,8 +93,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("other text") << QByteArray("GET / HTTP/1.1\r\n\r\n");
-        QTest::newRow("relative path") << InstanceMessage::encode(QStringLiteral("list.prst"));
-        QTest::newRow("huge") << InstanceMessage::encode(u'/' + QString(8 * 1024 * 1024, u'a'));
+        QTest::newRow("relative path") << InstanceMessage::encode(StartRequest::toOpen(QStringLiteral("list.prst")));
+        QTest::newRow("huge") << InstanceMessage::encode(StartRequest::toOpen(u'/' + QString(8 * 1024 * 1024, u'a')));
     }
     void wrongInputIsDropped()
     {
@@ -108,19 +111,32 @@ private Q_SLOTS:
         QTRY_COMPARE(requested.count(), 1);
     }
 
+    void whatIsNotKnownIsAnsweredAndNotPassedOn()
+    {
+        InstanceListener listener;
+        const QSignalSpy requested(&listener, &InstanceListener::requested);
+        QVERIFY(listener.listen(m_name));
+        TestSocket socket(m_name, "velgor-library-manager 3\n");
+        QTRY_COMPARE(socket.state(), QLocalSocket::UnconnectedState);
+        QCOMPARE(socket.readAll(), InstanceMessage::notKnown());
+        const TestSocket next(m_name, InstanceMessage::encode(listRequest));
+        QTRY_COMPARE(requested.count(), 1);
+        QVERIFY(requested.first().first().value<StartRequest>() == listRequest);
+    }
+
     void cutRequestIsDropped()
     {
         InstanceListener listener;
         const QSignalSpy requested(&listener, &InstanceListener::requested);
         QVERIFY(listener.listen(m_name));
         {
-            TestSocket socket(m_name, InstanceMessage::encode(listPath).chopped(1));
+            TestSocket socket(m_name, InstanceMessage::encode(listRequest).chopped(1));
             QTest::qWait(20);
             socket.disconnectFromServer();
         }
         const TestSocket next(m_name, InstanceMessage::encode({}));
         QTRY_COMPARE(requested.count(), 1);
-        QCOMPARE(requested.first().first().toString(), QString());
+        QVERIFY(requested.first().first().value<StartRequest>() == StartRequest());
     }
 
     void tooManyConnectionsAreTurnedAway()

@@ -1,4 +1,6 @@
 #include "DiagnosticRecorder.h"
+#include "InstanceMessage.h"
+#include "InstancePlace.h"
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
 #include "SingleInstance.h"
@@ -27,12 +29,12 @@ struct Start {
 };
 
 /// Starts the program again while this thread's event loop goes on, as another process would.
-Start startElsewhere(const QString &directory, const QString &file, std::chrono::milliseconds patience = 5s)
+Start startElsewhere(const QString &directory, const StartRequest &request, std::chrono::milliseconds patience = 5s)
 {
     Start result;
     const std::unique_ptr<QThread> thread(QThread::create([&] {
         SingleInstance instance(directory, patience);
-        result.outcome = instance.start(file);
+        result.outcome = instance.start(request);
         result.reason = instance.reason();
     }));
     thread->start();
@@ -41,6 +43,44 @@ Start startElsewhere(const QString &directory, const QString &file, std::chrono:
     }
     thread->wait();
     return result;
+}
+
+/// The socket on which the one listens that has the directory.
+QString socketOf(const LibraryDirectory &directory)
+{
+    return InstancePlace::sockets(directory.path()).first();
+}
+
+/// Stands where the first listens, and answers every start with the same bytes.
+class AnsweringServer {
+public:
+    AnsweringServer(const QString &socket, const QByteArray &answer)
+    {
+        if (!InstancePlace::prepare(socket) || !m_server.listen(socket)) {
+            qFatal("no socket");
+        }
+        QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this, answer] {
+            QLocalSocket *connection = m_server.nextPendingConnection();
+            connection->write(answer);
+            connection->flush();
+            QObject::connect(connection, &QLocalSocket::disconnected, connection, &QObject::deleteLater);
+            connection->disconnectFromServer();
+        });
+    }
+
+private:
+    QLocalServer m_server;
+};
+
+/// Has the runtime directory stand at a path of so many bytes.
+void useLongRuntime(const LibraryDirectory &directory, qsizetype length)
+{
+    const QByteArray parent = QFile::encodeName(directory.parentPath()) + '/';
+    const QString path = QFile::decodeName(parent.leftJustified(length, 'x'));
+    if (!QDir().mkpath(path) || !QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+        qFatal("no runtime directory");
+    }
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(path));
 }
 
 } // namespace
@@ -64,29 +104,28 @@ private Q_SLOTS:
         QCOMPARE(directory.files(), QStringList{LibraryFileNames::lockFile()});
     }
 
-    static void secondStartHandsItsFileOver_data()
+    static void secondStartHandsItsRequestOver_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("received");
-        QTest::newRow("no file") << QString() << QString();
-        QTest::newRow("absolute") << QStringLiteral("/lists/a b.prst") << QStringLiteral("/lists/a b.prst");
-        QTest::newRow("relative") << QStringLiteral("list.prst")
-                                  << QDir::current().filePath(QStringLiteral("list.prst"));
+        QTest::addColumn<StartRequest>("request");
+        QTest::newRow("window") << StartRequest();
+        QTest::newRow("new list") << StartRequest{.action = StartRequest::Action::NewList};
+        QTest::newRow("file and activation") << StartRequest{.action = StartRequest::Action::Open,
+            .file = QStringLiteral("/lists/a b.prst"),
+            .activation = {.token = "token", .startupId = "id_TIME1"}};
     }
-    static void secondStartHandsItsFileOver()
+    static void secondStartHandsItsRequestOver()
     {
-        QFETCH(const QString, file);
-        QFETCH(const QString, received);
+        QFETCH(const StartRequest, request);
         const LibraryDirectory directory;
         SingleInstance first(directory.path());
         const QSignalSpy activated(&first, &SingleInstance::activated);
         QCOMPARE(first.start({}), Outcome::First);
         for (int i = 1; i <= 2; ++i) {
-            const Start second = startElsewhere(directory.path(), file);
+            const Start second = startElsewhere(directory.path(), request);
             QCOMPARE(second.outcome, Outcome::HandedOver);
             QCOMPARE(second.reason, QString());
             QTRY_COMPARE(activated.count(), i);
-            QCOMPARE(activated.last().first().toString(), received);
+            QVERIFY(activated.last().first().value<StartRequest>() == request);
         }
     }
 
@@ -133,7 +172,7 @@ private Q_SLOTS:
             QCOMPARE(first.start({}), Outcome::First);
         }
         QCOMPARE(directory.files(), QStringList());
-        QVERIFY(!QFile::exists(SingleInstance::socketName(directory.path())));
+        QVERIFY(!QFile::exists(socketOf(directory)));
         SingleInstance next(directory.path(), 0ms);
         QCOMPARE(next.start({}), Outcome::First);
     }
@@ -149,7 +188,7 @@ private Q_SLOTS:
         int status = 0;
         waitpid(child, &status, 0);
         QCOMPARE(WEXITSTATUS(status), 0);
-        QVERIFY(QFile::exists(SingleInstance::socketName(directory.path())));
+        QVERIFY(QFile::exists(socketOf(directory)));
         QVERIFY(directory.has(LibraryFileNames::lockFile()));
 
         SingleInstance first(directory.path(), 0ms);
@@ -222,15 +261,72 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         LibraryLock lock(directory.path());
         QVERIFY(lock.tryLock());
-        QLocalServer server;
-        QVERIFY(server.listen(SingleInstance::socketName(directory.path())));
-        connect(&server, &QLocalServer::newConnection, &server, [&server] {
-            QLocalSocket *socket = server.nextPendingConnection();
-            socket->write("certainly not");
-            socket->flush();
-            socket->deleteLater();
-        });
+        const AnsweringServer server(socketOf(directory), "certainly not");
         QCOMPARE(startElsewhere(directory.path(), {}, 300ms).outcome, Outcome::Refused);
+    }
+
+    static void firstOfAnotherVersionIsReportedAtOnce()
+    {
+        const LibraryDirectory directory;
+        LibraryLock lock(directory.path());
+        QVERIFY(lock.tryLock());
+        const AnsweringServer server(socketOf(directory), InstanceMessage::notKnown());
+        QElapsedTimer timer;
+        timer.start();
+        const Start second = startElsewhere(directory.path(), {}, 20s);
+        QCOMPARE(second.outcome, Outcome::Refused);
+        QVERIFY(second.reason.contains(QStringLiteral("another version")));
+        QVERIFY(second.reason.contains(directory.path()));
+        QVERIFY(timer.elapsed() < 10'000);
+    }
+
+    /// As between two sandboxes of the application.
+    void runtimeDirectoriesMayShareTheApplicationsAlone()
+    {
+        const LibraryDirectory directory;
+        const QTemporaryDir other;
+        SingleInstance first(directory.path());
+        const QSignalSpy activated(&first, &SingleInstance::activated);
+        QCOMPARE(first.start({}), Outcome::First);
+        QVERIFY(QDir(other.path()).mkdir(QStringLiteral("app")));
+        const QString shared = QStringLiteral("/app/org.example.VelgorLibraryManager");
+        QVERIFY(QFile::link(m_runtime->path() + shared, other.path() + shared));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(other.path()));
+        QCOMPARE(startElsewhere(directory.path(), {}).outcome, Outcome::HandedOver);
+        QTRY_COMPARE(activated.count(), 1);
+    }
+
+    static void directoryThatIsNotTheUsersIsNeitherUsedNorAsked()
+    {
+        if (geteuid() != 0) {
+            QSKIP("only root can give a directory away");
+        }
+        DiagnosticRecorder recorder;
+        const LibraryDirectory directory;
+        const QString socket = socketOf(directory);
+        const AnsweringServer server(socket, InstanceMessage::yes());
+        QCOMPARE(chown(QFile::encodeName(QFileInfo(socket).path()).constData(), 65534, 65534), 0);
+        SingleInstance first(directory.path());
+        const QSignalSpy activated(&first, &SingleInstance::activated);
+        QCOMPARE(first.start({}), Outcome::First);
+        QCOMPARE(recorder.lines().size(), 1);
+        QVERIFY(recorder.lines().first().contains(socket));
+        QCOMPARE(startElsewhere(directory.path(), {}).outcome, Outcome::HandedOver);
+        QTRY_COMPARE(activated.count(), 1);
+    }
+
+    static void longRuntimePathStillLetsStartsMeet()
+    {
+        DiagnosticRecorder recorder;
+        const LibraryDirectory directory;
+        useLongRuntime(directory, 70);
+        SingleInstance first(directory.path());
+        const QSignalSpy activated(&first, &SingleInstance::activated);
+        QCOMPARE(first.start({}), Outcome::First);
+        QCOMPARE(recorder.lines().size(), 1);
+        QVERIFY(recorder.lines().first().contains(QStringLiteral("sandboxes")));
+        QCOMPARE(startElsewhere(directory.path(), {}).outcome, Outcome::HandedOver);
+        QTRY_COMPARE(activated.count(), 1);
     }
 
     static void directoryThatCannotBeLockedIsToldOf()
@@ -249,11 +345,7 @@ private Q_SLOTS:
     {
         const DiagnosticRecorder silence;
         const LibraryDirectory directory;
-        const QByteArray tooLong = QFile::encodeName(directory.parentPath()) + '/' + QByteArray(100, 'x');
-        QVERIFY(QDir().mkpath(QFile::decodeName(tooLong)));
-        QVERIFY(
-            QFile::setPermissions(QFile::decodeName(tooLong), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-        qputenv("XDG_RUNTIME_DIR", tooLong);
+        useLongRuntime(directory, 110);
         SingleInstance first(directory.path());
         QCOMPARE(first.start({}), Outcome::First);
         QCOMPARE(silence.lines().size(), 1);

@@ -60,7 +60,8 @@ private Q_SLOTS:
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 0);
         QCOMPARE(activated.size(), 1);
-        QCOMPARE(activated.first().first().toString(), file.isEmpty() ? QString() : home.filePath(file));
+        const auto request = activated.first().first().value<StartRequest>();
+        QVERIFY(request == StartRequest::toOpen(file.isEmpty() ? QString() : home.filePath(file)));
     }
 };
 
