@@ -1,5 +1,6 @@
 # What every target is compiled with. Warnings are errors where VELGOR_WERROR is on, as the presets set it;
-# a plain configure leaves it off, so that a newer compiler's new warning does not stop a user's build.
+# a plain configure leaves it off, so that a newer compiler's new warning does not stop a user's build, and compiles
+# without ccache, so that a package's build depends on nothing but its packages.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -9,9 +10,12 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 option(VELGOR_WERROR "Treat warnings as errors" OFF)
 set(VELGOR_SANITIZERS "" CACHE STRING "Value for -fsanitize=, for example address,undefined; empty for none")
 
-find_program(CCACHE_PROGRAM ccache)
-if(CCACHE_PROGRAM)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+option(VELGOR_CCACHE "Compile through ccache where it is installed" OFF)
+if(VELGOR_CCACHE)
+    find_program(CCACHE_PROGRAM ccache)
+    if(CCACHE_PROGRAM)
+        set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    endif()
 endif()
 
 add_library(velgor_compiler INTERFACE)
