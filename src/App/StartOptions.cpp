@@ -8,6 +8,11 @@
 
 namespace {
 
+QString newList()
+{
+    return QStringLiteral("new-list");
+}
+
 const QStringList &answeredWithoutWindow()
 {
     static const QStringList options{QStringLiteral("-h"), QStringLiteral("--help"), QStringLiteral("-v"),
@@ -23,6 +28,7 @@ StartOptions::StartOptions()
     m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     m_parser.setApplicationDescription(tr("Patch librarian for the Velgor"));
     m_parser.addPositionalArgument(QStringLiteral("FILE"), tr("A preset file to open."), QStringLiteral("[FILE]"));
+    m_parser.addOption({newList(), tr("Starts a new list, filled with the default patch.")});
     m_parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, tr("Shows this help.")});
     m_parser.addOption(
         {{QStringLiteral("v"), QStringLiteral("V"), QStringLiteral("version")}, tr("Shows the version.")});
@@ -41,7 +47,7 @@ bool StartOptions::needNoWindow(const QStringList &words)
     return isAnswer || (isOnlyFiles && files > 1);
 }
 
-std::optional<QString> StartOptions::fileOf(const QStringList &words)
+std::optional<StartRequest> StartOptions::requestOf(const QStringList &words)
 {
     // The parser passes over the name of the program.
     const bool isUnderstood = m_parser.parse(QStringList(QString()) + words);
@@ -60,7 +66,14 @@ std::optional<QString> StartOptions::fileOf(const QStringList &words)
         refuse(tr("one preset file can be opened at a time, not %1").arg(files.size()));
         return std::nullopt;
     }
-    return files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
+    if (m_parser.isSet(newList())) {
+        if (!files.isEmpty()) {
+            refuse(tr("--new-list opens no file"));
+            return std::nullopt;
+        }
+        return StartRequest{.action = StartRequest::Action::NewList};
+    }
+    return StartRequest::toOpen(files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath());
 }
 
 void StartOptions::refuse(const QString &sentence)

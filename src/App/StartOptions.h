@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StartRequest.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QString>
@@ -18,9 +20,9 @@ public:
     [[nodiscard]] static bool needNoWindow(const QStringList &words);
 
     /// Takes the words that are left when the window system, if there is one, has taken its options. Shows help or
-    /// version, and ends the program then. Gives the absolute path of the file to open, which may be empty; nothing,
-    /// after a sentence on standard error, for words that are refused.
-    [[nodiscard]] std::optional<QString> fileOf(const QStringList &words);
+    /// version, and ends the program then. Gives what is asked for; nothing, after a sentence on standard error, for
+    /// words that are refused.
+    [[nodiscard]] std::optional<StartRequest> requestOf(const QStringList &words);
 
     /// Says on standard error, in the program's name, why it does not start.
     static void refuse(const QString &sentence);

@@ -9,7 +9,7 @@ struct StartRequest {
     enum class Action {
         Show, ///< the window alone
         Open, ///< the preset file `file`
-        NewList, ///< a list of empty slots
+        NewList, ///< a list of 99 default patches
     };
 
     Action action = Action::Show;

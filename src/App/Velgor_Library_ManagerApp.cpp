@@ -78,8 +78,8 @@ int Velgor_Library_ManagerApp::run(const StartRequest &request)
         Qt::SingleShotConnection);
     m_window->show();
     WindowActivation::activateOnceShown(*m_window, request.activation);
-    if (!request.file.isEmpty()) {
-        m_waitingFile = request.file;
+    if (request.action != StartRequest::Action::Show) {
+        m_waiting = request;
         m_openAgain.start();
     }
     const int status = QCoreApplication::exec();
@@ -99,22 +99,30 @@ void Velgor_Library_ManagerApp::tellOfDirectory()
 void Velgor_Library_ManagerApp::open(const StartRequest &request)
 {
     WindowActivation::raise(*m_window, request.activation, [this] { m_window->raiseToFront(); });
-    if (!request.file.isEmpty()) {
-        m_waitingFile = request.file;
+    if (request.action != StartRequest::Action::Show) {
+        m_waiting = request;
         openWaiting();
     }
 }
 
 void Velgor_Library_ManagerApp::openWaiting()
 {
-    // A file that came later may have been opened in the meantime.
-    if (m_waitingFile.isEmpty()) {
+    const bool isTooEarly = m_waiting.action == StartRequest::Action::NewList && storage.isLoading();
+    if (isTooEarly || QApplication::activeModalWidget() || m_window->alerts().isShowing()) {
+        m_openAgain.start();
         return;
     }
-    if (QApplication::activeModalWidget() || m_window->alerts().isShowing()) {
-        m_openAgain.start();
-    } else {
-        m_window->importFile(std::exchange(m_waitingFile, QString()));
+    // What came later may have been done in the meantime.
+    const StartRequest request = std::exchange(m_waiting, StartRequest());
+    switch (request.action) {
+    case StartRequest::Action::Show:
+        return;
+    case StartRequest::Action::Open:
+        m_window->importFile(request.file);
+        return;
+    case StartRequest::Action::NewList:
+        m_window->startNewList();
+        return;
     }
 }
 

@@ -42,7 +42,8 @@ private:
     /// Why other programs cannot be kept from the directory, unless that was told.
     void tellOfDirectory();
     void open(const StartRequest &request);
-    /// Opens the file that waits, once no dialog and no message is about the list that it would replace.
+    /// Does what waits, once no dialog and no message is about the list that it would replace, and a new list can be
+    /// filled.
     void openWaiting();
     void moveLibrary();
     void terminate();
@@ -62,6 +63,6 @@ private:
     SystemColorScheme m_systemColorScheme;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<ContentView> m_window;
-    QString m_waitingFile;
+    StartRequest m_waiting;
     QTimer m_openAgain;
 };

@@ -7,6 +7,7 @@
 #include "Velgor_Library_ManagerApp.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <csignal>
 #include <tuple>
@@ -20,6 +21,15 @@ void nameProgram()
     QCoreApplication::setOrganizationName(QStringLiteral("velgor"));
     QCoreApplication::setApplicationName(QStringLiteral("Velgor Library Manager"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELGOR_VERSION));
+}
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/application-%1.png").arg(size));
+    }
+    return icon;
 }
 
 } // namespace
@@ -39,21 +49,21 @@ int main(int argc, char *argv[])
     }
     if (StartOptions::needNoWindow(*words)) {
         const QCoreApplication application(argc, argv);
-        std::ignore = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
+        std::ignore = StartOptions().requestOf(ProgramArguments::remaining(argc, argv));
         return wrongUsage;
     }
     const Activation activation = Activation::takeFromEnvironment();
     const QApplication application(argc, argv);
     Activation::removeStartupIdFromEnvironment();
     QGuiApplication::setDesktopFileName(ApplicationId::text());
+    QGuiApplication::setWindowIcon(programIcon());
 
-    const std::optional<QString> file = StartOptions().fileOf(ProgramArguments::remaining(argc, argv));
-    if (!file) {
+    std::optional<StartRequest> request = StartOptions().requestOf(ProgramArguments::remaining(argc, argv));
+    if (!request) {
         return wrongUsage;
     }
     QApplication::setStyle(new VelgorStyle);
     Velgor_Library_ManagerApp app;
-    StartRequest request = StartRequest::toOpen(*file);
-    request.activation = activation;
-    return app.run(request);
+    request->activation = activation;
+    return app.run(*request);
 }

@@ -49,6 +49,10 @@ QString text()
     for (const auto &[status, meaning] : HelpText::exitStatuses()) {
         page += entry(status, meaning);
     }
+    page += QStringLiteral(".SH FILES\n");
+    page += entry(QStringLiteral("$XDG_CONFIG_HOME/velgor/velgor-library-manager.conf"),
+        QStringLiteral("The preferences, which name the directory of a library that was moved."));
+    page += QStringLiteral(".SH SEE ALSO\n.BR velgor\\-library\\-manager (1)\n");
     return page;
 }
 

@@ -253,6 +253,15 @@ Alert AlertTexts::replaceUnexported(const QString &path)
         .isDestructive = true};
 }
 
+Alert AlertTexts::replaceByNewList()
+{
+    return {.title = Texts::tr("The list has changes that were not exported"),
+        .text = Texts::tr("They are lost when a new list takes its place."),
+        .acceptLabel = Texts::tr("&New List"),
+        .safeLabel = Texts::tr("&Cancel"),
+        .isDestructive = true};
+}
+
 Alert AlertTexts::severalFiles(const QStringList &paths, bool isListModified)
 {
     QStringList left;

@@ -3,6 +3,7 @@
 #include "AlertTexts.h"
 #include "Alerts.h"
 #include "Commands.h"
+#include "ContentEditor.h"
 #include "ContentFiles.h"
 #include "ContentListView.h"
 #include "EditingKeys.h"
@@ -145,6 +146,19 @@ void ContentView::finishLoading()
 void ContentView::importFile(const QString &path)
 {
     m_drops->importFile(path);
+}
+
+void ContentView::startNewList()
+{
+    if (!m_desk.contentFiles.isModified()) {
+        m_desk.contentEditor.reset();
+        return;
+    }
+    m_alerts->show(AlertTexts::replaceByNewList(), [this](bool isAccepted) {
+        if (isAccepted) {
+            m_desk.contentEditor.reset();
+        }
+    });
 }
 
 void ContentView::raiseToFront()

@@ -28,6 +28,9 @@ public:
     /// Fills the list from a preset file that came without being asked for; asks first if that loses changes that were
     /// not exported.
     void importFile(const QString &path);
+    /// Starts a new list of default patches, which was not asked for in the window; asks first if that loses changes
+    /// that were not exported. To be called once the library is loaded.
+    void startNewList();
     /// Brings the window in front of the others.
     void raiseToFront();
     /// Closes without asking about anything that was not exported or saved.

@@ -51,5 +51,9 @@ for words, variables in (
     # The window system may have said something before.
     check(done.stderr.endswith(expected), f"{words} said {done.stderr!r}")
 
+both = run("--new-list", "a.prst", **offscreen)
+check(both.returncode == 2, f"a new list and a file ended with {both.returncode}")
+check(both.stderr.endswith("velgor-library-manager: --new-list opens no file\n"), f"and said {both.stderr!r}")
+
 unknown = run("--nonsense", **offscreen)
 check(unknown.returncode == 2 and "nonsense" in unknown.stderr, f"an unknown option ended with {unknown.returncode}")

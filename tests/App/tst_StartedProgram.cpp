@@ -9,13 +9,13 @@
 
 using Outcome = SingleInstance::Outcome;
 
-/// The file that the program itself takes from its arguments: seen by what it hands over to the one that has the
+/// What the program itself takes from its arguments: seen by what it hands over to the one that has the
 /// library.
 class TestStartedProgram : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    static void fileIsOpenedUnderItsVeryName_data()
+    static void whatIsAskedForIsHandedOver_data()
     {
         QTest::addColumn<QStringList>("words");
         QTest::addColumn<QString>("file");
@@ -33,8 +33,9 @@ private Q_SLOTS:
             << mark + name;
         QTest::newRow("none but options of the window system")
             << QStringList{QStringLiteral("-style"), QStringLiteral("fusion")} << QString();
+        QTest::newRow("a new list") << QStringList{QStringLiteral("--new-list")} << QString();
     }
-    static void fileIsOpenedUnderItsVeryName()
+    static void whatIsAskedForIsHandedOver()
     {
         QFETCH(const QStringList, words);
         QFETCH(const QString, file);
@@ -61,7 +62,10 @@ private Q_SLOTS:
         QCOMPARE(program.exitCode(), 0);
         QCOMPARE(activated.size(), 1);
         const auto request = activated.first().first().value<StartRequest>();
-        QVERIFY(request == StartRequest::toOpen(file.isEmpty() ? QString() : home.filePath(file)));
+        const StartRequest expected = words.contains(QStringLiteral("--new-list"))
+            ? StartRequest{.action = StartRequest::Action::NewList}
+            : StartRequest::toOpen(file.isEmpty() ? QString() : home.filePath(file));
+        QVERIFY(request == expected);
     }
 };
 

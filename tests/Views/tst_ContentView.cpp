@@ -321,6 +321,31 @@ private Q_SLOTS:
         QCOMPARE(window->message(), QStringLiteral("Could not import file"));
     }
 
+    void aNewListFromOutsideAsksAboutChanges()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        WindowFixture::click(window->libraryList(), 0);
+        QVERIFY(window->press(QStringLiteral("Default")));
+        changeList(*window);
+        window->window->startNewList();
+        QCOMPARE(window->message(), unexported);
+        QVERIFY(window->answer(QStringLiteral("Cancel")));
+        QCOMPARE(window->slotNames(), QStringLiteral("Lead B"));
+        window->window->startNewList();
+        QVERIFY(window->answer(QStringLiteral("New List")));
+        QCOMPARE(window->content.velgorContentPatchList().size(), VelgorContent::newListSize);
+    }
+
+    void aNewListFromOutsideReplacesAnUnchangedOne()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
+        WindowFixture::click(window->libraryList(), 0);
+        QVERIFY(window->press(QStringLiteral("Default")));
+        window->window->startNewList();
+        QCOMPARE(window->message(), QString());
+        QCOMPARE(window->content.velgorContentPatchList().size(), VelgorContent::newListSize);
+    }
+
     void theLibraryFolderIsShown()
     {
         const auto window = WindowFixture::shown({});
