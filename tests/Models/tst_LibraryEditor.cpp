@@ -1,74 +1,13 @@
 #include "DiagnosticRecorder.h"
-#include "FakeLibraryStorage.h"
-#include "LibraryEditor.h"
+#include "EditorDesk.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
-#include "VelgorContent.h"
 
-#include <QCoreApplication>
 #include <QTest>
 
+using namespace EditorDesk;
 using TestPatches::imported;
 using TestPatches::isIdentical;
-using TestPatches::names;
-
-namespace {
-
-const QString abc = QStringLiteral("A B C");
-
-/// Nothing but a library, a list and the editor between them.
-struct Desk {
-    VelgorLibrary library;
-    VelgorContent content;
-    FakeLibraryStorage storage;
-    LibraryEditor editor{library, content, storage};
-
-    /// A library of these patches, one sound each, and a list of others.
-    explicit Desk(const QString &libraryNames = {}, const QString &slotNames = {})
-    {
-        for (const QString &name : libraryNames.split(u' ', Qt::SkipEmptyParts)) {
-            library.append(patch(name), false, false);
-        }
-        QList<SPatch> records;
-        for (const QString &name : slotNames.split(u' ', Qt::SkipEmptyParts)) {
-            records.append(*patch(name).patchData);
-        }
-        if (!records.isEmpty()) {
-            content.populate(TestRecords::file(records));
-        }
-    }
-
-    static VelgorPatch patch(const QString &name) { return imported(name, name.at(0).unicode()); }
-    [[nodiscard]] quint64 idOf(qsizetype row) const { return library.patches().at(row).id(); }
-    [[nodiscard]] QString shown() const { return names(library.patches()).join(u' '); }
-    [[nodiscard]] TransferablePatch slot(qsizetype row) const
-    {
-        return TransferablePatch::ofSlot(content.velgorContentPatchList().at(row));
-    }
-    [[nodiscard]] TransferablePatch row(qsizetype row) const
-    {
-        return TransferablePatch::ofLibraryPatch(library.patches().at(row));
-    }
-    void tick(const QList<qsizetype> &rows)
-    {
-        library.setIsMultiSel(true);
-        MultiSelections ticks;
-        for (const qsizetype row : rows) {
-            ticks.multiSelections.insert(idOf(row), true);
-        }
-        library.setMultiSelections(ticks);
-    }
-    void select(const QList<qsizetype> &slotRows)
-    {
-        QSet<QUuid> ids;
-        for (const qsizetype row : slotRows) {
-            ids.insert(content.velgorContentPatchList().at(row).id);
-        }
-        content.setSelections(ids);
-    }
-};
-
-} // namespace
 
 class TestLibraryEditor : public QObject {
     Q_OBJECT
@@ -248,64 +187,6 @@ private Q_SLOTS:
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(1)));
     }
 
-    void deletingTakesTheSelectedPatchWithoutTicking()
-    {
-        Desk desk(abc);
-        desk.library.setSelection(desk.idOf(1));
-        const quint64 id = desk.idOf(1);
-        desk.editor.setDefaultPatch(id);
-        QVERIFY(desk.editor.isDefaultPatch(id));
-        desk.storage.calls.clear();
-        desk.editor.deleteSelected();
-        QCOMPARE(desk.storage.calls,
-            (QStringList{
-                QStringLiteral("remove %1").arg(id), QStringLiteral("save A,C"), QStringLiteral("delayedSave A,C")}));
-        QCOMPARE(desk.library.selection(), std::optional<quint64>());
-        QVERIFY(!desk.editor.isDefaultPatch(id));
-        QVERIFY(!desk.library.multiSelections().isTicked(id));
-    }
-
-    void deletingTakesTheTickedPatchesAndNotTheSelectedOne()
-    {
-        Desk desk(QStringLiteral("A B C D"));
-        desk.tick({0, 2});
-        desk.library.setSelection(desk.idOf(1));
-        desk.editor.deleteSelected();
-        QCOMPARE(desk.shown(), QStringLiteral("B D"));
-        QCOMPARE(desk.library.selection(), std::optional<quint64>());
-        QVERIFY(desk.library.isMultiSel());
-        QCOMPARE(desk.library.multiSelections().count(true), 0);
-        QCOMPARE(desk.storage.calls.last(), QStringLiteral("delayedSave B,D"));
-    }
-
-    void deletingWithoutASelectionOnlyAsksForASave()
-    {
-        Desk desk(abc);
-        desk.library.setSelection(12);
-        desk.editor.deleteSelected();
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
-        QCOMPARE(desk.library.selection(), std::optional<quint64>());
-    }
-
-    void deletingTheLastPatchesEndsTicking()
-    {
-        Desk desk(abc);
-        desk.tick({0, 1, 2});
-        desk.editor.deleteSelected();
-        QCOMPARE(desk.library.count(), 0);
-        QCOMPARE(desk.shown(), QStringLiteral("Empty library"));
-        QVERIFY(!desk.library.isMultiSel());
-    }
-
-    void deletingAnUnknownIdDoesNothing()
-    {
-        Desk desk(abc);
-        desk.editor.deleteFromId(12);
-        QCOMPARE(desk.storage.calls, QStringList());
-        desk.editor.deleteFromId(desk.idOf(0));
-        QCOMPARE(desk.shown(), QStringLiteral("B C"));
-    }
-
     void anEditReachesTheSlotsThatHoldThePatch()
     {
         Desk desk(abc, QStringLiteral("B X B"));
@@ -397,57 +278,6 @@ private Q_SLOTS:
         QCOMPARE(desk.storage.calls, QStringList());
     }
 
-    void bothEndsOfTickingClearTheTicks()
-    {
-        Desk desk(abc);
-        desk.tick({0});
-        desk.editor.flipMultiSelection();
-        QVERIFY(!desk.library.isMultiSel());
-        QVERIFY(desk.library.multiSelections() == MultiSelections());
-        desk.tick({0});
-        desk.library.setIsMultiSel(false);
-        desk.editor.flipMultiSelection();
-        QVERIFY(desk.library.isMultiSel());
-        QVERIFY(desk.library.multiSelections() == MultiSelections());
-    }
-
-    void theFirstPressTicks()
-    {
-        Desk desk(abc);
-        const quint64 id = desk.idOf(1);
-        desk.editor.flipTick(id);
-        QVERIFY(desk.library.multiSelections().isTicked(id));
-        QCOMPARE(desk.library.multiSelections().count(true), 1);
-        desk.editor.flipTick(id);
-        QVERIFY(!desk.library.multiSelections().isTicked(id));
-        desk.editor.flipTick(id);
-        QVERIFY(desk.library.multiSelections().isTicked(id));
-    }
-
-    void tickingAllTurnsTickingOn()
-    {
-        Desk desk(abc);
-        desk.editor.tickAll();
-        QVERIFY(desk.library.isMultiSel());
-        QCOMPARE(desk.library.getMultiSelection().size(), 3);
-        Desk empty;
-        empty.editor.tickAll();
-        QVERIFY(!empty.library.isMultiSel());
-        QCOMPARE(empty.library.multiSelections().count(true), 0);
-    }
-
-    void tickingSimilarPatchesTurnsTickingOn()
-    {
-        Desk desk(abc);
-        desk.editor.tickSimilar();
-        QVERIFY(!desk.library.isMultiSel());
-        desk.library.append(imported(QStringLiteral("Like B"), u'B'), false, false);
-        desk.library.setSelection(desk.idOf(1));
-        desk.editor.tickSimilar();
-        QVERIFY(desk.library.isMultiSel());
-        QCOMPARE(names(desk.library.getMultiSelection()).join(u','), QStringLiteral("B,Like B"));
-    }
-
     void duplicatingCopiesTheSelectedPatchToTheEnd()
     {
         Desk desk(abc);
@@ -459,34 +289,6 @@ private Q_SLOTS:
         QCOMPARE(desk.shown(), QStringLiteral("A B C A-1 A-2"));
         QCOMPARE(desk.storage.calls.size(), 2);
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(0)));
-    }
-
-    void aFlagOfTheSelectedPatchIsFlippedEverywhere()
-    {
-        Desk desk(abc, QStringLiteral("X B"));
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
-        QCOMPARE(desk.storage.calls, QStringList());
-        desk.library.setSelection(desk.idOf(1));
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
-        QVERIFY(desk.library.patches().at(1).solo);
-        QVERIFY(desk.content.velgorContentPatchList().at(1).patch.solo);
-        QVERIFY(!desk.library.patches().at(0).solo && !desk.content.velgorContentPatchList().at(0).patch.solo);
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
-        QVERIFY(!desk.library.patches().at(1).solo);
-        QCOMPARE(desk.storage.calls.size(), 2);
-    }
-
-    void thePlaceholderIsNeverTheSelectedPatch()
-    {
-        Desk desk;
-        desk.library.setSelection(desk.idOf(0));
-        QVERIFY(!desk.editor.selectedPatch());
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
-        QVERIFY(!desk.library.patches().first().solo);
-        desk.editor.duplicateSelected();
-        QCOMPARE(desk.library.count(), 0);
-        desk.library.setSelection(12);
-        QVERIFY(!desk.editor.selectedPatch());
     }
 };
 
