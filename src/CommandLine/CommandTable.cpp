@@ -129,7 +129,8 @@ QList<Command> CommandTable::libraryCommands()
             &CommandHandlers::libraryCompose},
         {text("library doctor"), {}, 0, 0,
             {json, {text("repair"), {}, tr("adds what can be rescued, and clears what interruptions left"), {}},
-                {text("preview"), text("LIBRARYFILE"), tr("tells what restoring this former library file would change"), {}},
+                {text("preview"), text("LIBRARYFILE"), tr("tells what restoring this former library file would change"),
+                    {}},
                 {text("restore"), text("LIBRARYFILE"),
                     tr("goes back to this former library file; the present one is kept, so that this can be taken "
                        "back"),

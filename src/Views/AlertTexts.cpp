@@ -247,17 +247,9 @@ Alert AlertTexts::confirmExport(const Desk &desk)
 Alert AlertTexts::replaceUnexported(const QString &path)
 {
     return {.title = Texts::tr("The list has changes that were not exported"),
-        .text = Texts::tr("They are lost when %1 takes its place.").arg(fileNameOf(path)),
-        .acceptLabel = Texts::tr("&Import"),
-        .safeLabel = Texts::tr("&Cancel"),
-        .isDestructive = true};
-}
-
-Alert AlertTexts::replaceByNewList()
-{
-    return {.title = Texts::tr("The list has changes that were not exported"),
-        .text = Texts::tr("They are lost when a new list takes its place."),
-        .acceptLabel = Texts::tr("&New List"),
+        .text = path.isEmpty() ? Texts::tr("They are lost when a new list takes its place.")
+                               : Texts::tr("They are lost when %1 takes its place.").arg(fileNameOf(path)),
+        .acceptLabel = path.isEmpty() ? Texts::tr("&New List") : Texts::tr("&Import"),
         .safeLabel = Texts::tr("&Cancel"),
         .isDestructive = true};
 }

@@ -20,10 +20,8 @@ namespace AlertTexts {
 [[nodiscard]] Alert writeError(const Desk &desk);
 [[nodiscard]] Alert deleteConfirm(const Desk &desk);
 [[nodiscard]] Alert confirmExport(const Desk &desk);
-/// A file was dropped or handed over while the list was not exported.
+/// A file was dropped or handed over while the list was not exported, or, with no path, a new list was asked for.
 [[nodiscard]] Alert replaceUnexported(const QString &path);
-/// Another start of the program asked for a new list while the list was not exported.
-[[nodiscard]] Alert replaceByNewList();
 /// Several files were dropped on the list; only the first can take its place.
 [[nodiscard]] Alert severalFiles(const QStringList &paths, bool isListModified);
 /// Files were dropped on the library that hold no patches; `count` files were dropped in all.

@@ -154,7 +154,7 @@ void ContentView::startNewList()
         m_desk.contentEditor.reset();
         return;
     }
-    m_alerts->show(AlertTexts::replaceByNewList(), [this](bool isAccepted) {
+    m_alerts->show(AlertTexts::replaceUnexported({}), [this](bool isAccepted) {
         if (isAccepted) {
             m_desk.contentEditor.reset();
         }

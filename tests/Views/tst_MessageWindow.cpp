@@ -32,7 +32,7 @@ QList<Alert> everyMessage()
     QList<Alert> alerts{AlertTexts::openError(desk.desk), AlertTexts::saveError(desk.desk),
         AlertTexts::selectDefault(desk.desk), AlertTexts::mixVersions(desk.desk), AlertTexts::readError(desk.desk),
         AlertTexts::writeError(desk.desk), AlertTexts::deleteConfirm(desk.desk), AlertTexts::confirmExport(desk.desk),
-        AlertTexts::replaceUnexported(longPath), AlertTexts::replaceByNewList(),
+        AlertTexts::replaceUnexported(longPath), AlertTexts::replaceUnexported({}),
         AlertTexts::severalFiles({longPath, longPath, longPath, longPath}, true), AlertTexts::filesNotKept(problems, 9),
         AlertTexts::closeUnexported(desk.desk), AlertTexts::closeUnsaved(desk.desk),
         AlertTexts::directoryInUse(problems.first()), AlertTexts::cannotShowDirectory(longPath),
