@@ -10,6 +10,7 @@
 #include "VelgorLibrary.h"
 
 #include <QMessageBox>
+#include <QShortcut>
 #include <QTimer>
 
 struct Alerts::Entry {
@@ -113,6 +114,7 @@ void Alerts::open(const Alert &alert, const Answered &answered)
         answered(isAccepted);
         QTimer::singleShot(0, this, &Alerts::showNext);
     });
+    connect(new QShortcut(Qt::Key_F1, m_box), &QShortcut::activated, this, &Alerts::helpWanted);
 }
 
 void Alerts::raise()

@@ -39,6 +39,8 @@ public:
 Q_SIGNALS:
     /// The user answered a message by asking for a check of the library.
     void libraryCheckWanted();
+    /// The user asked for help about the message that is shown.
+    void helpWanted();
 
 private:
     using Answered = std::function<void(bool isAccepted)>;

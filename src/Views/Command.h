@@ -52,6 +52,7 @@ enum class CommandId {
     Delete,
     Donate,
     OnlineHelp,
+    ColumnHelp,
 };
 
 /// Where a command's shortcut counts.

@@ -33,6 +33,7 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QTimer>
 
 namespace {
@@ -83,6 +84,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     m_status->follow(*m_columns->content()->list());
     m_status->follow(*m_columns->library()->list());
     connect(m_alerts, &Alerts::libraryCheckWanted, this, &ContentView::checkLibrary);
+    connect(m_alerts, &Alerts::helpWanted, this, [this] { openPage(m_guide.address(UserGuide::Page::Trouble)); });
     followLoading();
     restoreGeometryAndWidths();
     m_columns->content()->list()->setFocus();
@@ -266,6 +268,8 @@ void ContentView::checkLibrary()
         }
         refreshStatus();
     });
+    connect(new QShortcut(Qt::Key_F1, m_check), &QShortcut::activated, this,
+        [this] { openPage(m_guide.address(UserGuide::Page::LibraryCheck)); });
     m_check->open();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Desk.h"
+#include "UserGuide.h"
 #include "WindowTasks.h"
 
 #include <QMainWindow>
@@ -35,6 +36,8 @@ public:
     void raiseToFront();
     /// Closes without asking about anything that was not exported or saved.
     void closeUnasked();
+    /// The one to open when help is asked for, in the place of the installed one.
+    void setUserGuide(const UserGuide &guide) { m_guide = guide; }
     [[nodiscard]] Alerts &alerts() const { return *m_alerts; }
     [[nodiscard]] StatusLine &statusLine() const { return *m_status; }
     [[nodiscard]] LibraryContentMainView &columns() const { return *m_columns; }
@@ -65,6 +68,8 @@ private:
     void focusFilter() override;
     void focusName() override;
     void openPage(const QUrl &page) override;
+    void showGuide() override;
+    void showColumnHelp() override;
     void goToColumn(int step) override;
     void closeWindow() override;
 
@@ -80,6 +85,7 @@ private:
 
     Desk &m_desk;
     SystemColorScheme &m_systemColorScheme;
+    UserGuide m_guide;
     WindowState &m_state;
     LibraryContentMainView *m_columns = nullptr; ///< asked for by the commands, which come first
     Commands *m_commands;

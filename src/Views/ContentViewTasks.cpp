@@ -57,6 +57,16 @@ void ContentView::focusName()
     m_columns->details()->focusName();
 }
 
+void ContentView::showGuide()
+{
+    openPage(m_guide.address(UserGuide::Page::Contents));
+}
+
+void ContentView::showColumnHelp()
+{
+    openPage(m_guide.address(m_columns->guidePage()));
+}
+
 void ContentView::goToColumn(int step)
 {
     m_columns->goToColumn(step);

@@ -20,6 +20,10 @@ QList<Command> helpCommands()
             .run = [](Desk &, WindowTasks &window) { window.openPage(WebPages::donation()); }},
         {.id = CommandId::OnlineHelp,
             .label = [](const Desk &) { return Texts::tr("&Online help"); },
-            .run = [](Desk &, WindowTasks &window) { window.openPage(WebPages::project()); }},
+            .run = [](Desk &, WindowTasks &window) { window.showGuide(); }},
+        {.id = CommandId::ColumnHelp,
+            .shortcuts = {QKeySequence(Qt::Key_F1)},
+            .label = [](const Desk &) { return Texts::tr("&Help for This Column"); },
+            .run = [](Desk &, WindowTasks &window) { window.showColumnHelp(); }},
     };
 }

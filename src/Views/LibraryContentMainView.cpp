@@ -189,6 +189,18 @@ void LibraryContentMainView::goToColumn(int step)
     }
 }
 
+UserGuide::Page LibraryContentMainView::guidePage() const
+{
+    constexpr std::array<UserGuide::Page, columns> pages{
+        UserGuide::Page::Slots, UserGuide::Page::Library, UserGuide::Page::Details};
+    for (int column = 0; column < columns; ++column) {
+        if (isFocusIn(column)) {
+            return pages.at(static_cast<size_t>(column));
+        }
+    }
+    return UserGuide::Page::Contents;
+}
+
 bool LibraryContentMainView::isFocusIn(int column) const
 {
     const std::array<const QWidget *, columns> all{m_content, m_library, m_details};

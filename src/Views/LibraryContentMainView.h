@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UserGuide.h"
+
 #include <QList>
 #include <QSplitter>
 
@@ -35,6 +37,8 @@ public:
     /// Gives the focus to the column behind the one that has it, or to the one before (-1), around the ends. A column
     /// without anything that takes keys is left out.
     void goToColumn(int step);
+    /// What the user guide says about the column that has the focus.
+    [[nodiscard]] UserGuide::Page guidePage() const;
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 

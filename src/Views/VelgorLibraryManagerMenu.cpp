@@ -112,5 +112,5 @@ void VelgorLibraryManagerMenu::addLibraryMenu(QMenuBar &bar)
 
 void VelgorLibraryManagerMenu::addHelpMenu(QMenuBar &bar)
 {
-    add(*bar.addMenu(tr("&Help")), {CommandId::Donate, CommandId::OnlineHelp});
+    add(*bar.addMenu(tr("&Help")), {CommandId::Donate, CommandId::OnlineHelp, CommandId::ColumnHelp});
 }

@@ -16,4 +16,10 @@ namespace WebPages {
     return QUrl(QStringLiteral("https://velgorlibrary.example/help"));
 }
 
+/// The user guide in its newest form, ending in a slash; empty as long as the project has no page.
+[[nodiscard]] inline QUrl guide()
+{
+    return {};
+}
+
 } // namespace WebPages

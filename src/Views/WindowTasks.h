@@ -29,6 +29,10 @@ public:
     virtual void focusName() = 0;
     /// Shows a page of the web, or says why not.
     virtual void openPage(const QUrl &page) = 0;
+    /// Opens the user guide at its beginning.
+    virtual void showGuide() = 0;
+    /// Opens the user guide where it is about the column that has the focus.
+    virtual void showColumnHelp() = 0;
     /// Gives the focus to the next column, or to the one before (-1), as long as there is something in it to work on.
     virtual void goToColumn(int step) = 0;
     virtual void closeWindow() = 0;

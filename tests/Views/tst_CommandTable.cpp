@@ -31,6 +31,8 @@ public:
     void focusFilter() override { asked.append(QStringLiteral("focusFilter")); }
     void focusName() override { asked.append(QStringLiteral("focusName")); }
     void openPage(const QUrl &page) override { asked.append(page.toString()); }
+    void showGuide() override { asked.append(QStringLiteral("showGuide")); }
+    void showColumnHelp() override { asked.append(QStringLiteral("showColumnHelp")); }
     void closeWindow() override { asked.append(QStringLiteral("closeWindow")); }
 };
 
@@ -120,7 +122,7 @@ private Q_SLOTS:
             ids.append(static_cast<int>(command.id));
             QVERIFY(command.label && command.run);
         }
-        QCOMPARE(ids.size(), static_cast<int>(CommandId::OnlineHelp) + 1);
+        QCOMPARE(ids.size(), static_cast<int>(CommandId::ColumnHelp) + 1);
     }
 
     void aCommandIsAsItIsToldOf_data()
@@ -179,6 +181,7 @@ private Q_SLOTS:
         row(CommandId::Delete, "Delete patch", "Ctrl+Del", several);
         row(CommandId::Donate, "Send Mon\u20ACy to $upport Development", "", Always);
         row(CommandId::OnlineHelp, "Online help", "", Always);
+        row(CommandId::ColumnHelp, "Help for This Column", "F1", Always);
     }
 
     void aCommandIsAsItIsToldOf()
@@ -505,8 +508,10 @@ private Q_SLOTS:
         window.desk.storage.setShowDirectory([&opened](const QUrl &url) { opened.open(url); });
         window.action(CommandId::Donate).trigger();
         window.action(CommandId::OnlineHelp).trigger();
+        window.action(CommandId::ColumnHelp).trigger();
         window.action(CommandId::ShowLibraryFolder).trigger();
-        QCOMPARE(window.tasks.asked, (QStringList{WebPages::donation().toString(), WebPages::project().toString()}));
+        QCOMPARE(window.tasks.asked.join(u';'),
+            WebPages::donation().toString() + QStringLiteral(";showGuide;showColumnHelp"));
         QCOMPARE(opened.urls, QList{QUrl::fromLocalFile(window.desk.directory.path())});
     }
 

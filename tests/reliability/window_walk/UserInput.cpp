@@ -21,7 +21,7 @@ namespace {
 
 CommandId anyCommand(QRandomGenerator &random)
 {
-    return static_cast<CommandId>(random.bounded(static_cast<int>(CommandId::OnlineHelp) + 1));
+    return static_cast<CommandId>(random.bounded(static_cast<int>(CommandId::ColumnHelp) + 1));
 }
 
 QString anyText(QRandomGenerator &random)

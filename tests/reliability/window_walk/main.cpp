@@ -135,7 +135,9 @@ int main(int argc, char *argv[])
     QTextStream out(stdout);
     out << "seed " << parser.value(seed) << Qt::endl;
     WebPageOpener opener;
-    QDesktopServices::setUrlHandler(QStringLiteral("https"), &opener, "ignore");
+    for (const char *scheme : {"https", "file"}) {
+        QDesktopServices::setUrlHandler(QLatin1String(scheme), &opener, "ignore");
+    }
     WalkJournal::printOnCrash();
     WindowWalk walk(parser.value(seed).toUInt());
     QString problem = walk.open() ? QString() : QStringLiteral("the window does not open");
