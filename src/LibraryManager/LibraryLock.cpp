@@ -59,10 +59,13 @@ bool LibraryLock::isPlaceTaken() const
 }
 
 // Qt takes over the lock of a dead program too, but guards that with a lock file of its own, which a program that dies
-// there leaves behind. Under the guard of the directory nobody else is about it.
+// there leaves behind. Under the guard of the directory nobody else is about it. And Qt asks whether a process has the
+// holder's number, which in another sandbox nobody may have while the holder lives, or the program itself when it is
+// dead. The removal asks the system, which knows whether the file is held, and fails then.
 void LibraryLock::removeLeftovers()
 {
-    if (isHolderGone()) {
+    const std::optional<Holder> found = holder();
+    if (found && found->isHere) {
         m_file.removeStaleLockFile();
     }
     OwnerlessLock::remove(m_file.fileName());
@@ -84,12 +87,6 @@ std::optional<LibraryLock::Holder> LibraryLock::holder() const
         return std::nullopt;
     }
     return Holder{.process = process, .isHere = host == QSysInfo::machineHostName()};
-}
-
-bool LibraryLock::isHolderGone() const
-{
-    const std::optional<Holder> found = holder();
-    return found && found->isHere && isProcessGone(found->process);
 }
 
 bool LibraryLock::isHeldElsewhere() const

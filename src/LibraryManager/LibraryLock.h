@@ -32,7 +32,6 @@ private:
     [[nodiscard]] std::optional<Holder> holder() const;
     [[nodiscard]] bool isPlaceTaken() const;
     void removeLeftovers();
-    [[nodiscard]] bool isHolderGone() const;
 
     QString m_directory;
     QLockFile m_file;

@@ -66,6 +66,23 @@ private Q_SLOTS:
         QVERIFY(lock.tryLock());
     }
 
+    /// In sandboxes process numbers begin anew, so that the next program often has the number of the last.
+    static void lockOfACrashedHolderWithOurNumberIsTakenOver()
+    {
+        const LibraryDirectory directory;
+        const pid_t child = fork();
+        if (child == 0) {
+            LibraryLock lock(directory.path());
+            _exit(lock.tryLock() ? 0 : 1);
+        }
+        waitpid(child, nullptr, 0);
+        QByteArray text = directory.read(LibraryFileNames::lockFile());
+        text.replace(0, text.indexOf('\n'), QByteArray::number(getpid()));
+        directory.write(LibraryFileNames::lockFile(), text);
+        LibraryLock lock(directory.path());
+        QVERIFY(lock.tryLock());
+    }
+
     static void oldLockOfALivingHolderStands()
     {
         const LibraryDirectory directory;
