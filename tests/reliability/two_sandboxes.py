@@ -73,6 +73,13 @@ class Bench:
         except FileNotFoundError:
             return b""
 
+    def lock_made(self) -> int:
+        """When the lock was made, in nanoseconds."""
+        try:
+            return (self.library.directory / LOCK).stat().st_mtime_ns
+        except FileNotFoundError:
+            return 0
+
     def close(self) -> None:
         for process in self.started:
             process.kill()
@@ -125,12 +132,14 @@ def first_in_a_sandbox(figures: Figures, bench: Bench) -> subprocess.Popen[bytes
 
 def killed_in_a_sandbox(figures: Figures, bench: Bench, first: subprocess.Popen[bytes]) -> None:
     """The next sandbox gives the same process id to the next window."""
-    lock = bench.lock_text()
+    lock, made = bench.lock_text(), bench.lock_made()
     first.kill()
     first.wait()
     if bench.lock_text() != lock:
         figures.fail("lost", "the killed window has left no lock")
     bench.start("two", 40)
+    if not wait_until(lambda: bench.lock_made() not in (0, made)):
+        figures.fail("not taken over", "the next window has no lock")
     hand_over(figures, bench, "three", 40)
     if bench.lock_text() != lock:
         figures.fail("not taken over", f"the process id is not the same: {lock!r}, {bench.lock_text()!r}")
