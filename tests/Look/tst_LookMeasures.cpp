@@ -46,10 +46,10 @@ private Q_SLOTS:
     void windowWithLargerTextStartsLarger()
     {
         const QSize usual(1280, 800);
-        QCOMPARE(windowSize(usual, QFontMetrics(fontOf(7))), usual);
+        QCOMPARE(scaledToText(usual, QFontMetrics(fontOf(7))), usual);
         const QFontMetrics large(fontOf(24));
         QVERIFY(large.height() > 32);
-        QCOMPARE(windowSize(usual, large), QSize(80 * large.height(), 50 * large.height()));
+        QCOMPARE(scaledToText(usual, large), QSize(80 * large.height(), 50 * large.height()));
     }
 
     void badgeOfARowLeavesRoomAroundIt()
