@@ -1,5 +1,7 @@
 #include "Diagnostics.h"
 
+#include "DiagnosticLog.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
@@ -18,6 +20,12 @@ std::mutex &mutex()
 Sink &currentSink()
 {
     static Sink instance;
+    return instance;
+}
+
+DiagnosticLog &keptLog()
+{
+    static DiagnosticLog instance;
     return instance;
 }
 
@@ -40,6 +48,7 @@ void printLine(const QString &line)
 {
     lastLineOfThread() = line;
     const std::scoped_lock lock(mutex());
+    keptLog().add(line);
     if (currentSink()) {
         currentSink()(line);
     } else {
@@ -50,6 +59,12 @@ void printLine(const QString &line)
 QString lastLine()
 {
     return lastLineOfThread();
+}
+
+QStringList keptLines()
+{
+    const std::scoped_lock lock(mutex());
+    return keptLog().lines();
 }
 
 Sink setSink(Sink sink)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -14,6 +15,10 @@ void printLine(const QString &line);
 
 /// The line that this thread printed last, for telling the user why a reader refused.
 [[nodiscard]] QString lastLine();
+
+/// The last lines of this run, from all threads and whatever the sink, the oldest first: as many as DiagnosticLog
+/// keeps. Not to be called by a sink.
+[[nodiscard]] QStringList keptLines();
 
 /// Replaces the sink and returns the previous one. An empty sink means standard output, which is the default.
 /// The sink is called under a lock: it must not print itself.

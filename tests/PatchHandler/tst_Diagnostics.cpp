@@ -56,6 +56,17 @@ private Q_SLOTS:
         QCOMPARE(written, QByteArray("line\nFatal: enough\n"));
     }
 
+    void linesOfARunAreKeptWhateverTheSink()
+    {
+        const DiagnosticRecorder outer;
+        Diagnostics::printLine(QStringLiteral("one"));
+        {
+            const DiagnosticRecorder inner;
+            Diagnostics::printLine(QStringLiteral("two"));
+        }
+        QCOMPARE(Diagnostics::keptLines().last(2), (QStringList{QStringLiteral("one"), QStringLiteral("two")}));
+    }
+
     void linesFromManyThreadsAllArrive()
     {
         DiagnosticRecorder recorder;
@@ -72,6 +83,7 @@ private Q_SLOTS:
         }
         QStringList lines = recorder.take();
         QCOMPARE(lines.size(), 1000);
+        QCOMPARE(Diagnostics::keptLines(), lines.last(200));
         QCOMPARE(lines.removeDuplicates(), 0);
     }
 };
