@@ -11,6 +11,7 @@ class WindowTasks;
 enum class CommandId {
     NewVelgorFile,
     Import,
+    ClearRecentFiles,
     Export,
     NormalTailBit,
     InvertedTailBit,

@@ -17,6 +17,7 @@
 #include "LibraryViewFilterView.h"
 #include "Look.h"
 #include "LookMeasures.h"
+#include "RecentFilesMenu.h"
 #include "ShownName.h"
 #include "StatusLine.h"
 #include "StatusText.h"
@@ -52,7 +53,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     applyColorScheme();
     m_columns = new LibraryContentMainView(*m_commands, this);
     setCentralWidget(m_columns);
-    const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, *menuBar(), this);
+    const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, m_state, *menuBar(), this);
+    m_recentFiles = menu->recentFiles();
     m_commands->follow();
     m_commands->addShortcuts(*this, *m_columns->content()->list(), *m_columns->library()->list());
     m_columns->content()->setContextMenu(menu->contentContextMenu());
@@ -85,6 +87,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     m_status->follow(*m_columns->library()->list());
     connect(m_alerts, &Alerts::libraryCheckWanted, this, &ContentView::checkLibrary);
     connect(m_alerts, &Alerts::helpWanted, this, [this] { openPage(m_guide.address(UserGuide::Page::Trouble)); });
+    followFiles();
     followLoading();
     restoreGeometryAndWidths();
     m_columns->content()->list()->setFocus();
@@ -103,6 +106,22 @@ void ContentView::restoreGeometryAndWidths()
                .expandedTo(minimumSizeHint()));
     restoreGeometry(m_state.geometry());
     m_columns->restoreWidths(m_state.splitterSizes(), width());
+}
+
+void ContentView::followFiles()
+{
+    connect(m_recentFiles, &RecentFilesMenu::fileChosen, this,
+        [this](const QString &file) { m_desk.contentFiles.importFile(file); });
+    for (const auto signal : {&ContentFiles::imported, &ContentFiles::exported}) {
+        connect(&m_desk.contentFiles, signal, this, [this](qsizetype, const QString &file) { remember(file); });
+    }
+}
+
+void ContentView::remember(const QString &file)
+{
+    m_state.addRecentFile(file);
+    m_recentFiles->refresh();
+    m_commands->refresh();
 }
 
 void ContentView::followLoading()
@@ -307,9 +326,6 @@ void ContentView::refreshTitle()
         file.isEmpty() ? (isModified ? tr("New list") : QString()) : isolated(QFileInfo(file).fileName());
     const QString program = QCoreApplication::applicationName();
     setWindowTitle(list.isEmpty() ? program : tr("%1[*] - %2").arg(list, program));
-    if (!file.isEmpty() && file != windowFilePath()) {
-        m_state.addRecentFile(file);
-    }
     setWindowFilePath(file);
     setWindowModified(isModified);
 }

@@ -12,6 +12,7 @@ class Commands;
 class FileDrops;
 class LibraryCheckDialog;
 class LibraryContentMainView;
+class RecentFilesMenu;
 class StatusLine;
 class SystemColorScheme;
 class WindowState;
@@ -58,6 +59,8 @@ protected:
 
 private:
     void confirmExport() override;
+    void clearRecentFiles() override;
+    [[nodiscard]] bool hasRecentFiles() const override;
     void checkLibrary() override;
     void flipTick() override;
     [[nodiscard]] bool canFlipTick() const override;
@@ -75,6 +78,8 @@ private:
 
     void followLoading();
     void finishLoading();
+    void followFiles();
+    void remember(const QString &file);
     void applyColorScheme();
     /// True when there was something to tell; `dismissed` is called once the user has seen it.
     bool noteKeptFiles(const std::function<void()> &dismissed = {});
@@ -91,6 +96,7 @@ private:
     Commands *m_commands;
     Alerts *m_alerts;
     StatusLine *m_status = nullptr;
+    RecentFilesMenu *m_recentFiles = nullptr;
     FileDrops *m_drops = nullptr;
     QPointer<LibraryCheckDialog> m_check;
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported

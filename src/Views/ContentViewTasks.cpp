@@ -5,13 +5,26 @@
 #include "LibraryContentMainView.h"
 #include "LibraryListView.h"
 #include "LibraryViewFilterView.h"
+#include "RecentFilesMenu.h"
 #include "StatusLine.h"
 #include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
+#include "WindowState.h"
 
 void ContentView::confirmExport()
 {
     m_alerts->confirmExport();
+}
+
+void ContentView::clearRecentFiles()
+{
+    m_state.clearRecentFiles();
+    m_recentFiles->refresh();
+}
+
+bool ContentView::hasRecentFiles() const
+{
+    return !m_state.recentFiles().isEmpty();
 }
 
 void ContentView::flipTick()

@@ -1,6 +1,8 @@
 #include "VelgorLibraryManagerMenu.h"
 
 #include "Commands.h"
+#include "FilePresence.h"
+#include "RecentFilesMenu.h"
 
 #include <QActionGroup>
 #include <QKeyEvent>
@@ -13,9 +15,11 @@ constexpr std::nullopt_t divider = std::nullopt;
 
 } // namespace
 
-VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(Commands &commands, QMenuBar &bar, QObject *parent)
+VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(
+    Commands &commands, const WindowState &state, QMenuBar &bar, QObject *parent)
     : QObject(parent)
     , m_commands(commands)
+    , m_recentFiles(new RecentFilesMenu(state, *commands.action(CommandId::ClearRecentFiles), new FilePresence, &bar))
     , m_flagsMenu(new QMenu(tr("&Classify Library Patch"), &bar))
     , m_contentMenu(new QMenu(&bar))
     , m_libraryMenu(new QMenu(&bar))
@@ -68,7 +72,9 @@ void VelgorLibraryManagerMenu::add(QMenu &menu, const QList<std::optional<Comman
 void VelgorLibraryManagerMenu::addFileMenu(QMenuBar &bar)
 {
     QMenu *const menu = bar.addMenu(tr("&File"));
-    add(*menu, {CommandId::NewVelgorFile, CommandId::Import, divider, CommandId::Export});
+    add(*menu, {CommandId::NewVelgorFile, CommandId::Import});
+    menu->addMenu(m_recentFiles);
+    add(*menu, {divider, CommandId::Export});
     QMenu *const tailBit = menu->addMenu(tr("&Tail bit (beta)"));
     add(*tailBit, {CommandId::NormalTailBit, CommandId::InvertedTailBit});
     auto *const choices = new QActionGroup(tailBit);

@@ -9,16 +9,20 @@
 class Commands;
 class QMenu;
 class QMenuBar;
+class RecentFilesMenu;
+class WindowState;
 
 /// The menus of the window, and the context menus of its lists, made of the commands.
 class VelgorLibraryManagerMenu : public QObject {
     Q_OBJECT
 
 public:
-    VelgorLibraryManagerMenu(Commands &commands, QMenuBar &bar, QObject *parent = nullptr);
+    /// All must outlive the menus.
+    VelgorLibraryManagerMenu(Commands &commands, const WindowState &state, QMenuBar &bar, QObject *parent = nullptr);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+    [[nodiscard]] RecentFilesMenu *recentFiles() const { return m_recentFiles; }
     [[nodiscard]] QMenu *contentContextMenu() const { return m_contentMenu; }
     [[nodiscard]] QMenu *libraryContextMenu() const { return m_libraryMenu; }
 
@@ -32,6 +36,7 @@ private:
     void add(QMenu &menu, const QList<std::optional<CommandId>> &ids);
 
     Commands &m_commands;
+    RecentFilesMenu *m_recentFiles;
     QMenu *m_flagsMenu;
     QMenu *m_contentMenu;
     QMenu *m_libraryMenu;

@@ -102,3 +102,8 @@ void WindowState::addRecentFile(const QString &file)
     files.removeDuplicates();
     m_store->setValue(recentKey, files.first(std::min(files.size(), mostRecentFiles)));
 }
+
+void WindowState::clearRecentFiles()
+{
+    m_store->remove(recentKey);
+}

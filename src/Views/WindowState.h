@@ -38,6 +38,7 @@ public:
     /// Absolute paths, the latest first, each once. The files may be gone.
     [[nodiscard]] QStringList recentFiles() const;
     void addRecentFile(const QString &file);
+    void clearRecentFiles();
 
 private:
     [[nodiscard]] QString directory(QLatin1StringView key) const;

@@ -13,6 +13,9 @@ public:
 
     /// Asks the user to accept the disclaimer; the export follows.
     virtual void confirmExport() = 0;
+    /// Forgets which files were imported and exported.
+    virtual void clearRecentFiles() = 0;
+    [[nodiscard]] virtual bool hasRecentFiles() const = 0;
     /// Compares the library with its directory and shows what is not as it should be.
     virtual void checkLibrary() = 0;
     /// Ticks or unticks the current library row.

@@ -18,8 +18,11 @@ public:
     bool canMove = false;
     bool canTick = true;
     bool showsPatches = true;
+    bool hasFiles = false;
 
     void confirmExport() override { asked.append(QStringLiteral("confirmExport")); }
+    void clearRecentFiles() override { asked.append(QStringLiteral("clearRecentFiles")); }
+    [[nodiscard]] bool hasRecentFiles() const override { return hasFiles; }
     void checkLibrary() override { asked.append(QStringLiteral("checkLibrary")); }
     void flipTick() override { asked.append(QStringLiteral("flipTick")); }
     [[nodiscard]] bool canFlipTick() const override { return canTick; }
@@ -140,6 +143,7 @@ private Q_SLOTS:
         constexpr int list = One | TwoSelected;
         row(CommandId::NewVelgorFile, "New Velgor file", "", Always);
         row(CommandId::Import, "Import...", "Ctrl+O", Always);
+        row(CommandId::ClearRecentFiles, "Clear List", "", Never);
         row(CommandId::Export, "Export...", "Ctrl+S", list);
         row(CommandId::NormalTailBit, "Normal tail bit", "", Always);
         row(CommandId::InvertedTailBit, "Inverted tail bit", "", Always);
@@ -491,14 +495,16 @@ private Q_SLOTS:
     void whatTheWindowDoesIsAskedOfIt()
     {
         Window window(QStringLiteral("A B"));
-        window.tasks.canMove = true;
+        window.tasks.canMove = window.tasks.hasFiles = true;
         window.commands.refresh();
         for (const CommandId id : {CommandId::Quit, CommandId::Tick, CommandId::FocusFilter, CommandId::MovePatchUp,
-                 CommandId::MovePatchDown, CommandId::CheckLibrary, CommandId::NextColumn, CommandId::PreviousColumn}) {
+                 CommandId::MovePatchDown, CommandId::ClearRecentFiles, CommandId::CheckLibrary, CommandId::NextColumn,
+                 CommandId::PreviousColumn}) {
             window.action(id).trigger();
         }
         QCOMPARE(window.tasks.asked.join(u';'),
-            QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1;checkLibrary;column 1;column -1"));
+            QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1;clearRecentFiles;checkLibrary;column "
+                           "1;column -1"));
     }
 
     void pagesAndTheFolderAreOpenedOutside()
