@@ -26,6 +26,7 @@
 #include "VelgorLibrary.h"
 #include "VelgorLibraryManagerMenu.h"
 #include "VelgorLibraryView.h"
+#include "WindowPlacement.h"
 #include "WindowState.h"
 
 #include <QCloseEvent>
@@ -36,6 +37,8 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QTimer>
+
+#include <utility>
 
 namespace {
 
@@ -104,8 +107,8 @@ void ContentView::restoreGeometryAndWidths()
     resize(LookMeasures::scaledToText(startSize, fontMetrics())
                .boundedTo(screen()->availableSize() - frame)
                .expandedTo(minimumSizeHint()));
-    restoreGeometry(m_state.geometry());
-    m_columns->restoreWidths(m_state.splitterSizes(), width());
+    WindowPlacement::restore(*this, m_state.geometry());
+    m_columns->restoreWidths(m_state.splitterSizes(), isMaximized() ? screen()->availableSize().width() : width());
 }
 
 void ContentView::followFiles()
@@ -201,6 +204,9 @@ void ContentView::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     // Some window managers let a click activate the window behind its message, where no key would reach anything.
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        if (!std::exchange(m_isPlaced, true)) {
+            WindowPlacement::keepOnScreen(*this);
+        }
         if (m_check) {
             m_check->activateWindow();
         }

@@ -102,5 +102,6 @@ private:
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
     bool m_isExportWaived = false;
     bool m_isTitleDue = false;
+    bool m_isPlaced = false; ///< with the frame that the window manager has given it
     QStringList m_notedKeptFiles;
 };

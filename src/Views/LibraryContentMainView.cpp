@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <optional>
 
 namespace {
@@ -82,11 +83,17 @@ QString LibraryContentMainView::showInLibrary()
 
 void LibraryContentMainView::restoreWidths(const QList<int> &widths, int windowWidth)
 {
-    if (widths.size() == columns) {
-        setColumnWidths(widths);
-    } else {
+    if (widths.size() != columns) {
         setStartWidths(windowWidth);
+        return;
     }
+    const qint64 former = std::accumulate(widths.begin(), widths.end(), qint64(columns - 1) * handleWidth());
+    QList<int> fitting;
+    for (const int width : widths) {
+        // Each gives up its share of what a smaller screen lacks.
+        fitting.append(former <= windowWidth ? width : static_cast<int>(qint64(width) * windowWidth / former));
+    }
+    setColumnWidths(fitting);
 }
 
 void LibraryContentMainView::setStartWidths(int windowWidth)

@@ -29,7 +29,8 @@ public:
     [[nodiscard]] QString showInLibrary();
     /// The widths that the columns start with in a window of this width.
     void setStartWidths(int windowWidth);
-    /// Widths of a former run, or those that the columns start with when there are none.
+    /// Widths of a former run, smaller in proportion if the window was wider, or those that the columns start with when
+    /// there are none.
     void restoreWidths(const QList<int> &widths, int windowWidth);
     /// The widths of the three columns, as they are or were when there was room for them.
     [[nodiscard]] QList<int> columnWidths() const;

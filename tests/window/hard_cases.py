@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """What must not harm the list, the library or the window: hard_cases.py PROGRAM VELGOR SAMPLES ARTIFACTS"""
 
+import struct
+
 from session import CONTENT, LIBRARY, Session, check_equal, content_title, run
 
 from windowdriver import Failure
@@ -128,6 +130,25 @@ def check_library_move(session):
     session.quit()
 
 
+def check_lost_window(session):
+    """A window that was closed on a screen which is gone comes back wholly on the one that is there."""
+    left, top, width, height = 3000, 2000, 1380, 1100
+    rectangle = struct.pack(">4i", left, top, left + width - 1, top + height - 1)
+    screen = session.desktop.screen.screen()
+    geometry = struct.pack(">IHH", 0x1D9D0CB, 3, 0) + rectangle * 2
+    geometry += struct.pack(">iBBi", 0, False, False, screen.width_in_pixels) + rectangle
+    state = session.home / "state" / "org.example.VelgorLibraryManager" / "state.ini"
+    state.parent.mkdir(parents=True)
+    escaped = "".join(f"\\x{byte:02x}" for byte in geometry)
+    state.write_text(f"[window]\ncolumns=600, 1200, 640\ngeometry=@ByteArray({escaped})\n")
+    window = session.start().windows[0]
+    left, top, width, height = window.rectangle
+    is_inside = left >= 0 and top >= 0 and left + width <= screen.width_in_pixels
+    if not is_inside or top + height > screen.height_in_pixels or width < 1300:
+        raise Failure(f"the window is at {window.rectangle}")
+    session.quit()
+
+
 def hard_cases(session):
     program = session.start()
     session.import_demo()
@@ -141,7 +162,8 @@ def hard_cases(session):
     check_second_start(session)
     check_second_start_behind_a_message(session)
     check_termination(session)
-    check_library_move(Session(session.desktop, session.executable, session.velgor, session.samples))
+    for check in (check_library_move, check_lost_window):
+        check(Session(session.desktop, session.executable, session.velgor, session.samples))
 
 
 if __name__ == "__main__":
