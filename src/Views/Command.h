@@ -54,6 +54,7 @@ enum class CommandId {
     Donate,
     OnlineHelp,
     ColumnHelp,
+    About,
 };
 
 /// Where a command's shortcut counts.

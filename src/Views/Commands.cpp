@@ -24,6 +24,8 @@ Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
         action->setIconVisibleInMenu(false);
         if (command.id == CommandId::Quit) {
             action->setMenuRole(QAction::QuitRole);
+        } else if (command.id == CommandId::About) {
+            action->setMenuRole(QAction::AboutRole);
         } else {
             action->setMenuRole(QAction::NoRole);
         }

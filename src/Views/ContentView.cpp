@@ -1,5 +1,6 @@
 #include "ContentView.h"
 
+#include "AboutDialog.h"
 #include "AlertTexts.h"
 #include "Alerts.h"
 #include "Commands.h"
@@ -35,7 +36,6 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QScreen>
-#include <QShortcut>
 #include <QTimer>
 
 #include <utility>
@@ -207,6 +207,9 @@ void ContentView::changeEvent(QEvent *event)
         if (!std::exchange(m_isPlaced, true)) {
             WindowPlacement::keepOnScreen(*this);
         }
+        if (m_about) {
+            m_about->activateWindow();
+        }
         if (m_check) {
             m_check->activateWindow();
         }
@@ -276,26 +279,6 @@ void ContentView::dragLeaveEvent(QDragLeaveEvent *event)
 void ContentView::dropEvent(QDropEvent *event)
 {
     m_drops->drop(*event);
-}
-
-void ContentView::checkLibrary()
-{
-    if (m_check) {
-        return;
-    }
-    m_check = new LibraryCheckDialog(m_desk.library, m_desk.storage, this);
-    m_check->setAttribute(Qt::WA_DeleteOnClose);
-    m_alerts->setFrontDialog(m_check);
-    connect(m_check, &LibraryCheckDialog::libraryChanged, this, [this] {
-        // The dialog shows what was kept; only what another program wrote is news.
-        if (!m_desk.storage.wasChangedByOthers()) {
-            m_notedKeptFiles = m_desk.storage.keptFiles();
-        }
-        refreshStatus();
-    });
-    connect(new QShortcut(Qt::Key_F1, m_check), &QShortcut::activated, this,
-        [this] { openPage(m_guide.address(UserGuide::Page::LibraryCheck)); });
-    m_check->open();
 }
 
 void ContentView::openPage(const QUrl &page)

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+class AboutDialog;
 class Alerts;
 class Commands;
 class FileDrops;
@@ -73,6 +74,7 @@ private:
     void openPage(const QUrl &page) override;
     void showGuide() override;
     void showColumnHelp() override;
+    void showAbout() override;
     void goToColumn(int step) override;
     void closeWindow() override;
 
@@ -98,6 +100,7 @@ private:
     StatusLine *m_status = nullptr;
     RecentFilesMenu *m_recentFiles = nullptr;
     FileDrops *m_drops = nullptr;
+    QPointer<AboutDialog> m_about;
     QPointer<LibraryCheckDialog> m_check;
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
     bool m_isExportWaived = false;

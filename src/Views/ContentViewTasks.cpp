@@ -1,15 +1,20 @@
 // The window: what the commands ask of it.
 
+#include "AboutDialog.h"
 #include "Alerts.h"
 #include "ContentView.h"
+#include "LibraryCheckDialog.h"
 #include "LibraryContentMainView.h"
 #include "LibraryListView.h"
+#include "LibraryStorageManager.h"
 #include "LibraryViewFilterView.h"
 #include "RecentFilesMenu.h"
 #include "StatusLine.h"
 #include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
 #include "WindowState.h"
+
+#include <QShortcut>
 
 void ContentView::confirmExport()
 {
@@ -25,6 +30,26 @@ void ContentView::clearRecentFiles()
 bool ContentView::hasRecentFiles() const
 {
     return !m_state.recentFiles().isEmpty();
+}
+
+void ContentView::checkLibrary()
+{
+    if (m_check) {
+        return;
+    }
+    m_check = new LibraryCheckDialog(m_desk.library, m_desk.storage, this);
+    m_check->setAttribute(Qt::WA_DeleteOnClose);
+    m_alerts->setFrontDialog(m_check);
+    connect(m_check, &LibraryCheckDialog::libraryChanged, this, [this] {
+        // The dialog shows what was kept; only what another program wrote is news.
+        if (!m_desk.storage.wasChangedByOthers()) {
+            m_notedKeptFiles = m_desk.storage.keptFiles();
+        }
+        refreshStatus();
+    });
+    connect(new QShortcut(Qt::Key_F1, m_check), &QShortcut::activated, this,
+        [this] { openPage(m_guide.address(UserGuide::Page::LibraryCheck)); });
+    m_check->open();
 }
 
 void ContentView::flipTick()
@@ -78,6 +103,16 @@ void ContentView::showGuide()
 void ContentView::showColumnHelp()
 {
     openPage(m_guide.address(m_columns->guidePage()));
+}
+
+void ContentView::showAbout()
+{
+    m_about = new AboutDialog(ProblemReport::of(m_desk, *this), this);
+    m_about->setAttribute(Qt::WA_DeleteOnClose);
+    m_alerts->setFrontDialog(m_about);
+    connect(new QShortcut(Qt::Key_F1, m_about), &QShortcut::activated, this,
+        [this] { openPage(m_guide.address(UserGuide::Page::Trouble)); });
+    m_about->open();
 }
 
 void ContentView::goToColumn(int step)

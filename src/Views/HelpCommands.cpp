@@ -25,5 +25,8 @@ QList<Command> helpCommands()
             .shortcuts = {QKeySequence(Qt::Key_F1)},
             .label = [](const Desk &) { return Texts::tr("&Help for This Column"); },
             .run = [](Desk &, WindowTasks &window) { window.showColumnHelp(); }},
+        {.id = CommandId::About,
+            .label = [](const Desk &) { return Texts::tr("&About Velgor Library Manager"); },
+            .run = [](Desk &, WindowTasks &window) { window.showAbout(); }},
     };
 }

@@ -118,5 +118,6 @@ void VelgorLibraryManagerMenu::addLibraryMenu(QMenuBar &bar)
 
 void VelgorLibraryManagerMenu::addHelpMenu(QMenuBar &bar)
 {
-    add(*bar.addMenu(tr("&Help")), {CommandId::Donate, CommandId::OnlineHelp, CommandId::ColumnHelp});
+    add(*bar.addMenu(tr("&Help")),
+        {CommandId::Donate, CommandId::OnlineHelp, CommandId::ColumnHelp, divider, CommandId::About});
 }

@@ -36,6 +36,8 @@ public:
     virtual void showGuide() = 0;
     /// Opens the user guide where it is about the column that has the focus.
     virtual void showColumnHelp() = 0;
+    /// Says which program this is and what it did in this run.
+    virtual void showAbout() = 0;
     /// Gives the focus to the next column, or to the one before (-1), as long as there is something in it to work on.
     virtual void goToColumn(int step) = 0;
     virtual void closeWindow() = 0;

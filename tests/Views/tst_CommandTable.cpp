@@ -36,6 +36,7 @@ public:
     void openPage(const QUrl &page) override { asked.append(page.toString()); }
     void showGuide() override { asked.append(QStringLiteral("showGuide")); }
     void showColumnHelp() override { asked.append(QStringLiteral("showColumnHelp")); }
+    void showAbout() override { asked.append(QStringLiteral("showAbout")); }
     void closeWindow() override { asked.append(QStringLiteral("closeWindow")); }
 };
 
@@ -125,7 +126,7 @@ private Q_SLOTS:
             ids.append(static_cast<int>(command.id));
             QVERIFY(command.label && command.run);
         }
-        QCOMPARE(ids.size(), static_cast<int>(CommandId::ColumnHelp) + 1);
+        QCOMPARE(ids.size(), static_cast<int>(CommandId::About) + 1);
     }
 
     void aCommandIsAsItIsToldOf_data()
@@ -186,6 +187,7 @@ private Q_SLOTS:
         row(CommandId::Donate, "Send Mon\u20ACy to $upport Development", "", Always);
         row(CommandId::OnlineHelp, "Online help", "", Always);
         row(CommandId::ColumnHelp, "Help for This Column", "F1", Always);
+        row(CommandId::About, "About Velgor Library Manager", "", Always);
     }
 
     void aCommandIsAsItIsToldOf()
@@ -499,12 +501,12 @@ private Q_SLOTS:
         window.commands.refresh();
         for (const CommandId id : {CommandId::Quit, CommandId::Tick, CommandId::FocusFilter, CommandId::MovePatchUp,
                  CommandId::MovePatchDown, CommandId::ClearRecentFiles, CommandId::CheckLibrary, CommandId::NextColumn,
-                 CommandId::PreviousColumn}) {
+                 CommandId::PreviousColumn, CommandId::About}) {
             window.action(id).trigger();
         }
         QCOMPARE(window.tasks.asked.join(u';'),
             QStringLiteral("closeWindow;flipTick;focusFilter;move -1;move 1;clearRecentFiles;checkLibrary;column "
-                           "1;column -1"));
+                           "1;column -1;showAbout"));
     }
 
     void pagesAndTheFolderAreOpenedOutside()

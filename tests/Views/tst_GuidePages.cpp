@@ -32,6 +32,7 @@ void collectEntries(const QList<QAction *> &actions, const QString &path, QHash<
     for (QAction *action : actions) {
         const QString name = path + plain(action->text());
         if (action->menu()) {
+            entries.insert(name, action);
             collectEntries(action->menu()->actions(), name + QStringLiteral(" > "), entries);
         } else if (!action->isSeparator()) {
             entries.insert(name, action);
@@ -151,6 +152,7 @@ private Q_SLOTS:
     {
         QStringList buttons = buttonsIn(*m_window->window);
         QVERIFY(m_window->choose(QStringLiteral("Check Library...")));
+        QVERIFY(m_window->choose(QStringLiteral("About Velgor Library Manager")));
         buttons += buttonsIn(*m_window->window);
         buttons.append(plain(AlertTexts::readError(m_window->desk).acceptLabel));
         for (const GuidePage &page : m_pages) {

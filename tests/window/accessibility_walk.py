@@ -18,7 +18,7 @@ ALWAYS_THERE = (
 )
 DETAILS = [("text", name) for name in ("Name", "Comment")] + [("button", name) for name in FLAGS + ["Default"]]
 
-FILE_MENU = {"New Velgor file": set(), "Import...": {"ctrl+o"}, "Tail bit (beta)": set()}
+FILE_MENU = {"New Velgor file": set(), "Import...": {"ctrl+o"}, "Open Recent": set(), "Tail bit (beta)": set()}
 TAIL_BIT_MENU = ["Normal tail bit", "Inverted tail bit"]
 LIBRARY_MENU = [
     ("Show library folder", set()),
@@ -30,7 +30,7 @@ LIBRARY_MENU = [
     ("Select All", {"ctrl+shift+a"}),
     ("Delete patch", {"ctrl+del"}),
 ]
-HELP_MENU = ["Send Mon€y to $upport Development", "Online help"]
+HELP_MENU = ["Send Mon€y to $upport Development", "Online help", "About Velgor Library Manager"]
 
 
 def controls(program):
@@ -171,6 +171,23 @@ def check_library_check(program):
     program.wait_closed(dialog)
 
 
+def check_about(program):
+    """Read from above, and reached with Tab in that order."""
+    program.menu("Help", "About Velgor Library Manager")
+    dialog = program.dialog("About Velgor Library Manager")
+    read = [node.name for node in dialog.find_all({"label", "text"} | BUTTON_ROLES) if node.name]
+    places = [read.index(name) for name in ("Library folder", "Messages of this run", "Copy for a Bug Report", "Close")]
+    check_equal(places, sorted(places), f"order of {read}")
+    order = [dialog.find_all("text", "Messages of this run")[0]]
+    order += [program.button(name, within=dialog) for name in ("Copy for a Bug Report", "Close")]
+    program.wait(lambda: order[2].has("focused"), f"the focus in {order[2]}")
+    for node in order:
+        program.press("Tab")
+        program.wait(lambda of=node: of.has("focused"), f"the focus in {node}")
+    program.press("Escape")
+    program.wait_closed(dialog)
+
+
 def accessibility_walk(session):
     program = session.start()
     check_names(program, "first start")
@@ -192,6 +209,7 @@ def accessibility_walk(session):
     check_ticking(program)
     check_filter(program)
     check_library_check(program)
+    check_about(program)
     # Whoever is asked to end a session is not asked about the list that was not exported.
     program.terminate()
     check_equal(program.wait_exit(), 0, "exit status")

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Desk.h"
+
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+/// What a report about a problem needs to say of the program, the desktop and the library. In a text the user's home
+/// directory is "~", as reports are often public.
+struct ProblemReport {
+    QString version; ///< with the commit
+    QString qt;
+    QString system;
+    QString desktop; ///< with the platform that Qt uses
+    QString style;
+    QString screen;
+    QString library; ///< the directory
+    qsizetype patches = 0;
+    QStringList messages; ///< the last lines of this run, the oldest first, each in one line
+
+    /// `window` stands for the screen and the look.
+    [[nodiscard]] static ProblemReport of(const Desk &desk, const QWidget &window);
+
+    /// Plain text in lines.
+    [[nodiscard]] QString text() const;
+};
