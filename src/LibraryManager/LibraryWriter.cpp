@@ -4,6 +4,7 @@
 #include "DiskFiles.h"
 #include "DiskSync.h"
 #include "DisplacedFiles.h"
+#include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
 #include "OrphanedJournal.h"
@@ -125,6 +126,10 @@ bool LibraryWriter::writeJournal()
 {
     m_journal.removed = m_result.state.idsToRemove;
     if (m_journal.isEmpty()) {
+        // One of a removal that failed must not outlive the return of its patch. What cannot be read now may be in a
+        // file that only the journal knows.
+        m_hasJournal = m_result.state.unread.isEmpty()
+            && existence(pathOf(LibraryFileNames::journalFile())) == FileExistence::file;
         return true;
     }
     const QString error = DiskFiles::replace(pathOf(LibraryFileNames::journalFile()), m_journal.encode());
@@ -149,7 +154,8 @@ void LibraryWriter::carryOut()
         m_result.arePatchesWritten = false;
     }
     // A journal of what could not be done stays for the next start.
-    if (m_hasJournal && error.isEmpty() && m_result.state.idsToRemove.isEmpty() && m_unfinished.isEmpty()) {
+    const bool isDone = m_result.isLibraryFileWritten || !m_journal.isEmpty();
+    if (m_hasJournal && isDone && error.isEmpty() && m_result.state.idsToRemove.isEmpty() && m_unfinished.isEmpty()) {
         std::ignore = DiskFiles::remove(pathOf(LibraryFileNames::journalFile()));
     }
     if (m_hasJournal && m_result.arePatchesWritten) {

@@ -93,6 +93,14 @@ private Q_SLOTS:
         QVERIFY(!storage.writeError());
         QVERIFY(directory.has(leadFile));
         QVERIFY(areIdentical(loaded(directory), library->patches()));
+        QVERIFY(!directory.has(LibraryFileNames::journalFile()));
+
+        // As a synchronised folder may bring it back.
+        const QList<VelgorPatch> former(library->patches().first(2));
+        QVERIFY(former.first().id() != 42 && former.last().id() != 42);
+        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode({former, std::nullopt}));
+        sweep(directory);
+        QVERIFY(directory.has(leadFile));
     }
 
     static void fileThatAFailedRemovalLeftIsNoFileOfAnotherPatchWithItsId()
