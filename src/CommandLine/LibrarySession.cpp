@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -85,6 +86,7 @@ bool LibrarySession::open(Access access)
     }
     if (isChange) {
         m_storage.sweepLeftovers();
+        m_removalsDueBefore = m_storage.removalsDue();
     }
     if (!m_storage.droppedPatches().isEmpty()) {
         Output::warn(tr("%1: these patches have no readable file and were left out: %2")
@@ -192,8 +194,11 @@ int LibrarySession::save()
 
 int LibrarySession::report()
 {
-    const bool isSafe = m_storage.wasLastSaveWritten() && m_storage.wereFilesRemoved()
-        && existence(m_storage.libDirectory()) == FileExistence::directory;
+    const QList<quint64> due = m_storage.removalsDue();
+    const bool areRemoved = m_storage.wereFilesRemoved()
+        || std::all_of(due.begin(), due.end(), [this](quint64 id) { return m_removalsDueBefore.contains(id); });
+    const bool isSafe =
+        m_storage.wasLastSaveWritten() && areRemoved && existence(m_storage.libDirectory()) == FileExistence::directory;
     for (const QString &problem : m_storage.writeProblems()) {
         if (isSafe) {
             Output::warn(problem);

@@ -59,4 +59,5 @@ private:
     LibraryStorageManager m_storage;
     std::unique_ptr<LibraryLock> m_lock;
     std::unique_ptr<VelgorLibrary> m_library;
+    QList<quint64> m_removalsDueBefore; ///< left by former commands, whose concern they were
 };

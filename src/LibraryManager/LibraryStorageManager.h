@@ -77,6 +77,8 @@ public:
     [[nodiscard]] bool wasChangedByOthers() const { return m_wasChangedByOthers; }
     /// The last save left none of the files of removed patches behind.
     [[nodiscard]] bool wereFilesRemoved() const { return m_wereFilesRemoved; }
+    /// The removed patches whose files the next save is to remove.
+    [[nodiscard]] QList<quint64> removalsDue() const { return m_writeState.idsToRemove; }
 
     /// Makes sure that the directory exists, and records it in the preferences, if there are any.
     void createDirectoryLibrary();

@@ -3,7 +3,11 @@
 #include "TestRecords.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -17,6 +21,18 @@ class TestLibraryFiles : public QObject, private CommandFixture {
     Q_OBJECT
 
 private:
+    /// Runs a command on the library without the rights of root.
+    [[nodiscard]] Result asNobody(const QString &command) const
+    {
+        QStringList arguments = words(QStringLiteral("--reuid=65534|--regid=65534|--clear-groups"))
+            << VelgorProcess::executable() << QStringLiteral("library") << words(command);
+        arguments << QStringLiteral("--library") << m_directory->path();
+        QProcess process;
+        process.setWorkingDirectory(QStringLiteral("/"));
+        process.start(QStringLiteral("setpriv"), arguments);
+        process.waitForFinished();
+        return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    }
     [[nodiscard]] QString output() const { return m_velgor.filePath(QStringLiteral("out.prst")); }
 
 private Q_SLOTS:
@@ -36,6 +52,22 @@ private Q_SLOTS:
         QCOMPARE(m_directory->read(below), QByteArray("mine"));
         QVERIFY(!m_directory->has(leadFile));
         QVERIFY(library({QStringLiteral("list"), QStringLiteral("--json")}).json().at("total") == 2);
+    }
+
+    void removalThatFailedIsNoFailureOfALaterChange()
+    {
+        if (geteuid() != 0) {
+            QSKIP("only root can give files to somebody else");
+        }
+        // In a directory that is everybody's, nobody removes files of others.
+        const auto path = [this](const QString &name) { return QFile::encodeName(m_directory->filePath(name)); };
+        QVERIFY(chmod(QFile::encodeName(m_directory->parentPath()).constData(), 0755) == 0);
+        QVERIFY(chmod(path({}).constData(), 01777) == 0);
+        QVERIFY(chown(path(libraryFile).constData(), 65534, 65534) == 0);
+        QCOMPARE(asNobody(QStringLiteral("remove|%1").arg(lead)).status, 2);
+        const Result changed = asNobody(QStringLiteral("set|%1|--comment|x").arg(slashed));
+        QVERIFY2(changed.status == 0 && changed.errors.contains("lib-Lead."), changed.errors.constData());
+        QVERIFY(m_directory->has(leadFile));
     }
 
     void fileThatIsNotThePatchsIsNeverExportedForIt_data()
