@@ -98,6 +98,8 @@ int addToLibrary(const Arguments &arguments, QList<AddedFile> &files)
         return Failed;
     }
     bool isChanged = false;
+    // The original of a patch whose file was damaged takes its place.
+    QObject::connect(&session.library(), &VelgorLibrary::rowsChanged, [&isChanged] { isChanged = true; });
     for (AddedFile &file : files) {
         if (file.presets) {
             addPatches(file, session.library());

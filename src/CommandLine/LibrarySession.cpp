@@ -90,7 +90,7 @@ bool LibrarySession::open(Access access)
     }
     if (!m_storage.droppedPatches().isEmpty()) {
         Output::warn(tr("%1: these patches have no readable file and were left out: %2")
-                         .arg(directory, m_storage.droppedPatches().join(QStringLiteral(", "))));
+                         .arg(directory, m_storage.droppedProblems().join(QStringLiteral(", "))));
     }
     // The examination tells of each.
     if (access != Access::Inspect && access != Access::Rescue) {
@@ -166,6 +166,10 @@ std::optional<VelgorPatch> LibrarySession::patch(const QString &id) const
     bool isNumber = false;
     const quint64 value = digits.match(id).hasMatch() ? id.toULongLong(&isNumber) : 0;
     const auto found = isNumber ? m_library->getPatchFromId(value) : std::nullopt;
+    if (isNumber && !found && m_storage.awaitedPatches().patches.contains(value)) {
+        Output::fail(tr("patch %1 was left out, as its file cannot be read").arg(id));
+        return std::nullopt;
+    }
     if (!found || found->patch->empty) {
         Output::fail(isNumber ? tr("unknown id %1").arg(id) : tr("\"%1\" is no patch id").arg(id));
         return std::nullopt;

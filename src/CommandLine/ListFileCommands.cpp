@@ -20,16 +20,6 @@ struct ListFileCommands {
     Q_DECLARE_TR_FUNCTIONS(ListFileCommands)
 };
 
-/// The checksum that the file should have: over everything up to its tail byte, as it stands.
-quint16 computedChecksum(const QByteArray &bytes, const SPresetFile &file)
-{
-    qint64 end = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * file.patches.size() + 1;
-    for (qsizetype i = 0; i < file.patches.size(); ++i) {
-        end += file.patches.at(i).length + file.userIRs.at(i).length;
-    }
-    return PatchWriter::calcChecksum(QByteArrayView(bytes).first(end));
-}
-
 /// One at a time: a file may hold 65,535 of them.
 VelgorContentPatch slotOf(const SPresetFile &file, qsizetype index)
 {
@@ -65,7 +55,7 @@ nlohmann::ordered_json patchJson(const SPresetFile &file, qsizetype index)
 
 void printJson(const QString &path, const QByteArray &bytes, const SPresetFile &file)
 {
-    const quint16 computed = computedChecksum(bytes, file);
+    const quint16 computed = file.computedChecksum(bytes);
     nlohmann::ordered_json json;
     json["file"] = Output::jsonText(path);
     json["count"] = file.patches.size();

@@ -114,6 +114,7 @@ void LibraryDoctor::noteLibraryFile(const LibraryLoadResult &loaded)
         for (const VelgorPatch &patch : loaded.library->patches()) {
             m_loaded.insert(patch.id(), patch);
         }
+        m_damaged = loaded.damagedFiles;
     }
     for (const VelgorPatch &patch : loaded.droppedEntries) {
         m_dropped.insert(patch.id(), patch);
@@ -239,7 +240,9 @@ void LibraryDoctor::examineContents()
 {
     for (const VelgorPatch &patch : std::as_const(m_loaded)) {
         reportStillBusy();
-        if (!PatchIdentity::mayHaveId(patch, patch.id(), patch.name)) {
+        if (const auto damaged = m_damaged.constFind(patch.id()); damaged != m_damaged.cend()) {
+            add(LibraryFinding::Kind::UnreadableFile, *damaged, patch.id(), patch.name, tr("its checksum is wrong"));
+        } else if (!PatchIdentity::mayHaveId(patch, patch.id(), patch.name)) {
             addOtherContent(patch, patch);
         }
     }

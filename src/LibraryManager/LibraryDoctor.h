@@ -50,6 +50,7 @@ private:
     QMap<quint64, VelgorPatch> m_loaded; ///< by id, with preset data
     QMap<quint64, VelgorPatch> m_dropped; ///< by id, without
     QHash<quint64, VelgorPatch> m_former; ///< by id, what the latest of the kept library files that knows it says
+    QHash<quint64, QString> m_damaged; ///< patches that were loaded from a file whose checksum is wrong, to that file
     QHash<QString, quint64> m_staged; ///< temporary files of a save that has not ended, to the ids of their patches
     QSet<quint64> m_unreadable; ///< ids in the names of files that cannot be read
     QHash<quint64, VelgorPatch> m_spare; ///< what files hold that belong to no patch of the library, by content

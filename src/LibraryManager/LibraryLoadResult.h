@@ -4,7 +4,9 @@
 #include "LibraryWriteResult.h"
 #include "VelgorLibrary.h"
 
+#include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -20,7 +22,10 @@ struct LibraryLoadResult {
     /// For each patch whose file holds something that cannot have got its id: its name, the name in the file, the file;
     /// translated. It was loaded all the same.
     QStringList doubtfulPatches;
+    QSet<quint64> doubtfulIds; ///< of the same patches
+    QHash<quint64, QString> damagedFiles; ///< of them those with a wrong checksum: the patch's id to its file
     QList<VelgorPatch> droppedEntries; ///< the same entries whole, without preset data
+    std::optional<quint64> droppedDefault; ///< the default patch, where it is one of them
     LibraryWriteState writeState; ///< what the save that follows has to know
     LibraryLeftovers leftovers;
 };

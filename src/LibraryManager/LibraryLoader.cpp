@@ -71,6 +71,11 @@ void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult 
         unread.defaultPatch = content.defaultPatch;
     }
     noteDropped(result);
+    for (const VelgorPatch &entry : std::as_const(result.droppedEntries)) {
+        if (entry.id() == content.defaultPatch) {
+            result.droppedDefault = content.defaultPatch;
+        }
+    }
     if (content.hasUnknown) {
         keepSource(result);
     }
@@ -165,31 +170,41 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
             m_report(done, stored.size());
         }
     }
-    result.doubtfulPatches = doubtfulPatches(library);
+    noteDoubts(library, result);
     return progress;
 }
 
-QStringList LibraryLoader::doubtfulPatches(const VelgorLibrary &library) const
+void LibraryLoader::noteDoubts(const VelgorLibrary &library, LibraryLoadResult &result) const
 {
     // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
-    const bool areIdsExplained = 2 * m_doubts.size() < library.patches().size();
-    QStringList texts;
+    const auto unexplained =
+        std::count_if(m_doubts.begin(), m_doubts.end(), [](const Doubt &doubt) { return !doubt.isDamaged; });
+    const bool areIdsExplained = 2 * unexplained < library.patches().size();
+    const auto note = [&result](quint64 id, const QString &text) {
+        result.doubtfulPatches.append(text);
+        result.doubtfulIds.insert(id);
+        // Its original may take its place, and is to be written then.
+        result.writeState.verified.remove(id);
+    };
     for (const VelgorPatch &entry : m_entries.patches()) {
         const auto doubt = m_doubts.constFind(entry.id());
-        const bool isSameName = doubt != m_doubts.cend() && doubt->name == PatchName::fitted(entry.name);
-        const auto patch = doubt != m_doubts.cend() && (areIdsExplained || !isSameName)
-            ? library.getPatchFromId(entry.id())
-            : std::nullopt;
-        if (!patch || PatchIdentity::mayHaveId(*patch->patch, m_entries.storedId(entry), entry.name)) {
+        const auto patch = doubt != m_doubts.cend() ? library.getPatchFromId(entry.id()) : std::nullopt;
+        if (!patch) {
             continue;
         }
         const QString name = entry.name.simplified();
-        texts.append(isSameName
-                ? tr("%1: its file may have been changed after it was stored (%2)").arg(name, doubt->file)
-                : tr("%1: its file holds \"%2\", which may be another patch (%3)")
-                      .arg(name, doubt->name.simplified(), doubt->file));
+        const bool isSameName = doubt->name == PatchName::fitted(entry.name);
+        if (doubt->isDamaged) {
+            note(entry.id(), tr("%1: its file is damaged, as its checksum is wrong (%2)").arg(name, doubt->file));
+            result.damagedFiles.insert(entry.id(), doubt->file);
+        } else if ((areIdsExplained || !isSameName)
+            && !PatchIdentity::mayHaveId(*patch->patch, m_entries.storedId(entry), entry.name)) {
+            note(entry.id(),
+                isSameName ? tr("%1: its file may have been changed after it was stored (%2)").arg(name, doubt->file)
+                           : tr("%1: its file holds \"%2\", which may be another patch (%3)")
+                                 .arg(name, doubt->name.simplified(), doubt->file));
+        }
     }
-    return texts;
 }
 
 std::optional<SPresetFile> LibraryLoader::readPatch(
@@ -248,8 +263,10 @@ std::optional<SPresetFile> LibraryLoader::ownPreset(
         isUnreadable = true;
         return std::nullopt;
     }
-    if (owner == LibraryEntries::Owner::Unknown) {
-        m_doubts.insert(entry.id(), {.name = read.name, .file = {}});
+    // Every file that a library writes has the right one.
+    const bool isDamaged = presets->checksum != presets->computedChecksum(bytes);
+    if (isDamaged || owner == LibraryEntries::Owner::Unknown) {
+        m_doubts.insert(entry.id(), {.name = read.name, .file = {}, .isDamaged = isDamaged});
     }
     return presets;
 }

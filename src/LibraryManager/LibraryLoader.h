@@ -59,6 +59,7 @@ private:
     struct Doubt {
         QString name;
         QString file;
+        bool isDamaged = false; ///< the checksum of its file is wrong; the id may be right
     };
 
     /// The patches that have preset data, as a library; none when there are none.
@@ -67,7 +68,7 @@ private:
     /// What was read is kept before it is overwritten.
     static void keepSource(LibraryLoadResult &result);
     Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
-    [[nodiscard]] QStringList doubtfulPatches(const VelgorLibrary &library) const;
+    void noteDoubts(const VelgorLibrary &library, LibraryLoadResult &result) const;
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
     /// The preset file of these bytes, if it is the entry's patch and nothing else; else `reason` says why not, and

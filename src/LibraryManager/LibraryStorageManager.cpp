@@ -141,6 +141,14 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
     m_droppedPatches = result.droppedPatches;
     m_droppedProblems = result.droppedProblems;
     m_doubtfulPatches = result.doubtfulPatches;
+    m_awaitedPatches = {.patches = result.writeState.unread.patches,
+        .defaultPatch = result.droppedDefault,
+        .doubtful = result.doubtfulIds};
+    for (const VelgorPatch &entry : std::as_const(result.droppedEntries)) {
+        if (!entry.empty && !m_awaitedPatches.patches.contains(entry.id())) {
+            m_awaitedPatches.patches.insert(entry.id(), entry);
+        }
+    }
     m_leftovers = result.leftovers;
     m_writeState = result.writeState;
     if (result.readError) {

@@ -65,8 +65,8 @@ public:
     [[nodiscard]] QStringList doubtfulPatches() const { return m_doubtfulPatches; }
     /// How many of them stay in the library file, as their files may be readable another time.
     [[nodiscard]] qsizetype unreadPatches() const { return m_writeState.unread.patches.size(); }
-    /// Their names by their ids.
-    [[nodiscard]] QHash<quint64, QString> awaitedPatches() const { return m_writeState.unread.names(); }
+    /// What the library file says of the patches that the last load had to leave out, by their ids.
+    [[nodiscard]] const AwaitedPatches &awaitedPatches() const { return m_awaitedPatches; }
     /// Where the last save that had to keep something aside put it: old library files under dated names, and patch
     /// files that cannot be read; empty when none had to.
     [[nodiscard]] QStringList keptFiles() const { return m_keptFiles; }
@@ -160,6 +160,7 @@ private:
     QStringList m_droppedPatches;
     QStringList m_droppedProblems;
     QStringList m_doubtfulPatches;
+    AwaitedPatches m_awaitedPatches;
     QStringList m_keptFiles;
     bool m_wasLastSaveWritten = true;
     bool m_wereFilesRemoved = true;

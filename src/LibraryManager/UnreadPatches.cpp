@@ -3,15 +3,6 @@
 #include <QHash>
 #include <QSet>
 
-QHash<quint64, QString> UnreadPatches::names() const
-{
-    QHash<quint64, QString> names;
-    for (auto patch = patches.cbegin(); patch != patches.cend(); ++patch) {
-        names.insert(patch.key(), patch->name);
-    }
-    return names;
-}
-
 bool UnreadPatches::forget(const QList<VelgorPatch> &stored)
 {
     if (isEmpty()) {

@@ -18,7 +18,6 @@ struct UnreadPatches {
     std::optional<quint64> defaultPatch = {}; ///< of the library file, where it is one of them
 
     [[nodiscard]] bool isEmpty() const { return patches.isEmpty(); }
-    [[nodiscard]] QHash<quint64, QString> names() const;
     /// The patches have preset data by now, as they were imported anew: takes them off the list. False when there was
     /// none of them.
     bool forget(const QList<VelgorPatch> &stored);

@@ -12,6 +12,8 @@ class VerifiedFiles {
 public:
     /// The file of this stamp holds the patch of this id, alone.
     void insert(quint64 id, const FileStamp &stamp) { m_stamps.insert(id, stamp); }
+    /// Nothing is known of its file.
+    void remove(quint64 id) { m_stamps.remove(id); }
     void reserve(qsizetype count) { m_stamps.reserve(count); }
     /// True when this file holds the patch. It is read unless that is known. A patch without preset data has nothing
     /// that a file could be compared with, and takes any.

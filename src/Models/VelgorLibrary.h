@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AwaitedPatches.h"
 #include "LibraryStorage.h"
 #include "MultiSelections.h"
 #include "PatchIdentity.h"
@@ -52,10 +53,9 @@ public:
     [[nodiscard]] TripleBool inverseSort() const { return m_inverseSort; }
     [[nodiscard]] std::optional<quint64> defaultPatch() const { return m_defaultPatch; }
 
-    /// Patches that the library file names and that could not be loaded for now, their names by their ids. They are no
-    /// part of the library, but no other patch gets one of these ids: only what comes under the same name is taken for
-    /// the one that is awaited.
-    void setAwaited(const QHash<quint64, QString> &names) { m_awaited = names; }
+    /// They are no part of the library, but no other patch gets one of these ids: only what comes under the same name
+    /// is taken for the one that is awaited, and gets what the user had said about it.
+    void setAwaited(const AwaitedPatches &awaited) { m_awaited = awaited; }
 
     void setSelection(std::optional<quint64> selection);
     void setIsMultiSel(bool isMultiSel);
@@ -147,6 +147,13 @@ private:
         const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData);
     /// `alsoHere` finds patches that are about to be appended.
     [[nodiscard]] bool isAwaitedAsAnother(quint64 id, const QString &name) const;
+    /// What was said about the patch of this id while it was awaited, if it was; it is awaited no longer.
+    [[nodiscard]] VelgorPatch takeAwaited(VelgorPatch patch);
+    /// The awaited patch that was the default one is it again once it is here, unless the user chose another.
+    void settleAwaitedDefault();
+    /// Where the library holds bytes under this patch's id that may be damaged, and name and id say that it was this
+    /// one, these take their place. True when it was so.
+    bool restoreSound(const VelgorPatch &patch);
     [[nodiscard]] PatchIdentity::Place placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const;
     void appendAll(const QList<VelgorPatch> &patches);
     /// What the public append() does, but for the placeholder and the order.
@@ -163,7 +170,7 @@ private:
     void reorder(const QList<qsizetype> &formerRows);
 
     QList<VelgorPatch> m_patches;
-    QHash<quint64, QString> m_awaited;
+    AwaitedPatches m_awaited;
     mutable PatchIndex m_index;
     qsizetype m_emptyCount = 0;
     /// The remembered order is written out only when it is about to differ from the list or is asked for.

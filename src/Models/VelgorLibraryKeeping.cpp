@@ -3,6 +3,7 @@
 #include "VelgorLibrary.h"
 
 #include "Diagnostics.h"
+#include "ObservableProperty.h"
 #include "PatchIdentity.h"
 #include "PatchName.h"
 #include "RandomId.h"
@@ -12,6 +13,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -25,8 +27,40 @@ const VelgorPatch *nobodyElse(quint64 id)
 
 bool VelgorLibrary::isAwaitedAsAnother(quint64 id, const QString &name) const
 {
-    const auto awaited = m_awaited.constFind(id);
-    return awaited != m_awaited.cend() && PatchName::fitted(*awaited) != PatchName::fitted(name);
+    const auto awaited = m_awaited.patches.constFind(id);
+    return awaited != m_awaited.patches.cend() && PatchName::fitted(awaited->name) != PatchName::fitted(name);
+}
+
+VelgorPatch VelgorLibrary::takeAwaited(VelgorPatch patch)
+{
+    const auto awaited = patch.patchData ? m_awaited.patches.constFind(patch.id()) : m_awaited.patches.cend();
+    if (awaited == m_awaited.patches.cend()) {
+        return patch;
+    }
+    patch.takeEdits(*awaited);
+    m_awaited.patches.erase(awaited);
+    return patch;
+}
+
+void VelgorLibrary::settleAwaitedDefault()
+{
+    if (m_awaited.defaultPatch && getPatchFromId(m_awaited.defaultPatch)) {
+        const std::optional<quint64> id = std::exchange(m_awaited.defaultPatch, std::nullopt);
+        setObservable(this, m_defaultPatch, m_defaultPatch ? m_defaultPatch : id, &VelgorLibrary::defaultPatchChanged);
+    }
+}
+
+bool VelgorLibrary::restoreSound(const VelgorPatch &patch)
+{
+    const auto held = m_awaited.doubtful.contains(patch.id()) ? getPatchFromId(patch.id()) : std::nullopt;
+    const bool isOriginal = held && held->patch->patchData && patch.patchData
+        && held->patch->patchData->nameField() == patch.patchData->nameField()
+        && VelgorPatch::staticSimpleHash(patch) == patch.id()
+        && !PatchIdentity::mayHaveId(*held->patch, patch.id(), held->patch->name);
+    if (isOriginal) {
+        replacePresetData(held->index, patch.patchData, patch.userIRData, patch.headerData);
+    }
+    return isOriginal;
 }
 
 PatchIdentity::Place VelgorLibrary::placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const
@@ -83,6 +117,7 @@ quint64 VelgorLibrary::append(
     const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonymId)
 {
     const quint64 id = appendOrReplace(patch, duplicate, replace, location, synonymId);
+    settleAwaitedDefault();
     manageDummy();
     saveOrder();
     return id;
@@ -97,10 +132,13 @@ quint64 VelgorLibrary::appendOrReplace(
         const PatchIdentity::Place place = placeOf(patch, nobodyElse);
         id = place.id;
         found = place.isKnown ? getPatchFromId(id) : std::nullopt;
+        if (!found && restoreSound(patch)) {
+            return patch.id();
+        }
     }
     if (!found) {
         const bool isInside = location != atEnd && location <= count();
-        insertAt(isInside ? location : count(), {patch.withId(id)});
+        insertAt(isInside ? location : count(), {takeAwaited(patch.withId(id))});
     } else if (duplicate && !found->patch->empty) {
         id = appendDuplicate(patch, found->patch->name);
     } else if (replace && !found->patch->empty) {
@@ -120,10 +158,14 @@ QList<quint64> VelgorLibrary::appendNew(const QList<VelgorPatch> &patches)
     };
     for (const VelgorPatch &patch : patches) {
         const PatchIdentity::Place place = placeOf(patch, freshPatch);
+        if (!place.isKnown && restoreSound(patch)) {
+            ids.append(patch.id());
+            continue;
+        }
         ids.append(place.id);
         if (!place.isKnown) {
             freshRows.insert(place.id, fresh.size());
-            fresh.append(patch.withId(place.id));
+            fresh.append(takeAwaited(patch.withId(place.id)));
         }
     }
     appendAll(fresh);
@@ -148,6 +190,7 @@ void VelgorLibrary::appendAll(const QList<VelgorPatch> &patches)
     if (!patches.isEmpty()) {
         insertAt(count(), patches);
     }
+    settleAwaitedDefault();
     manageDummy();
     saveOrder();
 }
@@ -167,7 +210,7 @@ quint64 VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &
 {
     VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
     // Names of nine bytes that differ in the last one hash alike.
-    for (quint32 attempt = 1; getPatchFromId(copy.id()) || m_awaited.contains(copy.id()); ++attempt) {
+    for (quint32 attempt = 1; getPatchFromId(copy.id()) || m_awaited.patches.contains(copy.id()); ++attempt) {
         copy = copy.withId(copy.patchData ? PatchIdentity::freshId(copy, attempt) : randomId());
     }
     insertAt(m_patches.size(), {copy});

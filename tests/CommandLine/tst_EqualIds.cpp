@@ -174,13 +174,33 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(path));
     }
 
+    void patchThatCannotBeReadNowIsKnownWhenItComesAgain_data()
+    {
+        QTest::addColumn<bool>("isLink");
+        QTest::newRow("behind a link") << true;
+        QTest::newRow("gone") << false;
+    }
     void patchThatCannotBeReadNowIsKnownWhenItComesAgain()
     {
+        QFETCH(const bool, isLink);
         const QString id = ids(add(presets(1)).at("added")).constFirst();
         const QString path = m_directory->filePath(QStringLiteral("lib-Preset 01.%1.prst").arg(id));
-        QVERIFY(QFile::remove(path) && QFile::link(m_velgor.filePath(QStringLiteral("nowhere")), path));
+        QCOMPARE(run({QStringLiteral("set"), id, QStringLiteral("--comment"), QStringLiteral("mine"),
+                         QStringLiteral("--solo"), QStringLiteral("on"), QStringLiteral("--default")})
+                     .status,
+            0);
+        QVERIFY(QFile::remove(path) && (!isLink || QFile::link(m_velgor.filePath(QStringLiteral("nowhere")), path)));
+        const auto refused = run({QStringLiteral("export"), id, QStringLiteral("-o"), QStringLiteral("-")});
+        QCOMPARE(refused.status, 2);
+        QVERIFY2(refused.errors.contains("was left out, as its file cannot be read"), refused.errors.constData());
         QCOMPARE(ids(add(presets(1)).at("added")), QStringList{id});
         QCOMPARE(ids(listed()), QStringList{id});
+        QCOMPARE(listed().at(0).at("comment").get<std::string>(), std::string("mine"));
+        QVERIFY(listed().at(0).at("solo").get<bool>());
+        QCOMPARE(run({QStringLiteral("list"), QStringLiteral("--json")}).json().at("defaultPatch").get<std::string>(),
+            id.toStdString());
+        QCOMPARE(run({QStringLiteral("set"), id, QStringLiteral("--comment"), QString()}).status, 0);
+        QCOMPARE(listed().at(0).at("comment").get<std::string>(), std::string());
     }
 };
 

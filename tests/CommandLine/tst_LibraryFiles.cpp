@@ -95,6 +95,47 @@ private Q_SLOTS:
         QCOMPARE(ProgramFiles::read(output()), good);
     }
 
+    void damageThatCanStillBeReadIsToldAndMendedByTheOriginal_data()
+    {
+        QTest::addColumn<QList<int>>("places");
+        QTest::addColumn<bool>("isSoundDamaged");
+        QTest::newRow("a byte of the sound") << QList<int>{100} << true;
+        // Which the hash of the sound does not see.
+        QTest::newRow("two bytes of the sound") << QList<int>{100, 108} << true;
+        QTest::newRow("the header") << QList<int>{20} << false;
+    }
+    void damageThatCanStillBeReadIsToldAndMendedByTheOriginal()
+    {
+        QFETCH(const QList<int>, places);
+        QFETCH(const bool, isSoundDamaged);
+        const QByteArray good = m_directory->read(leadFile);
+        QByteArray bad = good;
+        for (const int place : places) {
+            bad[place] = static_cast<char>(bad.at(place) + 1);
+        }
+        m_directory->write(leadFile, bad);
+        const auto listed = library({QStringLiteral("list"), QStringLiteral("--json")});
+        QCOMPARE(listed.status, 0);
+        QVERIFY2(listed.errors.contains("Lead: its file is damaged, as its checksum is wrong (lib-Lead."),
+            listed.errors.constData());
+        const auto health = library({QStringLiteral("doctor")});
+        QCOMPARE(health.status, 1);
+        QVERIFY2(health.output.contains("its checksum is wrong"), health.output.constData());
+        QCOMPARE(library({QStringLiteral("set"), slashed, QStringLiteral("--solo"), QStringLiteral("on")}).status, 0);
+        QCOMPARE(m_directory->read(leadFile), bad);
+
+        ProgramFiles::write(m_velgor.filePath(QStringLiteral("lead.prst")), good);
+        QCOMPARE(library({QStringLiteral("add"), m_velgor.filePath(QStringLiteral("lead.prst"))}).status, 0);
+        const auto after = library({QStringLiteral("list"), QStringLiteral("--json")});
+        if (places.size() == 1 && isSoundDamaged) {
+            QCOMPARE(after.errors, QByteArray("Loading library from directory\n"));
+            QCOMPARE(after.json().at("total").get<int>(), 3);
+            QCOMPARE(after.json().at("patches").at(0).at("comment").get<std::string>(), std::string("fat amp"));
+            QCOMPARE(m_directory->read(leadFile), good);
+            QCOMPARE(m_directory->read(QStringLiteral("damaged-%1-00.prst").arg(lead)), bad);
+        }
+    }
+
     void keysOfANewerVersionAreKeptBeforeTheyAreLost()
     {
         const QByteArray text = m_directory->read(libraryFile).replace("{\"patches\"", "{\"format\":2,\"patches\"");

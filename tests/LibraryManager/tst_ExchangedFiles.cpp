@@ -1,6 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "PatchIdentity.h"
+#include "PatchWriter.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -148,7 +149,9 @@ private Q_SLOTS:
         QByteArray bytes = patchBytes(lead());
         const qsizetype sound = bytes.indexOf(lead().patchData->data);
         bytes[sound] = static_cast<char>(bytes.at(sound) ^ 1);
-        directory.write(fileOf(lead()), bytes);
+        const auto read = SPresetFile::fromData(bytes);
+        QVERIFY(read);
+        directory.write(fileOf(lead()), *PatchWriter::encodePatches(*read));
         const LibraryLoadResult result = load(directory);
         QCOMPARE(result.library->patches().size(), 3);
         QCOMPARE(result.doubtfulPatches.size(), 1);
