@@ -19,7 +19,7 @@ QByteArray soundValueOf(const char *variable)
 
 Activation Activation::takeFromEnvironment()
 {
-    const Activation found{.token = soundValueOf(tokenVariable), .startupId = soundValueOf(startupVariable)};
+    Activation found{.token = soundValueOf(tokenVariable), .startupId = soundValueOf(startupVariable)};
     qunsetenv(tokenVariable);
     return found;
 }

@@ -15,7 +15,10 @@
 
 namespace {
 
-constexpr std::size_t piece = 20;
+constexpr qsizetype piece = 20;
+
+template <typename T>
+using Reply = std::unique_ptr<T, void (*)(void *)>;
 
 xcb_connection_t *connection()
 {
@@ -32,8 +35,7 @@ xcb_atom_t atom(xcb_connection_t *server, QByteArrayView name)
 {
     const xcb_intern_atom_cookie_t cookie =
         xcb_intern_atom(server, false, static_cast<uint16_t>(name.size()), name.data());
-    const std::unique_ptr<xcb_intern_atom_reply_t, void (*)(void *)> reply(
-        xcb_intern_atom_reply(server, cookie, nullptr), std::free);
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(server, cookie, nullptr), std::free);
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
@@ -78,13 +80,14 @@ void X11Startup::complete(const QByteArray &startupId)
     const QByteArray text = "remove: ID=" + quoted(startupId) + '\0';
     for (qsizetype at = 0; at < text.size(); at += piece) {
         const QByteArray part = text.mid(at, piece).leftJustified(piece, '\0');
-        std::memcpy(message.data.data8, part.constData(), piece);
+        std::memcpy(message.data.data8, part.constData(), sizeof(message.data.data8));
         sendToRoot(server, message, XCB_EVENT_MASK_PROPERTY_CHANGE);
         message.type = atom(server, "_NET_STARTUP_INFO");
     }
     xcb_destroy_window(server, sender);
     // The program may end before anything else is sent.
-    std::free(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+    const Reply<xcb_get_input_focus_reply_t> answer(
+        xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr), std::free);
 }
 
 void X11Startup::activate(const QWindow &window, const QByteArray &startupId)
