@@ -185,10 +185,15 @@ void LibraryEditor::deleteAndGoOn()
 {
     const std::optional<quint64> next = CommandTargets::nextToDeleted(m_library, m_filter);
     const QList<quint64> ids = idsOfSeveral();
+    const auto first = ids.isEmpty() ? std::nullopt : m_library.getPatchFromId(ids.first());
+    const QString firstName = first ? first->patch->name : QString();
     // Selected first, so that what shows the selected patch is not without one in between.
     m_library.setSelection(next);
     deleteAll(ids);
     changed();
+    if (!ids.isEmpty()) {
+        Q_EMIT deleted(firstName, ids.size());
+    }
     Q_EMIT wentOn();
 }
 

@@ -86,6 +86,7 @@ Q_SIGNALS:
     void duplicated(const QList<quint64> &copies);
     /// These patches got a classification, or lost it.
     void classified(const QList<quint64> &ids, LibraryEditor::Flag flag, bool isSet);
+    void deleted(const QString &firstName, qsizetype count);
     /// Patches were deleted, and what the user works on next is selected.
     void wentOn();
     /// A patch went to another row of the library.

@@ -82,6 +82,8 @@ void StatusLine::followEditors()
         say(StatusText::ofDuplicates(first ? first->patch->name : QString(), copies.size()));
         add(hidden(copies));
     });
+    connect(&m_desk.libraryEditor, &LibraryEditor::deleted, this,
+        [this](const QString &firstName, qsizetype count) { say(StatusText::ofDeletion(firstName, count)); });
     connect(&m_desk.libraryEditor, &LibraryEditor::moved, this, [this](quint64 id) {
         if (const auto found = m_desk.library.getPatchFromId(id)) {
             say(StatusText::ofPatchMove(found->patch->name, found->index, m_desk.library.count()));

@@ -213,6 +213,12 @@ QString StatusText::ofDuplicates(const QString &firstName, qsizetype count)
                       : Texts::tr("%1 patches duplicated").arg(count);
 }
 
+QString StatusText::ofDeletion(const QString &firstName, qsizetype count)
+{
+    return count == 1 ? Texts::tr("\"%1\" deleted").arg(shownName(firstName))
+                      : Texts::tr("%1 patches deleted").arg(count);
+}
+
 QString StatusText::ofPatchMove(const QString &name, qsizetype row, qsizetype count)
 {
     return Texts::tr("\"%1\" is row %2 of %3 now")

@@ -39,6 +39,7 @@ namespace StatusText {
 [[nodiscard]] QString ofFileDrop(const QStringList &paths, bool isForLibrary);
 /// What was done last. A name or path may be anything.
 [[nodiscard]] QString ofKept(qsizetype kept, qsizetype known);
+[[nodiscard]] QString ofDeletion(const QString &firstName, qsizetype count);
 [[nodiscard]] QString ofDuplicates(const QString &firstName, qsizetype count);
 /// `row` counts from 0 in the whole library.
 [[nodiscard]] QString ofPatchMove(const QString &name, qsizetype row, qsizetype count);

@@ -54,6 +54,20 @@ private Q_SLOTS:
         QCOMPARE(window->status(), QStringLiteral("2 kept, 0 already there"));
     }
 
+    void whatWasDeletedIsSaid()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
+        WindowFixture::click(window->libraryList(), 1);
+        QVERIFY(window->choose(QStringLiteral("Delete patch")));
+        QVERIFY(window->answer(QStringLiteral("Yes")));
+        QCOMPARE(window->status(), QStringLiteral("\"Bells\" deleted"));
+        QVERIFY(window->press(QStringLiteral("Select")));
+        QVERIFY(window->choose(QStringLiteral("Select All")));
+        QVERIFY(window->choose(QStringLiteral("Delete patches")));
+        QVERIFY(window->answer(QStringLiteral("Yes")));
+        QCOMPARE(window->status(), QStringLiteral("2 patches deleted"));
+    }
+
     void whatTheFilterHidesIsSaid()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("Leaf Bells Choir"));
