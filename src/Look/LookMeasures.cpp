@@ -1,6 +1,7 @@
 #include "LookMeasures.h"
 
 #include <QFontInfo>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -48,6 +49,12 @@ QSize LookMeasures::scaledToText(const QSize &size, const QFontMetrics &metrics)
 {
     constexpr double usualLine = 16;
     return size * std::max(1.0, metrics.height() / usualLine);
+}
+
+QSize LookMeasures::roomForWindow(const QScreen &screen)
+{
+    constexpr QSize frame(8, 40);
+    return screen.availableSize() - frame;
 }
 
 int LookMeasures::rowHeight(const QFontMetrics &metrics)

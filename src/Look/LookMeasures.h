@@ -4,6 +4,8 @@
 #include <QFontMetrics>
 #include <QSize>
 
+class QScreen;
+
 /// Fonts and sizes, all derived from the application font, in device-independent pixels. No font family is ever
 /// named, and a width of text is always measured.
 namespace LookMeasures {
@@ -56,6 +58,9 @@ inline constexpr int detailsContentMaximum = 640; ///< Widest contents of the de
 /// The size at which something shows as much as at `size` where a line of text is 16 pixels high, as 10 points are at
 /// 96 dpi. Smaller text makes nothing smaller.
 [[nodiscard]] QSize scaledToText(const QSize &size, const QFontMetrics &metrics);
+
+/// The most that a window may be on this screen: what the desktop leaves free, without the window's frame.
+[[nodiscard]] QSize roomForWindow(const QScreen &screen);
 
 /// The metrics are those of the application font, except for badgeHeight().
 [[nodiscard]] int rowHeight(const QFontMetrics &metrics);

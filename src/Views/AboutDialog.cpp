@@ -41,7 +41,7 @@ AboutDialog::AboutDialog(const ProblemReport &report, QWidget *parent)
     addMessages();
     m_layout->addSpacing(LookMeasures::columnPadding);
     addBottom();
-    resize(LookMeasures::scaledToText(usualSize, fontMetrics()).boundedTo(screen()->availableSize()));
+    resize(LookMeasures::scaledToText(usualSize, fontMetrics()).boundedTo(LookMeasures::roomForWindow(*screen())));
 }
 
 void AboutDialog::addHead()

@@ -102,10 +102,8 @@ ContentView::~ContentView() = default;
 
 void ContentView::restoreGeometryAndWidths()
 {
-    // The room that the desktop leaves, without the window's frame.
-    constexpr QSize frame{8, 40};
     resize(LookMeasures::scaledToText(startSize, fontMetrics())
-               .boundedTo(screen()->availableSize() - frame)
+               .boundedTo(LookMeasures::roomForWindow(*screen()))
                .expandedTo(minimumSizeHint()));
     WindowPlacement::restore(*this, m_state.geometry());
     m_columns->restoreWidths(m_state.splitterSizes(), isMaximized() ? screen()->availableSize().width() : width());

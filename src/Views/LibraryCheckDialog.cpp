@@ -69,7 +69,7 @@ LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageMan
     m_layout->addWidget(m_place);
     addColumns();
     addBottom();
-    resize(LookMeasures::scaledToText(startSize, fontMetrics()).boundedTo(screen()->availableSize()));
+    resize(LookMeasures::scaledToText(startSize, fontMetrics()).boundedTo(LookMeasures::roomForWindow(*screen())));
     connect(&m_check.examination(), &BackgroundRun::progress, this, &LibraryCheckDialog::showProgress);
     connect(&m_check.examination(), &BackgroundRun::finished, this, &LibraryCheckDialog::showExamined);
     examine({});

@@ -116,9 +116,7 @@ void MessageWindow::keyPressEvent(QKeyEvent *event)
 
 QSize MessageWindow::room() const
 {
-    // Without the window's frame.
-    constexpr QSize frame(8, 40);
-    return screen()->availableSize() - frame;
+    return LookMeasures::roomForWindow(*screen());
 }
 
 QSize MessageWindow::sizeWith(int textWidth)
