@@ -165,6 +165,8 @@ void StatusLine::refresh()
     QStringList done{m_done, m_order};
     done.removeAll(QString());
     const QString first = m_drop.isEmpty() ? done.join(QStringLiteral(". ")) : m_drop;
+    // What a drag does comes first in its sentence.
+    m_first->setElideMode(m_drop.isEmpty() ? Qt::ElideMiddle : Qt::ElideRight);
     m_first->setText(first.isEmpty() ? library : first);
     // No tool tip shows what is cut off while a drag goes on.
     m_last->setText(first.isEmpty() || !m_drop.isEmpty() ? QString() : library);
