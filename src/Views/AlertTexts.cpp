@@ -2,6 +2,7 @@
 
 #include "CommandTargets.h"
 #include "ContentFiles.h"
+#include "FileExistence.h"
 #include "FirmwareBadge.h"
 #include "LibraryEditor.h"
 #include "LibraryFileNames.h"
@@ -41,7 +42,7 @@ Alert checkable(const QString &title, const QString &text)
 /// What happened, and below it what that means.
 QString inParagraphs(const QString &reason, const QString &advice)
 {
-    return reason + QStringLiteral("\n\n") + advice;
+    return advice.isEmpty() ? reason : reason + QStringLiteral("\n\n") + advice;
 }
 
 /// A problem as the layers below tell it: a path or a name, and behind a colon what is the matter with it.
@@ -75,6 +76,12 @@ QString firstLines(const QStringList &lines)
 bool isSaved(const Desk &desk)
 {
     return desk.storage.wasLastSaveWritten() && !desk.storage.hasUnsavedChanges();
+}
+
+QString savedLater()
+{
+    return Texts::tr("Your changes are in the window. They are saved with the next change, or when the window closes, "
+                     "once the cause is gone.");
 }
 
 /// What could not be done is about single files in its folder.
@@ -170,6 +177,15 @@ Alert AlertTexts::writeError(const Desk &desk)
             .acceptLabel = Texts::tr("&Move Library..."),
             .safeLabel = Texts::tr("&Not Now")};
     }
+    if (existence(desk.storage.libDirectory()) == FileExistence::file) {
+        return {.title = Texts::tr("Could not save one or more library files"),
+            .text = inParagraphs(firstLines(desk.storage.writeProblems()),
+                inParagraphs(Texts::tr("A file stands in the place of the library folder, so that nothing can be saved "
+                                       "there. Move that file away, or move the library to another folder."),
+                    isSaved(desk) ? QString() : savedLater())),
+            .acceptLabel = Texts::tr("&Move Library..."),
+            .safeLabel = Texts::tr("&Not Now")};
+    }
     if (isSaved(desk) && isAboutFiles(desk.storage.writeProblems(), desk.storage.libDirectory())) {
         return checkable(Texts::tr("The library is saved, but not every file in its folder is in order"),
             inParagraphs(firstLines(desk.storage.writeProblems()),
@@ -178,8 +194,7 @@ Alert AlertTexts::writeError(const Desk &desk)
     }
     const QString advice = isSaved(desk)
         ? Texts::tr("The patches of the library are saved. Only what is named here could not be done.")
-        : Texts::tr("Your changes are in the window. They are saved with the next change, or when the window "
-                    "closes, once the cause is gone.");
+        : savedLater();
     return notice(Texts::tr("Could not save one or more library files"),
         inParagraphs(firstLines(desk.storage.writeProblems()), advice));
 }
@@ -200,8 +215,9 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
         }
         QStringList sentences;
         if (hidden > 0) {
-            sentences.append(Texts::tr("The filter hides %1 of these %2.")
-                                 .arg(QString::number(hidden), QString::number(names.size())));
+            sentences.append(hidden == names.size() ? Texts::tr("The filter hides all of them.")
+                                                    : Texts::tr("The filter hides %1 of these %2.")
+                                                          .arg(QString::number(hidden), QString::number(names.size())));
         }
         sentences.append(Texts::tr("The ticked patches are removed from the library and their files are deleted. Slots "
                                    "that use them keep their copies."));

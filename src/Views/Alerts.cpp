@@ -2,6 +2,7 @@
 
 #include "AlertTexts.h"
 #include "ContentFiles.h"
+#include "FileExistence.h"
 #include "LibraryEditor.h"
 #include "LibraryFileNames.h"
 #include "LibraryStorageManager.h"
@@ -39,7 +40,8 @@ const QList<Alerts::Entry> &Alerts::table()
         {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.writeError(); },
             AlertTexts::writeError, [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
             [](Alerts &alerts) {
-                if (LibraryFileNames::isListable(alerts.m_desk.storage.libDirectory())) {
+                const QString directory = alerts.m_desk.storage.libDirectory();
+                if (LibraryFileNames::isListable(directory) && existence(directory) != FileExistence::file) {
                     Q_EMIT alerts.libraryCheckWanted();
                 } else if (alerts.m_desk.moveLibrary) {
                     alerts.m_desk.moveLibrary();

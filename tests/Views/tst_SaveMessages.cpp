@@ -77,7 +77,7 @@ private Q_SLOTS:
         QVERIFY2(
             window.messageText().endsWith(QStringLiteral("once the cause is gone.")), qPrintable(window.messageText()));
         QVERIFY(!window.messageText().contains(QStringLiteral("Patches are saved")));
-        QVERIFY(window.answer(QStringLiteral("OK")));
+        QVERIFY(window.answer(QStringLiteral("Not Now")));
         block.close();
         QVERIFY(block.remove() && QDir().mkpath(directory.path()));
 
