@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QHash>
 #include <QXmlStreamReader>
 
 namespace {
@@ -63,6 +62,7 @@ private:
             m_page.pictures.append(value("srcset"));
         } else if (name == QLatin1String("img")) {
             m_page.pictures.append(value("src"));
+            m_page.sizes.insert(value("src"), QSize(value("width").toInt(), value("height").toInt()));
             if (value("alt").isEmpty()) {
                 m_page.picturesWithoutText.append(value("src"));
             }

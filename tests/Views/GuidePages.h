@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QHash>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +18,7 @@ struct GuidePage {
     QStringList anchors;
     QStringList links;
     QStringList pictures; ///< files
+    QHash<QString, QSize> sizes; ///< of pictures, as the page says
     QStringList picturesWithoutText;
     QStringList menus; ///< as in "File > Quit"
     QStringList buttons;

@@ -190,8 +190,11 @@ def take_pictures(desktop, scheme, directory, *paths):
 
     program.click(program.button("Select"))
     for index in TICKED:
-        program.click(program.row(LIBRARY, index))
+        row = program.row(LIBRARY, index)
+        program.click(row)
+        program.wait(lambda: row.has("selected"), f"the selection of row {index}")
         program.press("space")
+        program.wait(lambda: row.has("checked"), f"the tick of row {index}")
     source, target = program.row(LIBRARY, TICKED[1]), program.row(CONTENT, 6)
     program.drag(source, target, cancel=True, over_target=lambda: take_placing(pictures, program))
     program.end()
