@@ -22,7 +22,7 @@ namespace {
 
 constexpr QSize usualSize{620, 460};
 constexpr int edge = 20 - LookMeasures::focusGutter;
-constexpr int iconSize = 48;
+constexpr QSize iconSize{48, 48};
 
 } // namespace
 
@@ -59,7 +59,7 @@ void AboutDialog::addHead()
     head->setVerticalSpacing(LookMeasures::tinyGap);
     if (const QIcon icon = QGuiApplication::windowIcon(); !icon.isNull()) {
         auto *const picture = new QLabel(this);
-        picture->setPixmap(icon.pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+        picture->setPixmap(icon.pixmap(LookMeasures::scaledToText(iconSize, fontMetrics()), devicePixelRatioF()));
         head->addWidget(picture, 0, 0, 2, 1, Qt::AlignTop);
     }
     head->addWidget(name, 0, 1);
