@@ -176,14 +176,25 @@ private Q_SLOTS:
         QCOMPARE(opened.files, QStringList(QStringLiteral("index.html")));
     }
 
-    void theCheckOfTheLibraryHasAPageOfItsOwn()
+    void theHelpKeyKnowsTheDialog_data()
     {
+        QTest::addColumn<QString>("entry");
+        QTest::addColumn<QString>("page");
+        QTest::newRow("the check of the library") << QStringLiteral("Check Library...") << QStringLiteral("check.html");
+        QTest::newRow("for a report") << QStringLiteral("About Velgor Library Manager")
+                                      << QStringLiteral("trouble.html");
+    }
+
+    void theHelpKeyKnowsTheDialog()
+    {
+        QFETCH(const QString, entry);
+        QFETCH(const QString, page);
         OpenedPages opened;
         const auto window = windowWithGuide();
-        QVERIFY(window->choose(QStringLiteral("Check Library...")));
+        QVERIFY(window->choose(entry));
         QVERIFY(QTest::qWaitFor([] { return qobject_cast<QDialog *>(QApplication::activeWindow()) != nullptr; }));
         pressHelpKey();
-        QCOMPARE(opened.files, QStringList(QStringLiteral("check.html")));
+        QCOMPARE(opened.files, QStringList(page));
     }
 
     void aMessageLeadsToThePageAboutMessages()
