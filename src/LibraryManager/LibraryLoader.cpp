@@ -6,8 +6,6 @@
 #include "LibraryFileReader.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
-#include "PatchIdentity.h"
-#include "PatchName.h"
 
 #include <QFileInfo>
 
@@ -159,9 +157,7 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
                 // It will be stored anew under its own id; its former file still carries the other patch's.
                 result.writeState.leftAlone.insert(fileName);
             }
-            if (const auto doubt = m_doubts.find(entry.id()); doubt != m_doubts.end()) {
-                doubt->file = fileName;
-            }
+            m_doubts.setFile(entry.id(), fileName);
         } else {
             progress.complete = false;
         }
@@ -170,41 +166,8 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
             m_report(done, stored.size());
         }
     }
-    noteDoubts(library, result);
+    m_doubts.note(m_entries, library, result);
     return progress;
-}
-
-void LibraryLoader::noteDoubts(const VelgorLibrary &library, LibraryLoadResult &result) const
-{
-    // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
-    const auto unexplained =
-        std::count_if(m_doubts.begin(), m_doubts.end(), [](const Doubt &doubt) { return !doubt.isDamaged; });
-    const bool areIdsExplained = 2 * unexplained < library.patches().size();
-    const auto note = [&result](quint64 id, const QString &text) {
-        result.doubtfulPatches.append(text);
-        result.doubtfulIds.insert(id);
-        // Its original may take its place, and is to be written then.
-        result.writeState.verified.remove(id);
-    };
-    for (const VelgorPatch &entry : m_entries.patches()) {
-        const auto doubt = m_doubts.constFind(entry.id());
-        const auto patch = doubt != m_doubts.cend() ? library.getPatchFromId(entry.id()) : std::nullopt;
-        if (!patch) {
-            continue;
-        }
-        const QString name = entry.name.simplified();
-        const bool isSameName = doubt->name == PatchName::fitted(entry.name);
-        if (doubt->isDamaged) {
-            note(entry.id(), tr("%1: its file is damaged, as its checksum is wrong (%2)").arg(name, doubt->file));
-            result.damagedFiles.insert(entry.id(), doubt->file);
-        } else if ((areIdsExplained || !isSameName)
-            && !PatchIdentity::mayHaveId(*patch->patch, m_entries.storedId(entry), entry.name)) {
-            note(entry.id(),
-                isSameName ? tr("%1: its file may have been changed after it was stored (%2)").arg(name, doubt->file)
-                           : tr("%1: its file holds \"%2\", which may be another patch (%3)")
-                                 .arg(name, doubt->name.simplified(), doubt->file));
-        }
-    }
 }
 
 std::optional<SPresetFile> LibraryLoader::readPatch(
@@ -266,7 +229,7 @@ std::optional<SPresetFile> LibraryLoader::ownPreset(
     // Every file that a library writes has the right one.
     const bool isDamaged = presets->checksum != presets->computedChecksum(bytes);
     if (isDamaged || owner == LibraryEntries::Owner::Unknown) {
-        m_doubts.insert(entry.id(), {.name = read.name, .file = {}, .isDamaged = isDamaged});
+        m_doubts.insert(entry.id(), read.name, isDamaged);
     }
     return presets;
 }

@@ -4,6 +4,7 @@
 #include "LibraryJournal.h"
 #include "LibraryJson.h"
 #include "LibraryLoadResult.h"
+#include "LoadDoubts.h"
 #include "OpenDirectory.h"
 
 #include <QByteArray>
@@ -55,20 +56,12 @@ private:
         bool areUnreadable = false; ///< at least one was, for the moment
     };
 
-    /// What was read for a patch, whose id it cannot have got.
-    struct Doubt {
-        QString name;
-        QString file;
-        bool isDamaged = false; ///< the checksum of its file is wrong; the id may be right
-    };
-
     /// The patches that have preset data, as a library; none when there are none.
     [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
     void noteDropped(LibraryLoadResult &result) const;
     /// What was read is kept before it is overwritten.
     static void keepSource(LibraryLoadResult &result);
     Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
-    void noteDoubts(const VelgorLibrary &library, LibraryLoadResult &result) const;
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
     /// The preset file of these bytes, if it is the entry's patch and nothing else; else `reason` says why not, and
@@ -92,7 +85,7 @@ private:
     OpenDirectory m_openDirectory;
     Report m_report;
     QHash<quint64, QString> m_failures; ///< patch id to the file that could not be loaded, and why
-    QHash<quint64, Doubt> m_doubts; ///< by patch id
+    LoadDoubts m_doubts;
     LibraryEntries m_entries;
     QByteArray m_room; ///< memory of the file that was read before
     QSet<QString> m_expectedNames; ///< the file name of every entry; made with the listing

@@ -1,5 +1,6 @@
 #include "AlertTexts.h"
 
+#include "AlertParts.h"
 #include "CommandTargets.h"
 #include "ContentFiles.h"
 #include "FileExistence.h"
@@ -19,59 +20,13 @@
 
 #include <algorithm>
 
+using namespace AlertParts;
+
 namespace {
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(AlertTexts)
 };
-
-Alert notice(const QString &title, const QString &text)
-{
-    return {.title = title, .text = text, .acceptLabel = {}, .safeLabel = Texts::tr("&OK")};
-}
-
-/// A notice from which the user can go on to the check of the library.
-Alert checkable(const QString &title, const QString &text)
-{
-    return {.title = title,
-        .text = text,
-        .acceptLabel = Texts::tr("&Check Library..."),
-        .safeLabel = Texts::tr("&Not Now")};
-}
-
-/// What happened, and below it what that means.
-QString inParagraphs(const QString &reason, const QString &advice)
-{
-    return advice.isEmpty() ? reason : reason + QStringLiteral("\n\n") + advice;
-}
-
-/// A problem as the layers below tell it: a path or a name, and behind a colon what is the matter with it.
-QString shownProblem(const QString &problem)
-{
-    const QString line = problem.simplified();
-    const qsizetype colon = line.indexOf(QStringLiteral(": "));
-    return colon < 0 ? shownPath(line)
-                     : shownPath(line.first(colon)) + QStringLiteral(": ") + shownPath(line.sliced(colon + 2));
-}
-
-QString fileNameOf(const QString &path)
-{
-    return shownName(QFileInfo(path).fileName());
-}
-
-/// The first few of many lines, and how many more there are.
-QString firstLines(const QStringList &lines)
-{
-    constexpr qsizetype shown = 3;
-    QStringList first;
-    for (const QString &line : lines.first(std::min(shown, lines.size()))) {
-        first.append(shownProblem(line));
-    }
-    if (lines.size() > shown) {
-        first.append(Texts::tr("and %1 more").arg(lines.size() - shown));
-    }
-    return first.join(u'\n');
-}
 
 bool isSaved(const Desk &desk)
 {

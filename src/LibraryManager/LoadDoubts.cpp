@@ -1,0 +1,62 @@
+#include "LoadDoubts.h"
+
+#include "PatchIdentity.h"
+#include "PatchName.h"
+
+#include <algorithm>
+
+void LoadDoubts::insert(quint64 id, const QString &name, bool isDamaged)
+{
+    m_doubts.insert(id, {.name = name, .file = {}, .isDamaged = isDamaged});
+}
+
+void LoadDoubts::setFile(quint64 id, const QString &file)
+{
+    if (const auto doubt = m_doubts.find(id); doubt != m_doubts.end()) {
+        doubt->file = file;
+    }
+}
+
+void LoadDoubts::note(const LibraryEntries &entries, const VelgorLibrary &library, LibraryLoadResult &result) const
+{
+    if (m_doubts.isEmpty()) {
+        return;
+    }
+    // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
+    const auto unexplained =
+        std::count_if(m_doubts.begin(), m_doubts.end(), [](const Doubt &doubt) { return !doubt.isDamaged; });
+    const bool areIdsExplained = 2 * unexplained < library.patches().size();
+    for (const VelgorPatch &entry : entries.patches()) {
+        const quint64 id = entry.id();
+        const auto doubt = m_doubts.constFind(id);
+        const auto patch = doubt != m_doubts.cend() ? library.getPatchFromId(id) : std::nullopt;
+        const QString text =
+            patch ? textOf(*doubt, *patch->patch, entry, entries.storedId(entry), areIdsExplained) : QString();
+        if (text.isEmpty()) {
+            continue;
+        }
+        result.doubtfulPatches.append(text);
+        result.doubtfulIds.insert(id);
+        // Its original may take its place, and is to be written then.
+        result.writeState.verified.remove(id);
+        if (doubt->isDamaged) {
+            result.damagedFiles.insert(id, doubt->file);
+        }
+    }
+}
+
+QString LoadDoubts::textOf(
+    const Doubt &doubt, const VelgorPatch &patch, const VelgorPatch &entry, quint64 storedId, bool areIdsExplained)
+{
+    const QString name = entry.name.simplified();
+    if (doubt.isDamaged) {
+        return tr("%1: its file is damaged, as its checksum is wrong (%2)").arg(name, doubt.file);
+    }
+    const bool isSameName = doubt.name == PatchName::fitted(entry.name);
+    if ((isSameName && !areIdsExplained) || PatchIdentity::mayHaveId(patch, storedId, entry.name)) {
+        return {};
+    }
+    return isSameName ? tr("%1: its file may have been changed after it was stored (%2)").arg(name, doubt.file)
+                      : tr("%1: its file holds \"%2\", which may be another patch (%3)")
+                            .arg(name, doubt.name.simplified(), doubt.file);
+}
