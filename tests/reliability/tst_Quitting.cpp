@@ -172,7 +172,7 @@ private:
             }
         });
         look.start();
-        QCOMPARE(application.run(QString()), 0);
+        QCOMPARE(application.run(StartRequest()), 0);
     }
 
     int m_rounds = 20;
