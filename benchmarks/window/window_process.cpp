@@ -65,7 +65,7 @@ int showWindow(bool (*counts)(const QObject *painted))
     QApplication::setStyle(new VelgorStyle);
     const PaintSignal signal(counts);
     Velgor_Library_ManagerApp app;
-    return app.run(QString());
+    return app.run({});
 }
 
 } // namespace
