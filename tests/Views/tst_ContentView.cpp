@@ -229,7 +229,7 @@ private Q_SLOTS:
         blockDirectory(directory);
         QVERIFY(window.choose(QStringLiteral("Duplicate Patch")));
         QTRY_COMPARE(window.message(), notSaved);
-        QVERIFY(window.answer(QStringLiteral("OK")));
+        QVERIFY(window.answer(QStringLiteral("Not Now")));
         QCOMPARE(window.message(), QString());
         QVERIFY(!window.storage.writeError());
         QCOMPARE(window.library.count(), 4);

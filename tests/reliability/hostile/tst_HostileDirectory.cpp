@@ -189,7 +189,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("told");
         QTest::newRow("library file") << libraryFile << 2 << QStringLiteral("a link in the place of a file");
-        QTest::newRow("patch file") << leadFile << 0 << QStringLiteral("left out: Lead");
+        QTest::newRow("patch file")
+            << leadFile << 0 << QStringLiteral("left out: Lead: a link in the place of a file (%1)").arg(leadFile);
     }
     void nothingIsReadThroughALink()
     {
