@@ -165,7 +165,7 @@ std::optional<VelgorPatch> LibrarySession::patch(const QString &id) const
     static const QRegularExpression digits(QStringLiteral("^[0-9]+\\z"));
     bool isNumber = false;
     const quint64 value = digits.match(id).hasMatch() ? id.toULongLong(&isNumber) : 0;
-    const auto found = isNumber ? m_library->getPatchFromId(value) : std::nullopt;
+    const auto found = m_library->getPatchFromId(isNumber ? std::optional(value) : std::nullopt);
     if (isNumber && !found && m_storage.awaitedPatches().patches.contains(value)) {
         Output::fail(tr("patch %1 was left out, as its file cannot be read").arg(id));
         return std::nullopt;
