@@ -27,6 +27,11 @@ QRect screenRoom()
     return QApplication::primaryScreen()->availableGeometry();
 }
 
+QString textOf(const QRect &rect)
+{
+    return QStringLiteral("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+}
+
 } // namespace
 
 class TestWindowPlacement : public QObject {
@@ -110,7 +115,7 @@ private Q_SLOTS:
         window.show();
         WindowPlacement::keepOnScreen(window);
         QVERIFY(window.frameGeometry() != window.geometry());
-        QVERIFY2(screenRoom().contains(window.frameGeometry()), QTest::toString(window.frameGeometry()));
+        QVERIFY2(screenRoom().contains(window.frameGeometry()), qPrintable(textOf(window.frameGeometry())));
         QVERIFY(window.width() >= 400);
     }
 
@@ -123,7 +128,7 @@ private Q_SLOTS:
         QTRY_VERIFY(window.isMaximized());
         WindowPlacement::keepOnScreen(window);
         QVERIFY(window.isMaximized());
-        QVERIFY2(screenRoom().contains(window.normalGeometry()), QTest::toString(window.normalGeometry()));
+        QVERIFY2(screenRoom().contains(window.normalGeometry()), qPrintable(textOf(window.normalGeometry())));
         window.showNormal();
         WindowPlacement::keepOnScreen(window);
         QVERIFY(screenRoom().contains(window.frameGeometry()));
