@@ -13,7 +13,7 @@ QString quoted(QString text)
     return u'\'' + text + u'\'';
 }
 
-/// Within the brackets and between the colons of a specification.
+/// Within the brackets and between the colons of what "_arguments" takes.
 QString escaped(QString text)
 {
     for (const QChar character : {u'\\', u'[', u']', u':'}) {
@@ -41,7 +41,7 @@ QString action(const QString &placeholder)
     return QStringLiteral(" ");
 }
 
-QString specification(const CommandOption &option)
+QString optionText(const CommandOption &option)
 {
     const QString description = u'[' + escaped(option.description) + u']';
     if (!option.value.isEmpty()) {
@@ -71,7 +71,7 @@ QString callOf(const QString &arguments, const QList<CommandOption> &options, co
 {
     QStringList lines{arguments};
     for (const CommandOption &option : options) {
-        lines.append(specification(option));
+        lines.append(optionText(option));
     }
     lines += rest;
     lines.removeAll(QString());
