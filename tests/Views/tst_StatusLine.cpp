@@ -54,6 +54,22 @@ private Q_SLOTS:
         QCOMPARE(window->status(), QStringLiteral("2 kept, 0 already there"));
     }
 
+    void theSentenceOfADragLosesItsEndWhereThereIsNoRoom()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A"));
+        auto *const line = window->window->findChild<StatusLine *>();
+        QVERIFY(line);
+        const auto painted = [line](const QString &text) {
+            line->setDrop(text);
+            WindowFixture::settle();
+            return line->grab().toImage();
+        };
+        const QString room(1000, u'i');
+        const QImage picture = painted(QStringLiteral("Replaces 1 slot ") + room + QStringLiteral("first"));
+        QCOMPARE(picture, painted(QStringLiteral("Replaces 1 slot ") + room + QStringLiteral("other end")));
+        QVERIFY(picture != painted(QStringLiteral("Replaces 2 slots") + room + QStringLiteral("first")));
+    }
+
     void whatWasDeletedIsSaid()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));

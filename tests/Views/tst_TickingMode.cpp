@@ -185,6 +185,14 @@ private Q_SLOTS:
         QVERIFY(window->messageText().startsWith(QStringLiteral("a1\nb1\na2\nand 3 more\n\n")));
         QVERIFY(window->messageText().contains(QStringLiteral("The filter hides 2 of these 6.")));
         QVERIFY(window->answer(QStringLiteral("No")));
+        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("zz"));
+        QVERIFY(window->press(QStringLiteral("Delete")));
+        QVERIFY2(window->messageText().contains(QStringLiteral("The filter hides all of them.")),
+            qPrintable(window->messageText()));
+        QVERIFY(window->answer(QStringLiteral("No")));
+        for (int i = 0; i < 2; ++i) {
+            QTest::keyClick(field(*window, "Filter by name"), Qt::Key_Backspace);
+        }
         QVERIFY(window->choose(QStringLiteral("Select All")));
         QCOMPARE(ticks(*window), QStringLiteral("a1 a2 a3 a4"));
         QVERIFY(window->press(QStringLiteral("Delete")));
