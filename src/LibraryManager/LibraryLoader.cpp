@@ -221,6 +221,9 @@ std::optional<SPresetFile> LibraryLoader::ownPreset(
     }
     const VelgorPatch read(presets->patches.first(), presets->userIRs.first(), presets->headerDesc);
     const LibraryEntries::Owner owner = m_entries.ownerOf(read, entry);
+    if (owner != LibraryEntries::Owner::Entry) {
+        m_doubts.insertForeign(entry.id(), read.id());
+    }
     if (owner == LibraryEntries::Owner::OtherEntry) {
         reason = tr("it holds \"%1\", another patch of the library").arg(read.name.simplified());
         isUnreadable = true;

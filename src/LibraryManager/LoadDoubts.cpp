@@ -1,9 +1,17 @@
 #include "LoadDoubts.h"
 
+#include "LibraryFileNames.h"
 #include "PatchIdentity.h"
 #include "PatchName.h"
 
 #include <algorithm>
+
+namespace {
+
+/// A patch has a further one of its fresh ids only when another patch has the former.
+constexpr quint32 mostOfOneHash = 2;
+
+} // namespace
 
 void LoadDoubts::insert(quint64 id, const QString &name, bool isDamaged)
 {
@@ -19,9 +27,10 @@ void LoadDoubts::setFile(quint64 id, const QString &file)
 
 void LoadDoubts::note(const LibraryEntries &entries, const VelgorLibrary &library, LibraryLoadResult &result) const
 {
-    if (m_doubts.isEmpty()) {
+    if (m_doubts.isEmpty() && m_foreign.isEmpty()) {
         return;
     }
+    const QHash<quint64, quint64> exchangedFiles = exchanged(library);
     // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
     const auto unexplained =
         std::count_if(m_doubts.begin(), m_doubts.end(), [](const Doubt &doubt) { return !doubt.isDamaged; });
@@ -30,8 +39,13 @@ void LoadDoubts::note(const LibraryEntries &entries, const VelgorLibrary &librar
         const quint64 id = entry.id();
         const auto doubt = m_doubts.constFind(id);
         const auto patch = doubt != m_doubts.cend() ? library.getPatchFromId(id) : std::nullopt;
-        const QString text =
+        QString text =
             patch ? textOf(*doubt, *patch->patch, entry, entries.storedId(entry), areIdsExplained) : QString();
+        if (text.isEmpty() && exchangedFiles.contains(id)) {
+            text = tr("%1: its file holds the patch of the same id that is called \"%2\" in the library (%3)")
+                       .arg(entry.name.simplified(), entries.nameOf(exchangedFiles.value(id)).simplified(),
+                           LibraryFileNames::patchFile(entry.name, id));
+        }
         if (text.isEmpty()) {
             continue;
         }
@@ -39,10 +53,24 @@ void LoadDoubts::note(const LibraryEntries &entries, const VelgorLibrary &librar
         result.doubtfulIds.insert(id);
         // Its original may take its place, and is to be written then.
         result.writeState.verified.remove(id);
-        if (doubt->isDamaged) {
+        if (doubt != m_doubts.cend() && doubt->isDamaged) {
             result.damagedFiles.insert(id, doubt->file);
         }
     }
+}
+
+QHash<quint64, quint64> LoadDoubts::exchanged(const VelgorLibrary &library) const
+{
+    QHash<quint64, quint64> files;
+    for (const Foreign &foreign : m_foreign) {
+        const auto own = library.getPatchFromId(foreign.id);
+        const auto first = library.getPatchFromId(foreign.hash);
+        const bool isExplained = own && PatchIdentity::mayHaveId(*own->patch, foreign.id, own->patch->name);
+        if (!isExplained && first && PatchIdentity::givesId(*first->patch, foreign.id, mostOfOneHash)) {
+            files.insert(foreign.hash, foreign.id);
+        }
+    }
+    return files;
 }
 
 QString LoadDoubts::textOf(

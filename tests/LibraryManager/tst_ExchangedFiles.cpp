@@ -142,6 +142,42 @@ private Q_SLOTS:
                 QStringLiteral("Lead: its file holds \"Other\", which may be another patch (%1)").arg(fileOf(lead()))});
     }
 
+    static void exchangedFilesOfPatchesThatHashAlikeAreTold_data()
+    {
+        QTest::addColumn<VelgorPatch>("first");
+        QTest::addColumn<VelgorPatch>("second");
+        QTest::newRow("names that hash alike")
+            << imported(QStringLiteral("Glacier-1"), 5) << imported(QStringLiteral("Glacier-2"), 5);
+        SPatch other = *lead().patchData;
+        // The hash folds eight bytes onto eight.
+        other.data[0] = static_cast<char>(other.data.at(0) ^ 1);
+        other.data[8] = static_cast<char>(other.data.at(8) ^ 1);
+        QTest::newRow("sounds that hash alike") << lead() << VelgorPatch(other, *lead().userIRData, *lead().headerData);
+    }
+    static void exchangedFilesOfPatchesThatHashAlikeAreTold()
+    {
+        QFETCH(const VelgorPatch, first);
+        QFETCH(const VelgorPatch, second);
+        QCOMPARE(second.id(), first.id());
+        VelgorLibrary library;
+        library.appendNew({first, second, clean(), imported(QStringLiteral("Bells"), 3)});
+        QCOMPARE(library.count(), 4);
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {library.patches(), std::nullopt}).hasError());
+        QCOMPARE(load(directory).doubtfulPatches, QStringList());
+
+        const VelgorPatch held = library.patches().at(1);
+        directory.write(fileOf(first), patchBytes(second));
+        directory.write(fileOf(held), patchBytes(first));
+        const LibraryLoadResult result = load(directory);
+        QCOMPARE(result.doubtfulPatches.value(0),
+            QStringLiteral("%1: its file holds the patch of the same id that is called \"%2\" in the library (%3)")
+                .arg(first.name, second.name, fileOf(first)));
+        const QStringList ofSecond = result.doubtfulPatches.mid(1) + result.droppedProblems;
+        QCOMPARE(ofSecond.size(), 1);
+        QVERIFY2(ofSecond.first().endsWith(QStringLiteral("(%1)").arg(fileOf(held))), qUtf8Printable(ofSecond.first()));
+    }
+
     static void soundThatChangedOnTheDiskIsTold()
     {
         const LibraryDirectory directory;
