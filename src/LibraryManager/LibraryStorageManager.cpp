@@ -143,7 +143,8 @@ std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult
     m_doubtfulPatches = result.doubtfulPatches;
     m_awaitedPatches = {.patches = result.writeState.unread.patches,
         .defaultPatch = result.droppedDefault,
-        .doubtful = result.doubtfulIds};
+        .doubtful = result.doubtfulIds,
+        .damaged = QSet(result.damagedFiles.keyBegin(), result.damagedFiles.keyEnd())};
     for (const VelgorPatch &entry : std::as_const(result.droppedEntries)) {
         if (!entry.empty && !m_awaitedPatches.patches.contains(entry.id())) {
             m_awaitedPatches.patches.insert(entry.id(), entry);

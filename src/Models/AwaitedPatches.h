@@ -12,4 +12,5 @@ struct AwaitedPatches {
     QHash<quint64, VelgorPatch> patches = {};
     std::optional<quint64> defaultPatch = {}; ///< of the library file, where it is one of them
     QSet<quint64> doubtful = {}; ///< patches that are there, from files that may be damaged: their originals may come
+    QSet<quint64> damaged = {}; ///< of them those whose files are damaged for certain
 };

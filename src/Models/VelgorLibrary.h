@@ -151,8 +151,8 @@ private:
     [[nodiscard]] VelgorPatch takeAwaited(VelgorPatch patch);
     /// The awaited patch that was the default one is it again once it is here, unless the user chose another.
     void settleAwaitedDefault();
-    /// Where the library holds bytes under this patch's id that may be damaged, and name and id say that it was this
-    /// one, these take their place. True when it was so.
+    /// Where the library holds bytes under this patch's id that are damaged, or may be, and name and id say that it was
+    /// this one, these take their place. True when it was so.
     bool restoreSound(const VelgorPatch &patch);
     [[nodiscard]] PatchIdentity::Place placeOf(const VelgorPatch &patch, const PatchIdentity::Holder &alsoHere) const;
     void appendAll(const QList<VelgorPatch> &patches);

@@ -53,11 +53,17 @@ void VelgorLibrary::settleAwaitedDefault()
 bool VelgorLibrary::restoreSound(const VelgorPatch &patch)
 {
     const auto held = m_awaited.doubtful.contains(patch.id()) ? getPatchFromId(patch.id()) : std::nullopt;
+    // The id does not see every damage; where the damage is certain, the held bytes prove nothing.
     const bool isOriginal = held && held->patch->patchData && patch.patchData
         && held->patch->patchData->nameField() == patch.patchData->nameField()
         && VelgorPatch::staticSimpleHash(patch) == patch.id()
-        && !PatchIdentity::mayHaveId(*held->patch, patch.id(), held->patch->name);
+        && (m_awaited.damaged.contains(patch.id())
+            || !PatchIdentity::mayHaveId(*held->patch, patch.id(), held->patch->name));
     if (isOriginal) {
+        if (!PatchIdentity::isSameSound(*held->patch, patch)) {
+            // Another sound that gives the same id is another patch from now on.
+            m_awaited.damaged.remove(patch.id());
+        }
         replacePresetData(held->index, patch.patchData, patch.userIRData, patch.headerData);
     }
     return isOriginal;
@@ -132,7 +138,9 @@ quint64 VelgorLibrary::appendOrReplace(
         const PatchIdentity::Place place = placeOf(patch, nobodyElse);
         id = place.id;
         found = place.isKnown ? getPatchFromId(id) : std::nullopt;
-        if (!found && restoreSound(patch)) {
+        // What the damage spared may be the sound, and the header not.
+        const bool isHeldHere = found && !duplicate && id == patch.id();
+        if ((!found || isHeldHere) && restoreSound(patch)) {
             return patch.id();
         }
     }
@@ -158,7 +166,8 @@ QList<quint64> VelgorLibrary::appendNew(const QList<VelgorPatch> &patches)
     };
     for (const VelgorPatch &patch : patches) {
         const PatchIdentity::Place place = placeOf(patch, freshPatch);
-        if (!place.isKnown && restoreSound(patch)) {
+        const bool isElsewhere = place.isKnown && place.id != patch.id();
+        if (!isElsewhere && restoreSound(patch)) {
             ids.append(patch.id());
             continue;
         }
