@@ -1,6 +1,7 @@
 # The commit that the sources are of, for reports about problems. It is asked for at each build, as it changes without a
 # new configuration, but only a small source file depends on it, and that is written only when it changed. Sources
-# without a repository of their own, as those of a tarball, have none; who packages them may name it.
+# without a repository of their own have the one that "git archive" wrote into them, if it was that; who packages them
+# may name another.
 set(VELGOR_COMMIT "$ENV{VELGOR_COMMIT}" CACHE STRING "Commit that the sources are of; empty: as Git says")
 
 #   velgor_add_commit(velgor_views)

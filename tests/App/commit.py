@@ -9,6 +9,7 @@ import sys
 import tempfile
 
 CMAKE, SCRIPT = sys.argv[1:]
+SOURCES = pathlib.Path(SCRIPT).parent.parent
 
 
 def check(condition, what):
@@ -35,6 +36,9 @@ with tempfile.TemporaryDirectory(prefix="velgor-") as place:
     inner = outer / "unpacked tarball"
     inner.mkdir(parents=True)
     check(commit_of(inner)[0] == "", "sources without a repository have no commit")
+    (inner / "cmake").mkdir()
+    shutil.copy(SOURCES / "cmake" / "archived-commit.txt", inner / "cmake")
+    check(commit_of(inner)[0] == "", "nor have those that are no archive")
     check(commit_of(inner, "1a2b3c+ds")[0] == "1a2b3c+ds", "who packages them can name it")
     check(commit_of(inner, 'x");\n#error "')[0] == "xerror", "what is named is no code")
     if shutil.which("git") is None:
@@ -50,6 +54,16 @@ with tempfile.TemporaryDirectory(prefix="velgor-") as place:
     check(commit_of(inner)[0] == "", "a repository around the sources is not theirs")
     os.utime(file, (1, 1))
     check(commit_of(outer)[0] == first and file.stat().st_mtime == 1, "what did not change is not written again")
+    shutil.copytree(SOURCES / "cmake", outer / "cmake")
+    shutil.copy(SOURCES / ".gitattributes", outer)
+    git(outer, "add", ".")
+    git(outer, "commit", "-q", "-m", "What archives need")
+    git(outer, "archive", "--format=tar", f"--output={place}/archive.tar", "HEAD")
+    archived = pathlib.Path(place) / "archived"
+    shutil.unpack_archive(f"{place}/archive.tar", archived)
+    first = git(outer, "rev-parse", "HEAD")[:10]
+    check(commit_of(archived)[0] == first, "an archive says which commit it is of")
+    check(commit_of(outer)[0] == first, "sources with a repository ask that")
     (outer / "file").write_text("another text")
     check(commit_of(outer)[0] == f"{first}-dirty", "changed sources are said to be")
     git(outer, "commit", "-q", "-a", "-m", "Second")
