@@ -1,6 +1,6 @@
 #include "Diagnostics.h"
-#include "LibraryFileNames.h"
 #include "LibraryJournal.h"
+#include "TemporaryFiles.h"
 
 #include <cstdint>
 
@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return 0;
     }
     for (const QString &name : journal->staged) {
-        require(name.startsWith(LibraryFileNames::temporaryPrefix()), "a file that is none of a save's is moved");
+        require(name.startsWith(TemporaryFiles::prefix()), "a file that is none of a save's is moved");
         require(!name.contains(u'/') && !name.contains(QChar(u'\0')), "a journal leads out of the directory");
     }
     require(LibraryJournal::decode(journal->encode()) == journal, "a journal comes back changed");

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     : storage(preferences)
     , m_dialogs(m_windowState)
-    , m_files(m_diskFiles, &m_dialogs)
+    , m_files(m_userFiles, &m_dialogs)
     , m_libraryEditor(velgorLibrary, velgorContent, storage)
     , m_contentEditor(velgorLibrary, velgorContent)
     , m_contentFiles(velgorContent, m_files)

@@ -5,7 +5,6 @@
 #include "ContentView.h"
 #include "Desk.h"
 #include "DesktopFileDialogs.h"
-#include "DiskFiles.h"
 #include "LibraryEditor.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
@@ -13,6 +12,7 @@
 #include "StartRequest.h"
 #include "StateFile.h"
 #include "SystemColorScheme.h"
+#include "UserFiles.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 #include "WindowState.h"
@@ -53,7 +53,7 @@ private:
     VelgorLibrary velgorLibrary;
     VelgorContent velgorContent;
     WindowState m_windowState{StateFile::usualPath()};
-    DiskFiles m_diskFiles;
+    UserFiles m_userFiles;
     DesktopFileDialogs m_dialogs;
     PatchFileHandler m_files;
     LibraryEditor m_libraryEditor;

@@ -12,13 +12,13 @@
 
 FileReadResult PipedFiles::read(const QString &path)
 {
-    return path == StandardInput::mark() ? StandardInput::read() : DiskFiles::read(path);
+    return path == StandardInput::mark() ? StandardInput::read() : UserFiles::read(path);
 }
 
 QString PipedFiles::write(const QString &path, const QByteArray &bytes)
 {
     if (path != StandardInput::mark()) {
-        return DiskFiles::write(path, bytes);
+        return UserFiles::write(path, bytes);
     }
 #ifdef Q_OS_WIN
     _setmode(_fileno(stdout), _O_BINARY);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "DiskFiles.h"
+#include "UserFiles.h"
 
 /// The files that a user names: "-" stands for standard input where a file is read, and for standard output where one
 /// is written.
-class PipedFiles : public DiskFiles {
+class PipedFiles : public UserFiles {
 public:
     [[nodiscard]] FileReadResult read(const QString &path) override;
     /// What could not be written to standard output is told at the end of the program.

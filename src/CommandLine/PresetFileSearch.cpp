@@ -9,7 +9,7 @@
 
 QList<PresetFileSearch::Entry> PresetFileSearch::below(const QString &directory)
 {
-    using Kind = DirectoryListing::Kind;
+    using Kind = DirectoryWalk::Kind;
     QList<Entry> entries;
     const QDir root(directory);
     const bool isSearched = DirectoryWalk::visit(directory, [&](const DirectoryWalk::Entry &found) {

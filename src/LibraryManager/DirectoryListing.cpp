@@ -1,6 +1,5 @@
 #include "DirectoryListing.h"
 
-#include "DirectoryWalk.h"
 #include "LibraryFileNames.h"
 
 #include <utility>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DirectoryWalk.h"
+
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -10,7 +12,7 @@
 /// The owner reports what it moves and adds, so that one scan serves a whole save.
 class DirectoryListing {
 public:
-    enum class Kind { RegularFile, Directory, Other };
+    using Kind = DirectoryWalk::Kind;
 
     /// Nothing when the directory cannot be read.
     [[nodiscard]] static std::optional<DirectoryListing> scan(const QString &directory);

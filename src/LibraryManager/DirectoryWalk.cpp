@@ -18,7 +18,7 @@
 #include <unistd.h>
 #endif
 
-using Kind = DirectoryListing::Kind;
+using Kind = DirectoryWalk::Kind;
 
 #ifdef Q_OS_WIN
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "DirectoryListing.h"
-
 #include <QString>
 
 #include <functional>
@@ -9,9 +7,11 @@
 /// Walks through a directory and everything below it, without following links.
 namespace DirectoryWalk {
 
+enum class Kind { RegularFile, Directory, Other };
+
 struct Entry {
     QString path; ///< relative to the directory
-    DirectoryListing::Kind kind = DirectoryListing::Kind::Other;
+    Kind kind = Kind::Other;
     bool isListed = true; ///< false for a directory that may not be listed
     /// False when a name in the path is not valid UTF-8. The path can be shown then, but leads nowhere.
     bool isUtf8 = true;

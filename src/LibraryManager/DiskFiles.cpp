@@ -2,8 +2,6 @@
 
 #include "CheckedWriting.h"
 #include "DiskSync.h"
-#include "FileExistence.h"
-#include "LibraryFileNames.h"
 #include "TemporaryFiles.h"
 
 #include <QDir>
@@ -129,37 +127,7 @@ QString whyNotReplaceable(const Place &place)
     return place.kind == Place::Kind::Other ? DiskFiles::tr("there is something else than a file") : QString();
 }
 
-/// The file that a chain of links leads to, whether or not it exists; the path itself where there is no link.
-QString endOfLinks(const QString &path)
-{
-    constexpr int longestChain = 40;
-    QFileInfo info(path);
-    for (int step = 0; step < longestChain && info.isSymLink(); ++step) {
-        info.setFile(info.symLinkTarget());
-    }
-    return info.filePath();
-}
-
 } // namespace
-
-FileReadResult DiskFiles::read(const QString &path)
-{
-    return readRegular(path, Links::Follow);
-}
-
-QString DiskFiles::write(const QString &path, const QByteArray &bytes)
-{
-    const QFileInfo target(endOfLinks(path));
-    const bool isLibraryDirectory = holdsLibrary(target.absolutePath());
-    const QString name = target.fileName();
-    if (isLibraryDirectory && (LibraryFileNames::isReserved(name) || LibraryFileNames::patchFileId(name))) {
-        return tr("the file belongs to a library and is not replaced by an export");
-    }
-    if (!isLibraryDirectory) {
-        TemporaryFiles::sweep(target.absoluteDir());
-    }
-    return replace(target.filePath(), bytes);
-}
 
 FileReadResult DiskFiles::readRegular(const QString &path, Links links)
 {
@@ -290,7 +258,7 @@ QString DiskFiles::commit(const OpenDirectory &directory, const QString &tempora
 }
 
 QString DiskFiles::overwriteInPlace(
-    const QString &path, const QByteArray &bytes, bool &wasTouched, std::optional<LibraryFileStamp> *stamp)
+    const QString &path, const QByteArray &bytes, bool &wasTouched, std::optional<FileContentStamp> *stamp)
 {
     wasTouched = false;
     const QFileInfo info(path);
@@ -304,10 +272,20 @@ QString DiskFiles::overwriteInPlace(
     wasTouched = true;
     QString error = CheckedWriting::writeAndSync(file, bytes);
     if (stamp) {
-        *stamp = LibraryFileStamp::of(file);
+        *stamp = FileContentStamp::of(file);
         (*stamp)->setBytes(error.isEmpty() ? bytes : QByteArray());
     }
     return error;
+}
+
+QString DiskFiles::endOfLinks(const QString &path)
+{
+    constexpr int longestChain = 40;
+    QFileInfo info(path);
+    for (int step = 0; step < longestChain && info.isSymLink(); ++step) {
+        info.setFile(info.symLinkTarget());
+    }
+    return info.filePath();
 }
 
 QString DiskFiles::move(const QString &from, const QString &to)

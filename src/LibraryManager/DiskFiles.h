@@ -1,8 +1,8 @@
 #pragma once
 
-#include "FileAccess.h"
+#include "FileContentStamp.h"
+#include "FileReadResult.h"
 #include "FileStamp.h"
-#include "LibraryFileStamp.h"
 #include "OpenDirectory.h"
 
 #include <QByteArray>
@@ -11,7 +11,7 @@
 
 /// The one module that opens, writes, moves and removes files. Errors are returned as the system's reason,
 /// translated, without the file's name; an empty text means success.
-class DiskFiles : public FileAccess {
+class DiskFiles {
     Q_DECLARE_TR_FUNCTIONS(DiskFiles)
 
 public:
@@ -20,12 +20,7 @@ public:
 
     enum class Links { Follow, Refuse };
 
-    /// Reads a regular file, or the one a link leads to. Never waits for a pipe or a device.
-    [[nodiscard]] FileReadResult read(const QString &path) override;
-    /// Replaces a file, or the one a link leads to, safely: see replace(). Refuses the files of a library, which an
-    /// export would destroy. Removes what programs that were killed while they wrote into that directory left there.
-    [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
-
+    /// Reads a regular file. Never waits for a pipe or a device.
     [[nodiscard]] static FileReadResult readRegular(const QString &path, Links links);
     /// `room` is memory that may be used for the bytes. `stamp` is the file's as it was before it was read.
     [[nodiscard]] static FileReadResult readRegular(const OpenDirectory &directory, const QString &name, Links links,
@@ -36,7 +31,7 @@ public:
     /// Rewrites the file itself, so that its identity, owner and rights stay, and synchronises it. On failure
     /// `wasTouched` says whether the old bytes are gone. `stamp` tells the written file from later ones.
     [[nodiscard]] static QString overwriteInPlace(const QString &path, const QByteArray &bytes, bool &wasTouched,
-        std::optional<LibraryFileStamp> *stamp = nullptr);
+        std::optional<FileContentStamp> *stamp = nullptr);
 
     /// Why no file can get this name: there is something that is neither a file nor a link.
     [[nodiscard]] static QString whyNotReplaceable(const OpenDirectory &directory, const QString &name);
@@ -55,6 +50,8 @@ public:
     /// The last step: the temporary file takes the place of the other. It stays on failure.
     [[nodiscard]] static QString commit(const OpenDirectory &directory, const QString &temporary, const QString &name);
 
+    /// The file that a chain of links leads to, whether or not it exists; the path itself where there is no link.
+    [[nodiscard]] static QString endOfLinks(const QString &path);
     /// Never replaces another file.
     [[nodiscard]] static QString move(const QString &from, const QString &to);
     [[nodiscard]] static QString remove(const QString &path);

@@ -8,6 +8,7 @@
 #include "PatchFileMatcher.h"
 #include "PatchIdentity.h"
 #include "ProcessExistence.h"
+#include "TemporaryFiles.h"
 
 #include <QFileInfo>
 #include <QSysInfo>
@@ -127,7 +128,7 @@ void LibraryDoctor::examineFile(const QString &name)
         return;
     }
     static const QStringList ofASave{LibraryFileNames::journalFile(), LibraryFileNames::libraryCopy()};
-    if (ofASave.contains(name) || name.startsWith(LibraryFileNames::temporaryPrefix())) {
+    if (ofASave.contains(name) || name.startsWith(TemporaryFiles::prefix())) {
         if (!m_staged.contains(name) && isLeftover(name)) {
             add(LibraryFinding::Kind::Leftover, name, 0);
         }
@@ -296,7 +297,7 @@ SinglePatchFile::Result LibraryDoctor::readPatch(const QString &name) const
 
 bool LibraryDoctor::isLeftover(const QString &name) const
 {
-    const auto owner = LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName());
+    const auto owner = TemporaryFiles::ownerOf(name, QSysInfo::machineHostName());
     const bool isInUse = owner ? *owner != QCoreApplication::applicationPid() && !isProcessGone(*owner)
                                : LibraryLock::isHeldByOther(m_directory);
     // What a save had just removed was not left, and a save that began meanwhile holds the lock.

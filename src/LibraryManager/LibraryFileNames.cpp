@@ -1,8 +1,8 @@
 #include "LibraryFileNames.h"
 
+#include "TemporaryFiles.h"
 #include "Utf8Text.h"
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QStringBuilder>
@@ -69,23 +69,6 @@ QByteArray writeTestText()
     return QByteArrayLiteral("Test file that can be removed");
 }
 
-QString temporaryPrefix()
-{
-    return QStringLiteral(".velgor-writing-");
-}
-
-QString temporaryPrefix(const QString &host, qint64 process)
-{
-    const QByteArray hash = QCryptographicHash::hash(host.toUtf8(), QCryptographicHash::Sha1).toHex().first(8);
-    return temporaryPrefix() + QStringLiteral("%1-%2-").arg(QString::fromLatin1(hash)).arg(process);
-}
-
-std::optional<qint64> temporaryFileOwner(const QString &name, const QString &host)
-{
-    const qint64 process = name.section(u'-', 3, 3).toLongLong();
-    return process > 0 && name.startsWith(temporaryPrefix(host, process)) ? std::optional(process) : std::nullopt;
-}
-
 QString datedCopy(int attempt)
 {
     const QString time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss"));
@@ -119,7 +102,7 @@ bool isDamagedFile(const QString &name)
 bool isReserved(const QString &name)
 {
     static const QStringList names{libraryFile(), libraryCopy(), lockFile(), lockRemovalFile(), journalFile()};
-    return names.contains(name) || name.startsWith(temporaryPrefix()) || isDatedCopy(name);
+    return names.contains(name) || name.startsWith(TemporaryFiles::prefix()) || isDatedCopy(name);
 }
 
 QString patchFile(const QString &patchName, quint64 patchID)
@@ -170,11 +153,6 @@ PathIds idsIn(const QString &path)
 QString address(const QString &path)
 {
     return QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
-}
-
-bool isListable(const QString &directory)
-{
-    return QUrl::fromLocalFile(directory).path(QUrl::FullyEncoded) == directory;
 }
 
 } // namespace LibraryFileNames

@@ -22,13 +22,6 @@ namespace LibraryFileNames {
 [[nodiscard]] QString writeTestFile(const QString &directory);
 [[nodiscard]] QByteArray writeTestText();
 
-/// Every file being written starts with this; no such name holds a patch id between dots.
-[[nodiscard]] QString temporaryPrefix();
-/// The same, for files that one process of one computer writes.
-[[nodiscard]] QString temporaryPrefix(const QString &host, qint64 process);
-/// The process that writes or wrote a temporary file; nothing when it was on another computer than `host`.
-[[nodiscard]] std::optional<qint64> temporaryFileOwner(const QString &name, const QString &host);
-
 /// Where an old library file is kept: a name of its own for each `attempt` within the present second.
 [[nodiscard]] QString datedCopy(int attempt);
 [[nodiscard]] bool isDatedCopy(const QString &name);
@@ -54,7 +47,5 @@ using PathIds = QVarLengthArray<quint64, 1>;
 
 /// A path as it is shown in printed lines: a file address.
 [[nodiscard]] QString address(const QString &path);
-/// False when the path of a directory changes by percent-encoding. Such a directory is not listed.
-[[nodiscard]] bool isListable(const QString &directory);
 
 } // namespace LibraryFileNames

@@ -2,9 +2,9 @@
 
 #include "Diagnostics.h"
 #include "DiskFiles.h"
+#include "FileContentStamp.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
-#include "LibraryFileStamp.h"
 #include "LibraryLoadResult.h"
 
 #include <QFileInfo>
@@ -16,7 +16,7 @@ std::optional<LibraryJson::Content> LibraryFileReader::read(LibraryLoadResult &r
     FileReadResult file;
     const auto decode = [&](const QString &source) {
         // Taken before the bytes: what changes from here on then looks changed.
-        std::optional<LibraryFileStamp> stamp = LibraryFileStamp::of(source);
+        std::optional<FileContentStamp> stamp = FileContentStamp::of(source);
         file = DiskFiles::readRegular(source, DiskFiles::Links::Refuse);
         if (source == path && file.bytes && stamp) {
             stamp->setBytes(*file.bytes);

@@ -37,7 +37,7 @@ void LibraryFileWriter::write(const QByteArray &text)
     }
     const bool isNew = existence(path) == FileExistence::none;
     bool wasTouched = false;
-    std::optional<LibraryFileStamp> stamp;
+    std::optional<FileContentStamp> stamp;
     error = DiskFiles::overwriteInPlace(path, text, wasTouched, &stamp);
     if (error.isEmpty() && isNew) {
         // The copy must not go before the new name is on the disk.

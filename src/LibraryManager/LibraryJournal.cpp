@@ -1,6 +1,6 @@
 #include "LibraryJournal.h"
 
-#include "LibraryFileNames.h"
+#include "TemporaryFiles.h"
 
 #include <QStringBuilder>
 
@@ -12,7 +12,7 @@ constexpr QByteArrayView endWord("end");
 
 bool isTemporaryName(const QString &name)
 {
-    return name.startsWith(LibraryFileNames::temporaryPrefix()) && !name.contains(u'/') && !name.contains(u'\\')
+    return name.startsWith(TemporaryFiles::prefix()) && !name.contains(u'/') && !name.contains(u'\\')
         && !name.contains(QChar(u'\0'));
 }
 

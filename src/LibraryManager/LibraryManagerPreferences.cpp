@@ -1,8 +1,7 @@
 #include "LibraryManagerPreferences.h"
 
 #include "Diagnostics.h"
-#include "FileExistence.h"
-#include "LibraryFileNames.h"
+#include "LibraryPlace.h"
 #include "ObservableProperty.h"
 #include "OwnerlessLock.h"
 #include "PreferencesFile.h"
@@ -52,9 +51,11 @@ QString LibraryManagerPreferences::defaultLibraryDirectory()
     const QString inDocuments =
         QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).absoluteFilePath(name);
     const QString inHome = QDir::home().absoluteFilePath(name);
-    const bool isHomeBetter = !LibraryFileNames::isListable(inDocuments) && LibraryFileNames::isListable(inHome);
+    const bool isHomeBetter = !LibraryPlace::isListable(inDocuments) && LibraryPlace::isListable(inHome);
     // The documents may have had another name when the library was made.
-    return !holdsLibrary(inDocuments) && (isHomeBetter || holdsLibrary(inHome)) ? inHome : inDocuments;
+    return !LibraryPlace::holdsLibrary(inDocuments) && (isHomeBetter || LibraryPlace::holdsLibrary(inHome))
+        ? inHome
+        : inDocuments;
 }
 
 void LibraryManagerPreferences::setColorScheme(PrefColors colorScheme)

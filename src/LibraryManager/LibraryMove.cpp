@@ -4,6 +4,7 @@
 #include "DiskFiles.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
+#include "LibraryPlace.h"
 #include "LibraryWriter.h"
 
 #include <QDir>
@@ -19,10 +20,10 @@ LibraryMove::LibraryMove(const QString &directory)
 
 QString LibraryMove::makeDirectory()
 {
-    if (!LibraryFileNames::isListable(m_directory)) {
+    if (!LibraryPlace::isListable(m_directory)) {
         return tr("%1: the path holds characters that keep the directory from being listed").arg(m_directory);
     }
-    if (holdsLibrary(m_directory)) {
+    if (LibraryPlace::holdsLibrary(m_directory)) {
         return tr("%1: there is a library already").arg(m_directory);
     }
     if (existence(m_directory) == FileExistence::directory) {

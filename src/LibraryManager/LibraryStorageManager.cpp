@@ -7,6 +7,7 @@
 #include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryMove.h"
+#include "LibraryPlace.h"
 #include "LibrarySnapshot.h"
 #include "LibraryWriter.h"
 #include "ObservableProperty.h"
@@ -213,7 +214,7 @@ void LibraryStorageManager::sweepLeftovers()
 
 QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
 {
-    const auto listing = LibraryFileNames::isListable(m_directory) ? DirectoryListing::scan(m_directory) : std::nullopt;
+    const auto listing = LibraryPlace::isListable(m_directory) ? DirectoryListing::scan(m_directory) : std::nullopt;
     if (!listing) {
         addWriteError(tr("%1: the directory cannot be listed").arg(m_directory));
         return {};

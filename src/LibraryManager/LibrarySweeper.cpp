@@ -7,7 +7,9 @@
 #include "DisplacedFiles.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
+#include "LibraryPlace.h"
 #include "PatchFileMatcher.h"
+#include "TemporaryFiles.h"
 
 #include <QDirIterator>
 
@@ -84,7 +86,7 @@ bool LibrarySweeper::putInPlace(const QString &prepared, const QString &name)
 
 void LibrarySweeper::removePatchFiles()
 {
-    if (m_leftovers.removed.isEmpty() || !LibraryFileNames::isListable(m_directory)) {
+    if (m_leftovers.removed.isEmpty() || !LibraryPlace::isListable(m_directory)) {
         return;
     }
     const auto listing = DirectoryListing::scan(m_directory).value_or(DirectoryListing());
@@ -100,7 +102,7 @@ void LibrarySweeper::removePatchFiles()
 void LibrarySweeper::removeTemporaryFiles()
 {
     // Name filters of a directory cost several times as much as its names, and many patches are many names.
-    const QString prefix = LibraryFileNames::temporaryPrefix();
+    const QString prefix = TemporaryFiles::prefix();
     QStringList names;
     QDirIterator entry(m_directory, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     while (entry.hasNext()) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibraryFileStamp.h"
+#include "FileContentStamp.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -32,7 +32,7 @@ public:
     /// The removed patches of which a file is still there; it is for the next save to remove.
     [[nodiscard]] QList<quint64> notRemoved() const { return m_notRemoved; }
     /// Of the library file that was completed.
-    [[nodiscard]] std::optional<LibraryFileStamp> stamp() const { return m_stamp; }
+    [[nodiscard]] std::optional<FileContentStamp> stamp() const { return m_stamp; }
 
 private:
     void completeLibraryFile();
@@ -48,6 +48,6 @@ private:
     QString m_directory;
     LibraryLeftovers m_leftovers;
     bool m_isLibraryFileCompleted = false;
-    std::optional<LibraryFileStamp> m_stamp;
+    std::optional<FileContentStamp> m_stamp;
     QList<quint64> m_notRemoved;
 };

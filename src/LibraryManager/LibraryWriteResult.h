@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibraryFileStamp.h"
+#include "FileContentStamp.h"
 #include "UnreadPatches.h"
 #include "VerifiedFiles.h"
 
@@ -21,7 +21,7 @@ struct LibraryWriteState {
     UnreadPatches unread = {};
     bool isForeignChangeToKeep = false; ///< among filesToKeep is a library file that another program changed
     bool isJournalOrphaned = false; ///< the library file that the journal belongs to could not be decoded
-    std::optional<LibraryFileStamp> libraryFile = {}; ///< as last read or written; nothing when there was none
+    std::optional<FileContentStamp> libraryFile = {}; ///< as last read or written; nothing when there was none
 };
 
 /// Two names in a directory.

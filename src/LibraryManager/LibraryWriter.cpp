@@ -7,6 +7,7 @@
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
+#include "LibraryPlace.h"
 #include "OrphanedJournal.h"
 #include "PatchFileHandler.h"
 
@@ -327,7 +328,7 @@ bool LibraryWriter::isLink(const QString &name) const
 
 bool LibraryWriter::scan()
 {
-    if (!LibraryFileNames::isListable(m_directory)) {
+    if (!LibraryPlace::isListable(m_directory)) {
         addProblem({}, tr("the path holds characters that keep the directory from being listed"));
         return false;
     }

@@ -1,6 +1,7 @@
 #include "PreferencesFile.h"
 
 #include "DiskFiles.h"
+#include "UserFiles.h"
 
 #include <QFileInfo>
 #include <QSettings>
@@ -57,12 +58,12 @@ QString PreferencesFile::change(const QString &key, const QVariant &value) const
     }
     QString error = DiskFiles::makeDirectory(QFileInfo(m_path).path());
     if (error.isEmpty()) {
-        error = DiskFiles().write(m_path, *text);
+        error = UserFiles().write(m_path, *text);
     }
     if (error.isEmpty()) {
         return {};
     }
     // It may be in its place without being safe there.
-    std::ignore = former.bytes ? DiskFiles().write(m_path, *former.bytes) : DiskFiles::remove(m_path);
+    std::ignore = former.bytes ? UserFiles().write(m_path, *former.bytes) : DiskFiles::remove(m_path);
     return tr("%1: %2").arg(m_path, error);
 }

@@ -7,6 +7,7 @@
 #include "FirmwareBadge.h"
 #include "LibraryEditor.h"
 #include "LibraryFileNames.h"
+#include "LibraryPlace.h"
 #include "LibraryStorageManager.h"
 #include "PatchName.h"
 #include "ShownName.h"
@@ -122,7 +123,7 @@ Alert AlertTexts::readError(const Desk &desk)
 
 Alert AlertTexts::writeError(const Desk &desk)
 {
-    if (isSaved(desk) && !LibraryFileNames::isListable(desk.storage.libDirectory())) {
+    if (isSaved(desk) && !LibraryPlace::isListable(desk.storage.libDirectory())) {
         return {.title = Texts::tr("Could not save one or more library files"),
             .text = inParagraphs(shownPath(desk.storage.libDirectory()),
                 Texts::tr(

@@ -4,7 +4,7 @@
 #include "ContentFiles.h"
 #include "FileExistence.h"
 #include "LibraryEditor.h"
-#include "LibraryFileNames.h"
+#include "LibraryPlace.h"
 #include "LibraryStorageManager.h"
 #include "MessageBox.h"
 #include "VelgorContent.h"
@@ -41,7 +41,7 @@ const QList<Alerts::Entry> &Alerts::table()
             AlertTexts::writeError, [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
             [](Alerts &alerts) {
                 const QString directory = alerts.m_desk.storage.libDirectory();
-                if (LibraryFileNames::isListable(directory) && existence(directory) != FileExistence::file) {
+                if (LibraryPlace::isListable(directory) && existence(directory) != FileExistence::file) {
                     Q_EMIT alerts.libraryCheckWanted();
                 } else if (alerts.m_desk.moveLibrary) {
                     alerts.m_desk.moveLibrary();

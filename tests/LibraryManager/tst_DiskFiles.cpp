@@ -1,7 +1,9 @@
 #include "DiskFiles.h"
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
+#include "TemporaryFiles.h"
 #include "TestProgram.h"
+#include "UserFiles.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -84,7 +86,7 @@ private Q_SLOTS:
         const FileReadResult refused = DiskFiles::readRegular(read, DiskFiles::Links::Refuse);
         QVERIFY(!refused.bytes);
         QVERIFY(!refused.error.isEmpty());
-        DiskFiles files;
+        UserFiles files;
         QCOMPARE(files.read(read).bytes.has_value(), kind == QStringLiteral("link"));
         QVERIFY(timer.elapsed() < 2000);
     }
@@ -151,7 +153,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(QStringLiteral("target"), "old");
         QVERIFY(QFile::link(QStringLiteral("target"), directory.filePath(file)));
-        DiskFiles files;
+        UserFiles files;
         QCOMPARE(files.write(directory.filePath(file), "new"), QString());
         QVERIFY(QFileInfo(directory.filePath(file)).isSymLink());
         QCOMPARE(directory.read(QStringLiteral("target")), QByteArray("new"));
@@ -163,7 +165,7 @@ private Q_SLOTS:
         directory.write(QStringLiteral("target"), "old");
         QVERIFY(QFile::link(QStringLiteral("target"), directory.filePath(QStringLiteral("between"))));
         QVERIFY(QFile::link(QStringLiteral("between"), directory.filePath(file)));
-        DiskFiles files;
+        UserFiles files;
         QCOMPARE(files.write(directory.filePath(file), "new"), QString());
         QCOMPARE(directory.read(QStringLiteral("target")), QByteArray("new"));
     }
@@ -313,12 +315,11 @@ private Q_SLOTS:
             _exit(0);
         }
         QCOMPARE(waitpid(child, nullptr, 0), child);
-        const QString prepared =
-            LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), child) + QStringLiteral("a");
+        const QString prepared = TemporaryFiles::prefix(QSysInfo::machineHostName(), child) + QStringLiteral("a");
         directory.write(left, "library");
         directory.write(prepared, "patch");
-        QCOMPARE(DiskFiles().write(directory.filePath(file), "x"), QString());
-        QVERIFY(!DiskFiles().write(directory.filePath(left), "x").isEmpty());
+        QCOMPARE(UserFiles().write(directory.filePath(file), "x"), QString());
+        QVERIFY(!UserFiles().write(directory.filePath(left), "x").isEmpty());
         QCOMPARE(directory.read(left), QByteArray("library"));
         QCOMPARE(directory.read(prepared), QByteArray("patch"));
     }
@@ -332,15 +333,14 @@ private Q_SLOTS:
         }
         QCOMPARE(waitpid(child, nullptr, 0), child);
         const QString host = QSysInfo::machineHostName();
-        const QString own = LibraryFileNames::temporaryPrefix(host, getpid()) + QStringLiteral("a");
-        const QString elsewhere =
-            LibraryFileNames::temporaryPrefix(QStringLiteral("another host"), child) + QStringLiteral("a");
-        const QString other = LibraryFileNames::temporaryPrefix() + QStringLiteral("a");
-        directory.write(LibraryFileNames::temporaryPrefix(host, child) + QStringLiteral("a"), "left");
+        const QString own = TemporaryFiles::prefix(host, getpid()) + QStringLiteral("a");
+        const QString elsewhere = TemporaryFiles::prefix(QStringLiteral("another host"), child) + QStringLiteral("a");
+        const QString other = TemporaryFiles::prefix() + QStringLiteral("a");
+        directory.write(TemporaryFiles::prefix(host, child) + QStringLiteral("a"), "left");
         for (const QString &name : {own, elsewhere, other}) {
             directory.write(name, "in use");
         }
-        QCOMPARE(DiskFiles().write(directory.filePath(file), "x"), QString());
+        QCOMPARE(UserFiles().write(directory.filePath(file), "x"), QString());
         QStringList expected{own, elsewhere, other, file};
         expected.sort();
         QCOMPARE(directory.files(), expected);

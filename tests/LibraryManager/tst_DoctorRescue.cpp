@@ -4,6 +4,7 @@
 #include "LibraryJournal.h"
 #include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -202,8 +203,8 @@ private Q_SLOTS:
         const VelgorPatch unknown = imported(QStringLiteral("Unknown"), 9);
         QVERIFY(!save(directory, m_three).hasError());
         // The last two were about to be put in place when the library file was cut.
-        const QString stagedClean = LibraryFileNames::temporaryPrefix() + QStringLiteral("a");
-        const QString stagedUnknown = LibraryFileNames::temporaryPrefix() + QStringLiteral("b");
+        const QString stagedClean = TemporaryFiles::prefix() + QStringLiteral("a");
+        const QString stagedUnknown = TemporaryFiles::prefix() + QStringLiteral("b");
         QVERIFY(QFile::rename(directory.filePath(fileOf(m_three.patches.last())), directory.filePath(stagedClean)));
         directory.write(stagedUnknown, patchBytes(unknown));
         LibraryJournal journal;

@@ -4,6 +4,7 @@
 #include "LibraryDoctor.h"
 #include "LibraryJournal.h"
 #include "OrdinaryUser.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -52,7 +53,7 @@ private Q_SLOTS:
     void whatAJournalNamesAndIsNoPatchIsALeftover()
     {
         const LibraryDirectory directory;
-        const QString temporary = LibraryFileNames::temporaryPrefix() + QStringLiteral("x");
+        const QString temporary = TemporaryFiles::prefix() + QStringLiteral("x");
         directory.write(libraryFile, "cut");
         directory.write(temporary, "no patch");
         directory.write(
@@ -145,7 +146,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         QVERIFY(!save(directory, m_three).hasError());
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("1"), "x");
         directory.write(LibraryFileNames::journalFile(), LibraryJournal().encode());
         directory.write(LibraryFileNames::libraryCopy(), "{");
         const LibraryHealth health = examine(directory);
@@ -218,7 +219,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, m_three).hasError());
         const VelgorPatch unknown = imported(QStringLiteral("Unknown"), 9);
-        const QString staged = LibraryFileNames::temporaryPrefix() + QStringLiteral("b");
+        const QString staged = TemporaryFiles::prefix() + QStringLiteral("b");
         directory.write(staged, patchBytes(unknown));
         LibraryJournal journal;
         journal.staged = {{unknown.id(), staged}};
@@ -234,8 +235,8 @@ private Q_SLOTS:
         QVERIFY(!save(directory, m_three).hasError());
         const QString host = QSysInfo::machineHostName();
         // The parent of this program lives, and a process number beyond all is nobody's.
-        const QString theirs = LibraryFileNames::temporaryPrefix(host, getppid()) + QStringLiteral("a");
-        const QString nobodys = LibraryFileNames::temporaryPrefix(host, 0x7ffffff0) + QStringLiteral("a");
+        const QString theirs = TemporaryFiles::prefix(host, getppid()) + QStringLiteral("a");
+        const QString nobodys = TemporaryFiles::prefix(host, 0x7ffffff0) + QStringLiteral("a");
         directory.write(theirs, "x");
         directory.write(nobodys, "x");
         QCOMPARE(only(examine(directory)).file, nobodys);

@@ -1,4 +1,6 @@
 #include "LibraryFileNames.h"
+#include "LibraryPlace.h"
+#include "TemporaryFiles.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -122,8 +124,8 @@ private Q_SLOTS:
 
     static void ownFilesAreReservedAndHoldNoId()
     {
-        for (const QString &name : {libraryFile(), libraryCopy(), lockFile(), temporaryPrefix() + QStringLiteral("42"),
-                 datedCopy(0), datedCopy(42), datedCopy(12345)}) {
+        for (const QString &name : {libraryFile(), libraryCopy(), lockFile(),
+                 TemporaryFiles::prefix() + QStringLiteral("42"), datedCopy(0), datedCopy(42), datedCopy(12345)}) {
             QVERIFY2(isReserved(name), qPrintable(name));
             QVERIFY(idsIn(name).isEmpty());
             QCOMPARE(patchFileId(name), std::nullopt);
@@ -162,7 +164,7 @@ private Q_SLOTS:
     static void directoryIsListableWhenItsPathNeedsNoEncoding()
     {
         QFETCH(const QString, path);
-        QTEST(LibraryFileNames::isListable(path), "isListable");
+        QTEST(LibraryPlace::isListable(path), "isListable");
     }
 
     static void addressIsAnEncodedFileAddress()

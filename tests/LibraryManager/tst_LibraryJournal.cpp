@@ -1,5 +1,5 @@
-#include "LibraryFileNames.h"
 #include "LibraryJournal.h"
+#include "TemporaryFiles.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -11,7 +11,7 @@ namespace {
 
 LibraryJournal journal()
 {
-    const QString name = LibraryFileNames::temporaryPrefix();
+    const QString name = TemporaryFiles::prefix();
     return {.staged = {{0, name + QStringLiteral("a")}, {std::numeric_limits<quint64>::max(), name}},
         .removed = {42, 18'446'744'073'709'551'614U}};
 }

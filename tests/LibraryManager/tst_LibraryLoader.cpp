@@ -1,6 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
 #include "StoredThree.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -235,7 +236,7 @@ private Q_SLOTS:
         QFile::remove(directory.filePath(leadFile));
         directory.write(libraryCopy, "{");
         directory.write(QStringLiteral("notes.43.txt"), "mine");
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "left over");
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("x"), "left over");
         const auto before = directory.stamps();
         QVERIFY(load(directory).library);
         QCOMPARE(directory.stamps(), before);

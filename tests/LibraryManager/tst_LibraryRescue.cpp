@@ -1,9 +1,9 @@
 #include "DiagnosticRecorder.h"
-#include "DiskFiles.h"
 #include "LibraryLock.h"
 #include "LibraryStorageManager.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
+#include "UserFiles.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -192,9 +192,9 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         const auto before = directory.contents();
-        QVERIFY(!DiskFiles().write(directory.filePath(name), "export").isEmpty());
+        QVERIFY(!UserFiles().write(directory.filePath(name), "export").isEmpty());
         QCOMPARE(directory.contents(), before);
-        QCOMPARE(DiskFiles().write(directory.filePath(QStringLiteral("gig.prst")), "export"), QString());
+        QCOMPARE(UserFiles().write(directory.filePath(QStringLiteral("gig.prst")), "export"), QString());
     }
 
     void chainOfLinksIsWrittenAtItsEnd()
@@ -203,7 +203,7 @@ private Q_SLOTS:
         directory.write(QStringLiteral("real"), "old");
         QFile::link(directory.filePath(QStringLiteral("real")), directory.filePath(QStringLiteral("middle")));
         QFile::link(directory.filePath(QStringLiteral("middle")), directory.filePath(QStringLiteral("top")));
-        QCOMPARE(DiskFiles().write(directory.filePath(QStringLiteral("top")), "new"), QString());
+        QCOMPARE(UserFiles().write(directory.filePath(QStringLiteral("top")), "new"), QString());
         QCOMPARE(directory.read(QStringLiteral("real")), QByteArray("new"));
         QVERIFY(QFileInfo(directory.filePath(QStringLiteral("middle"))).isSymLink());
     }

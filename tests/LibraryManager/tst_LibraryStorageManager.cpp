@@ -3,6 +3,7 @@
 #include "FileExistence.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -257,7 +258,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         const QStringList files = directory.files();
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "half");
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("x"), "half");
         directory.write(LibraryFileNames::libraryCopy(), "half");
         LibraryStorageManager manager(directory.path());
         QVERIFY(manager.decodeLibrary());

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryJournal.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -11,7 +12,7 @@ using namespace TestLibraries;
 namespace {
 
 const QString leadFile = QStringLiteral("lib-Lead.42.prst");
-const QString temporary = LibraryFileNames::temporaryPrefix() + QStringLiteral("x");
+const QString temporary = TemporaryFiles::prefix() + QStringLiteral("x");
 
 /// The library of three patches, as a save was interrupted that was to add the first and had its file prepared.
 void interruptAddition(const LibraryDirectory &directory, bool isLibraryFileWritten)

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "StoredThree.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -226,15 +227,15 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
-        QDir(directory.path()).mkdir(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"));
-        directory.write(QStringLiteral("sub/") + LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "x");
+        QDir(directory.path()).mkdir(TemporaryFiles::prefix() + QStringLiteral("d"));
+        directory.write(QStringLiteral("sub/") + TemporaryFiles::prefix() + QStringLiteral("x"), "x");
         const auto before = directory.stamps();
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("2"), {});
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("1"), "x");
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("2"), {});
         directory.write(LibraryFileNames::journalFile(), "remove 42\nremove 77\nend\n");
         sweep(directory);
         QCOMPARE(directory.stamps(), before);
-        QVERIFY(QFileInfo(directory.filePath(LibraryFileNames::temporaryPrefix() + QStringLiteral("d"))).isDir());
+        QVERIFY(QFileInfo(directory.filePath(TemporaryFiles::prefix() + QStringLiteral("d"))).isDir());
     }
 
     void libraryFileIsCompletedFromTheCopyThatServed_data()
@@ -280,7 +281,7 @@ private Q_SLOTS:
         QVERIFY(!save(directory, three()).hasError());
         directory.write(libraryFile, "garbled");
         directory.write(LibraryFileNames::journalFile(), "remove 42\nend\n");
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("1"), "x");
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("1"), "x");
         const auto before = directory.stamps();
         sweep(directory);
         QCOMPARE(directory.stamps(), before);

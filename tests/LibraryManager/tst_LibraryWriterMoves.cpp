@@ -1,4 +1,5 @@
 #include "DiagnosticRecorder.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -169,7 +170,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         const QStringList others = sorted({LibraryFileNames::lockFile(), LibraryFileNames::datedCopy(0),
-            LibraryFileNames::temporaryPrefix() + QStringLiteral("a.42.b"), QStringLiteral("lib-Amp.42.x.77.prst"),
+            TemporaryFiles::prefix() + QStringLiteral("a.42.b"), QStringLiteral("lib-Amp.42.x.77.prst"),
             QStringLiteral("lib-d.42.prst/inside"), QStringLiteral("old.42.d/lib-notes.txt"),
             QStringLiteral("velgorlibrary-backup.json")});
         for (const QString &name : others) {

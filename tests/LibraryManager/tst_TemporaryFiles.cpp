@@ -1,5 +1,4 @@
 #include "LibraryDirectory.h"
-#include "LibraryFileNames.h"
 #include "TemporaryFiles.h"
 #include "TestProgram.h"
 
@@ -17,7 +16,7 @@ private Q_SLOTS:
     {
         QVERIFY(TemporaryFiles::nameBeside(QStringLiteral("/a/b/c")).startsWith(QStringLiteral("/a/b/.velgor-")));
         const QString name = TemporaryFiles::nameBeside(QStringLiteral("c"));
-        QCOMPARE(LibraryFileNames::temporaryFileOwner(name, QSysInfo::machineHostName()),
+        QCOMPARE(TemporaryFiles::ownerOf(name, QSysInfo::machineHostName()),
             std::optional<qint64>(QCoreApplication::applicationPid()));
     }
 
@@ -34,8 +33,7 @@ private Q_SLOTS:
     // Linux keeps longer names in memory of their own, which makes saving new patches slower.
     static void nameIsShort()
     {
-        const QString prefix =
-            LibraryFileNames::temporaryPrefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
+        const QString prefix = TemporaryFiles::prefix(QSysInfo::machineHostName(), QCoreApplication::applicationPid());
         QVERIFY(TemporaryFiles::nameBeside(QStringLiteral("x")).size() <= prefix.size() + 6);
     }
 
@@ -45,9 +43,9 @@ private Q_SLOTS:
         const QString host = QSysInfo::machineHostName();
         // No system gives this number to a process.
         constexpr qint64 gone = std::numeric_limits<qint32>::max();
-        const QString left = LibraryFileNames::temporaryPrefix(host, gone) + u'1';
+        const QString left = TemporaryFiles::prefix(host, gone) + u'1';
         const QString own = TemporaryFiles::nameBeside(QStringLiteral("x"));
-        const QString foreign = LibraryFileNames::temporaryPrefix(QStringLiteral("other host"), gone) + u'1';
+        const QString foreign = TemporaryFiles::prefix(QStringLiteral("other host"), gone) + u'1';
         for (const QString &name : {left, own, foreign}) {
             directory.write(name, "bytes");
         }

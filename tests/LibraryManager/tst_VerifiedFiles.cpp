@@ -1,10 +1,11 @@
 #include "DiagnosticRecorder.h"
-#include "DiskFiles.h"
 #include "LibraryStorageManager.h"
 #include "OrdinaryUser.h"
 #include "PatchFileHandler.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
+#include "UserFiles.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -70,7 +71,7 @@ QByteArray exportedAfterRestart(const LibraryDirectory &directory)
 {
     LibraryStorageManager storage(directory.path());
     const auto library = storage.decodeLibrary();
-    DiskFiles files;
+    UserFiles files;
     const QString path = directory.parentPath() + QStringLiteral("/exported.prst");
     if (!library || !PatchFileHandler(files).exportTo(library->patches(), path)) {
         return {};
@@ -281,7 +282,7 @@ private Q_SLOTS:
     {
         // A save was killed when the library file was written and the foreign file still stood in the patch's place.
         const LibraryDirectory directory;
-        const QString prepared = LibraryFileNames::temporaryPrefix() + QStringLiteral("1");
+        const QString prepared = TemporaryFiles::prefix() + QStringLiteral("1");
         const QByteArray foreign = patchBytes(TestLibraries::patch(QStringLiteral("Other"), 77, 5));
         directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode({{lead()}, std::nullopt}));
         directory.write(leadFile, foreign);

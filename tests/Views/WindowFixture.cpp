@@ -56,7 +56,7 @@ WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::mil
     , storage(preferences, savePeriod)
     , calls(storage)
     , state(directory.parentPath() + QStringLiteral("/state.ini"))
-    , files(diskFiles, &dialogs)
+    , files(userFiles, &dialogs)
     , libraryEditor(library, content, calls)
     , contentEditor(library, content)
     , contentFiles(content, files)

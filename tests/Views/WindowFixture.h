@@ -6,7 +6,6 @@
 #include "ContentView.h"
 #include "Desk.h"
 #include "DiagnosticRecorder.h"
-#include "DiskFiles.h"
 #include "FakeFiles.h"
 #include "LibraryDirectory.h"
 #include "LibraryEditor.h"
@@ -17,6 +16,7 @@
 #include "PatchFileHandler.h"
 #include "RecordingStorage.h"
 #include "SystemColorScheme.h"
+#include "UserFiles.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 #include "WindowState.h"
@@ -88,7 +88,7 @@ struct WindowFixture {
     VelgorLibrary library;
     VelgorContent content;
     WindowState state;
-    DiskFiles diskFiles;
+    UserFiles userFiles;
     FakeFileDialogs dialogs;
     PatchFileHandler files;
     LibraryEditor libraryEditor;

@@ -1,6 +1,7 @@
 #include "LibraryCheckDialog.h"
 #include "LibraryCheckList.h"
 #include "ShownWidgets.h"
+#include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 #include "ThreadGate.h"
@@ -412,7 +413,7 @@ private Q_SLOTS:
         writePatch(directory, QStringLiteral("A"), fileOf(QStringLiteral("C")));
         directory.write(fileOf(QStringLiteral("D")), "damaged");
         directory.write(QStringLiteral("copy.%1.bak").arg(id), "mine");
-        directory.write(LibraryFileNames::temporaryPrefix() + QStringLiteral("x"), "x");
+        directory.write(TemporaryFiles::prefix() + QStringLiteral("x"), "x");
         directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
         directory.write(LibraryFileNames::damagedFile(id, 0), "damaged");
         Checked check(directory);

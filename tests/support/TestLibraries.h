@@ -57,7 +57,7 @@ inline LibraryWriteState stateOf(const LibraryDirectory &directory)
     const QString path = directory.filePath(LibraryFileNames::libraryFile());
     // A pipe would be waited for.
     const bool isFile = QFileInfo(path).isFile();
-    std::optional<LibraryFileStamp> stamp = LibraryFileStamp::of(path);
+    std::optional<FileContentStamp> stamp = FileContentStamp::of(path);
     if (stamp) {
         stamp->setBytes(isFile ? directory.read(LibraryFileNames::libraryFile()) : QByteArray());
     }

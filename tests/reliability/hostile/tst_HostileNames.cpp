@@ -1,10 +1,10 @@
 #include "DiagnosticRecorder.h"
-#include "DiskFiles.h"
 #include "LibraryStorageManager.h"
 #include "PatchFileHandler.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 #include "TreeRecord.h"
+#include "UserFiles.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -144,7 +144,7 @@ private Q_SLOTS:
 
         const VelgorPatch patch = loaded(*m_directory).first();
         QCOMPARE(patch.soundHash(), content.patches.first().soundHash());
-        DiskFiles files;
+        UserFiles files;
         PatchFileHandler handler(files);
         const QString target = m_directory->parentPath() + QStringLiteral("/a/exported.prst");
         QVERIFY2(handler.exportTo({patch}, target), qPrintable(handler.problem()));

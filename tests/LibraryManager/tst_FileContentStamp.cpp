@@ -1,12 +1,12 @@
+#include "FileContentStamp.h"
 #include "LibraryDirectory.h"
-#include "LibraryFileStamp.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
 #include <QTest>
 
 /// Whether a file is still the one that was read.
-class TestLibraryFileStamp : public QObject {
+class TestFileContentStamp : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -30,7 +30,7 @@ private Q_SLOTS:
         const QString name = QStringLiteral("file");
         const QString path = directory.filePath(name);
         directory.write(name, "text");
-        auto stamp = LibraryFileStamp::of(path);
+        auto stamp = FileContentStamp::of(path);
         QVERIFY(stamp);
         stamp->setBytes("text");
         QTest::qWait(20);
@@ -49,7 +49,7 @@ private Q_SLOTS:
     static void aFileThatIsNotThereHasNone()
     {
         const LibraryDirectory directory;
-        QVERIFY(!LibraryFileStamp::of(directory.filePath(QStringLiteral("file"))));
+        QVERIFY(!FileContentStamp::of(directory.filePath(QStringLiteral("file"))));
     }
 
     static void anOpenFileHasTheOneOfItsPath()
@@ -57,11 +57,11 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QFile file(directory.filePath(QStringLiteral("file")));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write("text") == 4);
-        const LibraryFileStamp stamp = LibraryFileStamp::of(file);
+        const FileContentStamp stamp = FileContentStamp::of(file);
         file.close();
         QVERIFY(!stamp.looksChanged(file.fileName()));
     }
 };
 
-VELGOR_TEST(TestLibraryFileStamp)
-#include "tst_LibraryFileStamp.moc"
+VELGOR_TEST(TestFileContentStamp)
+#include "tst_FileContentStamp.moc"

@@ -8,20 +8,20 @@
 
 class QFileDevice;
 
-/// What tells whether a library file is still the one that was read or written last.
-struct LibraryFileStamp {
+/// What tells whether a file still holds what was read from it or written last, without reading it again.
+struct FileContentStamp {
     qint64 size = 0;
     QDateTime modified;
     QDateTime changed; ///< of the file's metadata too, which no program can set back
     std::size_t hash = 0; ///< of the bytes; good within one run of the program
 
-    bool operator==(const LibraryFileStamp &) const = default;
+    bool operator==(const FileContentStamp &) const = default;
 
     /// The stamp of the file as it is now, whose bytes are still to be set; nothing where there is no file. To be taken
     /// before the file is read: a change in between then counts as one.
-    [[nodiscard]] static std::optional<LibraryFileStamp> of(const QString &path);
+    [[nodiscard]] static std::optional<FileContentStamp> of(const QString &path);
     /// The same for a file that was just written and is still open.
-    [[nodiscard]] static LibraryFileStamp of(const QFileDevice &file);
+    [[nodiscard]] static FileContentStamp of(const QFileDevice &file);
     void setBytes(const QByteArray &bytes);
 
     /// False only when the file at `path` cannot be told from the one of the stamp without reading it.

@@ -1,20 +1,20 @@
-#include "LibraryFileStamp.h"
+#include "FileContentStamp.h"
 
 #include <QFileDevice>
 #include <QFileInfo>
 #include <QHash>
 
-std::optional<LibraryFileStamp> LibraryFileStamp::of(const QString &path)
+std::optional<FileContentStamp> FileContentStamp::of(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.exists()) {
         return std::nullopt;
     }
-    return LibraryFileStamp{
+    return FileContentStamp{
         .size = info.size(), .modified = info.lastModified(), .changed = info.metadataChangeTime(), .hash = 0};
 }
 
-LibraryFileStamp LibraryFileStamp::of(const QFileDevice &file)
+FileContentStamp FileContentStamp::of(const QFileDevice &file)
 {
     return {.size = file.size(),
         .modified = file.fileTime(QFileDevice::FileModificationTime),
@@ -22,18 +22,18 @@ LibraryFileStamp LibraryFileStamp::of(const QFileDevice &file)
         .hash = 0};
 }
 
-void LibraryFileStamp::setBytes(const QByteArray &bytes)
+void FileContentStamp::setBytes(const QByteArray &bytes)
 {
     hash = qHash(bytes);
 }
 
-bool LibraryFileStamp::looksChanged(const QString &path) const
+bool FileContentStamp::looksChanged(const QString &path) const
 {
     const QFileInfo info(path);
     return info.size() != size || info.lastModified() != modified || info.metadataChangeTime() != changed;
 }
 
-bool LibraryFileStamp::isOf(const QByteArray &bytes) const
+bool FileContentStamp::isOf(const QByteArray &bytes) const
 {
     return bytes.size() == size && qHash(bytes) == hash;
 }
