@@ -4,7 +4,7 @@
 # may name another.
 set(VELGOR_COMMIT "$ENV{VELGOR_COMMIT}" CACHE STRING "Commit that the sources are of; empty: as Git says")
 
-#   velgor_add_commit(velgor_views)
+#   velgor_add_commit(velgor_window)
 function(velgor_add_commit target)
     find_package(Git QUIET)
     set(file "${CMAKE_CURRENT_BINARY_DIR}/ProgramCommit.cpp")

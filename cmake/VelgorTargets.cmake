@@ -52,11 +52,15 @@ endfunction()
 # A layer is one static library for one folder of src/. It exposes its own headers only, and they travel with the
 # link: a file can include what its layer uses, and an include of anything above it does not compile.
 #
+# ROOMS names the folders below it in which it keeps some of its files.
+#
 #   velgor_add_layer(velgor_models PRECOMPILED core SOURCES a.cpp HEADERS a.h USES velgor_format)
 function(velgor_add_layer name)
-    cmake_parse_arguments(LAYER "" "PRECOMPILED" "SOURCES;HEADERS;USES" ${ARGN})
+    cmake_parse_arguments(LAYER "" "PRECOMPILED" "ROOMS;SOURCES;HEADERS;USES" ${ARGN})
+    list(TRANSFORM LAYER_ROOMS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
     add_library(${name} STATIC ${LAYER_SOURCES})
     target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${CMAKE_CURRENT_SOURCE_DIR}" FILES ${LAYER_HEADERS})
+    target_include_directories(${name} PUBLIC ${LAYER_ROOMS})
     target_link_libraries(${name} PUBLIC ${LAYER_USES} PRIVATE velgor_compiler)
     set_target_properties(${name} PROPERTIES AUTOMOC ON VERIFY_INTERFACE_HEADER_SETS ON)
     velgor_precompile(${name} ${LAYER_PRECOMPILED})
