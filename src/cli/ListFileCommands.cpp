@@ -55,7 +55,7 @@ nlohmann::ordered_json patchJson(const SPresetFile &file, qsizetype index)
 
 void printJson(const QString &path, const QByteArray &bytes, const SPresetFile &file)
 {
-    const quint16 computed = file.computedChecksum(bytes);
+    const quint16 computed = PatchWriter::checksumOf(file, bytes);
     nlohmann::ordered_json json;
     json["file"] = Output::jsonText(path);
     json["count"] = file.patches.size();

@@ -1,6 +1,5 @@
 #include "TemporaryFiles.h"
 
-#include "DiskFiles.h"
 #include "ProcessExistence.h"
 
 #include <QCoreApplication>
@@ -42,7 +41,7 @@ void sweep(const QDir &directory)
     for (const QString &name : names) {
         const auto process = ownerOf(name, QSysInfo::machineHostName());
         if (process && isProcessGone(*process)) {
-            std::ignore = DiskFiles::remove(directory.filePath(name));
+            QFile::remove(directory.filePath(name));
         }
     }
 }

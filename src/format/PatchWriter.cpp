@@ -88,6 +88,15 @@ std::optional<QByteArray> PatchWriter::encodePatches(const SPresetFile &presets)
     return writer.take();
 }
 
+quint16 PatchWriter::checksumOf(const SPresetFile &file, QByteArrayView data)
+{
+    qint64 end = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * file.patches.size() + 1;
+    for (qsizetype i = 0; i < file.patches.size(); ++i) {
+        end += file.patches.at(i).length + file.userIRs.at(i).length;
+    }
+    return calcChecksum(data.first(end));
+}
+
 quint16 PatchWriter::calcChecksum(QByteArrayView data)
 {
     // Only the lowest eight bits of the sum count.

@@ -19,4 +19,6 @@ public:
     /// The checksum of everything before it: the sum of the bytes, one byte wide, with its low nibble in the high
     /// byte and its high nibble in the low byte. The unit's editor expects this split.
     [[nodiscard]] static quint16 calcChecksum(QByteArrayView data);
+    /// The one that `data`, the bytes from which `file` was read, should have: over all up to the tail byte.
+    [[nodiscard]] static quint16 checksumOf(const SPresetFile &file, QByteArrayView data);
 };

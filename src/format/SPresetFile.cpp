@@ -2,7 +2,6 @@
 
 #include "ByteReader.h"
 #include "Diagnostics.h"
-#include "PatchWriter.h"
 
 #include <limits>
 #include <utility>
@@ -92,15 +91,6 @@ std::optional<SPresetFile> SPresetFile::fromRecords(
     file.headerDesc.size = checkedUInt32(offset - SHeaderDesc::uncountedSize);
     file.tailBit = headerDesc.tailBit;
     return file;
-}
-
-quint16 SPresetFile::computedChecksum(QByteArrayView data) const
-{
-    qint64 end = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * patches.size() + 1;
-    for (qsizetype i = 0; i < patches.size(); ++i) {
-        end += patches.at(i).length + userIRs.at(i).length;
-    }
-    return PatchWriter::calcChecksum(data.first(end));
 }
 
 bool SPresetFile::tailFromData(const QByteArray &data, qint64 dataOffset)

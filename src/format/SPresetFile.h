@@ -33,9 +33,6 @@ struct SPresetFile {
     [[nodiscard]] static std::optional<SPresetFile> fromRecords(
         const SHeaderDesc &headerDesc, QList<SPatch> patches, QList<SUserIR> userIRs);
 
-    /// The checksum that the bytes from which this file was read should have: over all up to the tail byte.
-    [[nodiscard]] quint16 computedChecksum(QByteArrayView data) const;
-
     bool operator==(const SPresetFile &) const = default;
 
 private:

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "VelgorPatch.h"
+#include "LibraryState.h"
 
 #include <QByteArray>
-#include <QList>
 
 #include <optional>
 
@@ -12,12 +11,7 @@
 /// Preset data is never part of it.
 namespace LibraryJson {
 
-struct Content {
-    QList<VelgorPatch> patches;
-    std::optional<quint64> defaultPatch;
-    /// The text held something that is not in here and that encode() will not write again.
-    bool hasUnknown = false;
-};
+using Content = LibraryState;
 
 [[nodiscard]] QByteArray encode(const Content &library);
 /// One patch as the object that stands in the library file.

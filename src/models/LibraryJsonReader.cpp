@@ -39,7 +39,7 @@ LibraryJsonReader::LibraryJsonReader(qsizetype expectedPatches)
     m_content.patches.reserve(expectedPatches);
 }
 
-std::optional<LibraryJson::Content> LibraryJsonReader::result() const
+std::optional<LibraryState> LibraryJsonReader::result() const
 {
     return m_place == Place::End && m_hasPatches ? std::optional(m_content) : std::nullopt;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibraryJson.h"
+#include "LibraryState.h"
 
 #include <nlohmann/json.hpp>
 
@@ -25,7 +25,7 @@ public:
     explicit LibraryJsonReader(qsizetype expectedPatches);
 
     /// The library, once the whole text was read; nothing when it is not one.
-    [[nodiscard]] std::optional<LibraryJson::Content> result() const;
+    [[nodiscard]] std::optional<LibraryState> result() const;
 
     bool null() override;
     bool boolean(bool value) override;
@@ -59,7 +59,7 @@ private:
     std::string m_libraryKey;
     const PatchJsonField *m_field = nullptr; ///< of the value that comes next in a patch; none when not known
     bool m_hasPatches = false;
-    LibraryJson::Content m_content;
+    LibraryState m_content;
 
     VelgorPatch m_patch{quint64(0)};
     quint64 m_patchId = 0;

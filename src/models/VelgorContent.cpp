@@ -2,7 +2,6 @@
 
 #include "Diagnostics.h"
 #include "ObservableProperty.h"
-#include "PatchFileHandler.h"
 #include "PatchIdentity.h"
 
 #include <algorithm>
@@ -55,26 +54,6 @@ void VelgorContent::setSelections(const QSet<QUuid> &selections)
 void VelgorContent::setVersions(const QMap<QString, int> &versions)
 {
     setObservable(this, m_versions, versions, &VelgorContent::versionsChanged);
-}
-
-void VelgorContent::openPresetFile(PatchFileHandler &files)
-{
-    take(files.open(*this), files);
-}
-
-void VelgorContent::openPresetFile(PatchFileHandler &files, const QString &filename)
-{
-    take(files.read(filename), files);
-}
-
-void VelgorContent::take(const std::optional<SPresetFile> &presets, const PatchFileHandler &files)
-{
-    if (presets) {
-        populate(*presets);
-        setOpenError(false);
-    } else if (!files.wasCancelled()) {
-        setOpenError(true);
-    }
 }
 
 void VelgorContent::populate(const SPresetFile &presets)

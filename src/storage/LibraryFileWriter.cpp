@@ -5,7 +5,6 @@
 #include "DiskSync.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
-#include "LibraryWriter.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -116,10 +115,10 @@ void LibraryFileWriter::pruneKeptFiles()
 {
     QStringList kept = QDir(m_directory).entryList(QDir::Files, QDir::Name);
     kept.removeIf([](const QString &name) { return !LibraryFileNames::isDatedCopy(name); });
-    qsizetype spare = kept.size() - LibraryWriter::keptFileLimit;
+    qsizetype spare = kept.size() - keptFileLimit;
     // What was kept just now stays, even if the clock went back and its name says that it is the oldest.
     kept.removeIf([this](const QString &name) { return m_result.keptFiles.contains(pathOf(name)); });
-    const QDateTime latest = QDateTime::currentDateTimeUtc().addDuration(-LibraryWriter::keptFileAge);
+    const QDateTime latest = QDateTime::currentDateTimeUtc().addDuration(-keptFileAge);
     for (auto name = kept.cbegin(); name != kept.cend() && spare > 0; ++name) {
         const QDateTime keptAt = LibraryFileNames::dateOfCopy(*name);
         if (keptAt.isValid() && keptAt < latest) {

@@ -6,6 +6,7 @@
 #include "LibraryFileReader.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
+#include "PatchWriter.h"
 
 #include <QFileInfo>
 
@@ -230,7 +231,7 @@ std::optional<SPresetFile> LibraryLoader::ownPreset(
         return std::nullopt;
     }
     // Every file that a library writes has the right one.
-    const bool isDamaged = presets->checksum != presets->computedChecksum(bytes);
+    const bool isDamaged = presets->checksum != PatchWriter::checksumOf(*presets, bytes);
     if (isDamaged || owner == LibraryEntries::Owner::Unknown) {
         m_doubts.insert(entry.id(), read.name, isDamaged);
     }

@@ -11,7 +11,6 @@
 #include <QCoreApplication>
 #include <QString>
 
-#include <chrono>
 #include <optional>
 
 /// Writes a library to its directory: the library file, and the preset file of every patch that has none, moving the
@@ -25,11 +24,6 @@ class LibraryWriter {
     Q_DECLARE_TR_FUNCTIONS(LibraryWriter)
 
 public:
-    /// Old library files that stay, the oldest going first, and how old one of them is when it goes. A directory that
-    /// several computers write into makes many in a day.
-    static constexpr qsizetype keptFileLimit = 20;
-    static constexpr std::chrono::days keptFileAge{30};
-
     /// `directory` is a path without a slash at its end.
     LibraryWriter(const QString &directory, const LibraryWriteState &state);
 

@@ -1,9 +1,15 @@
 #include "DetailMeasures.h"
 
 #include "LookMeasures.h"
-#include "PatchSubdetailsInfoView.h"
+
+#include <QCoreApplication>
+
+QString DetailMeasures::longestLabel()
+{
+    return QCoreApplication::translate("PatchSubdetailsInfoView", "Velgor name: ");
+}
 
 int DetailMeasures::labelColumn(const QFontMetrics &metrics)
 {
-    return metrics.horizontalAdvance(PatchSubdetailsInfoView::longestLabel()) + LookMeasures::gap;
+    return metrics.horizontalAdvance(longestLabel()) + LookMeasures::gap;
 }

@@ -19,7 +19,7 @@ using namespace LookMeasures;
 PatchSubdetailsInfoView::PatchSubdetailsInfoView(QWidget *parent)
     : QWidget(parent)
     , m_grid(new QGridLayout)
-    , m_unitNameLabel(makeLabel(longestLabel()))
+    , m_unitNameLabel(makeLabel(DetailMeasures::longestLabel()))
     , m_unitName(new ValueLabel(tr("Velgor name"), this))
     , m_importedLabel(makeLabel(tr("Imported: ")))
     , m_imported(new ValueLabel(tr("Imported"), this))
@@ -70,11 +70,6 @@ void PatchSubdetailsInfoView::arrange()
     m_impulseResponseLine->setParent(nullptr);
     m_grid->addLayout(m_impulseResponseLine, 2 * apart, column);
     m_placesLine->setContentsMargins(indent, 0, 0, 0);
-}
-
-QString PatchSubdetailsInfoView::longestLabel()
-{
-    return tr("Velgor name: ");
 }
 
 void PatchSubdetailsInfoView::showPatch(const VelgorPatch &patch)

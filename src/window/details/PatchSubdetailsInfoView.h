@@ -19,9 +19,6 @@ class PatchSubdetailsInfoView : public QWidget {
 public:
     explicit PatchSubdetailsInfoView(QWidget *parent);
 
-    /// The label that decides how wide the column of labels is.
-    [[nodiscard]] static QString longestLabel();
-
     void showPatch(const VelgorPatch &patch);
     /// The slots that hold the patch, counted from 0, in order.
     void setPlaces(const QList<int> &slotIndexes);
