@@ -108,7 +108,7 @@ def main() -> None:
     patches = int(sys.argv[2]) if len(sys.argv) > 2 else 100_000
     process = build / "benchmarks" / "window" / "window_process"
     bare = build / "benchmarks" / "window" / "bare_window"
-    program = build / "src" / "App" / "velgor-library-manager"
+    program = build / "src" / "app" / "velgor-library-manager"
     with tempfile.TemporaryDirectory(prefix="velgor-") as name:
         place = Path(name)
         empty = Home(place / "empty", place / "empty-library")

@@ -24,7 +24,7 @@ def configure(*options):
         raise SystemExit(done.stdout)
     build = (pathlib.Path(DIRECTORY) / "build.ninja").read_text()
     rules = (pathlib.Path(DIRECTORY) / "CMakeFiles" / "rules.ninja").read_text()
-    install = (pathlib.Path(DIRECTORY) / "src" / "CommandLine" / "cmake_install.cmake").read_text()
+    install = (pathlib.Path(DIRECTORY) / "src" / "cli" / "cmake_install.cmake").read_text()
     commands = [line for line in build.splitlines() if "COMMAND = " in line and "velgor-documents " in line]
     return commands, rules, install
 

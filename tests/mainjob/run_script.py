@@ -47,10 +47,10 @@ class Project:
         write_script(self.root / "scripts" / "setup", "exit 0\n")
         write_script(directory / "bin" / "cmake", "echo building\n")
         build = self.root / "build" / "run"
-        (build / "src" / "CommandLine").mkdir(parents=True)
+        (build / "src" / "cli").mkdir(parents=True)
         (build / "build.ninja").touch()
-        (build / "src" / "CommandLine" / "velgor").symlink_to(velgor)
-        self.window = build / "src" / "App" / "velgor-library-manager"
+        (build / "src" / "cli" / "velgor").symlink_to(velgor)
+        self.window = build / "src" / "app" / "velgor-library-manager"
         self.results = build / "main-job"
         self.stand_in()
         (self.home / "mine.txt").write_text("mine")
