@@ -2,6 +2,7 @@
 
 #include "AlertTexts.h"
 #include "Alerts.h"
+#include "LibraryCheck.h"
 #include "Look.h"
 #include "MessageBox.h"
 #include "SingleInstance.h"
@@ -28,7 +29,8 @@ Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     , m_libraryEditor(velgorLibrary, velgorContent, storage)
     , m_contentEditor(velgorLibrary, velgorContent)
     , m_contentFiles(velgorContent, m_files)
-    , m_desk{velgorLibrary, velgorContent, storage, preferences, m_libraryEditor, m_contentEditor, m_contentFiles}
+    , m_desk{velgorLibrary, velgorContent, storage, preferences, m_libraryEditor, m_contentEditor, m_contentFiles,
+          [this] { return std::make_unique<LibraryCheck>(velgorLibrary, storage); }}
 {
     m_desk.moveLibrary = [this] { moveLibrary(); };
     m_openAgain.setSingleShot(true);

@@ -141,3 +141,23 @@ void ContentEditor::warnOfMixedVersions()
     m_content.recountVersions();
     m_content.setMixVersions(m_content.versions().size() >= 2);
 }
+
+void ContentEditor::select(const QSet<QUuid> &slotIds)
+{
+    m_content.setSelections(slotIds);
+}
+
+void ContentEditor::setInverseTailBit(bool isInverse)
+{
+    m_content.setInverseTailBit(isInverse);
+}
+
+void ContentEditor::endSelectDefault()
+{
+    m_content.setSelectDefault(false);
+}
+
+void ContentEditor::endMixVersions()
+{
+    m_content.setMixVersions(false);
+}

@@ -4,7 +4,9 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
+#include <QUuid>
 
 class VelgorContent;
 class VelgorLibrary;
@@ -45,6 +47,13 @@ public:
     void moveSlots(const QList<qsizetype> &rows, qsizetype offset);
     /// Moves the selected slots up (-1) or down (1) by one. Those that do not stand together are brought together.
     void moveSelectedSlots(int step);
+
+    void select(const QSet<QUuid> &slotIds);
+    /// Exports carry the tail bit inverted, or as it was imported.
+    void setInverseTailBit(bool isInverse);
+    /// The user was told that a default patch has to be chosen, or of the mixed versions.
+    void endSelectDefault();
+    void endMixVersions();
 
     /// Rows of the selected slots, upwards.
     [[nodiscard]] QList<qsizetype> selectedRows() const;

@@ -149,6 +149,21 @@ bool ContentFiles::isModified() const
         || !std::equal(list.begin(), list.end(), m_stored.begin(), m_stored.end(), isExportedAlike);
 }
 
+void ContentFiles::endOpenError()
+{
+    m_content.setOpenError(false);
+}
+
+void ContentFiles::endSaveError()
+{
+    m_content.setSaveError(false);
+}
+
+void ContentFiles::endUnreadableNames()
+{
+    m_content.setUnreadableNames(false);
+}
+
 void ContentFiles::markStored(const QString &path)
 {
     m_fileName = path;

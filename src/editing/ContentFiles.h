@@ -32,6 +32,11 @@ public:
     /// The same for one patch; the list's file and state stay as they are.
     bool exportPatch(const VelgorPatch &patch);
 
+    /// The user was told that a file could not be read or written, or of names that are no text.
+    void endOpenError();
+    void endSaveError();
+    void endUnreadableNames();
+
     /// The file that the list was imported from or exported to last; empty for a new list.
     [[nodiscard]] QString fileName() const { return m_fileName; }
     /// The list holds something that was neither imported nor exported in that form.

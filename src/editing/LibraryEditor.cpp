@@ -1,5 +1,6 @@
 #include "LibraryEditor.h"
 
+#include "AwaitedPatches.h"
 #include "CommandTargets.h"
 #include "Diagnostics.h"
 #include "LibraryStorage.h"
@@ -17,6 +18,20 @@ LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, Lib
     , m_content(content)
     , m_storage(storage)
 {
+}
+
+void LibraryEditor::edit(const VelgorPatch &patch)
+{
+    m_library.update(patch);
+    changed(patch.id());
+}
+
+void LibraryEditor::takeLoaded(const VelgorLibrary *loaded, const AwaitedPatches &awaited)
+{
+    if (loaded) {
+        m_library.takeOver(*loaded);
+    }
+    m_library.setAwaited(awaited);
 }
 
 void LibraryEditor::changed()
@@ -39,6 +54,11 @@ void LibraryEditor::setDefaultPatch(quint64 id)
 bool LibraryEditor::isDefaultPatch(quint64 id) const
 {
     return m_library.defaultPatch() == id;
+}
+
+void LibraryEditor::select(std::optional<quint64> id)
+{
+    m_library.setSelection(id);
 }
 
 void LibraryEditor::deselect()
@@ -74,8 +94,13 @@ void LibraryEditor::flipMultiSelection()
 
 void LibraryEditor::flipTick(quint64 id)
 {
+    setTicked(id, !m_library.multiSelections().isTicked(id));
+}
+
+void LibraryEditor::setTicked(quint64 id, bool isTicked)
+{
     MultiSelections ticks = m_library.multiSelections();
-    ticks.multiSelections[id] = !ticks.isTicked(id);
+    ticks.multiSelections[id] = isTicked;
     m_library.setMultiSelections(ticks);
 }
 
@@ -117,6 +142,11 @@ void LibraryEditor::tickSimilar()
         m_library.setIsMultiSel(true);
         m_library.setMultiSelections(similar);
     }
+}
+
+void LibraryEditor::setDeleteConfirm(bool isAsked)
+{
+    m_library.setDeleteConfirm(isAsked);
 }
 
 void LibraryEditor::duplicateSelected()

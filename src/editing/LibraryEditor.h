@@ -7,6 +7,7 @@
 #include <QList>
 #include <QObject>
 
+struct AwaitedPatches;
 class LibraryStorage;
 class VelgorContent;
 class VelgorLibrary;
@@ -24,6 +25,7 @@ public:
     /// All three must outlive the editor.
     LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent = nullptr);
 
+    void edit(const VelgorPatch &patch) override;
     void changed(quint64 id) override;
     [[nodiscard]] QList<BankNumber> inContentPatch(quint64 pid) const override;
     void setDefaultPatch(quint64 id) override;
@@ -31,6 +33,9 @@ public:
 
     /// The library changed: its order is remembered and a save is asked for.
     void changed();
+    /// Takes over a library that was loaded, if there is one. No patch gets an id of those that are awaited.
+    void takeLoaded(const VelgorLibrary *loaded, const AwaitedPatches &awaited);
+    void select(std::optional<quint64> id);
     void deselect();
     /// The list shows what passes this filter from now on. Another filter than before deselects.
     void setFilter(const LibraryViewFilter &filter);
@@ -42,6 +47,7 @@ public:
     void flipMultiSelection();
     /// Ticks or unticks one patch.
     void flipTick(quint64 id);
+    void setTicked(quint64 id, bool isTicked);
     /// Ticks these patches besides those that are ticked. Where ticking begins with it, the selected patch, if the list
     /// shows it, is ticked too.
     void tickToo(const QList<quint64> &ids);
@@ -64,6 +70,8 @@ public:
     /// Keeps the selected slots, as a drop of them would.
     void keepSelectedSlots();
     [[nodiscard]] bool canKeepSelectedSlots() const;
+    /// Raises, or takes back, the question whether to delete.
+    void setDeleteConfirm(bool isAsked);
     /// Deletes several; nothing is selected then.
     void deleteSelected();
     /// The same, then selects what the user works on next: the selected patch if it is left, otherwise the next one in

@@ -12,6 +12,8 @@ public:
     virtual ~LibraryCallbacks() = default;
     Q_DISABLE_COPY_MOVE(LibraryCallbacks)
 
+    /// Puts an edited patch in the place of the one with its id, and tells of that by changed().
+    virtual void edit(const VelgorPatch &patch) = 0;
     /// The patch with this id was edited in the library: slots that hold it follow, and a save is asked for.
     virtual void changed(quint64 id) = 0;
     /// The places of the list being composed that hold this library patch's sound, under whatever name, in order.

@@ -3,6 +3,7 @@
 #include "AboutDialog.h"
 #include "AlertTexts.h"
 #include "Alerts.h"
+#include "AwaitedPatches.h"
 #include "Commands.h"
 #include "ContentEditor.h"
 #include "ContentFiles.h"
@@ -12,6 +13,7 @@
 #include "Hairline.h"
 #include "LibraryCheckDialog.h"
 #include "LibraryContentMainView.h"
+#include "LibraryEditor.h"
 #include "LibraryListView.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
@@ -145,10 +147,7 @@ void ContentView::showEvent(QShowEvent *event)
 
 void ContentView::finishLoading()
 {
-    if (const std::unique_ptr<VelgorLibrary> loaded = m_desk.storage.takeLoadedLibrary()) {
-        m_desk.library.takeOver(*loaded);
-    }
-    m_desk.library.setAwaited(m_desk.storage.awaitedPatches());
+    m_desk.libraryEditor.takeLoaded(m_desk.storage.takeLoadedLibrary().get(), m_desk.storage.awaitedPatches());
     m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();

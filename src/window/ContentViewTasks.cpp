@@ -37,7 +37,7 @@ void ContentView::checkLibrary()
     if (m_check) {
         return;
     }
-    m_check = new LibraryCheckDialog(m_desk.library, m_desk.storage, this);
+    m_check = new LibraryCheckDialog(m_desk.newLibraryCheck(), m_desk.library, m_desk.storage, this);
     m_check->setAttribute(Qt::WA_DeleteOnClose);
     m_alerts->setFrontDialog(m_check);
     connect(m_check, &LibraryCheckDialog::libraryChanged, this, [this] {

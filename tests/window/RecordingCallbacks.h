@@ -17,6 +17,12 @@ public:
     mutable int lookUps = 0; ///< how often the places were asked for
     std::optional<quint64> defaultId;
 
+    void edit(const VelgorPatch &patch) override
+    {
+        m_library.update(patch);
+        changed(patch.id());
+    }
+
     void changed(quint64 id) override
     {
         changedIds.append(id);

@@ -5,6 +5,7 @@
 #include "Desk.h"
 #include "DiagnosticRecorder.h"
 #include "FakeFiles.h"
+#include "LibraryCheck.h"
 #include "LibraryDirectory.h"
 #include "LibraryEditor.h"
 #include "LibraryManagerPreferences.h"
@@ -32,7 +33,8 @@ struct TestDesk {
     LibraryEditor libraryEditor{library, content, storage};
     ContentEditor contentEditor{library, content};
     ContentFiles contentFiles{content, handler};
-    Desk desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles};
+    Desk desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles,
+        [this] { return std::make_unique<LibraryCheck>(library, storage); }};
 
     /// A library of these patches, one sound each.
     explicit TestDesk(const QString &names = {}, const QString &directoryName = QStringLiteral("library"))

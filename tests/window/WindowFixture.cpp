@@ -1,5 +1,6 @@
 #include "WindowFixture.h"
 
+#include "LibraryCheck.h"
 #include "LibraryContentMainView.h"
 #include "PatchRoles.h"
 #include "ShownWidgets.h"
@@ -60,7 +61,8 @@ WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::mil
     , libraryEditor(library, content, calls)
     , contentEditor(library, content)
     , contentFiles(content, files)
-    , desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles}
+    , desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles,
+          [this] { return std::make_unique<LibraryCheck>(library, storage); }}
     , m_parentPath(directory.parentPath())
 {
     if (!qobject_cast<VelgorStyle *>(QApplication::style())) {

@@ -1,9 +1,11 @@
 #include "FakeLibraryStorage.h"
+#include "LibraryEditor.h"
 #include "LibraryListModel.h"
 #include "PatchPayload.h"
 #include "PatchRoles.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
+#include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
 #include <QAbstractItemModelTester>
@@ -42,7 +44,9 @@ class TestLibraryListModel : public QObject {
     struct Shown {
         VelgorLibrary library;
         FakeLibraryStorage storage;
-        LibraryListModel model{library};
+        VelgorContent content;
+        LibraryEditor editor{library, content, storage};
+        LibraryListModel model{library, editor};
         QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
         QSignalSpy resets{&model, &QAbstractItemModel::modelReset};
         QSignalSpy layouts{&model, &QAbstractItemModel::layoutChanged};

@@ -1,6 +1,7 @@
 #include "Alerts.h"
 
 #include "AlertTexts.h"
+#include "ContentEditor.h"
 #include "ContentFiles.h"
 #include "FileExistence.h"
 #include "LibraryEditor.h"
@@ -25,15 +26,15 @@ const QList<Alerts::Entry> &Alerts::table()
 {
     static const QList<Entry> entries{
         {[](const Alerts &alerts) { return alerts.m_desk.content.openError(); }, AlertTexts::openError,
-            [](Alerts &alerts) { alerts.m_desk.content.setOpenError(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.contentFiles.endOpenError(); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.unreadableNames(); }, AlertTexts::unreadableNames,
-            [](Alerts &alerts) { alerts.m_desk.content.setUnreadableNames(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.contentFiles.endUnreadableNames(); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.saveError(); }, AlertTexts::saveError,
-            [](Alerts &alerts) { alerts.m_desk.content.setSaveError(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.contentFiles.endSaveError(); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.selectDefault(); }, AlertTexts::selectDefault,
-            [](Alerts &alerts) { alerts.m_desk.content.setSelectDefault(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.contentEditor.endSelectDefault(); }, nullptr},
         {[](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); }, AlertTexts::mixVersions,
-            [](Alerts &alerts) { alerts.m_desk.content.setMixVersions(false); }, nullptr},
+            [](Alerts &alerts) { alerts.m_desk.contentEditor.endMixVersions(); }, nullptr},
         {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.readError(); },
             AlertTexts::readError, [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
             [](Alerts &alerts) { Q_EMIT alerts.libraryCheckWanted(); }},
@@ -48,7 +49,7 @@ const QList<Alerts::Entry> &Alerts::table()
                 }
             }},
         {[](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); }, AlertTexts::deleteConfirm,
-            [](Alerts &alerts) { alerts.m_desk.library.setDeleteConfirm(false); },
+            [](Alerts &alerts) { alerts.m_desk.libraryEditor.setDeleteConfirm(false); },
             [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteAndGoOn(); }},
         {[](const Alerts &alerts) { return alerts.m_isExportToConfirm; }, AlertTexts::confirmExport,
             [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },

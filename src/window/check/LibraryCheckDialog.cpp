@@ -42,11 +42,12 @@ void setSelectable(QLabel &label)
 
 } // namespace
 
-LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageManager &storage, QWidget *parent)
+LibraryCheckDialog::LibraryCheckDialog(
+    std::unique_ptr<LibraryCheck> check, const VelgorLibrary &library, LibraryStorageManager &storage, QWidget *parent)
     : QDialog(parent)
     , m_library(library)
     , m_storage(storage)
-    , m_check(library, storage)
+    , m_check(std::move(check))
     , m_layout(new QVBoxLayout(this))
     , m_summary(new QLabel(this))
     , m_place(new QLabel(this))
@@ -70,8 +71,8 @@ LibraryCheckDialog::LibraryCheckDialog(VelgorLibrary &library, LibraryStorageMan
     addColumns();
     addBottom();
     resize(LookMeasures::scaledToText(startSize, fontMetrics()).boundedTo(LookMeasures::roomForWindow(*screen())));
-    connect(&m_check.examination(), &BackgroundRun::progress, this, &LibraryCheckDialog::showProgress);
-    connect(&m_check.examination(), &BackgroundRun::finished, this, &LibraryCheckDialog::showExamined);
+    connect(&m_check->examination(), &BackgroundRun::progress, this, &LibraryCheckDialog::showProgress);
+    connect(&m_check->examination(), &BackgroundRun::finished, this, &LibraryCheckDialog::showExamined);
     examine({});
 }
 
@@ -118,9 +119,9 @@ void LibraryCheckDialog::examine(const QString &done)
     m_doneText = done;
     {
         const Waiting waiting;
-        m_check.examine();
+        m_check->examine();
         // Most libraries take no longer, and nothing flickers.
-        if (m_check.examination().finishWithin(patience)) {
+        if (m_check->examination().finishWithin(patience)) {
             return;
         }
     }
@@ -144,10 +145,10 @@ void LibraryCheckDialog::showProgress(qsizetype examined, qsizetype total)
 
 void LibraryCheckDialog::showExamined()
 {
-    m_check.takeFindings();
+    m_check->takeFindings();
     const qsizetype patches = m_library.count();
     const QString place = StatusText::directory(m_storage.libDirectory());
-    m_summary->setText(LibraryFindingText::summary(m_check.health().findings.size()));
+    m_summary->setText(LibraryFindingText::summary(m_check->health().findings.size()));
     m_place->setText(
         patches == 1 ? tr("1 patch in %1").arg(place) : tr("%1 patches in %2").arg(QString::number(patches), place));
     showFindings();
@@ -167,8 +168,8 @@ void LibraryCheckDialog::showFindings()
 {
     const EmptyHint hint{QStringLiteral("checkmark.circle.fill"), tr("Nothing to mend"),
         tr("Every patch has its file, and every patch file belongs to a patch.")};
-    m_findings->setRows(LibraryFindingText::rows(m_check.health().findings + m_check.health().notes), hint);
-    const qsizetype count = m_check.rescued().size();
+    m_findings->setRows(LibraryFindingText::rows(m_check->health().findings + m_check->health().notes), hint);
+    const qsizetype count = m_check->rescued().size();
     m_findings->button()->setEnabled(count > 0);
     m_findings->button()->setText(count == 0 ? tr("&Add Patches")
             : count == 1                     ? tr("&Add 1 Patch")
@@ -180,7 +181,7 @@ void LibraryCheckDialog::showKept()
     const EmptyHint hint{QStringLiteral("tray"), tr("No former library"),
         tr("The library file is kept here before it is overwritten with less than it held: the last twenty times, and "
            "each time for thirty days.")};
-    m_kept->setRows(KeptLibraryText::rows(m_check.health(), m_storage.libDirectory()), hint);
+    m_kept->setRows(KeptLibraryText::rows(m_check->health(), m_storage.libDirectory()), hint);
 }
 
 void LibraryCheckDialog::describeKept()
@@ -192,17 +193,17 @@ void LibraryCheckDialog::describeKept()
         return;
     }
     const Waiting waiting;
-    const auto preview = m_check.preview(row.keptLibrary);
+    const auto preview = m_check->preview(row.keptLibrary);
     m_kept->button()->setEnabled(preview && !preview->patches.isEmpty());
     m_kept->setDetails(row.details + QStringLiteral("\n\n") + KeptLibraryText::preview(preview));
 }
 
 void LibraryCheckDialog::addRescued()
 {
-    const qsizetype count = m_check.rescued().size();
+    const qsizetype count = m_check->rescued().size();
     {
         const Waiting waiting;
-        m_check.addRescued();
+        m_check->addRescued();
     }
     Q_EMIT libraryChanged();
     examine(
@@ -214,7 +215,7 @@ void LibraryCheckDialog::restore()
     bool isRestored = false;
     {
         const Waiting waiting;
-        isRestored = m_check.restore(m_kept->list()->selectedRow().keptLibrary);
+        isRestored = m_check->restore(m_kept->list()->selectedRow().keptLibrary);
     }
     Q_EMIT libraryChanged();
     examine(isRestored ? tr("The former library is back. The one that it replaced is the first in the list.")
@@ -226,7 +227,7 @@ void LibraryCheckDialog::keepFocus()
     const QWidget *const focused = focusWidget();
     if (!focused || !focused->isEnabled() || focused->focusPolicy() == Qt::NoFocus) {
         const bool hasFindings =
-            m_findings->list()->focusPolicy() != Qt::NoFocus && !m_check.health().findings.isEmpty();
+            m_findings->list()->focusPolicy() != Qt::NoFocus && !m_check->health().findings.isEmpty();
         (hasFindings ? static_cast<QWidget *>(m_findings->list()) : m_close)->setFocus();
     }
 }

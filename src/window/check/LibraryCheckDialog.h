@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QPointer>
 
+#include <memory>
+
 class LibraryCheckColumn;
 class LibraryStorageManager;
 class QLabel;
@@ -18,8 +20,9 @@ class LibraryCheckDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// The library must have been loaded. Both must outlive the dialog.
-    LibraryCheckDialog(VelgorLibrary &library, LibraryStorageManager &storage, QWidget *parent = nullptr);
+    /// The library, which `check` is of, must have been loaded. It and the storage must outlive the dialog.
+    LibraryCheckDialog(std::unique_ptr<LibraryCheck> check, const VelgorLibrary &library,
+        LibraryStorageManager &storage, QWidget *parent = nullptr);
 
 Q_SIGNALS:
     /// The library was changed and saved, or that failed.
@@ -40,9 +43,9 @@ private:
     /// Gives the focus to something that can have it.
     void keepFocus();
 
-    VelgorLibrary &m_library;
+    const VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
-    LibraryCheck m_check;
+    std::unique_ptr<LibraryCheck> m_check;
     QVBoxLayout *m_layout;
     QLabel *m_summary;
     QLabel *m_place;

@@ -107,6 +107,6 @@ QList<Command> libraryCommands()
                     return aboutSeveral(desk, Texts::tr("Delete the patch"), Texts::tr("Delete the ticked patches"));
                 },
             .isEnabled = hasSeveral,
-            .run = [](Desk &desk, WindowTasks &) { desk.library.setDeleteConfirm(true); }},
+            .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.setDeleteConfirm(true); }},
     };
 }

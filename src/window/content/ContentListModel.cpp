@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-ContentListModel::ContentListModel(VelgorContent &content, QObject *parent)
+ContentListModel::ContentListModel(const VelgorContent &content, QObject *parent)
     : QAbstractListModel(parent)
     , m_content(content)
 {

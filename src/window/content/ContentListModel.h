@@ -11,7 +11,7 @@ class ContentListModel : public QAbstractListModel {
 
 public:
     /// `content` must outlive the model.
-    explicit ContentListModel(VelgorContent &content, QObject *parent = nullptr);
+    explicit ContentListModel(const VelgorContent &content, QObject *parent = nullptr);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
@@ -28,6 +28,6 @@ private:
     void connectContent();
     void takeReordered(const QList<qsizetype> &formerRows);
 
-    VelgorContent &m_content;
+    const VelgorContent &m_content;
     QSet<int> m_usedRows;
 };

@@ -10,8 +10,8 @@
 
 #include <algorithm>
 
-ContentListView::ContentListView(VelgorContent &content, ContentEditor &editor, const LibraryEditor &libraryEditor,
-    ContentListModel &model, QWidget *parent)
+ContentListView::ContentListView(const VelgorContent &content, ContentEditor &editor,
+    const LibraryEditor &libraryEditor, ContentListModel &model, QWidget *parent)
     : PatchListView(parent)
     , m_content(content)
     , m_editor(editor)
@@ -117,7 +117,7 @@ void ContentListView::publishSelection()
     for (const QModelIndex &index : indexes) {
         selections.insert(m_content.velgorContentPatchList().at(index.row()).id);
     }
-    m_content.setSelections(selections);
+    m_editor.select(selections);
 }
 
 void ContentListView::followContent()

@@ -14,7 +14,7 @@ class ContentListView : public PatchListView {
 
 public:
     /// All must outlive the list.
-    ContentListView(VelgorContent &content, ContentEditor &editor, const LibraryEditor &libraryEditor,
+    ContentListView(const VelgorContent &content, ContentEditor &editor, const LibraryEditor &libraryEditor,
         ContentListModel &model, QWidget *parent = nullptr);
 
     /// Selects a slot and makes it visible.
@@ -31,7 +31,7 @@ private:
     void followContent();
     void publishSelection();
 
-    VelgorContent &m_content;
+    const VelgorContent &m_content;
     ContentEditor &m_editor;
     const LibraryEditor &m_libraryEditor;
     bool m_isFollowing = false;

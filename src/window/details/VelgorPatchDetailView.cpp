@@ -13,7 +13,7 @@
 #include <utility>
 
 VelgorPatchDetailView::VelgorPatchDetailView(
-    VelgorLibrary &library, VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent)
+    const VelgorLibrary &library, const VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent)
     : QWidget(parent)
     , m_library(library)
     , m_content(content)
@@ -173,6 +173,5 @@ void VelgorPatchDetailView::edit(const std::function<void(VelgorPatch &)> &chang
     if (patch == *found->patch) {
         return;
     }
-    m_library.update(patch);
-    m_callbacks.changed(patch.id());
+    m_callbacks.edit(patch);
 }

@@ -20,8 +20,8 @@ class VelgorPatchDetailView : public QWidget {
     Q_OBJECT
 
 public:
-    VelgorPatchDetailView(
-        VelgorLibrary &library, VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent = nullptr);
+    VelgorPatchDetailView(const VelgorLibrary &library, const VelgorContent &content, LibraryCallbacks &callbacks,
+        QWidget *parent = nullptr);
 
     /// While the library is being loaded, it is not said to be empty.
     void setLoading(bool isLoading);
@@ -49,8 +49,8 @@ private:
     void refreshPlaces();
     void edit(const std::function<void(VelgorPatch &)> &change);
 
-    VelgorLibrary &m_library;
-    VelgorContent &m_content;
+    const VelgorLibrary &m_library;
+    const VelgorContent &m_content;
     LibraryCallbacks &m_callbacks;
     QStackedLayout *m_pages;
     EmptyDetails *m_empty;

@@ -1,6 +1,7 @@
 #include "LibraryListModel.h"
 
 #include "CommandTargets.h"
+#include "LibraryEditor.h"
 #include "PatchPayload.h"
 #include "PatchRoles.h"
 #include "VelgorLibrary.h"
@@ -8,9 +9,10 @@
 #include <algorithm>
 #include <utility>
 
-LibraryListModel::LibraryListModel(VelgorLibrary &library, QObject *parent)
+LibraryListModel::LibraryListModel(const VelgorLibrary &library, LibraryEditor &editor, QObject *parent)
     : QAbstractListModel(parent)
     , m_library(library)
+    , m_editor(editor)
     , m_rows(m_filter.shownRows(m_library))
 {
     connectLibrary();
@@ -105,9 +107,7 @@ bool LibraryListModel::setData(const QModelIndex &index, const QVariant &value, 
     if (role != Qt::CheckStateRole || !m_library.isMultiSel() || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return false;
     }
-    MultiSelections ticks = m_library.multiSelections();
-    ticks.multiSelections[idAt(index.row())] = value.toInt() == Qt::Checked;
-    m_library.setMultiSelections(ticks);
+    m_editor.setTicked(idAt(index.row()), value.toInt() == Qt::Checked);
     return true;
 }
 

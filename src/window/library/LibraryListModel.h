@@ -6,6 +6,7 @@
 
 #include <vector>
 
+class LibraryEditor;
 class VelgorLibrary;
 
 /// The library patches that pass the filter, one row each, in library order.
@@ -16,8 +17,8 @@ class LibraryListModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    /// `library` must outlive the model.
-    explicit LibraryListModel(VelgorLibrary &library, QObject *parent = nullptr);
+    /// Both must outlive the model; the editor is the library's.
+    LibraryListModel(const VelgorLibrary &library, LibraryEditor &editor, QObject *parent = nullptr);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
@@ -55,7 +56,8 @@ private:
     void takeReordered(const QList<qsizetype> &formerRows);
     void tickingChanged();
 
-    VelgorLibrary &m_library;
+    const VelgorLibrary &m_library;
+    LibraryEditor &m_editor;
     LibraryViewFilter m_filter;
     std::vector<qsizetype> m_rows;
     bool m_isRemoving = false;

@@ -12,7 +12,7 @@
 #include <utility>
 
 LibraryListView::LibraryListView(
-    VelgorLibrary &library, LibraryEditor &editor, LibraryListModel &model, QWidget *parent)
+    const VelgorLibrary &library, LibraryEditor &editor, LibraryListModel &model, QWidget *parent)
     : PatchListView(parent)
     , m_library(library)
     , m_editor(editor)
@@ -75,7 +75,7 @@ void LibraryListView::showPatch(quint64 id)
     if (m_library.isMultiSel()) {
         selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
     } else {
-        m_library.setSelection(id);
+        m_editor.select(id);
     }
     setFocus(Qt::OtherFocusReason);
     scrollTo(index);
@@ -159,7 +159,7 @@ void LibraryListView::selectionChanged(const QItemSelection &selected, const QIt
     }
     const QScopedValueRollback following(m_isFollowing, true);
     const QModelIndexList indexes = selectedIndexes();
-    m_library.setSelection(indexes.isEmpty() ? std::nullopt : std::optional(m_model.idAt(indexes.first().row())));
+    m_editor.select(indexes.isEmpty() ? std::nullopt : std::optional(m_model.idAt(indexes.first().row())));
 }
 
 void LibraryListView::currentChanged(const QModelIndex &current, const QModelIndex &previous)

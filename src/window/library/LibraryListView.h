@@ -14,7 +14,8 @@ class LibraryListView : public PatchListView {
 
 public:
     /// All must outlive the list.
-    LibraryListView(VelgorLibrary &library, LibraryEditor &editor, LibraryListModel &model, QWidget *parent = nullptr);
+    LibraryListView(
+        const VelgorLibrary &library, LibraryEditor &editor, LibraryListModel &model, QWidget *parent = nullptr);
 
     /// Ticks or unticks the current row, and begins to tick if need be.
     void flipTickOfCurrent();
@@ -45,7 +46,7 @@ private:
     void tickByClick(const QModelIndex &index, bool isRange);
     [[nodiscard]] QString placeInWholeLibrary(const VelgorLibrary::Found &patch, int row) const;
 
-    VelgorLibrary &m_library;
+    const VelgorLibrary &m_library;
     LibraryEditor &m_editor;
     LibraryListModel &m_model;
     bool m_isFollowing = false;

@@ -23,7 +23,7 @@ using namespace LookMeasures;
 VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
     : QWidget(parent)
     , m_commands(commands)
-    , m_model(new LibraryListModel(commands.desk().library, this))
+    , m_model(new LibraryListModel(commands.desk().library, commands.desk().libraryEditor, this))
     , m_filter(new LibraryViewFilterView(this))
     , m_count(new QLabel(this))
     , m_pages(new QStackedLayout)
