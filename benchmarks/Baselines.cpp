@@ -1,6 +1,6 @@
 #include "Baselines.h"
 
-#include "LibraryJsonReader.h"
+#include "PatchFields.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -108,7 +108,7 @@ QByteArray encodeByDocument(const QList<VelgorPatch> &patches)
     QJsonArray array;
     for (const VelgorPatch &patch : patches) {
         QJsonObject object;
-        for (const PatchJsonField &field : patchJsonFields()) {
+        for (const PatchField &field : PatchFields::all()) {
             const QLatin1String key(field.key);
             if (field.text) {
                 object.insert(key, patch.*(field.text));
@@ -132,7 +132,7 @@ QList<VelgorPatch> decodeByDocument(const QByteArray &text)
     for (const QJsonValue &value : array) {
         const QJsonObject object = value.toObject();
         VelgorPatch patch(object.value(QLatin1String("id")).toString().toULongLong());
-        for (const PatchJsonField &field : patchJsonFields()) {
+        for (const PatchField &field : PatchFields::all()) {
             const QLatin1String key(field.key);
             if (field.text) {
                 patch.*(field.text) = object.value(key).toString();

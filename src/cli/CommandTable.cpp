@@ -13,19 +13,30 @@ QString text(const char *latin1)
 
 } // namespace
 
-const QList<FlagOption> &CommandTable::flags()
+QList<CommandOption> CommandTable::filterOptions(PatchFields::Rows rows)
 {
-    static const QList<FlagOption> flags{
-        {text("guitar"), &VelgorPatch::guitar},
-        {text("bass"), &VelgorPatch::bass},
-        {text("clean"), &VelgorPatch::clean},
-        {text("crunch"), &VelgorPatch::crunch},
-        {text("drive"), &VelgorPatch::drive},
-        {text("higain"), &VelgorPatch::higain},
-        {text("rythm"), &VelgorPatch::rythm},
-        {text("solo"), &VelgorPatch::solo},
-    };
-    return flags;
+    QList<CommandOption> marks;
+    QList<CommandOption> others;
+    for (const PatchField &field : rows) {
+        if (field.isFilter && field.filterHelp) {
+            others.append({text(field.option), {}, tr(field.filterHelp), {}});
+        } else if (field.isFilter) {
+            marks.append({text(field.option), {}, tr("only patches marked \"%1\"").arg(text(field.option)), {}});
+        }
+    }
+    return marks + others;
+}
+
+QList<CommandOption> CommandTable::markOptions(PatchFields::Rows rows)
+{
+    QList<CommandOption> options;
+    for (const PatchField &field : rows) {
+        if (field.isMark()) {
+            options.append({text(field.option), text("on|off"),
+                tr("marks the patch \"%1\", or takes the mark away").arg(text(field.option)), {}});
+        }
+    }
+    return options;
 }
 
 const QList<Command> &CommandTable::commands()
@@ -86,13 +97,9 @@ QList<Command> CommandTable::libraryCommands()
         {text("comment"), text("TEXT"), tr("only patches whose comment contains each of these words"), {}}};
     QList<CommandOption> edits{{text("name"), text("TEXT"), tr("the new name, of one patch"), {}},
         {text("comment"), text("TEXT"), tr("the new comment"), {}}};
-    for (const FlagOption &flag : flags()) {
-        filters.append({flag.name, {}, tr("only patches marked \"%1\"").arg(flag.name), {}});
-        edits.append(
-            {flag.name, text("on|off"), tr("marks the patch \"%1\", or takes the mark away").arg(flag.name), {}});
-    }
-    filters.append({text("user-ir"), {}, tr("only patches with a user impulse response"), {}});
+    filters.append(filterOptions());
     filters.append({text("sort"), text("name|-name"), tr("sorts by name, upwards or downwards"), {}});
+    edits.append(markOptions());
     edits.append({text("default"), {}, tr("makes the patch the one that new lists are filled with"), {}});
 
     return {

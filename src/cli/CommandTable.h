@@ -1,16 +1,10 @@
 #pragma once
 
 #include "Command.h"
-#include "VelgorPatch.h"
+#include "PatchFields.h"
 
 #include <QCoreApplication>
 #include <QList>
-
-/// A flag of a patch under the name that its option and its JSON key have.
-struct FlagOption {
-    QString name;
-    bool VelgorPatch::*flag;
-};
 
 /// Every command of `velgor`, declared once: parsing, help and man page are made from it.
 class CommandTable {
@@ -20,8 +14,9 @@ public:
     [[nodiscard]] static const QList<Command> &commands();
     /// The command that these words call; null when there is none.
     [[nodiscard]] static const Command *find(const QString &name);
-    /// The eight flags that a user sets.
-    [[nodiscard]] static const QList<FlagOption> &flags();
+    /// The options that ask for flags of a patch, and those that set and clear them.
+    [[nodiscard]] static QList<CommandOption> filterOptions(PatchFields::Rows rows = PatchFields::all());
+    [[nodiscard]] static QList<CommandOption> markOptions(PatchFields::Rows rows = PatchFields::all());
 
 private:
     [[nodiscard]] static QList<Command> fileCommands();

@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 /// The context of this file's texts.
@@ -61,27 +63,27 @@ QString applyEdits(const Arguments &arguments, VelgorPatch &patch)
         return LibraryChangeCommands::tr("--name takes a name that is not blank");
     }
     patch.comment = arguments.value(QStringLiteral("comment")).value_or(patch.comment);
-    for (const FlagOption &option : CommandTable::flags()) {
-        const std::optional<QString> value = arguments.value(option.name);
+    for (const PatchField &field : PatchFields::all()) {
+        const QString option = QString::fromLatin1(field.option);
+        const std::optional<QString> value = field.isMark() ? arguments.value(option) : std::nullopt;
         if (!value) {
             continue;
         }
         if (*value != QStringLiteral("on") && *value != QStringLiteral("off")) {
-            return LibraryChangeCommands::tr("--%1 takes on or off").arg(option.name);
+            return LibraryChangeCommands::tr("--%1 takes on or off").arg(option);
         }
-        patch.*option.flag = *value == QStringLiteral("on");
+        patch.*field.flag = *value == QStringLiteral("on");
     }
     return {};
 }
 
 bool hasEdits(const Arguments &arguments)
 {
-    bool isGiven = arguments.has(QStringLiteral("name")) || arguments.has(QStringLiteral("comment"))
-        || arguments.has(QStringLiteral("default"));
-    for (const FlagOption &option : CommandTable::flags()) {
-        isGiven = isGiven || arguments.has(option.name);
-    }
-    return isGiven;
+    const QList<CommandOption> marks = CommandTable::markOptions();
+    return arguments.has(QStringLiteral("name")) || arguments.has(QStringLiteral("comment"))
+        || arguments.has(QStringLiteral("default"))
+        || std::any_of(marks.begin(), marks.end(),
+            [&arguments](const CommandOption &option) { return arguments.has(option.name); });
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
-#include "CommandTable.h"
 #include "LibraryJson.h"
 #include "LibrarySession.h"
 #include "LibraryViewFilter.h"
@@ -25,9 +24,10 @@ std::optional<LibraryViewFilter> filterOf(const Arguments &arguments)
     VelgorPatch &asked = filter.filterPatch;
     asked.name = arguments.value(QStringLiteral("name")).value_or(QString());
     asked.comment = arguments.value(QStringLiteral("comment")).value_or(QString());
-    asked.hasUserIR = arguments.has(QStringLiteral("user-ir"));
-    for (const FlagOption &option : CommandTable::flags()) {
-        asked.*option.flag = arguments.has(option.name);
+    for (const PatchField &field : PatchFields::all()) {
+        if (field.isFilter) {
+            asked.*field.flag = arguments.has(QString::fromLatin1(field.option));
+        }
     }
     // Spaces alone ask for nothing.
     if (asked.comment.trimmed().isEmpty()) {
@@ -57,9 +57,9 @@ bool sortAsAsked(const Arguments &arguments, VelgorLibrary &library)
 QString flagsOf(const VelgorPatch &patch)
 {
     QStringList words;
-    for (const FlagOption &option : CommandTable::flags()) {
-        if (patch.*option.flag) {
-            words.append(option.name);
+    for (const PatchField &field : PatchFields::all()) {
+        if (field.isMark() && patch.*field.flag) {
+            words.append(QString::fromLatin1(field.option));
         }
     }
     return words.join(u' ');

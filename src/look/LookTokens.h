@@ -37,9 +37,9 @@ struct LookTokens {
 
     QColor accent; ///< The asset colour "AccentColor", as a fill; also the colour of firmware 1
     QColor accentText; ///< The accent as text or mark (role Link)
-    QColor instrument; ///< The asset colour "InstrumentColor": "Guitar", "Bass"
-    QColor usage; ///< The asset colour "UsageColor": "Rythm", "Solo" (role LinkVisited)
-    QColor style; ///< The asset colour "StyleColor": "Clean", "Crunch", "Drive", "Higain"
+    QColor instrument; ///< The asset colour "InstrumentColor"
+    QColor usage; ///< The asset colour "UsageColor" (role LinkVisited)
+    QColor style; ///< The asset colour "StyleColor"
     QColor badgeText; ///< Text on accent, instrument, usage, style and strong
 
     QColor destructive; ///< The label of a button that destroys (role BrightText)

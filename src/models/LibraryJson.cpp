@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <array>
 
 namespace LibraryJson {
 
@@ -13,17 +12,19 @@ namespace {
 
 constexpr qsizetype usualPatchSize = 320; // bytes of text
 
-/// What stands before each value of a patch: the bracket or the comma, and the key.
-const std::array<QByteArray, patchJsonFieldCount> &leads()
+/// A field and what stands before its value: the bracket or the comma, and the key.
+struct Member {
+    const PatchField *field;
+    QByteArray lead;
+};
+
+QList<Member> membersOf(PatchFields::Rows rows)
 {
-    static const std::array<QByteArray, patchJsonFieldCount> texts = [] {
-        std::array<QByteArray, patchJsonFieldCount> result;
-        for (std::size_t i = 0; i < result.size(); ++i) {
-            result.at(i) = (i == 0 ? "{\"" : ",\"") + QByteArray(patchJsonFields().at(i).key) + "\":";
-        }
-        return result;
-    }();
-    return texts;
+    QList<Member> members;
+    for (const PatchField &field : rows) {
+        members.append({&field, (members.isEmpty() ? "{\"" : ",\"") + QByteArray(field.key) + "\":"});
+    }
+    return members;
 }
 
 void appendEscaped(QByteArray &text, char byte)
@@ -64,19 +65,18 @@ void appendNumber(QByteArray &text, double value)
 }
 
 /// Each patch is written out at once, so that a large library never stands in memory as a tree.
-void appendPatch(QByteArray &text, const VelgorPatch &patch)
+void appendPatch(QByteArray &text, const VelgorPatch &patch, const QList<Member> &members)
 {
-    for (std::size_t i = 0; i < patchJsonFieldCount; ++i) {
-        const PatchJsonField &field = patchJsonFields()[i];
-        text += leads()[i];
-        if (field.text) {
-            appendText(text, patch.*(field.text));
-        } else if (field.flag) {
-            text += patch.*(field.flag) ? "true" : "false";
-        } else if (qstrcmp(field.key, "id") == 0) {
-            text += QByteArray::number(patch.id());
+    for (const auto &[field, lead] : members) {
+        text += lead;
+        if (field->flag) {
+            text += patch.*field->flag ? "true" : "false";
+        } else if (field->text) {
+            appendText(text, patch.*field->text);
+        } else if (field->date) {
+            appendNumber(text, (patch.*field->date).seconds);
         } else {
-            appendNumber(text, patch.date.seconds);
+            text += QByteArray::number(patch.id());
         }
     }
     text += '}';
@@ -84,15 +84,16 @@ void appendPatch(QByteArray &text, const VelgorPatch &patch)
 
 } // namespace
 
-QByteArray encodePatch(const VelgorPatch &patch)
+QByteArray encodePatch(const VelgorPatch &patch, PatchFields::Rows rows)
 {
     QByteArray text;
-    appendPatch(text, patch);
+    appendPatch(text, patch, membersOf(rows));
     return text;
 }
 
-QByteArray encode(const Content &library)
+QByteArray encode(const Content &library, PatchFields::Rows rows)
 {
+    const QList<Member> members = membersOf(rows);
     QByteArray text;
     text.reserve(library.patches.size() * usualPatchSize);
     text += R"({"patches":[)";
@@ -100,7 +101,7 @@ QByteArray encode(const Content &library)
         if (&patch != &library.patches.first()) {
             text += ',';
         }
-        appendPatch(text, patch);
+        appendPatch(text, patch, members);
     }
     text += R"(],"defaultPatch":)";
     text += library.defaultPatch ? QByteArray::number(*library.defaultPatch) : QByteArray("null");
@@ -108,13 +109,13 @@ QByteArray encode(const Content &library)
     return text;
 }
 
-std::optional<Content> decode(const QByteArray &text)
+std::optional<Content> decode(const QByteArray &text, PatchFields::Rows rows)
 {
     // The parser would take a zero byte for the end of the text, and a file with a tail of zeros for a whole one.
     if (text.contains('\0')) {
         return std::nullopt;
     }
-    LibraryJsonReader reader(text.size() / usualPatchSize);
+    LibraryJsonReader reader(text.size() / usualPatchSize, rows);
     const bool isComplete = nlohmann::json::sax_parse(text.begin(), text.end(), &reader);
     return isComplete ? reader.result() : std::nullopt;
 }

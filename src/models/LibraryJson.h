@@ -1,25 +1,26 @@
 #pragma once
 
 #include "LibraryState.h"
+#include "PatchFields.h"
 
 #include <QByteArray>
 
 #include <optional>
 
 /// The library file's text: every patch's descriptive fields and the default patch, as compact JSON.
-/// Ids are exact over all 64 bits, dates come back to the last bit, and keys stand in a fixed order.
+/// Ids are exact over all 64 bits, dates come back to the last bit, and keys stand in the order of the rows.
 /// Preset data is never part of it.
 namespace LibraryJson {
 
 using Content = LibraryState;
 
-[[nodiscard]] QByteArray encode(const Content &library);
+[[nodiscard]] QByteArray encode(const Content &library, PatchFields::Rows rows = PatchFields::all());
 /// One patch as the object that stands in the library file.
-[[nodiscard]] QByteArray encodePatch(const VelgorPatch &patch);
+[[nodiscard]] QByteArray encodePatch(const VelgorPatch &patch, PatchFields::Rows rows = PatchFields::all());
 
-/// Nothing when the text is not JSON, has no list of patches, or any patch lacks a key or has one of another type.
-/// A default patch that is missing or no id is left out silently; keys that are not known are skipped. Of the second
-/// and the third, `hasUnknown` tells.
-[[nodiscard]] std::optional<Content> decode(const QByteArray &text);
+/// Nothing when the text is not JSON, has no list of patches, or any patch lacks a required key or has one of another
+/// type. A default patch that is missing or no id is left out silently; keys that are not known are skipped. Of the
+/// second and the third, `hasUnknown` tells.
+[[nodiscard]] std::optional<Content> decode(const QByteArray &text, PatchFields::Rows rows = PatchFields::all());
 
 } // namespace LibraryJson

@@ -3,38 +3,10 @@
 #include "Utf8Text.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
-namespace {
-
-constexpr unsigned allFields = (1U << patchJsonFieldCount) - 1;
-
-} // namespace
-
-const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields()
-{
-    static const std::array<PatchJsonField, patchJsonFieldCount> fields{{
-        {.key = "id"},
-        {.key = "name", .text = &VelgorPatch::name},
-        {.key = "hasUserIR", .flag = &VelgorPatch::hasUserIR},
-        {.key = "comment", .text = &VelgorPatch::comment},
-        {.key = "version", .text = &VelgorPatch::version},
-        {.key = "date"},
-        {.key = "guitar", .flag = &VelgorPatch::guitar},
-        {.key = "bass", .flag = &VelgorPatch::bass},
-        {.key = "clean", .flag = &VelgorPatch::clean},
-        {.key = "crunch", .flag = &VelgorPatch::crunch},
-        {.key = "drive", .flag = &VelgorPatch::drive},
-        {.key = "higain", .flag = &VelgorPatch::higain},
-        {.key = "rythm", .flag = &VelgorPatch::rythm},
-        {.key = "solo", .flag = &VelgorPatch::solo},
-        {.key = "empty", .flag = &VelgorPatch::empty},
-    }};
-    return fields;
-}
-
-LibraryJsonReader::LibraryJsonReader(qsizetype expectedPatches)
+LibraryJsonReader::LibraryJsonReader(qsizetype expectedPatches, PatchFields::Rows rows)
+    : m_rows(rows)
 {
     m_content.patches.reserve(expectedPatches);
 }
@@ -55,14 +27,20 @@ bool LibraryJsonReader::isDefaultPatch() const
     return m_skippedDepth == 0 && m_place == Place::Library && m_libraryKey == "defaultPatch";
 }
 
-bool LibraryJsonReader::isField(const char *key) const
+bool LibraryJsonReader::isId() const
 {
-    return m_skippedDepth == 0 && m_place == Place::Patch && m_field && std::strcmp(m_field->key, key) == 0;
+    return m_skippedDepth == 0 && m_place == Place::Patch && m_field && !m_field->text && !m_field->flag
+        && !m_field->date;
+}
+
+quint64 LibraryJsonReader::bitOf(const PatchField &field) const
+{
+    return quint64(1) << static_cast<quint64>(&field - m_rows.data());
 }
 
 bool LibraryJsonReader::markSeen()
 {
-    const unsigned field = 1U << static_cast<unsigned>(m_field - patchJsonFields().data());
+    const quint64 field = bitOf(*m_field);
     // Of a key that stands there twice, one value is lost.
     m_content.hasUnknown = m_content.hasUnknown || (m_seenFields & field) != 0;
     m_seenFields |= field;
@@ -78,8 +56,25 @@ bool LibraryJsonReader::skip()
 
 bool LibraryJsonReader::takeDate(double seconds)
 {
-    m_patch.date = {seconds};
+    if (m_skippedDepth > 0 || m_place != Place::Patch || !m_field || !m_field->date) {
+        return skip();
+    }
+    m_patch.*m_field->date = {seconds};
     return markSeen();
+}
+
+bool LibraryJsonReader::fillMissing()
+{
+    for (const PatchField &field : m_rows) {
+        if ((m_seenFields & bitOf(field)) != 0) {
+            continue;
+        }
+        if (!field.setMissing) {
+            return false;
+        }
+        field.setMissing(m_patch);
+    }
+    return true;
 }
 
 bool LibraryJsonReader::null()
@@ -96,13 +91,13 @@ bool LibraryJsonReader::boolean(bool value)
     if (m_place != Place::Patch || !m_field->flag) {
         return false;
     }
-    m_patch.*(m_field->flag) = value;
+    m_patch.*m_field->flag = value;
     return markSeen();
 }
 
 bool LibraryJsonReader::number_integer(number_integer_t value)
 {
-    return isField("date") ? takeDate(static_cast<double>(value)) : skip();
+    return takeDate(static_cast<double>(value));
 }
 
 bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
@@ -111,17 +106,17 @@ bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
         m_content.defaultPatch = value;
         return true;
     }
-    if (isField("id")) {
+    if (isId()) {
         m_patchId = value;
         return markSeen();
     }
-    return isField("date") ? takeDate(static_cast<double>(value)) : skip();
+    return takeDate(static_cast<double>(value));
 }
 
 bool LibraryJsonReader::number_float(number_float_t value, const string_t &text)
 {
     Q_UNUSED(text)
-    return isField("date") ? takeDate(value) : skip();
+    return takeDate(value);
 }
 
 bool LibraryJsonReader::string(string_t &value)
@@ -133,7 +128,7 @@ bool LibraryJsonReader::string(string_t &value)
     if (m_place != Place::Patch || !m_field->text || !decoded) {
         return false;
     }
-    m_patch.*(m_field->text) = *std::move(decoded);
+    m_patch.*m_field->text = *std::move(decoded);
     return markSeen();
 }
 
@@ -182,16 +177,15 @@ bool LibraryJsonReader::key(string_t &name)
         }
         return true;
     }
-    const auto &fields = patchJsonFields();
     // Keys mostly come in the order in which they are written.
-    const PatchJsonField *next = m_field ? m_field + 1 : fields.data();
-    if (next != fields.data() + fields.size() && name == next->key) {
+    const PatchField *next = m_field ? m_field + 1 : m_rows.data();
+    if (next != m_rows.data() + m_rows.size() && name == next->key) {
         m_field = next;
         return true;
     }
     const auto found =
-        std::find_if(fields.begin(), fields.end(), [&name](const PatchJsonField &field) { return name == field.key; });
-    m_field = found == fields.end() ? nullptr : &*found;
+        std::find_if(m_rows.begin(), m_rows.end(), [&name](const PatchField &field) { return name == field.key; });
+    m_field = found == m_rows.end() ? nullptr : &*found;
     return true;
 }
 
@@ -202,7 +196,7 @@ bool LibraryJsonReader::end_object()
         return true;
     }
     if (m_place == Place::Patch) {
-        if (m_seenFields != allFields) {
+        if (!fillMissing()) {
             return false;
         }
         m_content.patches.append(std::move(m_patch).withId(m_patchId));

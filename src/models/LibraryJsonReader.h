@@ -1,28 +1,17 @@
 #pragma once
 
 #include "LibraryState.h"
+#include "PatchFields.h"
 
 #include <nlohmann/json.hpp>
 
 #include <string>
 
-/// One field of a patch in the library file: its key and the member that holds it. Exactly one member is set,
-/// except for the id and the date, which have none and are known by their keys.
-struct PatchJsonField {
-    const char *key = nullptr;
-    QString VelgorPatch::*text = nullptr;
-    bool VelgorPatch::*flag = nullptr;
-};
-
-inline constexpr std::size_t patchJsonFieldCount = 15;
-/// All fields, in the order in which they are written.
-const std::array<PatchJsonField, patchJsonFieldCount> &patchJsonFields();
-
 /// Builds a library from the events of a JSON text, without a tree: nesting and size cost no more than the text.
 class LibraryJsonReader final : public nlohmann::json::json_sax_t {
 public:
-    /// `expectedPatches` is a guess.
-    explicit LibraryJsonReader(qsizetype expectedPatches);
+    /// `expectedPatches` is a guess. The rows, 64 at most, must outlive the reader.
+    LibraryJsonReader(qsizetype expectedPatches, PatchFields::Rows rows);
 
     /// The library, once the whole text was read; nothing when it is not one.
     [[nodiscard]] std::optional<LibraryState> result() const;
@@ -47,21 +36,26 @@ private:
     /// True when a value that no field takes may stand here: under a key that is not known, or for the default.
     [[nodiscard]] bool isSkippable() const;
     [[nodiscard]] bool isDefaultPatch() const;
-    [[nodiscard]] bool isField(const char *key) const;
+    [[nodiscard]] bool isId() const;
+    /// Skips a number that is none.
     bool takeDate(double seconds);
+    [[nodiscard]] quint64 bitOf(const PatchField &field) const;
     bool markSeen();
+    /// False when a field is required.
+    bool fillMissing();
     /// Notes a value that no field takes; false where none may stand.
     bool skip();
     bool startContainer();
 
+    PatchFields::Rows m_rows;
     Place m_place = Place::Start;
     std::size_t m_skippedDepth = 0; ///< open containers inside of a value that is skipped
     std::string m_libraryKey;
-    const PatchJsonField *m_field = nullptr; ///< of the value that comes next in a patch; none when not known
+    const PatchField *m_field = nullptr; ///< of the value that comes next in a patch; none when not known
     bool m_hasPatches = false;
     LibraryState m_content;
 
     VelgorPatch m_patch{quint64(0)};
     quint64 m_patchId = 0;
-    unsigned m_seenFields = 0; ///< one bit a field
+    quint64 m_seenFields = 0; ///< one bit a field
 };

@@ -3,17 +3,14 @@
 #include "VelgorLibrary.h"
 
 #include <QStringList>
+#include <QVarLengthArray>
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 #include <string>
 #include <string_view>
 
 namespace {
-
-constexpr std::array askedFlags{&VelgorPatch::hasUserIR, &VelgorPatch::guitar, &VelgorPatch::bass, &VelgorPatch::clean,
-    &VelgorPatch::crunch, &VelgorPatch::drive, &VelgorPatch::higain, &VelgorPatch::rythm, &VelgorPatch::solo};
 
 QStringList commentWords(const QString &comment)
 {
@@ -29,19 +26,22 @@ bool containsWords(const QString &searchin, const QStringList &words)
     return std::all_of(words.begin(), words.end(), [&text](const QString &word) { return text.contains(word); });
 }
 
-/// The template's texts, lower-cased once for a whole pass over a library.
+/// What the template asks for, gathered once for a whole pass over a library.
 struct Criteria {
-    explicit Criteria(const VelgorPatch &filterPatch)
-        : asked(filterPatch)
-        , name(filterPatch.name.toLower())
+    Criteria(const VelgorPatch &filterPatch, PatchFields::Rows fields)
+        : name(filterPatch.name.toLower())
         , words(commentWords(filterPatch.comment))
     {
+        for (const PatchField &field : fields) {
+            if (field.isFilter && filterPatch.*field.flag) {
+                flags.push_back(field.flag);
+            }
+        }
     }
 
     [[nodiscard]] bool meetsFlags(const VelgorPatch &patch) const
     {
-        const auto flagIsMet = [&](auto flag) { return !(asked.*flag) || patch.*flag; };
-        return std::all_of(askedFlags.begin(), askedFlags.end(), flagIsMet);
+        return std::all_of(flags.begin(), flags.end(), [&patch](auto flag) { return patch.*flag; });
     }
 
     [[nodiscard]] bool meets(const VelgorPatch &patch) const
@@ -50,8 +50,8 @@ struct Criteria {
             && containsWords(patch.comment, words);
     }
 
-    const VelgorPatch &asked;
-    QString name;
+    QVarLengthArray<bool VelgorPatch::*, 16> flags;
+    QString name; ///< in lower case, as the words are
     QStringList words;
 };
 
@@ -78,23 +78,23 @@ LibraryViewFilter::LibraryViewFilter()
     filterPatch.date = {};
 }
 
-bool LibraryViewFilter::show(const VelgorPatch &patch) const
+bool LibraryViewFilter::show(const VelgorPatch &patch, PatchFields::Rows rows) const
 {
-    return Criteria(filterPatch).meets(patch);
+    return Criteria(filterPatch, rows).meets(patch);
 }
 
-QList<VelgorPatch> LibraryViewFilter::filter(const QList<VelgorPatch> &patches) const
+QList<VelgorPatch> LibraryViewFilter::filter(const QList<VelgorPatch> &patches, PatchFields::Rows rows) const
 {
-    const Criteria criteria(filterPatch);
+    const Criteria criteria(filterPatch, rows);
     QList<VelgorPatch> shown;
     std::copy_if(patches.begin(), patches.end(), std::back_inserter(shown),
         [&criteria](const VelgorPatch &patch) { return criteria.meets(patch); });
     return shown;
 }
 
-std::vector<qsizetype> LibraryViewFilter::shownRows(const VelgorLibrary &library) const
+std::vector<qsizetype> LibraryViewFilter::shownRows(const VelgorLibrary &library, PatchFields::Rows fields) const
 {
-    const Criteria criteria(filterPatch);
+    const Criteria criteria(filterPatch, fields);
     const QList<VelgorPatch> &patches = library.patches();
     std::vector<qsizetype> rows(static_cast<size_t>(patches.size()));
     std::iota(rows.begin(), rows.end(), 0);
@@ -105,7 +105,7 @@ std::vector<qsizetype> LibraryViewFilter::shownRows(const VelgorLibrary &library
         std::erase_if(rows, [&](qsizetype row) { return !criteria.meets(patches.at(row)); });
         return rows;
     }
-    if (std::any_of(askedFlags.begin(), askedFlags.end(), [this](auto flag) { return filterPatch.*flag; })) {
+    if (!criteria.flags.isEmpty()) {
         std::erase_if(rows, [&](qsizetype row) { return !criteria.meetsFlags(patches.at(row)); });
     }
     if (!criteria.name.isEmpty()) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelgorPatch.h"
+#include "PatchFields.h"
 
 #include <QList>
 
@@ -18,11 +18,13 @@ public:
     VelgorPatch filterPatch;
 
     /// True when `patch` meets every criterion that is set. Flags can only be asked to be present.
-    [[nodiscard]] bool show(const VelgorPatch &patch) const;
+    [[nodiscard]] bool show(const VelgorPatch &patch, PatchFields::Rows rows = PatchFields::all()) const;
     /// The patches that are shown, in their order.
-    [[nodiscard]] QList<VelgorPatch> filter(const QList<VelgorPatch> &patches) const;
+    [[nodiscard]] QList<VelgorPatch> filter(
+        const QList<VelgorPatch> &patches, PatchFields::Rows rows = PatchFields::all()) const;
     /// The rows of the patches that are shown, upwards. Reads the texts that the library keeps in lower case.
-    [[nodiscard]] std::vector<qsizetype> shownRows(const VelgorLibrary &library) const;
+    [[nodiscard]] std::vector<qsizetype> shownRows(
+        const VelgorLibrary &library, PatchFields::Rows fields = PatchFields::all()) const;
     /// True when every word of `comment`, split at spaces, occurs somewhere in `searchin`, whatever the case.
     [[nodiscard]] static bool containsComment(const QString &searchin, const QString &comment);
 

@@ -3,22 +3,7 @@
 #include "RandomId.h"
 #include "Utf8Text.h"
 
-#include <array>
-#include <tuple>
 #include <utility>
-
-namespace {
-
-constexpr std::array classification{&VelgorPatch::guitar, &VelgorPatch::bass, &VelgorPatch::clean, &VelgorPatch::crunch,
-    &VelgorPatch::drive, &VelgorPatch::higain, &VelgorPatch::rythm, &VelgorPatch::solo};
-
-auto shownFields(const VelgorPatch &patch)
-{
-    return std::tie(patch.hasUserIR, patch.name, patch.comment, patch.version, patch.guitar, patch.bass, patch.clean,
-        patch.crunch, patch.drive, patch.higain, patch.rythm, patch.solo, patch.date);
-}
-
-} // namespace
 
 VelgorPatch::VelgorPatch(const QString &shownName, bool userIR)
     : name(shownName)
@@ -60,16 +45,6 @@ VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newNa
     return copy;
 }
 
-void VelgorPatch::takeEdits(const VelgorPatch &edited)
-{
-    name = edited.name;
-    comment = edited.comment;
-    date = edited.date;
-    for (const auto flag : classification) {
-        this->*flag = edited.*flag;
-    }
-}
-
 VelgorPatch VelgorPatch::withId(quint64 id) const &
 {
     return VelgorPatch(*this).withId(id);
@@ -102,9 +77,4 @@ std::optional<quint64> VelgorPatch::soundHash() const
         return std::nullopt;
     }
     return staticSimpleHash(patchData, userIRData, QString());
-}
-
-bool VelgorPatch::operator==(const VelgorPatch &other) const
-{
-    return shownFields(*this) == shownFields(other);
 }

@@ -175,7 +175,7 @@ private Q_SLOTS:
             VelgorPatch patch = randomPatch(random);
             patch.date = {round % 2 == 0 ? std::bit_cast<double>(random.generate64()) : patch.date.seconds};
             nlohmann::ordered_json tree;
-            for (const PatchJsonField &field : patchJsonFields()) {
+            for (const PatchField &field : PatchFields::all()) {
                 if (field.text) {
                     tree[field.key] = (patch.*(field.text)).toStdString();
                 } else if (field.flag) {

@@ -126,7 +126,7 @@ private Q_SLOTS:
             ids.append(static_cast<int>(command.id));
             QVERIFY(command.label && command.run);
         }
-        QCOMPARE(ids.size(), static_cast<int>(CommandId::About) + 1);
+        QCOMPARE(ids.size(), static_cast<int>(CommandId::FirstMark) + PatchFlags::marks().size());
     }
 
     void aCommandIsAsItIsToldOf_data()
@@ -162,14 +162,14 @@ private Q_SLOTS:
         row(CommandId::Tick, "Tick Library Patch", "Ctrl+T", Always & ~Empty);
         row(CommandId::Rename, "Rename Library Patch", "F2", selected);
         row(CommandId::FocusFilter, "Go to Filter", "Ctrl+L", Always);
-        row(CommandId::Guitar, "Guitar", "Ctrl+1", several);
-        row(CommandId::Bass, "Bass", "Ctrl+2", several);
-        row(CommandId::Rythm, "Rythm", "Ctrl+3", several);
-        row(CommandId::Solo, "Solo", "Ctrl+4", several);
-        row(CommandId::Clean, "Clean", "Ctrl+5", several);
-        row(CommandId::Crunch, "Crunch", "Ctrl+6", several);
-        row(CommandId::Drive, "Drive", "Ctrl+7", several);
-        row(CommandId::Higain, "Higain", "Ctrl+8", several);
+        row(markId(&VelgorPatch::guitar), "Guitar", "Ctrl+1", several);
+        row(markId(&VelgorPatch::bass), "Bass", "Ctrl+2", several);
+        row(markId(&VelgorPatch::rythm), "Rythm", "Ctrl+3", several);
+        row(markId(&VelgorPatch::solo), "Solo", "Ctrl+4", several);
+        row(markId(&VelgorPatch::clean), "Clean", "Ctrl+5", several);
+        row(markId(&VelgorPatch::crunch), "Crunch", "Ctrl+6", several);
+        row(markId(&VelgorPatch::drive), "Drive", "Ctrl+7", several);
+        row(markId(&VelgorPatch::higain), "Higain", "Ctrl+8", several);
         row(CommandId::SystemScheme, "System", "", Always);
         row(CommandId::DarkScheme, "Dark", "", Always);
         row(CommandId::LightScheme, "Light", "", Always);
@@ -212,7 +212,7 @@ private Q_SLOTS:
         Window window(QStringLiteral("A B"));
         window.desk.library.setSelection(12);
         for (const CommandId id :
-            {CommandId::ExportOnePatch, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::Guitar}) {
+            {CommandId::ExportOnePatch, CommandId::SetAsDefault, CommandId::Duplicate, markId(&VelgorPatch::guitar)}) {
             QVERIFY(!window.action(id).isEnabled());
         }
     }
@@ -224,7 +224,7 @@ private Q_SLOTS:
         window.desk.tick({0, 1});
         window.desk.library.setIsMultiSel(false);
         for (const CommandId id : {CommandId::Tick, CommandId::SelectAll, CommandId::Delete, CommandId::Duplicate,
-                 CommandId::Guitar, CommandId::Rename}) {
+                 markId(&VelgorPatch::guitar), CommandId::Rename}) {
             QVERIFY2(!window.action(id).isEnabled(), qPrintable(window.label(id)));
         }
         QCOMPARE(window.commands.command(CommandId::Delete).toolTip(window.desk.desk),
@@ -439,14 +439,14 @@ private Q_SLOTS:
         using Flag = bool VelgorPatch::*;
         QTest::addColumn<int>("id");
         QTest::addColumn<Flag>("flag");
-        QTest::newRow("Guitar") << static_cast<int>(CommandId::Guitar) << &VelgorPatch::guitar;
-        QTest::newRow("Bass") << static_cast<int>(CommandId::Bass) << &VelgorPatch::bass;
-        QTest::newRow("Rythm") << static_cast<int>(CommandId::Rythm) << &VelgorPatch::rythm;
-        QTest::newRow("Solo") << static_cast<int>(CommandId::Solo) << &VelgorPatch::solo;
-        QTest::newRow("Clean") << static_cast<int>(CommandId::Clean) << &VelgorPatch::clean;
-        QTest::newRow("Crunch") << static_cast<int>(CommandId::Crunch) << &VelgorPatch::crunch;
-        QTest::newRow("Drive") << static_cast<int>(CommandId::Drive) << &VelgorPatch::drive;
-        QTest::newRow("Higain") << static_cast<int>(CommandId::Higain) << &VelgorPatch::higain;
+        QTest::newRow("Guitar") << static_cast<int>(markId(&VelgorPatch::guitar)) << &VelgorPatch::guitar;
+        QTest::newRow("Bass") << static_cast<int>(markId(&VelgorPatch::bass)) << &VelgorPatch::bass;
+        QTest::newRow("Rythm") << static_cast<int>(markId(&VelgorPatch::rythm)) << &VelgorPatch::rythm;
+        QTest::newRow("Solo") << static_cast<int>(markId(&VelgorPatch::solo)) << &VelgorPatch::solo;
+        QTest::newRow("Clean") << static_cast<int>(markId(&VelgorPatch::clean)) << &VelgorPatch::clean;
+        QTest::newRow("Crunch") << static_cast<int>(markId(&VelgorPatch::crunch)) << &VelgorPatch::crunch;
+        QTest::newRow("Drive") << static_cast<int>(markId(&VelgorPatch::drive)) << &VelgorPatch::drive;
+        QTest::newRow("Higain") << static_cast<int>(markId(&VelgorPatch::higain)) << &VelgorPatch::higain;
     }
 
     void aFlagCommandFlipsItsFlag()
@@ -531,9 +531,9 @@ private Q_SLOTS:
         window.commands.setLibraryUsable(false);
         for (const CommandId id :
             {CommandId::NewVelgorFile, CommandId::Reset, CommandId::PutIntoSlot, CommandId::ReplaceSlots,
-                CommandId::KeepInLibrary, CommandId::Select, CommandId::Tick, CommandId::Guitar, CommandId::Sort,
-                CommandId::CheckLibrary, CommandId::ExportOnePatch, CommandId::SetAsDefault, CommandId::Duplicate,
-                CommandId::FindSimilar, CommandId::SelectAll, CommandId::Delete}) {
+                CommandId::KeepInLibrary, CommandId::Select, CommandId::Tick, markId(&VelgorPatch::guitar),
+                CommandId::Sort, CommandId::CheckLibrary, CommandId::ExportOnePatch, CommandId::SetAsDefault,
+                CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, CommandId::Delete}) {
             QVERIFY2(!window.action(id).isEnabled(), qPrintable(window.label(id)));
         }
         for (const CommandId id : {CommandId::Import, CommandId::Export, CommandId::Quit, CommandId::MoveSlotDown,

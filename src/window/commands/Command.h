@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 class WindowTasks;
 
 enum class CommandId {
@@ -29,14 +31,6 @@ enum class CommandId {
     Tick,
     FocusFilter,
     Rename,
-    Guitar,
-    Bass,
-    Rythm,
-    Solo,
-    Clean,
-    Crunch,
-    Drive,
-    Higain,
     SystemScheme,
     DarkScheme,
     LightScheme,
@@ -55,6 +49,7 @@ enum class CommandId {
     OnlineHelp,
     ColumnHelp,
     About,
+    FirstMark, ///< from here on one for each mark of a patch: see markId()
 };
 
 /// Where a command's shortcut counts.
@@ -70,7 +65,7 @@ struct Command {
     /// A further key that counts in the library list alone; empty for none.
     QKeySequence libraryListKey = {};
     /// As a menu shows it; translated.
-    QString (*label)(const Desk &desk) = nullptr;
+    std::function<QString(const Desk &desk)> label = nullptr;
     /// As a button shows it; nullptr for what has no button.
     QString (*buttonLabel)(const Desk &desk) = nullptr;
     QString (*symbol)(const Desk &desk) = nullptr;
@@ -79,6 +74,6 @@ struct Command {
     /// nullptr: always.
     bool (*isEnabled)(const Desk &desk, const WindowTasks &window) = nullptr;
     /// nullptr: the command cannot be checked.
-    bool (*isChecked)(const Desk &desk) = nullptr;
-    void (*run)(Desk &desk, WindowTasks &window) = nullptr;
+    std::function<bool(const Desk &desk)> isChecked = nullptr;
+    std::function<void(Desk &desk, WindowTasks &window)> run = nullptr;
 };

@@ -3,6 +3,6 @@
 const QList<Command> &commandTable()
 {
     static const QList<Command> table =
-        fileCommands() + editCommands() + flagCommands() + viewCommands() + libraryCommands() + helpCommands();
+        fileCommands() + editCommands() + markCommands() + viewCommands() + libraryCommands() + helpCommands();
     return table;
 }

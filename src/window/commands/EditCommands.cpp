@@ -7,22 +7,23 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace {
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(EditCommands)
 };
 
-template <bool VelgorPatch::*Flag>
-Command flagCommand(CommandId id, Qt::Key key, QString (*label)(const Desk &))
+Command markCommand(const PatchField &field, PatchFields::Rows rows)
 {
-    return {.id = id,
+    return {.id = markId(field.flag, rows),
         .needsLibrary = true,
-        .shortcuts = {QKeySequence(Qt::CTRL | key)},
-        .label = label,
+        .shortcuts = {QKeySequence(QString::fromLatin1(field.shortcut))},
+        .label = [text = field.command](const Desk &) { return Texts::tr(text); },
         .isEnabled = [](const Desk &desk, const WindowTasks &) { return CommandTargets::count(desk.library) > 0; },
-        .isChecked = [](const Desk &desk) { return CommandTargets::allHave(desk.library, Flag); },
-        .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.flipFlagOfSelected(Flag); }};
+        .isChecked = [flag = field.flag](const Desk &desk) { return CommandTargets::allHave(desk.library, flag); },
+        .run = [flag = field.flag](Desk &desk, WindowTasks &) { desk.libraryEditor.flipFlagOfSelected(flag); }};
 }
 
 } // namespace
@@ -130,19 +131,18 @@ QList<Command> editCommands()
     };
 }
 
-QList<Command> flagCommands()
+QList<Command> markCommands(PatchFields::Rows rows)
 {
-    return {
-        flagCommand<&VelgorPatch::guitar>(
-            CommandId::Guitar, Qt::Key_1, [](const Desk &) { return Texts::tr("&Guitar"); }),
-        flagCommand<&VelgorPatch::bass>(CommandId::Bass, Qt::Key_2, [](const Desk &) { return Texts::tr("&Bass"); }),
-        flagCommand<&VelgorPatch::rythm>(CommandId::Rythm, Qt::Key_3, [](const Desk &) { return Texts::tr("&Rythm"); }),
-        flagCommand<&VelgorPatch::solo>(CommandId::Solo, Qt::Key_4, [](const Desk &) { return Texts::tr("&Solo"); }),
-        flagCommand<&VelgorPatch::clean>(CommandId::Clean, Qt::Key_5, [](const Desk &) { return Texts::tr("&Clean"); }),
-        flagCommand<&VelgorPatch::crunch>(
-            CommandId::Crunch, Qt::Key_6, [](const Desk &) { return Texts::tr("Cr&unch"); }),
-        flagCommand<&VelgorPatch::drive>(CommandId::Drive, Qt::Key_7, [](const Desk &) { return Texts::tr("&Drive"); }),
-        flagCommand<&VelgorPatch::higain>(
-            CommandId::Higain, Qt::Key_8, [](const Desk &) { return Texts::tr("&Higain"); }),
-    };
+    QList<Command> commands;
+    for (const PatchField *field : PatchFlags::marks(rows)) {
+        commands.append(markCommand(*field, rows));
+    }
+    return commands;
+}
+
+CommandId markId(PatchFlag mark, PatchFields::Rows rows)
+{
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [mark](const PatchField &row) { return row.flag == mark; });
+    return static_cast<CommandId>(static_cast<int>(CommandId::FirstMark) + static_cast<int>(found - rows.begin()));
 }

@@ -1,5 +1,6 @@
 #include "VelgorLibraryManagerMenu.h"
 
+#include "CommandTable.h"
 #include "Commands.h"
 #include "FilePresence.h"
 #include "RecentFilesMenu.h"
@@ -24,9 +25,9 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(
     , m_contentMenu(new QMenu(&bar))
     , m_libraryMenu(new QMenu(&bar))
 {
-    add(*m_flagsMenu,
-        {CommandId::Guitar, CommandId::Bass, CommandId::Rythm, CommandId::Solo, divider, CommandId::Clean,
-            CommandId::Crunch, CommandId::Drive, CommandId::Higain});
+    addMarks(PatchFlags::usage());
+    m_flagsMenu->addSeparator();
+    addMarks(PatchFlags::style());
     addFileMenu(bar);
     addEditMenu(bar);
     addViewMenu(bar);
@@ -66,6 +67,13 @@ void VelgorLibraryManagerMenu::add(QMenu &menu, const QList<std::optional<Comman
         } else {
             menu.addSeparator();
         }
+    }
+}
+
+void VelgorLibraryManagerMenu::addMarks(const ShownFlags &marks)
+{
+    for (const PatchField *mark : marks) {
+        m_flagsMenu->addAction(m_commands.action(markId(mark->flag)));
     }
 }
 

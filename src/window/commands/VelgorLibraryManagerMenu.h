@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "PatchFlags.h"
 
 #include <QObject>
 
@@ -27,6 +28,7 @@ public:
     [[nodiscard]] QMenu *libraryContextMenu() const { return m_libraryMenu; }
 
 private:
+    void addMarks(const ShownFlags &marks);
     void addFileMenu(QMenuBar &bar);
     void addEditMenu(QMenuBar &bar);
     void addViewMenu(QMenuBar &bar);

@@ -142,9 +142,9 @@ QString StatusText::ofReplacement(const QString &name, const QList<qsizetype> &r
 QString StatusText::ofClassification(const QString &firstName, qsizetype count, bool VelgorPatch::*flag, bool isSet)
 {
     QString label;
-    for (const ShownPatchFlag &shown : PatchFlags::inFilter()) {
-        if (shown.flag == flag) {
-            label = PatchFlags::label(shown);
+    for (const PatchField &field : PatchFields::all()) {
+        if (field.flag == flag) {
+            label = PatchFlags::label(field);
         }
     }
     if (count == 1) {

@@ -13,41 +13,42 @@ using namespace LookMeasures;
 
 namespace {
 
-constexpr int togglesOfKind = 4;
+constexpr int mostTogglesInRow = 4;
 
 } // namespace
 
-InstrumentUsageStyleDetailsView::InstrumentUsageStyleDetailsView(QWidget *parent)
+InstrumentUsageStyleDetailsView::InstrumentUsageStyleDetailsView(QWidget *parent, PatchFields::Rows rows)
     : QWidget(parent)
     , m_grid(new QGridLayout(this))
 {
-    addRow(tr("Usage: "), PatchFlags::usage());
-    addRow(tr("Style: "), PatchFlags::style());
+    addKind(tr("Usage: "), PatchFlags::usage(rows));
+    addKind(tr("Style: "), PatchFlags::style(rows));
     m_grid->setContentsMargins({});
     m_grid->setSpacing(0);
     arrange();
 }
 
-void InstrumentUsageStyleDetailsView::addRow(
-    const QString &label, const std::array<ShownPatchFlag, togglesOfKind> &flags)
+void InstrumentUsageStyleDetailsView::addKind(const QString &label, const ShownFlags &flags)
 {
-    auto *rowLabel = new QLabel(label, this);
-    rowLabel->setForegroundRole(QPalette::PlaceholderText);
-    rowLabel->setIndent(focusGutter);
-    m_labels.append(rowLabel);
-    for (const ShownPatchFlag &shown : flags) {
-        auto *button = new ToggleButton(PatchFlags::label(shown), shown.tone, this);
-        button->setAccessibleName(PatchFlags::label(shown));
+    Kind kind{new QLabel(label, this), {}};
+    kind.label->setForegroundRole(QPalette::PlaceholderText);
+    kind.label->setIndent(focusGutter);
+    for (const PatchField *field : flags) {
+        auto *button = new ToggleButton(PatchFlags::label(*field), PatchFlags::tone(*field), this);
+        button->setAccessibleName(PatchFlags::label(*field));
         connect(button, &QAbstractButton::clicked, this,
-            [this, flag = shown.flag](bool isSet) { Q_EMIT flagToggled(flag, isSet); });
-        m_toggles.append({shown.flag, button});
+            [this, flag = field->flag](bool isSet) { Q_EMIT flagToggled(flag, isSet); });
+        kind.toggles.append({field->flag, button});
     }
+    m_kinds.append(kind);
 }
 
 void InstrumentUsageStyleDetailsView::showFlags(const VelgorPatch &patch)
 {
-    for (const Toggle &toggle : std::as_const(m_toggles)) {
-        toggle.button->setChecked(patch.*toggle.flag);
+    for (const Kind &kind : std::as_const(m_kinds)) {
+        for (const Toggle &toggle : kind.toggles) {
+            toggle.button->setChecked(patch.*toggle.flag);
+        }
     }
 }
 
@@ -63,8 +64,10 @@ void InstrumentUsageStyleDetailsView::setArrangement(bool isStacked, int toggles
 int InstrumentUsageStyleDetailsView::togglesMinimumWidth(int togglesInRow) const
 {
     int widest = 0;
-    for (const Toggle &toggle : m_toggles) {
-        widest = std::max(widest, toggle.button->minimumSizeHint().width());
+    for (const Kind &kind : m_kinds) {
+        for (const Toggle &toggle : kind.toggles) {
+            widest = std::max(widest, toggle.button->minimumSizeHint().width());
+        }
     }
     return togglesInRow * widest - 2 * focusGutter;
 }
@@ -87,23 +90,25 @@ void InstrumentUsageStyleDetailsView::arrange()
 {
     constexpr int rowGap = 2;
     constexpr int stackedRowGap = 6;
-    const int togglesRows = togglesOfKind / m_togglesInRow;
-    const int labelRows = m_isStacked ? 1 : 0;
-    const int rowsApart = labelRows + togglesRows + 1;
-    for (int kind = 0; kind < static_cast<int>(m_labels.size()); ++kind) {
-        QLabel *label = m_labels.at(kind);
-        const int labelRow = kind * rowsApart;
-        m_grid->addWidget(label, labelRow, m_isStacked ? 1 : 0, 1, m_isStacked ? m_togglesInRow : 1);
-        label->setContentsMargins(0, 0, 0, m_isStacked ? 1 : 0);
-        for (int i = 0; i < togglesOfKind; ++i) {
-            m_grid->addWidget(m_toggles.at(kind * togglesOfKind + i).button, labelRow + labelRows + i / m_togglesInRow,
-                1 + i % m_togglesInRow);
-        }
-    }
     for (int row = 0; row < m_grid->rowCount(); ++row) {
-        m_grid->setRowMinimumHeight(row, row == rowsApart - 1 ? (m_isStacked ? stackedRowGap : rowGap) : 0);
+        m_grid->setRowMinimumHeight(row, 0);
     }
-    for (int column = 1; column <= togglesOfKind; ++column) {
+    int row = 0;
+    for (const Kind &kind : std::as_const(m_kinds)) {
+        if (row > 0) {
+            m_grid->setRowMinimumHeight(row, m_isStacked ? stackedRowGap : rowGap);
+            ++row;
+        }
+        m_grid->addWidget(kind.label, row, m_isStacked ? 1 : 0, 1, m_isStacked ? m_togglesInRow : 1);
+        kind.label->setContentsMargins(0, 0, 0, m_isStacked ? 1 : 0);
+        row += m_isStacked ? 1 : 0;
+        const int count = static_cast<int>(kind.toggles.size());
+        for (int i = 0; i < count; ++i) {
+            m_grid->addWidget(kind.toggles.at(i).button, row + i / m_togglesInRow, 1 + i % m_togglesInRow);
+        }
+        row += (count + m_togglesInRow - 1) / m_togglesInRow;
+    }
+    for (int column = 1; column <= mostTogglesInRow; ++column) {
         m_grid->setColumnStretch(column, column <= m_togglesInRow ? 1 : 0);
     }
     m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : DetailMeasures::labelColumn(fontMetrics()));

@@ -8,18 +8,18 @@
 class QGridLayout;
 class QLabel;
 
-/// The classification of a patch: two rows of toggles, usage and style. It starts and ends a focus gutter outside of
+/// The classification of a patch: toggles of two kinds, usage and style. It starts and ends a focus gutter outside of
 /// what it shows.
 class InstrumentUsageStyleDetailsView : public QWidget {
     Q_OBJECT
 
 public:
-    explicit InstrumentUsageStyleDetailsView(QWidget *parent);
+    explicit InstrumentUsageStyleDetailsView(QWidget *parent, PatchFields::Rows rows = PatchFields::all());
 
     /// Shows the flags of a patch.
     void showFlags(const VelgorPatch &patch);
-    /// Whether the labels stand above their rows rather than before them, and how many toggles stand in a row: all
-    /// four or two.
+    /// Whether the labels stand above their rows rather than before them, and how many toggles stand in a row: four or
+    /// two.
     void setArrangement(bool isStacked, int togglesInRow);
     /// The least width of so many toggles in a row.
     [[nodiscard]] int togglesMinimumWidth(int togglesInRow) const;
@@ -38,13 +38,16 @@ private:
         PatchFlag flag;
         ToggleButton *button;
     };
+    struct Kind {
+        QLabel *label;
+        QList<Toggle> toggles;
+    };
 
-    void addRow(const QString &label, const std::array<ShownPatchFlag, 4> &flags);
+    void addKind(const QString &label, const ShownFlags &flags);
     void arrange();
 
     QGridLayout *m_grid;
-    QList<QLabel *> m_labels;
-    QList<Toggle> m_toggles;
+    QList<Kind> m_kinds;
     bool m_isStacked = false;
     int m_togglesInRow = 4;
 };

@@ -17,31 +17,30 @@ constexpr int mostColumns = 5;
 constexpr int fewestColumns = 3;
 constexpr int sidePadding = columnPadding - focusGutter;
 
-QString toolTipFor(const ShownPatchFlag &shown)
+QString toolTipFor(const PatchField &field)
 {
-    return shown.flag == &VelgorPatch::hasUserIR
-        ? FilterFlags::tr("Show only patches with a user impulse response")
-        : FilterFlags::tr("Show only patches marked %1").arg(PatchFlags::label(shown));
+    return field.filterToolTip ? FilterFlags::tr(field.filterToolTip)
+                               : FilterFlags::tr("Show only patches marked %1").arg(PatchFlags::label(field));
 }
 
 } // namespace
 
-FilterFlags::FilterFlags(QWidget *parent)
+FilterFlags::FilterFlags(QWidget *parent, PatchFields::Rows rows)
     : QWidget(parent)
+    , m_fields(PatchFlags::inFilter(rows))
     , m_grid(new QGridLayout(this))
     , m_clear(new QPushButton(symbolIcon(QStringLiteral("xmark")), tr("Clear"), this))
 {
     m_grid->setContentsMargins(sidePadding, 0, sidePadding, 0);
     m_grid->setSpacing(0);
-    for (size_t i = 0; i < m_flags.size(); ++i) {
-        const ShownPatchFlag &shown = PatchFlags::inFilter().at(i);
-        const QString label = PatchFlags::label(shown);
+    for (const PatchField *field : std::as_const(m_fields)) {
+        const QString label = PatchFlags::label(*field);
         auto *button = new ToggleButton(label, ToggleButton::Tone::Accent, this);
         button->setAccessibleName(tr("Filter: %1").arg(label));
-        button->setToolTip(toolTipFor(shown));
+        button->setToolTip(toolTipFor(*field));
         connect(button, &QAbstractButton::clicked, this,
-            [this, flag = shown.flag](bool isSet) { Q_EMIT flagToggled(flag, isSet); });
-        m_flags.at(i) = button;
+            [this, flag = field->flag](bool isSet) { Q_EMIT flagToggled(flag, isSet); });
+        m_flags.append(button);
     }
     m_clear->setProperty("plain", true);
     m_clear->setToolTip(tr("Show all patches"));
@@ -49,7 +48,7 @@ FilterFlags::FilterFlags(QWidget *parent)
     policy.setRetainSizeWhenHidden(true);
     m_clear->setSizePolicy(policy);
     connect(m_clear, &QAbstractButton::clicked, this, &FilterFlags::clearPressed);
-    for (size_t i = 1; i < m_flags.size(); ++i) {
+    for (qsizetype i = 1; i < m_flags.size(); ++i) {
         setTabOrder(m_flags.at(i - 1), m_flags.at(i));
     }
     setTabOrder(m_flags.back(), m_clear);
@@ -58,8 +57,8 @@ FilterFlags::FilterFlags(QWidget *parent)
 
 void FilterFlags::showFlags(const VelgorPatch &asked)
 {
-    for (size_t i = 0; i < m_flags.size(); ++i) {
-        m_flags.at(i)->setChecked(asked.*PatchFlags::inFilter().at(i).flag);
+    for (qsizetype i = 0; i < m_flags.size(); ++i) {
+        m_flags.at(i)->setChecked(asked.*m_fields.at(i)->flag);
     }
 }
 
@@ -115,7 +114,7 @@ void FilterFlags::arrange()
     }
     m_columns = columns;
     int place = 0;
-    for (ToggleButton *button : m_flags) {
+    for (ToggleButton *button : std::as_const(m_flags)) {
         m_grid->addWidget(button, place / columns, place % columns);
         ++place;
     }

@@ -4,18 +4,17 @@
 
 #include <QWidget>
 
-#include <array>
-
 class QGridLayout;
 class QPushButton;
 
-/// The nine toggles of the filter in equal columns, five where they fit, and behind them the button that clears the
+/// The toggles of the filter in equal columns, five where they fit, and behind them the button that clears the
 /// filter while that is active.
 class FilterFlags : public QWidget {
     Q_OBJECT
 
 public:
-    explicit FilterFlags(QWidget *parent);
+    /// The rows must outlive it.
+    explicit FilterFlags(QWidget *parent, PatchFields::Rows rows = PatchFields::all());
 
     void showFlags(const VelgorPatch &asked);
     void setClearVisible(bool isVisible);
@@ -39,8 +38,9 @@ private:
     [[nodiscard]] int columnsAt(int width) const;
     void arrange();
 
+    ShownFlags m_fields;
     QGridLayout *m_grid;
-    std::array<ToggleButton *, 9> m_flags{};
+    QList<ToggleButton *> m_flags; ///< one a field
     QPushButton *m_clear;
     int m_columns = 0;
 };

@@ -72,7 +72,7 @@ LibraryRowDelegate::Parts LibraryRowDelegate::partsOf(const QStyleOptionViewItem
     const QString name = index.data(PatchRoles::Name).toString();
     // The advance is rounded, and a fraction of a pixel would do to shorten the name.
     const int nameWidth = std::min(option.fontMetrics.horizontalAdvance(name) + 1, room);
-    const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
+    const auto flags = index.data(PatchRoles::Classification).value<ShownFlags>();
     const int letteredWidth = ClassificationMarks::width(flags, true, option.font);
     const int plainWidth = ClassificationMarks::width(flags, false, option.font);
 
@@ -120,7 +120,7 @@ void LibraryRowDelegate::paintRow(
     const Parts parts = partsOf(option, index);
     paintName(painter, parts.name, name, state.text);
     if (!parts.marks.isNull()) {
-        const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
+        const auto flags = index.data(PatchRoles::Classification).value<ShownFlags>();
         const QColor colour = option.widget->isEnabled() ? QColor() : state.markOff;
         ClassificationMarks::paint(painter, parts.marks, flags, parts.areMarksLettered, colour);
     }
@@ -179,7 +179,7 @@ QString LibraryRowDelegate::markToolTip(
         return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
     }
     const Parts parts = partsOf(option, index);
-    const auto flags = index.data(PatchRoles::Classification).value<QList<ShownPatchFlag>>();
+    const auto flags = index.data(PatchRoles::Classification).value<ShownFlags>();
     QString spoken = PatchRoles::spokenFlags(flags);
     if (parts.marks.contains(position)) {
         return spoken;

@@ -32,8 +32,8 @@ QString filterSymbol()
 
 qsizetype litFlags(const VelgorPatch &asked)
 {
-    const auto &flags = PatchFlags::inFilter();
-    return std::count_if(flags.begin(), flags.end(), [&](const ShownPatchFlag &shown) { return asked.*shown.flag; });
+    const ShownFlags flags = PatchFlags::inFilter();
+    return std::count_if(flags.begin(), flags.end(), [&](const PatchField *field) { return asked.*field->flag; });
 }
 
 } // namespace

@@ -18,28 +18,28 @@ constexpr int marksApart = 3;
 constexpr int letteredLeast = 16;
 constexpr int letterPadding = 4;
 
-int markWidth(const ShownPatchFlag &shown, bool isLettered, const QFont &base)
+int markWidth(const PatchField &field, bool isLettered, const QFont &base)
 {
     if (!isLettered) {
         return static_cast<int>(plainSize.width());
     }
     const QFontMetrics metrics(badgeFont(base));
-    return std::max(letteredLeast, metrics.horizontalAdvance(PatchFlags::initial(shown)) + 2 * letterPadding);
+    return std::max(letteredLeast, metrics.horizontalAdvance(PatchFlags::initial(field)) + 2 * letterPadding);
 }
 
 } // namespace
 
-int ClassificationMarks::width(const QList<ShownPatchFlag> &flags, bool areLettered, const QFont &base)
+int ClassificationMarks::width(const ShownFlags &flags, bool areLettered, const QFont &base)
 {
     int width = std::max(static_cast<int>(flags.size()) - 1, 0) * marksApart;
-    for (const ShownPatchFlag &shown : flags) {
-        width += markWidth(shown, areLettered, base);
+    for (const PatchField *field : flags) {
+        width += markWidth(*field, areLettered, base);
     }
     return width;
 }
 
 void ClassificationMarks::paint(
-    QPainter &painter, const QRect &rect, const QList<ShownPatchFlag> &flags, bool areLettered, const QColor &colour)
+    QPainter &painter, const QRect &rect, const ShownFlags &flags, bool areLettered, const QColor &colour)
 {
     painter.save();
     const QFont base = painter.font();
@@ -47,14 +47,14 @@ void ClassificationMarks::paint(
     const qreal height = areLettered ? rowBadgeHeight(QFontMetrics(base), QFontMetrics(letters)) : plainSize.height();
     painter.setFont(letters);
     qreal x = rect.left();
-    for (const ShownPatchFlag &shown : flags) {
-        const QRectF mark(x, rect.top() + (rect.height() - height) / 2, markWidth(shown, areLettered, base), height);
+    for (const PatchField *field : flags) {
+        const QRectF mark(x, rect.top() + (rect.height() - height) / 2, markWidth(*field, areLettered, base), height);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(colour.isValid() ? colour : ToggleButton::toneColour(shown.tone));
+        painter.setBrush(colour.isValid() ? colour : ToggleButton::toneColour(PatchFlags::tone(*field)));
         painter.drawRoundedRect(mark, radius, radius);
         if (areLettered) {
             painter.setPen(LookTokens::current().badgeText);
-            painter.drawText(mark, Qt::AlignCenter | Qt::TextSingleLine, PatchFlags::initial(shown));
+            painter.drawText(mark, Qt::AlignCenter | Qt::TextSingleLine, PatchFlags::initial(*field));
         }
         x += mark.width() + marksApart;
     }

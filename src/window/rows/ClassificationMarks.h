@@ -9,10 +9,9 @@ class QPainter;
 /// what they stand for by themselves; without, they only repeat what is said in words elsewhere.
 namespace ClassificationMarks {
 
-[[nodiscard]] int width(const QList<ShownPatchFlag> &flags, bool areLettered, const QFont &base);
+[[nodiscard]] int width(const ShownFlags &flags, bool areLettered, const QFont &base);
 
 /// Paints them from the left of `rect`, in the middle of its height. A valid `colour` takes the place of the tones.
-void paint(
-    QPainter &painter, const QRect &rect, const QList<ShownPatchFlag> &flags, bool areLettered, const QColor &colour);
+void paint(QPainter &painter, const QRect &rect, const ShownFlags &flags, bool areLettered, const QColor &colour);
 
 } // namespace ClassificationMarks

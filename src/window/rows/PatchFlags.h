@@ -1,37 +1,32 @@
 #pragma once
 
+#include "PatchFields.h"
 #include "ToggleButton.h"
-#include "VelgorPatch.h"
 
 #include <QList>
 #include <QString>
 
-#include <array>
-
-/// One classification flag of a patch, as the filter and the details show it.
+/// One flag of a patch, as the filter and the details show it.
 using PatchFlag = bool VelgorPatch::*;
-
-/// What a button for a flag needs to know.
-struct ShownPatchFlag {
-    PatchFlag flag;
-    const char *label; ///< untranslated; see PatchFlags::label()
-    const char *initial; ///< untranslated; see PatchFlags::initial()
-    ToggleButton::Tone tone; ///< in the details; the filter has one tone for all
-};
+/// Rows of the table of fields, which must outlive the list.
+using ShownFlags = QList<const PatchField *>;
 
 /// The flags in the order in which they stand on the screen.
 namespace PatchFlags {
 
-[[nodiscard]] const std::array<ShownPatchFlag, 4> &usage();
-[[nodiscard]] const std::array<ShownPatchFlag, 4> &style();
+[[nodiscard]] ShownFlags usage(PatchFields::Rows rows = PatchFields::all());
+[[nodiscard]] ShownFlags style(PatchFields::Rows rows = PatchFields::all());
+/// Usage and style: what the user sets and clears.
+[[nodiscard]] ShownFlags marks(PatchFields::Rows rows = PatchFields::all());
 /// Usage, user impulse response, style.
-[[nodiscard]] const std::array<ShownPatchFlag, 9> &inFilter();
+[[nodiscard]] ShownFlags inFilter(PatchFields::Rows rows = PatchFields::all());
+/// The marks of a patch that are set.
+[[nodiscard]] ShownFlags classification(const VelgorPatch &patch, PatchFields::Rows rows = PatchFields::all());
 
-[[nodiscard]] QString label(const ShownPatchFlag &shown);
+[[nodiscard]] QString label(const PatchField &field);
 /// One letter, or two where one would not do, for where there is no room for the label.
-[[nodiscard]] QString initial(const ShownPatchFlag &shown);
-
-/// Usage and style flags of a patch that are set, in their order.
-[[nodiscard]] QList<ShownPatchFlag> classification(const VelgorPatch &patch);
+[[nodiscard]] QString initial(const PatchField &field);
+/// In rows and details; the filter has one tone for all.
+[[nodiscard]] ToggleButton::Tone tone(const PatchField &field);
 
 } // namespace PatchFlags

@@ -28,11 +28,11 @@ QString PatchRoles::firstLine(const QString &comment)
     return text.left(text.indexOf(u'\n')).simplified();
 }
 
-QString PatchRoles::spokenFlags(const QList<ShownPatchFlag> &flags)
+QString PatchRoles::spokenFlags(const ShownFlags &flags)
 {
     QStringList labels;
-    for (const ShownPatchFlag &shown : flags) {
-        labels.append(PatchFlags::label(shown));
+    for (const PatchField *field : flags) {
+        labels.append(PatchFlags::label(*field));
     }
     return labels.join(QStringLiteral(", "));
 }

@@ -16,7 +16,7 @@ enum Role {
     IsPlaceUsed, ///< the slot holds the library patch whose details are shown
     IsDefault, ///< the library's default patch
     IsPlaceholder, ///< stands for the empty library
-    Classification, ///< the flags that are set, as ShownPatchFlag in a QList
+    Classification, ///< the flags that are set, as ShownFlags
     Comment, ///< all of it
 };
 
@@ -25,7 +25,7 @@ enum Role {
 /// What a row has room for of a comment.
 [[nodiscard]] QString firstLine(const QString &comment);
 /// The labels of flags, one after the other.
-[[nodiscard]] QString spokenFlags(const QList<ShownPatchFlag> &flags);
+[[nodiscard]] QString spokenFlags(const ShownFlags &flags);
 /// What the row's firmware badge says.
 [[nodiscard]] QString firmwareText(const QString &version);
 
