@@ -2,6 +2,7 @@
 
 #include "Utf8Text.h"
 
+#include <QFileInfo>
 #include <QList>
 
 #include <algorithm>
@@ -72,6 +73,11 @@ QString shownName(const QString &name)
     const QString line = name.simplified();
     const QString start = Utf8Text::firstCharacters(line, longest);
     return isolated(start.size() < line.size() ? start + u'\u2026' : line);
+}
+
+QString shownFileName(const QString &path)
+{
+    return shownName(QFileInfo(path).fileName());
 }
 
 QString shownPath(const QString &path)

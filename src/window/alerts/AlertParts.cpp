@@ -3,7 +3,6 @@
 #include "ShownName.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -39,11 +38,6 @@ QString AlertParts::shownProblem(const QString &problem)
     const qsizetype colon = line.indexOf(QStringLiteral(": "));
     return colon < 0 ? shownPath(line)
                      : shownPath(line.first(colon)) + QStringLiteral(": ") + shownPath(line.sliced(colon + 2));
-}
-
-QString AlertParts::fileNameOf(const QString &path)
-{
-    return shownName(QFileInfo(path).fileName());
 }
 
 QString AlertParts::firstLines(const QStringList &lines)

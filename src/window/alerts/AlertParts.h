@@ -16,7 +16,6 @@ namespace AlertParts {
 [[nodiscard]] QString inParagraphs(const QString &reason, const QString &advice);
 /// A problem as the layers below tell it: a path or a name, and behind a colon what is the matter with it.
 [[nodiscard]] QString shownProblem(const QString &problem);
-[[nodiscard]] QString fileNameOf(const QString &path);
 /// The first few of many lines, and how many more there are.
 [[nodiscard]] QString firstLines(const QStringList &lines);
 

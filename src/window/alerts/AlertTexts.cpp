@@ -17,7 +17,6 @@
 #include "VelgorLibrary.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -220,7 +219,7 @@ Alert AlertTexts::replaceUnexported(const QString &path)
 {
     return {.title = Texts::tr("The list has changes that were not exported"),
         .text = path.isEmpty() ? Texts::tr("They are lost when a new list takes its place.")
-                               : Texts::tr("They are lost when %1 takes its place.").arg(fileNameOf(path)),
+                               : Texts::tr("They are lost when %1 takes its place.").arg(shownFileName(path)),
         .acceptLabel = path.isEmpty() ? Texts::tr("&New List") : Texts::tr("&Import"),
         .safeLabel = Texts::tr("&Cancel"),
         .isDestructive = true};
@@ -230,10 +229,10 @@ Alert AlertTexts::severalFiles(const QStringList &paths, bool isListModified)
 {
     QStringList left;
     for (const QString &path : paths.sliced(1)) {
-        left.append(fileNameOf(path));
+        left.append(shownFileName(path));
     }
     QStringList paragraphs{
-        Texts::tr("%1 takes the place of the list. These are left out:").arg(fileNameOf(paths.first())) + u'\n'
+        Texts::tr("%1 takes the place of the list. These are left out:").arg(shownFileName(paths.first())) + u'\n'
             + firstLines(left),
         Texts::tr("Drop the files on the library to keep the patches of all of them.")};
     if (isListModified) {

@@ -10,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFileInfo>
 
 namespace {
 
@@ -33,11 +32,6 @@ QString positionOf(qsizetype row)
 {
     const BankNumber place = BankNumber::ofSlot(row);
     return QStringLiteral("%1.%2").arg(place.bank).arg(place.number);
-}
-
-QString fileNameOf(const QString &path)
-{
-    return shownName(QFileInfo(path).fileName());
 }
 
 } // namespace
@@ -181,7 +175,7 @@ QString StatusText::ofMissingForPut(const Desk &desk)
 
 QString StatusText::ofFileDrop(const QStringList &paths, bool isForLibrary)
 {
-    const QString file = fileNameOf(paths.first());
+    const QString file = shownFileName(paths.first());
     if (paths.size() == 1) {
         return isForLibrary ? Texts::tr("Keeps the patches of %1 in the library").arg(file)
                             : Texts::tr("Imports %1 into the list").arg(file);
@@ -236,21 +230,21 @@ QString StatusText::ofSlotMove(qsizetype first, qsizetype count)
 
 QString StatusText::ofImport(qsizetype count, const QString &path)
 {
-    const QString file = fileNameOf(path);
+    const QString file = shownFileName(path);
     return count == 1 ? Texts::tr("1 slot read from %1").arg(file)
                       : Texts::tr("%1 slots read from %2").arg(QString::number(count), file);
 }
 
 QString StatusText::ofExport(qsizetype count, const QString &path)
 {
-    const QString file = fileNameOf(path);
+    const QString file = shownFileName(path);
     return count == 1 ? Texts::tr("1 slot written to %1").arg(file)
                       : Texts::tr("%1 slots written to %2").arg(QString::number(count), file);
 }
 
 QString StatusText::ofPatchExport(const QString &name, const QString &path)
 {
-    return Texts::tr("\"%1\" written to %2").arg(shownName(name), fileNameOf(path));
+    return Texts::tr("\"%1\" written to %2").arg(shownName(name), shownFileName(path));
 }
 
 QString StatusText::ofLibraryMove(const QString &path)
