@@ -10,31 +10,33 @@ namespace {
 using Kind = LibraryFinding::Kind;
 
 struct KindName {
-    Kind kind;
     const char *code;
     const char *text;
 };
 
-constexpr KindName kindNames[] = {
-    {Kind::DamagedLibraryFile, "damagedLibraryFile", QT_TRANSLATE_NOOP("DoctorReport", "library file not readable")},
-    {Kind::UnlistedDirectory, "unlistedDirectory", QT_TRANSLATE_NOOP("DoctorReport", "directory not readable")},
-    {Kind::PatchWithoutFile, "patchWithoutFile", QT_TRANSLATE_NOOP("DoctorReport", "patch without a file")},
-    {Kind::FileWithoutEntry, "fileWithoutEntry", QT_TRANSLATE_NOOP("DoctorReport", "file without an entry")},
-    {Kind::FileOfOtherContent, "fileOfOtherContent", QT_TRANSLATE_NOOP("DoctorReport", "file of another patch")},
-    {Kind::UnreadableFile, "unreadableFile", QT_TRANSLATE_NOOP("DoctorReport", "file not readable")},
-    {Kind::ForeignFile, "foreignFile", QT_TRANSLATE_NOOP("DoctorReport", "foreign file with a patch's id")},
-    {Kind::Leftover, "leftover", QT_TRANSLATE_NOOP("DoctorReport", "left by an interruption")},
-    {Kind::SpareFile, "spareFile", QT_TRANSLATE_NOOP("DoctorReport", "file that is not needed")},
-};
-
-const KindName &nameOf(Kind kind)
+KindName nameOf(Kind kind)
 {
-    for (const KindName &name : kindNames) {
-        if (name.kind == kind) {
-            return name;
-        }
+    switch (kind) {
+    case Kind::DamagedLibraryFile:
+        return {"damagedLibraryFile", QT_TRANSLATE_NOOP("DoctorReport", "library file not readable")};
+    case Kind::UnlistedDirectory:
+        return {"unlistedDirectory", QT_TRANSLATE_NOOP("DoctorReport", "directory not readable")};
+    case Kind::PatchWithoutFile:
+        return {"patchWithoutFile", QT_TRANSLATE_NOOP("DoctorReport", "patch without a file")};
+    case Kind::FileWithoutEntry:
+        return {"fileWithoutEntry", QT_TRANSLATE_NOOP("DoctorReport", "file without an entry")};
+    case Kind::FileOfOtherContent:
+        return {"fileOfOtherContent", QT_TRANSLATE_NOOP("DoctorReport", "file of another patch")};
+    case Kind::UnreadableFile:
+        return {"unreadableFile", QT_TRANSLATE_NOOP("DoctorReport", "file not readable")};
+    case Kind::ForeignFile:
+        return {"foreignFile", QT_TRANSLATE_NOOP("DoctorReport", "foreign file with a patch's id")};
+    case Kind::Leftover:
+        return {"leftover", QT_TRANSLATE_NOOP("DoctorReport", "left by an interruption")};
+    case Kind::SpareFile:
+        return {"spareFile", QT_TRANSLATE_NOOP("DoctorReport", "file that is not needed")};
     }
-    return kindNames[0];
+    return {"", ""};
 }
 
 /// A patch name may have any length, and a line is to be read.

@@ -56,7 +56,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     , m_alerts(new Alerts(desk, *this))
 {
     applyColorScheme();
-    m_columns = new LibraryContentMainView(*m_commands, this);
+    m_columns = new LibraryContentMainView(desk, *m_commands, this);
     setCentralWidget(m_columns);
     const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, m_state, *menuBar(), this);
     m_recentFiles = menu->recentFiles();
@@ -70,8 +70,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     const auto isShown = [this](quint64 id) { return m_columns->library()->isShown(id); };
     m_status = new StatusLine(desk, isShown, this);
     setStatusBar(m_status);
-    auto *const drops = new FileDrops(desk, *m_columns, *m_alerts, *m_status, this);
-    m_drops = drops;
+    m_drops =
+        new FileDrops(desk.storage, desk.libraryEditor, desk.contentFiles, *m_columns, *m_alerts, *m_status, this);
     // It may say what the filter hides.
     connect(m_columns->library()->filter(), &LibraryViewFilterView::filterChanged, m_status, &StatusLine::clear);
 

@@ -107,7 +107,7 @@ void ContentView::showColumnHelp()
 
 void ContentView::showAbout()
 {
-    m_about = new AboutDialog(ProblemReport::of(m_desk, *this), this);
+    m_about = new AboutDialog(ProblemReport::of(m_desk.library, m_desk.storage, *this), this);
     m_about->setAttribute(Qt::WA_DeleteOnClose);
     m_alerts->setFrontDialog(m_about);
     connect(new QShortcut(Qt::Key_F1, m_about), &QShortcut::activated, this,

@@ -36,9 +36,12 @@ QStringList filesIn(const QDropEvent &event)
 
 } // namespace
 
-FileDrops::FileDrops(Desk &desk, LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent)
+FileDrops::FileDrops(const LibraryStorageManager &storage, LibraryEditor &editor, ContentFiles &files,
+    LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent)
     : QObject(parent)
-    , m_desk(desk)
+    , m_storage(storage)
+    , m_editor(editor)
+    , m_files(files)
     , m_columns(columns)
     , m_alerts(alerts)
     , m_status(status)
@@ -55,7 +58,7 @@ void FileDrops::dragOver(QDropEvent &event)
 {
     const QStringList paths = filesIn(event);
     const bool isForLibrary = isOverLibrary(event.position().toPoint());
-    const bool isTaken = !paths.isEmpty() && !(isForLibrary && m_desk.storage.isLoading());
+    const bool isTaken = !paths.isEmpty() && !(isForLibrary && m_storage.isLoading());
     m_status.setDrop(isTaken ? StatusText::ofFileDrop(paths, isForLibrary) : QString());
     if (isTaken) {
         event.setDropAction(Qt::CopyAction);
@@ -91,16 +94,16 @@ void FileDrops::importFile(const QString &path)
 void FileDrops::importOneOf(const QStringList &paths)
 {
     const QString &path = paths.first();
-    const bool isModified = m_desk.contentFiles.isModified();
+    const bool isModified = m_files.isModified();
     if (paths.size() == 1 && !isModified) {
-        m_desk.contentFiles.importFile(path);
+        m_files.importFile(path);
         return;
     }
     const Alert question =
         paths.size() == 1 ? AlertTexts::replaceUnexported(path) : AlertTexts::severalFiles(paths, isModified);
     m_alerts.show(question, [this, path](bool isAccepted) {
         if (isAccepted) {
-            m_desk.contentFiles.importFile(path);
+            m_files.importFile(path);
         }
     });
 }
@@ -111,9 +114,9 @@ void FileDrops::keep(const QStringList &paths)
     QStringList problems;
     QStringList unreadable;
     for (const QString &path : paths) {
-        const QList<VelgorPatch> held = m_desk.contentFiles.patchesIn(path);
+        const QList<VelgorPatch> held = m_files.patchesIn(path);
         if (held.isEmpty()) {
-            problems.append(m_desk.contentFiles.problem());
+            problems.append(m_files.problem());
         }
         const UnreadableNames names(held);
         if (names.count() > 0) {
@@ -122,7 +125,7 @@ void FileDrops::keep(const QStringList &paths)
         }
         patches.append(held);
     }
-    m_desk.libraryEditor.keep(patches);
+    m_editor.keep(patches);
     if (!problems.isEmpty()) {
         m_alerts.show(AlertTexts::filesNotKept(problems, paths.size()), [](bool) {});
     }

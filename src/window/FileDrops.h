@@ -1,12 +1,13 @@
 #pragma once
 
-#include "Desk.h"
-
 #include <QObject>
 #include <QStringList>
 
 class Alerts;
+class ContentFiles;
 class LibraryContentMainView;
+class LibraryEditor;
+class LibraryStorageManager;
 class QDropEvent;
 class QPoint;
 class StatusLine;
@@ -18,7 +19,8 @@ class FileDrops : public QObject {
 
 public:
     /// All must outlive this object; positions are those of the columns' window.
-    FileDrops(Desk &desk, LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent);
+    FileDrops(const LibraryStorageManager &storage, LibraryEditor &editor, ContentFiles &files,
+        LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent);
 
     /// Says what letting go here would do. The event is refused where that is nothing.
     void dragOver(QDropEvent &event);
@@ -32,7 +34,9 @@ private:
     void importOneOf(const QStringList &paths);
     void keep(const QStringList &paths);
 
-    Desk &m_desk;
+    const LibraryStorageManager &m_storage;
+    LibraryEditor &m_editor;
+    ContentFiles &m_files;
     LibraryContentMainView &m_columns;
     Alerts &m_alerts;
     StatusLine &m_status;

@@ -28,13 +28,12 @@ constexpr int detailsMaximum = LookMeasures::detailsContentMaximum + 2 * LookMea
 
 } // namespace
 
-LibraryContentMainView::LibraryContentMainView(Commands &commands, QWidget *parent)
+LibraryContentMainView::LibraryContentMainView(Desk &desk, Commands &commands, QWidget *parent)
     : QSplitter(Qt::Horizontal, parent)
-    , m_commands(commands)
-    , m_content(new VelgorContentView(commands))
-    , m_library(new VelgorLibraryView(commands))
-    , m_details(
-          new VelgorPatchDetailView(commands.desk().library, commands.desk().content, commands.desk().libraryEditor))
+    , m_desk(desk)
+    , m_content(new VelgorContentView(desk.content, desk.library, desk.contentEditor, desk.libraryEditor, commands))
+    , m_library(new VelgorLibraryView(desk.library, desk.libraryEditor, commands))
+    , m_details(new VelgorPatchDetailView(desk.library, desk.content, desk.libraryEditor))
     , m_right(new QSplitter(Qt::Vertical))
 {
     for (QSplitter *splitter : {static_cast<QSplitter *>(this), m_right}) {
@@ -71,9 +70,8 @@ void LibraryContentMainView::setLoading(bool isLoading)
 
 QString LibraryContentMainView::showInLibrary()
 {
-    const Desk &desk = m_commands.desk();
-    const QList<qsizetype> rows = desk.contentEditor.selectedRows();
-    const std::optional<quint64> id = rows.isEmpty() ? std::nullopt : desk.libraryEditor.patchOfSlot(rows.first());
+    const QList<qsizetype> rows = m_desk.contentEditor.selectedRows();
+    const std::optional<quint64> id = rows.isEmpty() ? std::nullopt : m_desk.libraryEditor.patchOfSlot(rows.first());
     if (!id) {
         return tr("The library does not have the patch of this slot");
     }

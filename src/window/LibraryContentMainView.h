@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Desk.h"
 #include "UserGuide.h"
 
 #include <QList>
@@ -16,8 +17,8 @@ class LibraryContentMainView : public QSplitter {
     Q_OBJECT
 
 public:
-    /// `commands` and what they work on must outlive the view.
-    explicit LibraryContentMainView(Commands &commands, QWidget *parent = nullptr);
+    /// All must outlive the view.
+    LibraryContentMainView(Desk &desk, Commands &commands, QWidget *parent = nullptr);
 
     [[nodiscard]] VelgorContentView *content() const { return m_content; }
     [[nodiscard]] VelgorLibraryView *library() const { return m_library; }
@@ -54,7 +55,7 @@ private:
     [[nodiscard]] bool isFocusIn(int column) const;
     void focusColumn(int column);
 
-    Commands &m_commands;
+    const Desk &m_desk;
     VelgorContentView *m_content;
     VelgorLibraryView *m_library;
     VelgorPatchDetailView *m_details;

@@ -68,7 +68,8 @@ QString screenText(const QScreen &screen)
 
 } // namespace
 
-ProblemReport ProblemReport::of(const Desk &desk, const QWidget &window)
+ProblemReport ProblemReport::of(
+    const VelgorLibrary &library, const LibraryStorageManager &storage, const QWidget &window)
 {
     ProblemReport report;
     report.version = ProgramVersion::text();
@@ -79,8 +80,8 @@ ProblemReport ProblemReport::of(const Desk &desk, const QWidget &window)
     report.desktop = desktopText();
     report.style = styleText(window);
     report.screen = screenText(*window.screen());
-    report.library = desk.storage.libDirectory();
-    report.patches = desk.library.count();
+    report.library = storage.libDirectory();
+    report.patches = library.count();
     const QStringList lines = Diagnostics::keptLines();
     for (const QString &line : lines) {
         report.messages.append(inOneLine(line));

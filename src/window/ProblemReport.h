@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Desk.h"
-
 #include <QString>
 #include <QStringList>
 
+class LibraryStorageManager;
 class QWidget;
+class VelgorLibrary;
 
 /// What a report about a problem needs to say of the program, the desktop and the library. In a text the user's home
 /// directory is "~", as reports are often public.
@@ -21,7 +21,8 @@ struct ProblemReport {
     QStringList messages; ///< the last lines of this run, the oldest first, each in one line
 
     /// `window` stands for the screen and the look.
-    [[nodiscard]] static ProblemReport of(const Desk &desk, const QWidget &window);
+    [[nodiscard]] static ProblemReport of(
+        const VelgorLibrary &library, const LibraryStorageManager &storage, const QWidget &window);
 
     /// Plain text in lines.
     [[nodiscard]] QString text() const;

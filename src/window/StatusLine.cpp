@@ -124,7 +124,8 @@ void StatusLine::follow(const PatchListView &list)
 {
     connect(
         &list, &PatchListView::dropMarkChanged, this, [this, &list] { setDrop(StatusText::ofDrop(list.dropMark())); });
-    connect(&list, &PatchListView::returnedInVain, this, [this] { say(StatusText::ofMissingForPut(m_desk)); });
+    connect(&list, &PatchListView::returnedInVain, this,
+        [this] { say(StatusText::ofMissingForPut(m_desk.library, m_desk.content, m_desk.contentEditor)); });
 }
 
 void StatusLine::setDrop(const QString &text)
@@ -161,7 +162,7 @@ void StatusLine::clearAll()
 
 void StatusLine::refresh()
 {
-    const QString library = StatusText::ofLibrary(m_desk);
+    const QString library = StatusText::ofLibrary(m_desk.library, m_desk.storage);
     QStringList done{m_done, m_order};
     done.removeAll(QString());
     const QString first = m_drop.isEmpty() ? done.join(QStringLiteral(". ")) : m_drop;

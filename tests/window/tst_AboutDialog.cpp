@@ -87,7 +87,7 @@ private Q_SLOTS:
 
     void withoutMessagesThatIsSaid()
     {
-        ProblemReport report = ProblemReport::of(m_window->desk, *m_window->window);
+        ProblemReport report = ProblemReport::of(m_window->library, m_window->storage, *m_window->window);
         report.messages.clear();
         report.patches = 1;
         QVERIFY(report.text().endsWith(QStringLiteral("\nPatches in it: 1\nMessages of this run: none\n")));
@@ -131,7 +131,7 @@ private Q_SLOTS:
 
     void aLongPathMakesItNoWider()
     {
-        ProblemReport report = ProblemReport::of(m_window->desk, *m_window->window);
+        ProblemReport report = ProblemReport::of(m_window->library, m_window->storage, *m_window->window);
         report.library = u'/' + QString(4'000, u'x');
         report.messages = QStringList{QString(2'000, u'y')};
         AboutDialog about(report, m_window->window.get());

@@ -14,7 +14,8 @@ private Q_SLOTS:
     void anEmptyLibraryIsSaidToBeInItsFolder()
     {
         TestDesk desk;
-        QCOMPARE(StatusText::ofLibrary(desk.desk), QStringLiteral("Library folder: ") + desk.directory.path());
+        QCOMPARE(StatusText::ofLibrary(desk.library, desk.storage),
+            QStringLiteral("Library folder: ") + desk.directory.path());
     }
 
     void aMovedLibraryIsSaidToBeInItsNewFolder_data()
@@ -41,11 +42,11 @@ private Q_SLOTS:
     void changesAreFollowedUntilTheyAreSaved()
     {
         TestDesk desk(QStringLiteral("A B"));
-        QCOMPARE(StatusText::ofLibrary(desk.desk), QStringLiteral("All changes saved"));
+        QCOMPARE(StatusText::ofLibrary(desk.library, desk.storage), QStringLiteral("All changes saved"));
         desk.libraryEditor.changed();
-        QCOMPARE(StatusText::ofLibrary(desk.desk), QStringLiteral("Saving changes"));
+        QCOMPARE(StatusText::ofLibrary(desk.library, desk.storage), QStringLiteral("Saving changes"));
         QVERIFY(desk.storage.saveUnsaved());
-        QCOMPARE(StatusText::ofLibrary(desk.desk), QStringLiteral("All changes saved"));
+        QCOMPARE(StatusText::ofLibrary(desk.library, desk.storage), QStringLiteral("All changes saved"));
     }
 
     void aDropSaysWhichSlotsItReplaces_data()

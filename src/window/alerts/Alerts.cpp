@@ -17,43 +17,88 @@
 
 struct Alerts::Entry {
     bool (*isRaised)(const Alerts &alerts);
-    Alert (*alert)(const Desk &desk);
+    void (*follow)(Alerts &alerts); ///< listens to what tells that the flag was changed; nullptr: nothing does
+    Alert (*alert)(const Desk &desk); ///< title and text
     void (*clear)(Alerts &alerts);
-    void (*accept)(Alerts &alerts);
+    void (*accept)(Alerts &alerts) = nullptr; ///< what the answer leads to, besides clearing the flag
 };
+
+template <typename Object, typename Signal>
+void Alerts::follow(const Object &object, Signal signal)
+{
+    // A message waits for what raised its flag to end, as that may be a drop or the closing of another message.
+    connect(&object, signal, this, &Alerts::showNext, Qt::QueuedConnection);
+}
 
 const QList<Alerts::Entry> &Alerts::table()
 {
     static const QList<Entry> entries{
-        {[](const Alerts &alerts) { return alerts.m_desk.content.openError(); }, AlertTexts::openError,
-            [](Alerts &alerts) { alerts.m_desk.contentFiles.endOpenError(); }, nullptr},
-        {[](const Alerts &alerts) { return alerts.m_desk.content.unreadableNames(); }, AlertTexts::unreadableNames,
-            [](Alerts &alerts) { alerts.m_desk.contentFiles.endUnreadableNames(); }, nullptr},
-        {[](const Alerts &alerts) { return alerts.m_desk.content.saveError(); }, AlertTexts::saveError,
-            [](Alerts &alerts) { alerts.m_desk.contentFiles.endSaveError(); }, nullptr},
-        {[](const Alerts &alerts) { return alerts.m_desk.content.selectDefault(); }, AlertTexts::selectDefault,
-            [](Alerts &alerts) { alerts.m_desk.contentEditor.endSelectDefault(); }, nullptr},
-        {[](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); }, AlertTexts::mixVersions,
-            [](Alerts &alerts) { alerts.m_desk.contentEditor.endMixVersions(); }, nullptr},
-        {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.readError(); },
-            AlertTexts::readError, [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
-            [](Alerts &alerts) { Q_EMIT alerts.libraryCheckWanted(); }},
-        {[](const Alerts &alerts) { return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.writeError(); },
-            AlertTexts::writeError, [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
-            [](Alerts &alerts) {
-                const QString directory = alerts.m_desk.storage.libDirectory();
-                if (LibraryPlace::isListable(directory) && existence(directory) != FileExistence::file) {
-                    Q_EMIT alerts.libraryCheckWanted();
-                } else if (alerts.m_desk.moveLibrary) {
-                    alerts.m_desk.moveLibrary();
-                }
-            }},
-        {[](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); }, AlertTexts::deleteConfirm,
-            [](Alerts &alerts) { alerts.m_desk.libraryEditor.setDeleteConfirm(false); },
-            [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteAndGoOn(); }},
-        {[](const Alerts &alerts) { return alerts.m_isExportToConfirm; }, AlertTexts::confirmExport,
-            [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },
-            [](Alerts &alerts) { alerts.m_desk.contentFiles.exportList(); }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.openError(); },
+            .follow = [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::openErrorChanged); },
+            .alert = AlertTexts::openError,
+            .clear = [](Alerts &alerts) { alerts.m_desk.contentFiles.endOpenError(); }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.unreadableNames(); },
+            .follow =
+                [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::unreadableNamesChanged); },
+            .alert = AlertTexts::unreadableNames,
+            .clear = [](Alerts &alerts) { alerts.m_desk.contentFiles.endUnreadableNames(); }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.saveError(); },
+            .follow = [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::saveErrorChanged); },
+            .alert = AlertTexts::saveError,
+            .clear = [](Alerts &alerts) { alerts.m_desk.contentFiles.endSaveError(); }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.selectDefault(); },
+            .follow =
+                [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::selectDefaultChanged); },
+            .alert = AlertTexts::selectDefault,
+            .clear = [](Alerts &alerts) { alerts.m_desk.contentEditor.endSelectDefault(); }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); },
+            .follow = [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::mixVersionsChanged); },
+            .alert = AlertTexts::mixVersions,
+            .clear = [](Alerts &alerts) { alerts.m_desk.contentEditor.endMixVersions(); }},
+        // While a library is loaded, its directory may have more to say.
+        {.isRaised =
+                [](const Alerts &alerts) {
+                    return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.readError();
+                },
+            .follow =
+                [](Alerts &alerts) {
+                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::readErrorChanged);
+                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::loadFinished);
+                },
+            .alert = AlertTexts::readError,
+            .clear = [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
+            .accept = [](Alerts &alerts) { Q_EMIT alerts.libraryCheckWanted(); }},
+        {.isRaised =
+                [](const Alerts &alerts) {
+                    return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.writeError();
+                },
+            .follow =
+                [](Alerts &alerts) {
+                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::writeErrorChanged);
+                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::loadFinished);
+                },
+            .alert = AlertTexts::writeError,
+            .clear = [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
+            .accept =
+                [](Alerts &alerts) {
+                    const QString directory = alerts.m_desk.storage.libDirectory();
+                    if (LibraryPlace::isListable(directory) && existence(directory) != FileExistence::file) {
+                        Q_EMIT alerts.libraryCheckWanted();
+                    } else if (alerts.m_desk.moveLibrary) {
+                        alerts.m_desk.moveLibrary();
+                    }
+                }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); },
+            .follow =
+                [](Alerts &alerts) { alerts.follow(alerts.m_desk.library, &VelgorLibrary::deleteConfirmChanged); },
+            .alert = AlertTexts::deleteConfirm,
+            .clear = [](Alerts &alerts) { alerts.m_desk.libraryEditor.setDeleteConfirm(false); },
+            .accept = [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteAndGoOn(); }},
+        {.isRaised = [](const Alerts &alerts) { return alerts.m_isExportToConfirm; },
+            .follow = nullptr,
+            .alert = AlertTexts::confirmExport,
+            .clear = [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },
+            .accept = [](Alerts &alerts) { alerts.m_desk.contentFiles.exportList(); }},
     };
     return entries;
 }
@@ -63,25 +108,11 @@ Alerts::Alerts(Desk &desk, QWidget &window)
     , m_desk(desk)
     , m_window(window)
 {
-    followFlags();
-}
-
-void Alerts::followFlags()
-{
-    // A message waits for what raised its flag to end, as that may be a drop or the closing of another message.
-    const auto follow = [this](auto *object, auto signal) {
-        connect(object, signal, this, &Alerts::showNext, Qt::QueuedConnection);
-    };
-    follow(&m_desk.content, &VelgorContent::openErrorChanged);
-    follow(&m_desk.content, &VelgorContent::unreadableNamesChanged);
-    follow(&m_desk.content, &VelgorContent::saveErrorChanged);
-    follow(&m_desk.content, &VelgorContent::selectDefaultChanged);
-    follow(&m_desk.content, &VelgorContent::mixVersionsChanged);
-    follow(&m_desk.storage, &LibraryStorageManager::readErrorChanged);
-    follow(&m_desk.storage, &LibraryStorageManager::writeErrorChanged);
-    // Until then the directory may have more to say.
-    follow(&m_desk.storage, &LibraryStorageManager::loadFinished);
-    follow(&m_desk.library, &VelgorLibrary::deleteConfirmChanged);
+    for (const Entry &entry : table()) {
+        if (entry.follow) {
+            entry.follow(*this);
+        }
+    }
     QTimer::singleShot(0, this, &Alerts::showNext);
 }
 

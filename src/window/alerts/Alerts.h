@@ -48,7 +48,8 @@ private:
     /// Every flag with its message, in the order in which they are shown.
     [[nodiscard]] static const QList<Entry> &table();
 
-    void followFlags();
+    template <typename Object, typename Signal>
+    void follow(const Object &object, Signal signal);
     void showNext();
     void open(const Alert &alert, const Answered &answered);
 

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <map>
 
 namespace {
 
@@ -15,67 +16,73 @@ struct Texts {
 };
 
 struct KindText {
-    Kind kind;
-    const char *title;
-    const char *meaning;
-    const char *advice; ///< where nothing can be added
+    QString title;
+    QString meaning;
+    QString advice; ///< where nothing can be added
 };
 
-constexpr KindText kindTexts[] = {
-    {Kind::DamagedLibraryFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Library file not readable"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "This file holds the list of the patches with their comments and marks. It stays as it is until the first "
-            "change is saved, and is then kept under a dated name."),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "Restore a former library, or add the patches whose files are there; they are listed below.")},
-    {Kind::UnlistedDirectory, QT_TRANSLATE_NOOP("LibraryFindingText", "Library folder not readable"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "The names of the files in the library folder cannot be read, so that there may be more to find."),
-        QT_TRANSLATE_NOOP(
-            "LibraryFindingText", "Give yourself the right to read the folder, and check the library again.")},
-    {Kind::PatchWithoutFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Patches without a file"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "The library file names this patch, but its preset file was not there when the library was loaded."),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "If you have the file in a backup, put it into the library folder and check the library again.")},
-    {Kind::FileWithoutEntry, QT_TRANSLATE_NOOP("LibraryFindingText", "Unknown files"),
-        QT_TRANSLATE_NOOP("LibraryFindingText", "This preset file is whole, but belongs to no patch of the library."),
-        QT_TRANSLATE_NOOP("LibraryFindingText", "Nothing is done about it.")},
-    {Kind::FileOfOtherContent, QT_TRANSLATE_NOOP("LibraryFindingText", "Mixed-up files"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "The number in the name of this preset file is not that of the patch in it. Files that were renamed or "
-            "exchanged by hand look like this."),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "Nothing is done about it. If a patch does not sound as it should, put its file from a backup in this "
-            "place. If it is right as it is, duplicate it and delete the original.")},
-    {Kind::UnreadableFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Files not readable"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "This preset file is damaged, or may not be read. It is never deleted: where a good one takes its place, "
-            "it is set aside."),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "If you have the file in a backup, put it in this place and check the library again.")},
-    {Kind::ForeignFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Other files with the number of a patch"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "The library did not make this file, but the number in its name is that of a patch: it is removed when "
-            "the patch is deleted, and may be moved when the patch is renamed."),
-        QT_TRANSLATE_NOOP("LibraryFindingText", "If you need it, move it to another folder.")},
-    {Kind::Leftover, QT_TRANSLATE_NOOP("LibraryFindingText", "Left by an interruption"),
-        QT_TRANSLATE_NOOP("LibraryFindingText", "The program was ended while it wrote this file."),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "You need not do anything. The next start of the program takes over what is in it and removes it.")},
-    {Kind::SpareFile, QT_TRANSLATE_NOOP("LibraryFindingText", "Files that are not needed"),
-        QT_TRANSLATE_NOOP("LibraryFindingText",
-            "This preset file is not the one that the library uses, and holds just what the library has."),
-        QT_TRANSLATE_NOOP("LibraryFindingText", "You may delete it or leave it there.")},
-};
+/// In no place but here: the compiler names a kind that is missing.
+KindText textOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::DamagedLibraryFile:
+        return {Texts::tr("Library file not readable"),
+            Texts::tr(
+                "This file holds the list of the patches with their comments and marks. It stays as it is until the "
+                "first change is saved, and is then kept under a dated name."),
+            Texts::tr("Restore a former library, or add the patches whose files are there; they are listed below.")};
+    case Kind::UnlistedDirectory:
+        return {Texts::tr("Library folder not readable"),
+            Texts::tr(
+                "The names of the files in the library folder cannot be read, so that there may be more to find."),
+            Texts::tr("Give yourself the right to read the folder, and check the library again.")};
+    case Kind::PatchWithoutFile:
+        return {Texts::tr("Patches without a file"),
+            Texts::tr(
+                "The library file names this patch, but its preset file was not there when the library was loaded."),
+            Texts::tr("If you have the file in a backup, put it into the library folder and check the library again.")};
+    case Kind::FileWithoutEntry:
+        return {Texts::tr("Unknown files"),
+            Texts::tr("This preset file is whole, but belongs to no patch of the library."),
+            Texts::tr("Nothing is done about it.")};
+    case Kind::FileOfOtherContent:
+        return {Texts::tr("Mixed-up files"),
+            Texts::tr(
+                "The number in the name of this preset file is not that of the patch in it. Files that were renamed or "
+                "exchanged by hand look like this."),
+            Texts::tr(
+                "Nothing is done about it. If a patch does not sound as it should, put its file from a backup in this "
+                "place. If it is right as it is, duplicate it and delete the original.")};
+    case Kind::UnreadableFile:
+        return {Texts::tr("Files not readable"),
+            Texts::tr(
+                "This preset file is damaged, or may not be read. It is never deleted: where a good one takes its "
+                "place, it is set aside."),
+            Texts::tr("If you have the file in a backup, put it in this place and check the library again.")};
+    case Kind::ForeignFile:
+        return {Texts::tr("Other files with the number of a patch"),
+            Texts::tr(
+                "The library did not make this file, but the number in its name is that of a patch: it is removed when "
+                "the patch is deleted, and may be moved when the patch is renamed."),
+            Texts::tr("If you need it, move it to another folder.")};
+    case Kind::Leftover:
+        return {Texts::tr("Left by an interruption"), Texts::tr("The program was ended while it wrote this file."),
+            Texts::tr(
+                "You need not do anything. The next start of the program takes over what is in it and removes it.")};
+    case Kind::SpareFile:
+        return {Texts::tr("Files that are not needed"),
+            Texts::tr("This preset file is not the one that the library uses, and holds just what the library has."),
+            Texts::tr("You may delete it or leave it there.")};
+    }
+    return {};
+}
 
 QString titleOf(const KindText &kind, qsizetype count, qsizetype rescued)
 {
-    const QString title = Texts::tr(kind.title);
     if (rescued == 0) {
-        return Texts::tr("%1 (%2)").arg(title, QString::number(count));
+        return Texts::tr("%1 (%2)").arg(kind.title, QString::number(count));
     }
-    return Texts::tr("%1 (%2, %3 can be added)").arg(title, QString::number(count), QString::number(rescued));
+    return Texts::tr("%1 (%2, %3 can be added)").arg(kind.title, QString::number(count), QString::number(rescued));
 }
 
 /// In one line, whatever a name holds.
@@ -100,8 +107,8 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
     }
     const QString advice = finding.rescued
         ? Texts::tr(R"("Add" puts "%1" into the library.)").arg(shownName(finding.rescued->name))
-        : Texts::tr(kind.advice);
-    QStringList paragraphs{Texts::tr(kind.meaning), facts.join(u'\n'), advice};
+        : kind.advice;
+    QStringList paragraphs{kind.meaning, facts.join(u'\n'), advice};
     paragraphs.removeAll(QString());
     return paragraphs.join(QStringLiteral("\n\n"));
 }
@@ -110,24 +117,25 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
 
 QList<LibraryCheckRow> LibraryFindingText::rows(const QList<LibraryFinding> &findings)
 {
+    // In the order of the kinds.
+    std::map<Kind, QList<LibraryFinding>> groups;
+    for (const LibraryFinding &finding : findings) {
+        groups[finding.kind].append(finding);
+    }
     QList<LibraryCheckRow> rows;
-    for (const KindText &kind : kindTexts) {
+    for (const auto &[kind, members] : groups) {
+        const KindText text = textOf(kind);
         QList<LibraryCheckRow> group;
         qsizetype rescued = 0;
-        for (const LibraryFinding &finding : findings) {
-            if (finding.kind == kind.kind) {
-                group.append({.text = lineOf(finding), .details = detailsOf(finding, kind)});
-                rescued += finding.rescued ? 1 : 0;
-            }
-        }
-        if (group.isEmpty()) {
-            continue;
+        for (const LibraryFinding &finding : members) {
+            group.append({.text = lineOf(finding), .details = detailsOf(finding, text)});
+            rescued += finding.rescued ? 1 : 0;
         }
         std::sort(group.begin(), group.end(), [](const LibraryCheckRow &a, const LibraryCheckRow &b) {
             const int order = QString::localeAwareCompare(a.text, b.text);
             return order != 0 ? order < 0 : a.details < b.details;
         });
-        rows.append({.text = titleOf(kind, group.size(), rescued)});
+        rows.append({.text = titleOf(text, group.size(), rescued)});
         rows += group;
     }
     return rows;

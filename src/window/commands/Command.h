@@ -52,12 +52,18 @@ enum class CommandId {
     FirstMark, ///< from here on one for each mark of a patch: see markId()
 };
 
+/// The menus of the window in their order; a submenu stands before what follows its first command in the table.
+enum class CommandMenu { None, File, RecentFiles, TailBit, Edit, Classify, View, ColorScheme, Library, Help };
+
 /// Where a command's shortcut counts.
 enum class CommandScope { Window, ContentList, LibraryList, BothLists };
 
 /// One thing that the user can ask for, in menus, on buttons and by shortcut.
 struct Command {
     CommandId id = CommandId::NewVelgorFile;
+    /// Where it stands in the menu bar, behind those before it in the table.
+    CommandMenu menu = CommandMenu::None;
+    bool isFirstOfGroup = false; ///< there is a line above it
     CommandScope scope = CommandScope::Window;
     /// Disabled while the library is being loaded.
     bool needsLibrary = false;

@@ -3,6 +3,6 @@
 const QList<Command> &commandTable()
 {
     static const QList<Command> table =
-        fileCommands() + editCommands() + markCommands() + viewCommands() + libraryCommands() + helpCommands();
+        fileCommands() + editCommands() + viewCommands() + libraryCommands() + helpCommands();
     return table;
 }

@@ -3,7 +3,7 @@
 #include "Command.h"
 #include "PatchFlags.h"
 
-/// Every command there is, each once.
+/// Every command there is, each once, in the order in which they stand in the menus.
 [[nodiscard]] const QList<Command> &commandTable();
 
 /// What sets and clears a mark.
@@ -11,6 +11,7 @@
 
 /// The commands by subject, which commandTable() puts together.
 [[nodiscard]] QList<Command> fileCommands();
+/// With the marks.
 [[nodiscard]] QList<Command> editCommands();
 /// The marks that a patch can have, in the order in which they stand on the screen. The rows must outlive the commands.
 [[nodiscard]] QList<Command> markCommands(PatchFields::Rows rows = PatchFields::all());

@@ -18,6 +18,8 @@ struct Texts {
 Command markCommand(const PatchField &field, PatchFields::Rows rows)
 {
     return {.id = markId(field.flag, rows),
+        .menu = CommandMenu::Classify,
+        .isFirstOfGroup = &field == PatchFlags::style(rows).first(),
         .needsLibrary = true,
         .shortcuts = {QKeySequence(QString::fromLatin1(field.shortcut))},
         .label = [text = field.command](const Desk &) { return Texts::tr(text); },
@@ -30,8 +32,9 @@ Command markCommand(const PatchField &field, PatchFields::Rows rows)
 
 QList<Command> editCommands()
 {
-    return {
+    const QList<Command> beforeMarks{
         {.id = CommandId::PutIntoSlot,
+            .menu = CommandMenu::Edit,
             .scope = CommandScope::BothLists,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
@@ -39,6 +42,7 @@ QList<Command> editCommands()
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canPut(); },
             .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.putIntoSelectedSlot(); }},
         {.id = CommandId::ReplaceSlots,
+            .menu = CommandMenu::Edit,
             .scope = CommandScope::BothLists,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_Return), QKeySequence(Qt::SHIFT | Qt::Key_Enter)},
@@ -46,6 +50,7 @@ QList<Command> editCommands()
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canReplace(); },
             .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.replaceSelectedSlots(); }},
         {.id = CommandId::KeepInLibrary,
+            .menu = CommandMenu::Edit,
             .scope = CommandScope::BothLists,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_K)},
@@ -54,6 +59,7 @@ QList<Command> editCommands()
                              const WindowTasks &) { return desk.libraryEditor.canKeepSelectedSlots(); },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.keepSelectedSlots(); }},
         {.id = CommandId::ShowInLibrary,
+            .menu = CommandMenu::Edit,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_L)},
             .label = [](const Desk &) { return Texts::tr("Sho&w in Library"); },
@@ -63,18 +69,22 @@ QList<Command> editCommands()
                 },
             .run = [](Desk &, WindowTasks &window) { window.showInLibrary(); }},
         {.id = CommandId::MoveSlotUp,
+            .menu = CommandMenu::Edit,
+            .isFirstOfGroup = true,
             .scope = CommandScope::ContentList,
             .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
             .label = [](const Desk &) { return Texts::tr("Move Selected Slots &Up"); },
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canMoveSelected(-1); },
             .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.moveSelectedSlots(-1); }},
         {.id = CommandId::MoveSlotDown,
+            .menu = CommandMenu::Edit,
             .scope = CommandScope::ContentList,
             .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
             .label = [](const Desk &) { return Texts::tr("Move Selected Slots &Down"); },
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canMoveSelected(1); },
             .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.moveSelectedSlots(1); }},
         {.id = CommandId::MovePatchUp,
+            .menu = CommandMenu::Edit,
             .scope = CommandScope::LibraryList,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
@@ -82,6 +92,7 @@ QList<Command> editCommands()
             .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canMoveLibraryPatch(-1); },
             .run = [](Desk &, WindowTasks &window) { window.moveLibraryPatch(-1); }},
         {.id = CommandId::MovePatchDown,
+            .menu = CommandMenu::Edit,
             .scope = CommandScope::LibraryList,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
@@ -89,6 +100,8 @@ QList<Command> editCommands()
             .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canMoveLibraryPatch(1); },
             .run = [](Desk &, WindowTasks &window) { window.moveLibraryPatch(1); }},
         {.id = CommandId::Select,
+            .menu = CommandMenu::Edit,
+            .isFirstOfGroup = true,
             .needsLibrary = true,
             .label = [](const Desk &) { return Texts::tr("Tick &Several Library Patches"); },
             .buttonLabel =
@@ -112,12 +125,16 @@ QList<Command> editCommands()
             .isChecked = [](const Desk &desk) { return desk.library.isMultiSel(); },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.flipMultiSelection(); }},
         {.id = CommandId::Tick,
+            .menu = CommandMenu::Edit,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_T)},
             .label = [](const Desk &) { return Texts::tr("&Tick Library Patch"); },
             .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canFlipTick(); },
             .run = [](Desk &, WindowTasks &window) { window.flipTick(); }},
+    };
+    const QList<Command> behindMarks{
         {.id = CommandId::Rename,
+            .menu = CommandMenu::Edit,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::Key_F2)},
             .label = [](const Desk &) { return Texts::tr("Re&name Library Patch"); },
@@ -125,10 +142,13 @@ QList<Command> editCommands()
                              const WindowTasks &) { return CommandTargets::one(desk.library) != nullptr; },
             .run = [](Desk &, WindowTasks &window) { window.focusName(); }},
         {.id = CommandId::FocusFilter,
+            .menu = CommandMenu::Edit,
+            .isFirstOfGroup = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_L)},
             .label = [](const Desk &) { return Texts::tr("Go to &Filter"); },
             .run = [](Desk &, WindowTasks &window) { window.focusFilter(); }},
     };
+    return beforeMarks + markCommands() + behindMarks;
 }
 
 QList<Command> markCommands(PatchFields::Rows rows)

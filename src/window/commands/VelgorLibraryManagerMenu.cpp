@@ -10,9 +10,31 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 constexpr std::nullopt_t divider = std::nullopt;
+
+struct MenuTitle {
+    CommandMenu menu;
+    CommandMenu parent; ///< None: the bar
+    const char *title;
+};
+
+constexpr MenuTitle titles[] = {
+    {CommandMenu::File, CommandMenu::None, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&File")},
+    {CommandMenu::RecentFiles, CommandMenu::File, nullptr}, // has its title from its class
+    {CommandMenu::TailBit, CommandMenu::File, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&Tail bit (beta)")},
+    {CommandMenu::Edit, CommandMenu::None, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&Edit")},
+    {CommandMenu::Classify, CommandMenu::Edit,
+        QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&Classify Library Patch")},
+    {CommandMenu::View, CommandMenu::None, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&View")},
+    {CommandMenu::ColorScheme, CommandMenu::View, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&Color scheme")},
+    {CommandMenu::Library, CommandMenu::None, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&Library")},
+    {CommandMenu::Help, CommandMenu::None, QT_TRANSLATE_NOOP("VelgorLibraryManagerMenu", "&Help")},
+};
 
 } // namespace
 
@@ -20,26 +42,34 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(
     Commands &commands, const WindowState &state, QMenuBar &bar, QObject *parent)
     : QObject(parent)
     , m_commands(commands)
+    , m_bar(bar)
     , m_recentFiles(new RecentFilesMenu(state, *commands.action(CommandId::ClearRecentFiles), new FilePresence, &bar))
-    , m_flagsMenu(new QMenu(tr("&Classify Library Patch"), &bar))
     , m_contentMenu(new QMenu(&bar))
     , m_libraryMenu(new QMenu(&bar))
 {
-    addMarks(PatchFlags::usage());
-    m_flagsMenu->addSeparator();
-    addMarks(PatchFlags::style());
-    addFileMenu(bar);
-    addEditMenu(bar);
-    addViewMenu(bar);
-    addLibraryMenu(bar);
-    addHelpMenu(bar);
+    for (const Command &command : commandTable()) {
+        if (command.menu != CommandMenu::None) {
+            QMenu &place = menu(command.menu);
+            if (command.isFirstOfGroup) {
+                place.addSeparator();
+            }
+            place.addAction(commands.action(command.id));
+        }
+    }
+    for (const CommandMenu choice : {CommandMenu::TailBit, CommandMenu::ColorScheme}) {
+        auto *const choices = new QActionGroup(&menu(choice));
+        const QList<QAction *> actions = menu(choice).actions();
+        for (QAction *const action : actions) {
+            choices->addAction(action);
+        }
+    }
     bar.installEventFilter(this);
 
     add(*m_contentMenu,
         {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, CommandId::ShowInLibrary, divider,
             CommandId::MoveSlotUp, CommandId::MoveSlotDown});
     add(*m_libraryMenu, {CommandId::PutIntoSlot, CommandId::ReplaceSlots, divider, CommandId::Tick});
-    m_libraryMenu->addMenu(m_flagsMenu);
+    m_libraryMenu->addMenu(&menu(CommandMenu::Classify));
     add(*m_libraryMenu, {CommandId::Rename});
     add(*m_libraryMenu,
         {divider, CommandId::SetAsDefault, CommandId::Duplicate, CommandId::FindSimilar, CommandId::ExportOnePatch,
@@ -70,62 +100,15 @@ void VelgorLibraryManagerMenu::add(QMenu &menu, const QList<std::optional<Comman
     }
 }
 
-void VelgorLibraryManagerMenu::addMarks(const ShownFlags &marks)
+QMenu &VelgorLibraryManagerMenu::menu(CommandMenu id)
 {
-    for (const PatchField *mark : marks) {
-        m_flagsMenu->addAction(m_commands.action(markId(mark->flag)));
+    if (!m_menus.contains(id)) {
+        const MenuTitle &entry = *std::find_if(
+            std::begin(titles), std::end(titles), [id](const MenuTitle &title) { return title.menu == id; });
+        QMenu *const made = id == CommandMenu::RecentFiles ? m_recentFiles : new QMenu(tr(entry.title), &m_bar);
+        QWidget &parent = entry.parent == CommandMenu::None ? static_cast<QWidget &>(m_bar) : menu(entry.parent);
+        parent.addAction(made->menuAction());
+        m_menus.insert(id, made);
     }
-}
-
-void VelgorLibraryManagerMenu::addFileMenu(QMenuBar &bar)
-{
-    QMenu *const menu = bar.addMenu(tr("&File"));
-    add(*menu, {CommandId::NewVelgorFile, CommandId::Import});
-    menu->addMenu(m_recentFiles);
-    add(*menu, {divider, CommandId::Export});
-    QMenu *const tailBit = menu->addMenu(tr("&Tail bit (beta)"));
-    add(*tailBit, {CommandId::NormalTailBit, CommandId::InvertedTailBit});
-    auto *const choices = new QActionGroup(tailBit);
-    choices->addAction(m_commands.action(CommandId::NormalTailBit));
-    choices->addAction(m_commands.action(CommandId::InvertedTailBit));
-    add(*menu, {divider, CommandId::Quit});
-}
-
-void VelgorLibraryManagerMenu::addEditMenu(QMenuBar &bar)
-{
-    QMenu *const menu = bar.addMenu(tr("&Edit"));
-    add(*menu,
-        {CommandId::PutIntoSlot, CommandId::ReplaceSlots, CommandId::KeepInLibrary, CommandId::ShowInLibrary, divider,
-            CommandId::MoveSlotUp, CommandId::MoveSlotDown, CommandId::MovePatchUp, CommandId::MovePatchDown, divider,
-            CommandId::Select, CommandId::Tick});
-    menu->addMenu(m_flagsMenu);
-    add(*menu, {CommandId::Rename});
-    add(*menu, {divider, CommandId::FocusFilter});
-}
-
-void VelgorLibraryManagerMenu::addViewMenu(QMenuBar &bar)
-{
-    QMenu *const menu = bar.addMenu(tr("&View"));
-    QMenu *const schemes = menu->addMenu(tr("&Color scheme"));
-    add(*schemes, {CommandId::SystemScheme, CommandId::DarkScheme, CommandId::LightScheme});
-    auto *const choices = new QActionGroup(schemes);
-    for (const CommandId id : {CommandId::SystemScheme, CommandId::DarkScheme, CommandId::LightScheme}) {
-        choices->addAction(m_commands.action(id));
-    }
-    add(*menu, {CommandId::Sort, divider, CommandId::NextColumn, CommandId::PreviousColumn});
-}
-
-void VelgorLibraryManagerMenu::addLibraryMenu(QMenuBar &bar)
-{
-    QMenu *const menu = bar.addMenu(tr("&Library"));
-    add(*menu,
-        {CommandId::ShowLibraryFolder, CommandId::CheckLibrary, divider, CommandId::ExportOnePatch, divider,
-            CommandId::SetAsDefault, CommandId::Duplicate, CommandId::FindSimilar, CommandId::SelectAll, divider,
-            CommandId::Delete});
-}
-
-void VelgorLibraryManagerMenu::addHelpMenu(QMenuBar &bar)
-{
-    add(*bar.addMenu(tr("&Help")),
-        {CommandId::Donate, CommandId::OnlineHelp, CommandId::ColumnHelp, divider, CommandId::About});
+    return *m_menus.value(id);
 }

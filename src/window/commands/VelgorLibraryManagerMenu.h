@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Command.h"
-#include "PatchFlags.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <optional>
@@ -28,18 +28,15 @@ public:
     [[nodiscard]] QMenu *libraryContextMenu() const { return m_libraryMenu; }
 
 private:
-    void addMarks(const ShownFlags &marks);
-    void addFileMenu(QMenuBar &bar);
-    void addEditMenu(QMenuBar &bar);
-    void addViewMenu(QMenuBar &bar);
-    void addLibraryMenu(QMenuBar &bar);
-    void addHelpMenu(QMenuBar &bar);
+    /// Made, and put into the bar or the menu that it belongs to, when it is asked for the first time.
+    [[nodiscard]] QMenu &menu(CommandMenu id);
     /// A divider for each nothing in the list.
     void add(QMenu &menu, const QList<std::optional<CommandId>> &ids);
 
     Commands &m_commands;
+    QMenuBar &m_bar;
+    QHash<CommandMenu, QMenu *> m_menus;
     RecentFilesMenu *m_recentFiles;
-    QMenu *m_flagsMenu;
     QMenu *m_contentMenu;
     QMenu *m_libraryMenu;
 };

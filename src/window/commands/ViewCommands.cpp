@@ -16,6 +16,7 @@ template <PrefColors Scheme>
 Command schemeCommand(CommandId id, QString (*label)(const Desk &))
 {
     return {.id = id,
+        .menu = CommandMenu::ColorScheme,
         .label = label,
         .isChecked = [](const Desk &desk) { return desk.preferences.colorScheme() == Scheme; },
         .run = [](Desk &desk, WindowTasks &) { desk.preferences.setColorScheme(Scheme); }};
@@ -45,6 +46,7 @@ QList<Command> viewCommands()
         schemeCommand<PrefColors::prefdark>(CommandId::DarkScheme, [](const Desk &) { return Texts::tr("&Dark"); }),
         schemeCommand<PrefColors::preflight>(CommandId::LightScheme, [](const Desk &) { return Texts::tr("&Light"); }),
         {.id = CommandId::Sort,
+            .menu = CommandMenu::View,
             .needsLibrary = true,
             .label = [](const Desk &desk) { return Texts::tr("Sort ") + nextOrder(desk); },
             .buttonLabel = [](const Desk &) { return Texts::tr("Sort"); },
@@ -78,10 +80,13 @@ QList<Command> viewCommands()
             .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() >= 2; },
             .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.sort(); }},
         {.id = CommandId::NextColumn,
+            .menu = CommandMenu::View,
+            .isFirstOfGroup = true,
             .shortcuts = {QKeySequence(Qt::Key_F6)},
             .label = [](const Desk &) { return Texts::tr("&Next Column"); },
             .run = [](Desk &, WindowTasks &window) { window.goToColumn(1); }},
         {.id = CommandId::PreviousColumn,
+            .menu = CommandMenu::View,
             .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_F6)},
             .label = [](const Desk &) { return Texts::tr("&Previous Column"); },
             .run = [](Desk &, WindowTasks &window) { window.goToColumn(-1); }},

@@ -20,13 +20,14 @@
 
 using namespace LookMeasures;
 
-VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
+VelgorContentView::VelgorContentView(const VelgorContent &content, const VelgorLibrary &library, ContentEditor &editor,
+    const LibraryEditor &libraryEditor, Commands &commands, QWidget *parent)
     : QWidget(parent)
-    , m_commands(commands)
-    , m_model(new ContentListModel(commands.desk().content, this))
+    , m_content(content)
+    , m_libraryEditor(libraryEditor)
+    , m_model(new ContentListModel(content, this))
     , m_title(new ContentTitle(this))
-    , m_list(new ContentListView(
-          commands.desk().content, commands.desk().contentEditor, commands.desk().libraryEditor, *m_model, this))
+    , m_list(new ContentListView(content, editor, libraryEditor, *m_model, this))
     , m_import(new CommandButton(commands, CommandId::Import, this))
 {
     auto *const header = new QVBoxLayout;
@@ -53,16 +54,14 @@ VelgorContentView::VelgorContentView(Commands &commands, QWidget *parent)
     column->addLayout(buttons);
     setTabOrder(m_list, m_import);
 
-    connect(m_list, &QAbstractItemView::doubleClicked, this,
-        [this] { m_commands.action(CommandId::ShowInLibrary)->trigger(); });
-    const VelgorContent &content = commands.desk().content;
+    connect(m_list, &QAbstractItemView::doubleClicked, commands.action(CommandId::ShowInLibrary), &QAction::trigger);
     for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
              &VelgorContent::rowsChanged}) {
         connect(&content, signal, this, &VelgorContentView::refresh);
     }
     connect(&content, &VelgorContent::wasReset, this, &VelgorContentView::refresh);
-    connect(&commands.desk().library, &VelgorLibrary::selectionChanged, this, &VelgorContentView::refreshUsedRowsSoon);
-    connect(&commands.desk().library, &VelgorLibrary::wasReset, this, &VelgorContentView::refreshUsedRowsSoon);
+    connect(&library, &VelgorLibrary::selectionChanged, this, &VelgorContentView::refreshUsedRowsSoon);
+    connect(&library, &VelgorLibrary::wasReset, this, &VelgorContentView::refreshUsedRowsSoon);
     refresh();
 }
 
@@ -74,7 +73,7 @@ void VelgorContentView::setContextMenu(QMenu *menu)
 
 void VelgorContentView::refresh()
 {
-    const qsizetype count = m_commands.desk().content.velgorContentPatchList().size();
+    const qsizetype count = m_content.velgorContentPatchList().size();
     m_title->setCount(count);
     m_list->setHint(count > 0 ? EmptyHint{}
                               : EmptyHint{QStringLiteral("arrow.up.square"), tr("No presets yet"),
@@ -99,8 +98,8 @@ void VelgorContentView::refreshUsedRows()
 {
     m_isRefreshDue = false;
     QSet<int> rows;
-    if (const VelgorPatch *patch = m_commands.desk().libraryEditor.selectedPatch()) {
-        const QList<BankNumber> places = m_commands.desk().libraryEditor.inContentPatch(patch->id());
+    if (const VelgorPatch *patch = m_libraryEditor.selectedPatch()) {
+        const QList<BankNumber> places = m_libraryEditor.inContentPatch(patch->id());
         for (const BankNumber &place : places) {
             rows.insert(static_cast<int>(place.slot()));
         }

@@ -4,18 +4,23 @@
 
 class CommandButton;
 class Commands;
+class ContentEditor;
 class ContentListModel;
 class ContentListView;
 class ContentTitle;
+class LibraryEditor;
 class QMenu;
+class VelgorContent;
+class VelgorLibrary;
 
 /// The left column: the list being composed and the buttons that bring it in and out.
 class VelgorContentView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `commands` and what they work on must outlive the view.
-    explicit VelgorContentView(Commands &commands, QWidget *parent = nullptr);
+    /// All must outlive the view.
+    VelgorContentView(const VelgorContent &content, const VelgorLibrary &library, ContentEditor &editor,
+        const LibraryEditor &libraryEditor, Commands &commands, QWidget *parent = nullptr);
 
     [[nodiscard]] ContentListView *list() const { return m_list; }
     void setContextMenu(QMenu *menu);
@@ -25,7 +30,8 @@ private:
     void refreshUsedRowsSoon();
     void refreshUsedRows();
 
-    Commands &m_commands;
+    const VelgorContent &m_content;
+    const LibraryEditor &m_libraryEditor;
     ContentListModel *m_model;
     ContentTitle *m_title;
     ContentListView *m_list;

@@ -36,19 +36,19 @@ QString positionOf(qsizetype row)
 
 } // namespace
 
-QString StatusText::ofLibrary(const Desk &desk)
+QString StatusText::ofLibrary(const VelgorLibrary &library, const LibraryStorageManager &storage)
 {
-    if (desk.storage.isLoading()) {
+    if (storage.isLoading()) {
         return Texts::tr("Loading the library");
     }
-    if (desk.storage.waitingToSave()) {
+    if (storage.waitingToSave()) {
         return Texts::tr("Saving changes");
     }
-    if (desk.storage.hasUnsavedChanges()) {
+    if (storage.hasUnsavedChanges()) {
         return Texts::tr("Changes not saved");
     }
-    if (desk.library.count() == 0) {
-        return Texts::tr("Library folder: %1").arg(shownPath(directory(desk.storage.libDirectory())));
+    if (library.count() == 0) {
+        return Texts::tr("Library folder: %1").arg(shownPath(directory(storage.libDirectory())));
     }
     return Texts::tr("All changes saved");
 }
@@ -156,18 +156,19 @@ QString StatusText::ofSortedOrder()
     return Texts::tr("The sorted order is the library's own now");
 }
 
-QString StatusText::ofMissingForPut(const Desk &desk)
+QString StatusText::ofMissingForPut(
+    const VelgorLibrary &library, const VelgorContent &content, const ContentEditor &editor)
 {
-    if (desk.content.velgorContentPatchList().isEmpty()) {
+    if (content.velgorContentPatchList().isEmpty()) {
         return Texts::tr("Import or make a list first");
     }
-    if (desk.contentEditor.selectedRows().isEmpty()) {
+    if (editor.selectedRows().isEmpty()) {
         return Texts::tr("Select a slot first, in the list on the left");
     }
-    if (CommandTargets::count(desk.library) == 0) {
+    if (CommandTargets::count(library) == 0) {
         return Texts::tr("Select a patch in the library first");
     }
-    if (!CommandTargets::one(desk.library)) {
+    if (!CommandTargets::one(library)) {
         return Texts::tr("Select one patch in the library first, its tick does not count here");
     }
     return {};

@@ -1,18 +1,21 @@
 #pragma once
 
 #include "ContentEditor.h"
-#include "Desk.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
 struct DropMark;
+class LibraryStorageManager;
+class VelgorContent;
+class VelgorLibrary;
 
 /// The line at the window's lower edge.
 namespace StatusText {
 
 /// How the library stands: saved, being saved, or where it is kept.
-[[nodiscard]] QString ofLibrary(const Desk &desk);
+[[nodiscard]] QString ofLibrary(const VelgorLibrary &library, const LibraryStorageManager &storage);
 /// What letting go of a drag does; empty when it would do nothing, or what is marked says it all.
 [[nodiscard]] QString ofDrop(const DropMark &mark);
 /// Where a patch goes in the whole library when only a part of it is shown. Rows count from 0; `before` is the name of
@@ -28,7 +31,8 @@ namespace StatusText {
 /// That a change has made the sorted order the one that stays.
 [[nodiscard]] QString ofSortedOrder();
 /// What is missing before a patch can be put into a slot, or into every selected one; empty for nothing.
-[[nodiscard]] QString ofMissingForPut(const Desk &desk);
+[[nodiscard]] QString ofMissingForPut(
+    const VelgorLibrary &library, const VelgorContent &content, const ContentEditor &editor);
 /// How many patches do not fit of those that were to be placed, and which.
 [[nodiscard]] QString ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut);
 

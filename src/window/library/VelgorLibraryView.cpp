@@ -20,14 +20,17 @@
 
 using namespace LookMeasures;
 
-VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
+VelgorLibraryView::VelgorLibraryView(
+    const VelgorLibrary &library, LibraryEditor &editor, Commands &commands, QWidget *parent)
     : QWidget(parent)
+    , m_library(library)
+    , m_editor(editor)
     , m_commands(commands)
-    , m_model(new LibraryListModel(commands.desk().library, commands.desk().libraryEditor, this))
+    , m_model(new LibraryListModel(library, editor, this))
     , m_filter(new LibraryViewFilterView(this))
     , m_count(new QLabel(this))
     , m_pages(new QStackedLayout)
-    , m_list(new LibraryListView(commands.desk().library, commands.desk().libraryEditor, *m_model, this))
+    , m_list(new LibraryListView(library, editor, *m_model, this))
     , m_loading(new LoadingView(this))
     , m_buttons(makeButtons())
 {
@@ -47,7 +50,7 @@ VelgorLibraryView::VelgorLibraryView(Commands &commands, QWidget *parent)
     column->addLayout(m_buttons);
 
     connect(m_filter, &LibraryViewFilterView::filterChanged, this, [this](const LibraryViewFilter &filter) {
-        m_commands.desk().libraryEditor.setFilter(filter);
+        m_editor.setFilter(filter);
         m_model->setFilter(filter);
         m_list->scrollToTop();
         refresh();
@@ -71,8 +74,8 @@ QLayout *VelgorLibraryView::makeButtons()
     select->reserve(tr("Select (%1)").arg(88));
     select->setAccessibleName(tr("Select"));
     const auto describe = [this, select] {
-        const VelgorLibrary &library = m_commands.desk().library;
-        select->setAccessibleDescription(library.isMultiSel() ? tr("%1 ticked").arg(library.tickedCount()) : QString());
+        select->setAccessibleDescription(
+            m_library.isMultiSel() ? tr("%1 ticked").arg(m_library.tickedCount()) : QString());
     };
     connect(&m_commands, &Commands::refreshed, select, describe);
 
@@ -86,7 +89,7 @@ QLayout *VelgorLibraryView::makeButtons()
         button->setFocusHeir(*m_list);
         buttons->addWidget(button);
     }
-    connect(&m_commands.desk().libraryEditor, &LibraryEditor::wentOn, this, [this, deleteButton] {
+    connect(&m_editor, &LibraryEditor::wentOn, this, [this, deleteButton] {
         // Who deletes one patch after the other goes on where the keys are for patches.
         if (window()->focusWidget() == deleteButton) {
             m_list->setFocus(Qt::OtherFocusReason);
@@ -103,11 +106,10 @@ void VelgorLibraryView::followLibrary()
     }
     connect(m_model, &QAbstractItemModel::modelReset, this, &VelgorLibraryView::refresh);
     // A patch that the filter hides counts too.
-    const VelgorLibrary &library = m_commands.desk().library;
     for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved}) {
-        connect(&library, signal, this, &VelgorLibraryView::refresh);
+        connect(&m_library, signal, this, &VelgorLibraryView::refresh);
     }
-    connect(&library, &VelgorLibrary::wasReset, this, &VelgorLibraryView::refresh);
+    connect(&m_library, &VelgorLibrary::wasReset, this, &VelgorLibraryView::refresh);
 }
 
 void VelgorLibraryView::setContextMenu(QMenu *menu)
@@ -194,9 +196,8 @@ void VelgorLibraryView::setLoadProgress(qsizetype loaded, qsizetype total)
 void VelgorLibraryView::refresh()
 {
     m_commands.refresh();
-    const VelgorLibrary &library = m_commands.desk().library;
     const qsizetype shown = m_model->filteredVelgorPatchesCount();
-    const qsizetype all = library.count();
+    const qsizetype all = m_library.count();
     const QString text = shown >= 2 ? tr("Showing: %1 elements out of %2") : tr("Showing: %1 element out of %2");
     m_count->setText(text.arg(QString::number(shown), QString::number(all)));
     if (all == 0) {

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class Commands;
+class LibraryEditor;
 class LibraryListModel;
 class LibraryListView;
 class LibraryViewFilterView;
@@ -10,14 +11,16 @@ class LoadingView;
 class QLabel;
 class QMenu;
 class QStackedLayout;
+class VelgorLibrary;
 
 /// The middle column: filter, count, the list of library patches, and the buttons that work on it.
 class VelgorLibraryView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `commands` and what they work on must outlive the view.
-    explicit VelgorLibraryView(Commands &commands, QWidget *parent = nullptr);
+    /// All must outlive the view.
+    VelgorLibraryView(
+        const VelgorLibrary &library, LibraryEditor &editor, Commands &commands, QWidget *parent = nullptr);
 
     [[nodiscard]] LibraryListView *list() const { return m_list; }
     [[nodiscard]] LibraryViewFilterView *filter() const { return m_filter; }
@@ -47,6 +50,8 @@ private:
     void followLibrary();
     void refresh();
 
+    const VelgorLibrary &m_library;
+    LibraryEditor &m_editor;
     Commands &m_commands;
     LibraryListModel *m_model;
     LibraryViewFilterView *m_filter;
