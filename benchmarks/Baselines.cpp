@@ -181,8 +181,8 @@ quint64 readPayload(const QList<VelgorPatch> &patches)
         }
     };
     for (const VelgorPatch &patch : patches) {
-        read(patch.patchData->data);
-        read(patch.userIRData->data);
+        read(patch.records->patchData.data);
+        read(patch.records->userIRData.data);
     }
     return sum;
 }

@@ -153,10 +153,10 @@ SPresetFile fileOf(const QList<VelgorPatch> &patches)
     QList<SPatch> records;
     QList<SUserIR> userIRs;
     for (const VelgorPatch &patch : patches.first(std::min(patches.size(), mostPatches))) {
-        records.append(*patch.patchData);
-        userIRs.append(*patch.userIRData);
+        records.append(patch.records->patchData);
+        userIRs.append(patch.records->userIRData);
     }
-    SPresetFile file = *SPresetFile::fromRecords(*patches.first().headerData, records, userIRs);
+    SPresetFile file = *SPresetFile::fromRecords(patches.first().records->headerData, records, userIRs);
     file.headerDesc.nbpatches = static_cast<quint16>(records.size());
     return file;
 }
@@ -198,8 +198,8 @@ void exportContent(benchmark::State &state)
     measureGrowth(state, "export the list, 65,535 patches at most", [&] {
         return secondsOf([&] {
             const auto [records, userIRs] = content.getPatchesAndUserIRs();
-            const auto file =
-                SPresetFile::fromRecords(*content.velgorContentPatchList().first().patch.headerData, records, userIRs);
+            const auto file = SPresetFile::fromRecords(
+                content.velgorContentPatchList().first().patch.records->headerData, records, userIRs);
             benchmark::DoNotOptimize(PatchWriter::encodePatches(*file));
         });
     });

@@ -9,13 +9,11 @@
 namespace {
 
 /// What an export writes of the record, but for its place in the list.
-std::optional<SPatch> exportedRecord(const VelgorPatch &patch)
+SPatch exportedRecord(const VelgorPatch &patch)
 {
-    std::optional<SPatch> record = patch.patchData;
-    if (record) {
-        record->pos = 0;
-        record->rename(patch.name);
-    }
+    SPatch record = patch.records->patchData;
+    record.pos = 0;
+    record.rename(patch.name);
     return record;
 }
 
@@ -32,34 +30,36 @@ QByteArrayView exportedBytes(const SUserIR &userIR)
 
 /// Compares the bytes first, so that the rest of the records can be compared as a whole without them.
 template <typename Record, typename Bytes>
-bool isRecordAlike(std::optional<Record> a, std::optional<Record> b, Bytes bytes)
+bool isRecordAlike(Record a, Record b, Bytes bytes)
 {
-    if (a && b) {
-        if (!isEqual(bytes(*a), bytes(*b))) {
-            return false;
-        }
-        a->data.clear();
-        b->data.clear();
+    if (!isEqual(bytes(a), bytes(b))) {
+        return false;
     }
+    a.data.clear();
+    b.data.clear();
     return a == b;
 }
 
 bool isExportedAlike(const VelgorContentPatch &a, const VelgorContentPatch &b)
 {
+    if (!a.patch.records || !b.patch.records) {
+        return !a.patch.records && !b.patch.records;
+    }
     return isRecordAlike(exportedRecord(a.patch), exportedRecord(b.patch), [](const SPatch &record) {
         return QByteArrayView(record.data);
-    }) && isRecordAlike(a.patch.userIRData, b.patch.userIRData, exportedBytes);
+    }) && isRecordAlike(a.patch.records->userIRData, b.patch.records->userIRData, exportedBytes);
 }
 
 /// The file's header comes from the first slot; sizes and counts are made anew.
 std::optional<SHeaderDesc> exportedHeader(const QList<VelgorContentPatch> &list)
 {
-    std::optional<SHeaderDesc> header = list.isEmpty() ? std::nullopt : list.first().patch.headerData;
-    if (header) {
-        header->nbpatches = 0;
-        header->size = 0;
-        header->length = 0;
+    if (list.isEmpty() || !list.first().patch.records) {
+        return std::nullopt;
     }
+    SHeaderDesc header = list.first().patch.records->headerData;
+    header.nbpatches = 0;
+    header.size = 0;
+    header.length = 0;
     return header;
 }
 

@@ -75,7 +75,7 @@ bool LibraryEditor::canKeep(const QList<TransferablePatch> &items) const
     }
     const auto &list = m_content.velgorContentPatchList();
     return std::any_of(list.begin(), list.end(),
-        [&slotIds](const VelgorContentPatch &slot) { return slot.patch.patchData && slotIds.contains(slot.id); });
+        [&slotIds](const VelgorContentPatch &slot) { return slot.patch.records && slotIds.contains(slot.id); });
 }
 
 QList<TransferablePatch> LibraryEditor::selectedSlots() const
@@ -110,7 +110,7 @@ void LibraryEditor::keepSlots(const QList<TransferablePatch> &items)
     for (qsizetype i = 0; i < items.size(); ++i) {
         const VelgorPatch *held = items.at(i).cid ? slotPatches.value(*items.at(i).cid) : nullptr;
         // A slot without preset data has nothing that could be kept.
-        if (held && held->patchData) {
+        if (held && held->records) {
             patches.append(*held);
             isFirstThere |= i == 0;
         }

@@ -80,7 +80,7 @@ bool PatchFileHandler::cancel()
 bool PatchFileHandler::canExport(const VelgorContent &velgorContent)
 {
     const auto &list = velgorContent.velgorContentPatchList();
-    if (!list.isEmpty() && list.first().patch.headerData) {
+    if (!list.isEmpty() && list.first().patch.records) {
         return true;
     }
     Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorContent"));
@@ -89,7 +89,7 @@ bool PatchFileHandler::canExport(const VelgorContent &velgorContent)
 
 bool PatchFileHandler::canExport(const VelgorPatch &patch)
 {
-    if (patch.headerData && patch.patchData && patch.userIRData) {
+    if (patch.records) {
         return true;
     }
     Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorPatch"));
@@ -148,21 +148,21 @@ bool PatchFileHandler::save(const VelgorPatch &patch)
 bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
 {
     begin();
-    if (!patch.patchData || !patch.userIRData || !patch.headerData) {
+    if (!patch.records) {
         return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(shownName(patch.name)));
     }
     QList<SPatch> records;
-    records.append(storedRecord(*patch.patchData));
-    return write(exportHeader(*patch.headerData, 1), std::move(records), {*patch.userIRData}, filename);
+    records.append(storedRecord(patch.records->patchData));
+    return write(exportHeader(patch.records->headerData, 1), std::move(records), {patch.records->userIRData}, filename);
 }
 
 std::optional<QByteArray> PatchFileHandler::storedBytes(const VelgorPatch &patch)
 {
-    if (!patch.patchData || !patch.userIRData || !patch.headerData) {
+    if (!patch.records) {
         return std::nullopt;
     }
-    const auto presets = SPresetFile::fromRecords(
-        exportHeader(*patch.headerData, 1), {storedRecord(*patch.patchData)}, {*patch.userIRData});
+    const auto presets = SPresetFile::fromRecords(exportHeader(patch.records->headerData, 1),
+        {storedRecord(patch.records->patchData)}, {patch.records->userIRData});
     return presets ? PatchWriter::encodePatches(*presets) : std::nullopt;
 }
 
@@ -173,7 +173,7 @@ bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QStrin
         return false;
     }
     const auto &list = velgorContent.velgorContentPatchList();
-    SHeaderDesc header = exportHeader(*list.first().patch.headerData, list.size());
+    SHeaderDesc header = exportHeader(list.first().patch.records->headerData, list.size());
     if (velgorContent.inverseTailBit()) {
         header.tailBit ^= 1U;
     }
@@ -190,14 +190,14 @@ bool PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString
         if (!canExport(patch)) {
             return false;
         }
-        records.append(namedRecord(*patch.patchData, patch.name));
-        userIRs.append(*patch.userIRData);
+        records.append(namedRecord(patch.records->patchData, patch.name));
+        userIRs.append(patch.records->userIRData);
     }
     if (patches.isEmpty()) {
         return fail(tr("There are no patches to export."));
     }
-    return write(
-        exportHeader(*patches.first().headerData, patches.size()), std::move(records), std::move(userIRs), filename);
+    return write(exportHeader(patches.first().records->headerData, patches.size()), std::move(records),
+        std::move(userIRs), filename);
 }
 
 bool PatchFileHandler::write(

@@ -19,15 +19,10 @@ bool isEqual(QByteArrayView a, QByteArrayView b)
     return a.size() == b.size() && (a.data() == b.data() || a == b);
 }
 
-quint32 sizeOf(const std::optional<SUserIR> &userIR)
-{
-    return userIR ? userIR->size : 0;
-}
-
 /// Without the number, which an export rewrites.
-QByteArrayView responseOf(const std::optional<SUserIR> &userIR)
+QByteArrayView responseOf(const SUserIR &userIR)
 {
-    const QByteArrayView data = userIR ? QByteArrayView(userIR->data) : QByteArrayView();
+    const QByteArrayView data(userIR.data);
     return data.sliced(std::min<qsizetype>(SUserIR::numberSize, data.size()));
 }
 
@@ -35,16 +30,16 @@ QByteArrayView responseOf(const std::optional<SUserIR> &userIR)
 QByteArray nameFieldOf(const VelgorPatch &patch)
 {
     SPatch record;
-    record.name = patch.patchData->name;
-    record.unreadableName = patch.patchData->unreadableName;
+    record.name = patch.records->patchData.name;
+    record.unreadableName = patch.records->patchData.unreadableName;
     record.rename(record.name);
     return record.nameField();
 }
 
 bool hasSameNameField(const VelgorPatch &a, const VelgorPatch &b)
 {
-    const bool isTextAlike =
-        a.patchData->name == b.patchData->name && a.patchData->unreadableName == b.patchData->unreadableName;
+    const bool isTextAlike = a.records->patchData.name == b.records->patchData.name
+        && a.records->patchData.unreadableName == b.records->patchData.unreadableName;
     return isTextAlike || nameFieldOf(a) == nameFieldOf(b);
 }
 
@@ -60,7 +55,7 @@ bool givesIdUnderLongerName(const VelgorPatch &patch, quint64 id)
 {
     constexpr int mostCopies = 99;
     const auto gives = [&](const QString &ending) {
-        return VelgorPatch::staticSimpleHash(patch, patch.patchData->name + ending) == id;
+        return VelgorPatch::staticSimpleHash(patch, patch.records->patchData.name + ending) == id;
     };
     for (int number = 0; number <= mostCopies; ++number) {
         const QString digits = QString::number(number);
@@ -88,14 +83,18 @@ namespace PatchIdentity {
 
 bool isSameSound(const VelgorPatch &a, const VelgorPatch &b)
 {
-    return a.patchData && b.patchData && a.patchData->mrap == b.patchData->mrap
-        && a.patchData->size == b.patchData->size && sizeOf(a.userIRData) == sizeOf(b.userIRData)
-        && isEqual(a.patchData->data, b.patchData->data) && isEqual(responseOf(a.userIRData), responseOf(b.userIRData));
+    if (!a.records || !b.records) {
+        return false;
+    }
+    const auto &[patch, userIR, header] = *a.records;
+    const auto &[otherPatch, otherUserIR, otherHeader] = *b.records;
+    return patch.mrap == otherPatch.mrap && patch.size == otherPatch.size && userIR.size == otherUserIR.size
+        && isEqual(patch.data, otherPatch.data) && isEqual(responseOf(userIR), responseOf(otherUserIR));
 }
 
 bool isSameContent(const VelgorPatch &a, const VelgorPatch &b)
 {
-    if (!a.patchData || !b.patchData) {
+    if (!a.records || !b.records) {
         return a.id() == b.id();
     }
     return isSameSound(a, b) && hasSameNameField(a, b);
@@ -111,21 +110,23 @@ quint64 freshId(const VelgorPatch &patch, quint32 attempt)
     // Libraries on disk hold these values, so the order and the widths never change.
     QCryptographicHash hash(QCryptographicHash::Sha256);
     add(hash, attempt);
-    if (patch.patchData) {
+    if (patch.records) {
         hash.addData(nameFieldOf(patch));
-        hash.addData(QByteArrayView(patch.patchData->mrap));
-        add(hash, patch.patchData->size);
-        hash.addData(patch.patchData->data);
+        hash.addData(QByteArrayView(patch.records->patchData.mrap));
+        add(hash, patch.records->patchData.size);
+        hash.addData(patch.records->patchData.data);
+        add(hash, patch.records->userIRData.size);
+        hash.addData(responseOf(patch.records->userIRData));
+    } else {
+        add(hash, 0);
     }
-    add(hash, sizeOf(patch.userIRData));
-    hash.addData(responseOf(patch.userIRData));
     return qFromLittleEndian<quint64>(hash.result().constData());
 }
 
 bool givesId(const VelgorPatch &patch, quint64 id, quint32 attempts)
 {
-    bool isGiven = patch.patchData && VelgorPatch::staticSimpleHash(patch) == id;
-    for (quint32 attempt = 1; patch.patchData && !isGiven && attempt <= attempts; ++attempt) {
+    bool isGiven = patch.records && VelgorPatch::staticSimpleHash(patch) == id;
+    for (quint32 attempt = 1; patch.records && !isGiven && attempt <= attempts; ++attempt) {
         isGiven = freshId(patch, attempt) == id;
     }
     return isGiven;
@@ -144,7 +145,7 @@ bool mayHaveId(const VelgorPatch &patch, quint64 id, const QString &shownName)
 {
     // Copies that are renamed, one after the other, take one fresh id each.
     constexpr quint32 freshIds = 99;
-    return patch.patchData
+    return patch.records
         && (VelgorPatch::staticSimpleHash(patch, shownName) == id || givesIdBesideOthers(patch, id)
             || givesIdUnderLongerName(patch, id) || givesId(patch, id, freshIds));
 }
@@ -159,10 +160,10 @@ Place placeOf(const VelgorPatch &patch, const Holder &holder)
         }
         return held && isSameContent(*held, patch);
     };
-    if (isHeldUnder(patch.id()) || (!patch.patchData && !free)) {
+    if (isHeldUnder(patch.id()) || (!patch.records && !free)) {
         return {.id = patch.id(), .isKnown = true};
     }
-    if (!patch.patchData) {
+    if (!patch.records) {
         return {.id = patch.id(), .isKnown = false};
     }
     const quint64 hash = VelgorPatch::staticSimpleHash(patch);

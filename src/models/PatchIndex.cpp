@@ -95,7 +95,7 @@ QList<quint64> PatchIndex::otherIds(quint64 contentHash, const QList<VelgorPatch
 
 void PatchIndex::noteOtherId(const VelgorPatch &patch)
 {
-    if (patch.patchData && !PatchIdentity::givesId(patch, patch.id())) {
+    if (patch.records && !PatchIdentity::givesId(patch, patch.id())) {
         m_otherIds->insert(VelgorPatch::staticSimpleHash(patch), patch.id());
     }
 }
@@ -137,7 +137,7 @@ void PatchIndex::changed(qsizetype row, const VelgorPatch &before, const VelgorP
     if (m_comments && before.comment != after.comment) {
         m_comments->replace(row, after.comment);
     }
-    if (before.patchData != after.patchData || before.userIRData != after.userIRData) {
+    if (before.records != after.records) {
         presetDataReplaced(row, after);
     }
 }

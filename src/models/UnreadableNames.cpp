@@ -12,7 +12,8 @@ namespace {
 /// Unless the user has renamed it.
 bool hasUnreadableName(const VelgorPatch &patch)
 {
-    return patch.patchData && !patch.patchData->unreadableName.isEmpty() && patch.name == patch.patchData->name;
+    return patch.records && !patch.records->patchData.unreadableName.isEmpty()
+        && patch.name == patch.records->patchData.name;
 }
 
 } // namespace

@@ -235,7 +235,7 @@ void VelgorContent::propagateChangedPatch(
     // Copied, as the patch may stand in one of the slots.
     const VelgorPatch patch = velgorPatch;
     QList<quint64> ids{patch.id()};
-    if (isHeld && patch.patchData) {
+    if (isHeld && patch.records) {
         ids += {VelgorPatch::staticSimpleHash(patch), PatchIdentity::freshId(patch, 1)};
     }
     qsizetype first = -1;
@@ -313,12 +313,10 @@ std::pair<QList<SPatch>, QList<SUserIR>> VelgorContent::getPatchesAndUserIRs() c
     }
     std::pair<QList<SPatch>, QList<SUserIR>> records;
     for (const VelgorContentPatch &slot : m_slots) {
-        if (slot.patch.patchData) {
-            records.first.append(*slot.patch.patchData);
+        if (const std::optional<PresetRecords> &held = slot.patch.records) {
+            records.first.append(held->patchData);
             records.first.last().rename(slot.patch.name);
-        }
-        if (slot.patch.userIRData) {
-            records.second.append(*slot.patch.userIRData);
+            records.second.append(held->userIRData);
         }
     }
     return records;

@@ -19,8 +19,7 @@ VelgorPatch placeholder()
 /// Nothing that is stored of them differs.
 bool isSame(const VelgorPatch &one, const VelgorPatch &other)
 {
-    return one == other && one.empty == other.empty && one.patchData == other.patchData
-        && one.userIRData == other.userIRData && one.headerData == other.headerData;
+    return one == other && one.empty == other.empty && one.records == other.records;
 }
 
 } // namespace

@@ -143,8 +143,7 @@ Q_SIGNALS:
 private:
     void insertAt(qsizetype position, const QList<VelgorPatch> &patches);
     void removeRows(const QList<qsizetype> &ascendingRows);
-    void replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
-        const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData);
+    void replaceRecords(qsizetype row, const std::optional<PresetRecords> &records);
     /// `alsoHere` finds patches that are about to be appended.
     [[nodiscard]] bool isAwaitedAsAnother(quint64 id, const QString &name) const;
     /// What was said about the patch of this id while it was awaited, if it was; it is awaited no longer.

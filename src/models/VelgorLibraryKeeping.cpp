@@ -33,7 +33,7 @@ bool VelgorLibrary::isAwaitedAsAnother(quint64 id, const QString &name) const
 
 VelgorPatch VelgorLibrary::takeAwaited(VelgorPatch patch)
 {
-    const auto awaited = patch.patchData ? m_awaited.patches.constFind(patch.id()) : m_awaited.patches.cend();
+    const auto awaited = patch.records ? m_awaited.patches.constFind(patch.id()) : m_awaited.patches.cend();
     if (awaited == m_awaited.patches.cend()) {
         return patch;
     }
@@ -54,8 +54,8 @@ bool VelgorLibrary::restoreSound(const VelgorPatch &patch)
 {
     const auto held = m_awaited.doubtful.contains(patch.id()) ? getPatchFromId(patch.id()) : std::nullopt;
     // The id does not see every damage; where the damage is certain, the held bytes prove nothing.
-    const bool isOriginal = held && held->patch->patchData && patch.patchData
-        && held->patch->patchData->nameField() == patch.patchData->nameField()
+    const bool isOriginal = held && held->patch->records && patch.records
+        && held->patch->records->patchData.nameField() == patch.records->patchData.nameField()
         && VelgorPatch::staticSimpleHash(patch) == patch.id()
         && (m_awaited.damaged.contains(patch.id())
             || !PatchIdentity::mayHaveId(*held->patch, patch.id(), held->patch->name));
@@ -64,7 +64,7 @@ bool VelgorLibrary::restoreSound(const VelgorPatch &patch)
             // Another sound that gives the same id is another patch from now on.
             m_awaited.damaged.remove(patch.id());
         }
-        replacePresetData(held->index, patch.patchData, patch.userIRData, patch.headerData);
+        replaceRecords(held->index, patch.records);
     }
     return isOriginal;
 }
@@ -75,12 +75,12 @@ PatchIdentity::Place VelgorLibrary::placeOf(const VelgorPatch &patch, const Patc
     const VelgorPatch unread(~patch.id());
     const PatchIdentity::Place place = PatchIdentity::placeOf(patch, [&](quint64 id) {
         const auto found = getPatchFromId(id);
-        if (!found && patch.patchData && isAwaitedAsAnother(id, patch.patchData->name)) {
+        if (!found && patch.records && isAwaitedAsAnother(id, patch.records->patchData.name)) {
             return &unread;
         }
         return found ? found->patch : alsoHere(id);
     });
-    if (place.isKnown || !patch.patchData) {
+    if (place.isKnown || !patch.records) {
         return place;
     }
     std::optional<Found> first;
@@ -109,7 +109,8 @@ void VelgorLibrary::append(const SPresetFile &presets, bool replace, std::option
         const auto found = replace && synonymId ? getPatchFromId(synonymId) : std::nullopt;
         if (found && !found->patch->empty) {
             // As append() would, without a patch whose id nobody asks for.
-            replacePresetData(found->index, presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc);
+            replaceRecords(
+                found->index, PresetRecords{presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc});
             manageDummy();
             saveOrder();
             continue;
@@ -150,7 +151,7 @@ quint64 VelgorLibrary::appendOrReplace(
     } else if (duplicate && !found->patch->empty) {
         id = appendDuplicate(patch, found->patch->name);
     } else if (replace && !found->patch->empty) {
-        replacePresetData(found->index, patch.patchData, patch.userIRData, patch.headerData);
+        replaceRecords(found->index, patch.records);
     }
     return id;
 }
@@ -204,13 +205,10 @@ void VelgorLibrary::appendAll(const QList<VelgorPatch> &patches)
     saveOrder();
 }
 
-void VelgorLibrary::replacePresetData(qsizetype row, const std::optional<SPatch> &patchData,
-    const std::optional<SUserIR> &userIRData, const std::optional<SHeaderDesc> &headerData)
+void VelgorLibrary::replaceRecords(qsizetype row, const std::optional<PresetRecords> &records)
 {
     VelgorPatch &stored = m_patches[row];
-    stored.patchData = patchData;
-    stored.userIRData = userIRData;
-    stored.headerData = headerData;
+    stored.records = records;
     m_index.presetDataReplaced(row, stored);
     Q_EMIT rowsChanged(row, row);
 }
@@ -220,7 +218,7 @@ quint64 VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &
     VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
     // Names of nine bytes that differ in the last one hash alike.
     for (quint32 attempt = 1; getPatchFromId(copy.id()) || m_awaited.patches.contains(copy.id()); ++attempt) {
-        copy = copy.withId(copy.patchData ? PatchIdentity::freshId(copy, attempt) : randomId());
+        copy = copy.withId(copy.records ? PatchIdentity::freshId(copy, attempt) : randomId());
     }
     insertAt(m_patches.size(), {copy});
     return copy.id();

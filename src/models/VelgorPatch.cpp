@@ -19,9 +19,7 @@ VelgorPatch::VelgorPatch(const SPatch &patch, const SUserIR &userIR, const SHead
     , hasUserIR(userIR.size != 0)
     , version(Utf8Text::decode(header.pm0).value_or(QStringLiteral("xxxxx")))
     , date(ReferenceDate::now())
-    , patchData(patch)
-    , userIRData(userIR)
-    , headerData(header)
+    , records({patch, userIR, header})
     , m_id(staticSimpleHash(patch, userIR))
 {
 }
@@ -33,15 +31,13 @@ VelgorPatch::VelgorPatch(quint64 id)
 
 VelgorPatch VelgorPatch::copyNamed(const VelgorPatch &from, const QString &newName)
 {
-    if (!from.patchData || !from.userIRData) {
-        VelgorPatch copy = from.withId(randomId());
-        copy.patchData.reset();
-        return copy;
+    if (!from.records) {
+        return from.withId(randomId());
     }
-    VelgorPatch copy = from.withId(staticSimpleHash(from.patchData, from.userIRData, newName));
+    VelgorPatch copy = from.withId(staticSimpleHash(from.records->patchData, from.records->userIRData, newName));
     copy.name = newName;
-    copy.patchData->name = newName;
-    copy.patchData->unreadableName.clear();
+    copy.records->patchData.name = newName;
+    copy.records->patchData.unreadableName.clear();
     return copy;
 }
 
@@ -56,25 +52,24 @@ VelgorPatch VelgorPatch::withId(quint64 id) &&
     return std::move(*this);
 }
 
-quint64 VelgorPatch::staticSimpleHash(const std::optional<SPatch> &patch, const std::optional<SUserIR> &userIR,
-    const std::optional<QString> &overrideName)
+quint64 VelgorPatch::staticSimpleHash(
+    const SPatch &patch, const SUserIR &userIR, const std::optional<QString> &overrideName)
 {
-    if (!patch) {
-        return randomId();
-    }
-    return patch->simpleHash(overrideName) ^ (userIR ? userIR->simpleHash() : 0);
+    return patch.simpleHash(overrideName) ^ userIR.simpleHash();
 }
 
 quint64 VelgorPatch::staticSimpleHash(
     const std::optional<VelgorPatch> &patch, const std::optional<QString> &overrideName)
 {
-    return patch ? staticSimpleHash(patch->patchData, patch->userIRData, overrideName) : randomId();
+    return patch && patch->records
+        ? staticSimpleHash(patch->records->patchData, patch->records->userIRData, overrideName)
+        : randomId();
 }
 
 std::optional<quint64> VelgorPatch::soundHash() const
 {
-    if (!patchData) {
+    if (!records) {
         return std::nullopt;
     }
-    return staticSimpleHash(patchData, userIRData, QString());
+    return staticSimpleHash(records->patchData, records->userIRData, QString());
 }

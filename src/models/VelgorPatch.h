@@ -1,9 +1,7 @@
 #pragma once
 
+#include "PresetRecords.h"
 #include "ReferenceDate.h"
-#include "SHeaderDesc.h"
-#include "SPatch.h"
-#include "SUserIR.h"
 
 #include <QString>
 
@@ -49,14 +47,12 @@ public:
     bool solo = false;
     bool empty = false; ///< stands for an empty place rather than for a sound
 
-    std::optional<SPatch> patchData;
-    std::optional<SUserIR> userIRData;
-    std::optional<SHeaderDesc> headerData;
+    std::optional<PresetRecords> records; ///< absent while a library entry waits for its file, and in what is empty
 
-    /// Content hash of preset records, with `overrideName` in place of the name where given. Without a patch
-    /// record: a random number.
-    [[nodiscard]] static quint64 staticSimpleHash(const std::optional<SPatch> &patch,
-        const std::optional<SUserIR> &userIR, const std::optional<QString> &overrideName = std::nullopt);
+    /// Content hash of preset records, with `overrideName` in place of the name where given.
+    [[nodiscard]] static quint64 staticSimpleHash(
+        const SPatch &patch, const SUserIR &userIR, const std::optional<QString> &overrideName = std::nullopt);
+    /// The same of a patch; a random number without one and without preset data.
     [[nodiscard]] static quint64 staticSimpleHash(
         const std::optional<VelgorPatch> &patch, const std::optional<QString> &overrideName = std::nullopt);
     /// The content hash without the name: equal for the same sound under any name. Absent without preset data.

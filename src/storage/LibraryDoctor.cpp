@@ -21,9 +21,7 @@ namespace {
 VelgorPatch withEntry(const VelgorPatch &stored, const VelgorPatch &entry)
 {
     VelgorPatch patch = entry;
-    patch.patchData = stored.patchData;
-    patch.userIRData = stored.userIRData;
-    patch.headerData = stored.headerData;
+    patch.records = stored.records;
     return patch;
 }
 
@@ -39,7 +37,8 @@ VelgorPatch adopted(const VelgorPatch &stored, const QString &fileName, quint64 
 
 bool holdsTheSame(const VelgorPatch &a, const VelgorPatch &b)
 {
-    return a.patchData == b.patchData && a.userIRData == b.userIRData;
+    return a.records && b.records && a.records->patchData == b.records->patchData
+        && a.records->userIRData == b.records->userIRData;
 }
 
 } // namespace
@@ -251,7 +250,7 @@ void LibraryDoctor::examineContents()
 
 void LibraryDoctor::addOtherContent(const VelgorPatch &entry, const VelgorPatch &content)
 {
-    const QString held = content.patchData ? content.patchData->name : QString();
+    const QString held = content.records ? content.records->patchData.name : QString();
     add(LibraryFinding::Kind::FileOfOtherContent, LibraryFileNames::patchFile(entry.name, entry.id()), entry.id(),
         entry.name, tr("it holds \"%1\", whose id would be another").arg(held));
 }

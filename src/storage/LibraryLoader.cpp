@@ -97,7 +97,7 @@ std::unique_ptr<VelgorLibrary> LibraryLoader::withoutUnfilled(const VelgorLibrar
 {
     QList<VelgorPatch> kept;
     std::copy_if(library.patches().begin(), library.patches().end(), std::back_inserter(kept),
-        [](const VelgorPatch &patch) { return patch.patchData.has_value(); });
+        [](const VelgorPatch &patch) { return patch.records.has_value(); });
     if (kept.isEmpty()) {
         return nullptr;
     }

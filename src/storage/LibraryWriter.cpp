@@ -296,7 +296,7 @@ bool LibraryWriter::canMove(
         return false;
     }
     // A name alone proves nothing: the user may have put another patch's bytes under it.
-    if (!patch.patchData || !m_result.state.verified.holds(m_openDirectory, candidate.name, patch)) {
+    if (!patch.records || !m_result.state.verified.holds(m_openDirectory, candidate.name, patch)) {
         reason = tr("it does not hold the patch that its name speaks of");
         return false;
     }

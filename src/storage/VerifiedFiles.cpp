@@ -9,7 +9,7 @@
 
 bool VerifiedFiles::holds(const OpenDirectory &directory, const QString &name, const VelgorPatch &patch)
 {
-    if (!patch.patchData) {
+    if (!patch.records) {
         return true;
     }
     const auto known = m_stamps.constFind(patch.id());

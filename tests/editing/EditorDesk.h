@@ -24,7 +24,7 @@ struct Desk {
         }
         QList<SPatch> records;
         for (const QString &name : slotNames.split(u' ', Qt::SkipEmptyParts)) {
-            records.append(*patch(name).patchData);
+            records.append(patch(name).records->patchData);
         }
         if (!records.isEmpty()) {
             content.populate(TestRecords::file(records));

@@ -291,7 +291,7 @@ private Q_SLOTS:
             "replaced by its own patch, impulse response left out",
             [](Desk &desk) {
                 VelgorPatch patch = desk.patch(0);
-                patch.userIRData = SUserIR();
+                patch.records->userIRData = SUserIR();
                 desk.content.setPatch(patch, 0);
             },
             [](Desk &desk) {
@@ -371,7 +371,7 @@ private Q_SLOTS:
         Desk desk;
         desk.contentFiles.importFile();
         VelgorPatch patch = desk.patch(2);
-        QByteArray &bytes = isResponse ? patch.userIRData->data : patch.patchData->data;
+        QByteArray &bytes = isResponse ? patch.records->userIRData.data : patch.records->patchData.data;
         const qsizetype position = byte < 0 ? bytes.size() + byte : byte;
         bytes[position] = static_cast<char>(bytes.at(position) ^ 1);
         desk.content.setPatch(patch, 2);
@@ -416,7 +416,7 @@ private Q_SLOTS:
         Desk desk;
         desk.contentFiles.importFile();
         VelgorPatch patch = desk.patch(0);
-        patch.headerData->pm0[4] = '9';
+        patch.records->headerData.pm0[4] = '9';
         desk.content.setPatch(patch, 0);
         QVERIFY(desk.contentFiles.isModified());
     }

@@ -137,7 +137,7 @@ private Q_SLOTS:
                 break;
             default: {
                 VelgorPatch patch = content.velgorContentPatchList().at(random.bounded(size)).patch;
-                patch.patchData = anyPatch().patchData;
+                patch.records = anyPatch().records;
                 content.propagateChangedPatch(patch);
             }
             }

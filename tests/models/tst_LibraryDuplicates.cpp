@@ -18,8 +18,8 @@ private Q_SLOTS:
         VelgorLibrary library(abc, std::nullopt);
         library.append(TestRecords::file({TestRecords::patch(lead)}), true, 2);
         QCOMPARE(names(library), QStringLiteral("a,b,c"));
-        QVERIFY(library.patches().at(1).patchData && library.patches().at(1).headerData);
-        QCOMPARE(library.patches().at(1).patchData->name, lead);
+        QVERIFY(library.patches().at(1).records);
+        QCOMPARE(library.patches().at(1).records->patchData.name, lead);
     }
 
     void aDuplicateGetsASuffix_data()
@@ -88,7 +88,7 @@ private Q_SLOTS:
         library.append(incoming, true, false, VelgorLibrary::atEnd, patch.id());
         QCOMPARE(names(library), QStringLiteral("Solo,Solo-1"));
         QCOMPARE(library.patches().last().comment, incoming.comment);
-        QCOMPARE(library.patches().last().patchData->data, incoming.patchData->data);
+        QCOMPARE(library.patches().last().records->patchData.data, incoming.records->patchData.data);
         QCOMPARE(library.patches().last().id(), imported(QStringLiteral("Solo-1"), 2).id());
     }
 
@@ -105,7 +105,7 @@ private Q_SLOTS:
         QCOMPARE(names(library), QStringLiteral("Lead xx,Lead xx-1,Lead xx-2,Lead xx-3"));
         const QList<quint64> ids = TestPatches::ids(library.patches());
         QCOMPARE(QSet<quint64>(ids.begin(), ids.end()).size(), 4);
-        QCOMPARE(library.patches().last().patchData->name, QStringLiteral("Lead xx-3"));
+        QCOMPARE(library.patches().last().records->patchData.name, QStringLiteral("Lead xx-3"));
     }
 
     void aDuplicateWithoutPresetDataKeepsItsName()

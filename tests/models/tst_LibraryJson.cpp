@@ -68,7 +68,7 @@ private Q_SLOTS:
             LibraryJson::decode(LibraryJson::encode({{TestPatches::imported(QStringLiteral("Lead"))}, {}}));
         QVERIFY(decoded);
         const VelgorPatch &patch = decoded->patches.first();
-        QVERIFY(!patch.patchData && !patch.userIRData && !patch.headerData);
+        QVERIFY(!patch.records);
     }
 
     void anyLibraryComesBack()

@@ -164,8 +164,7 @@ private Q_SLOTS:
         filter.filterPatch.empty = true;
         filter.filterPatch.version = QStringLiteral("V9");
         filter.filterPatch.date = {1};
-        filter.filterPatch.patchData = TestRecords::patch(QStringLiteral("Lead"));
-        filter.filterPatch.userIRData = TestRecords::userIR(1);
+        filter.filterPatch.records = {TestRecords::patch(QStringLiteral("Lead")), TestRecords::userIR(1), {}};
         QVERIFY(filter.show(named(QStringLiteral("x"))));
     }
 

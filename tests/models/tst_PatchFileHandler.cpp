@@ -166,30 +166,19 @@ private Q_SLOTS:
         QCOMPARE(written()->patches.size(), 98);
     }
 
-    void aSlotWithHalfItsRecordsIsNotSaved()
-    {
-        VelgorContent content;
-        content.createNew(imported(QStringLiteral("Lead")));
-        VelgorPatch half = imported(QStringLiteral("Half"));
-        half.userIRData.reset();
-        content.setPatch(half, 1);
-        QVERIFY(!m_handler->save(content));
-        QVERIFY(m_files->files.isEmpty() && !m_handler->problem().isEmpty());
-    }
-
     void headerIsThatOfTheFirstSlot()
     {
         VelgorContent content;
         VelgorPatch first = imported(QStringLiteral("Lead"));
-        first.headerData->tailBit = 0x5A;
-        first.headerData->size = 77;
-        first.headerData->filler.fill('F');
+        first.records->headerData.tailBit = 0x5A;
+        first.records->headerData.size = 77;
+        first.records->headerData.filler.fill('F');
         content.createNew(imported(QStringLiteral("Other"), 2, {}, "V9.99"));
         content.setPatch(first, 0);
         QVERIFY(m_handler->save(content));
         QVERIFY(written());
         QCOMPARE(QByteArrayView(written()->headerDesc.pm0), QByteArrayView("V1.20"));
-        QCOMPARE(written()->headerDesc.filler, first.headerData->filler);
+        QCOMPARE(written()->headerDesc.filler, first.records->headerData.filler);
         QCOMPARE(written()->tailBit, 0x5A);
         QCOMPARE(written()->headerDesc.size, m_files->files.value(out).size() - 8 - 3);
     }
@@ -266,25 +255,10 @@ private Q_SLOTS:
         QCOMPARE(m_dialogs->asked, QStringList{QStringLiteral("Save patch: ") + proposed});
     }
 
-    void aPatchNeedsAllItsRecords_data()
+    void aPatchNeedsItsRecords()
     {
-        QTest::addColumn<int>("missing");
-        QTest::newRow("header") << 0;
-        QTest::newRow("patch block") << 1;
-        QTest::newRow("user IR") << 2;
-    }
-
-    void aPatchNeedsAllItsRecords()
-    {
-        QFETCH(const int, missing);
         VelgorPatch patch = imported(QStringLiteral("Lead"));
-        if (missing == 0) {
-            patch.headerData.reset();
-        } else if (missing == 1) {
-            patch.patchData.reset();
-        } else {
-            patch.userIRData.reset();
-        }
+        patch.records.reset();
         QVERIFY(!m_handler->save(patch));
         QCOMPARE(m_recorder->take(), QStringList{QStringLiteral("Cannot save empty VelgorPatch")});
         QVERIFY(!m_handler->save(patch, out));
@@ -307,14 +281,14 @@ private Q_SLOTS:
     {
         QFETCH(const SUserIR, userIR);
         VelgorPatch patch = imported(QStringLiteral("Lead"), 1, userIR);
-        patch.headerData->nbpatches = 99;
-        patch.patchData->pos = 42;
+        patch.records->headerData.nbpatches = 99;
+        patch.records->patchData.pos = 42;
         const auto check = [&] {
             const auto file = written();
             QVERIFY(file);
             QCOMPARE(file->headerDesc.nbpatches, 1);
             QCOMPARE(file->headerPatchDescs.first().offset, 40U);
-            QCOMPARE(qint64(file->headerPatchDescs.first().size), patch.patchData->length + userIR.length);
+            QCOMPARE(qint64(file->headerPatchDescs.first().size), patch.records->patchData.length + userIR.length);
             QCOMPARE(file->patches.first().pos, 0);
             QCOMPARE(file->userIRs.first().getFirstUInt32(), 0U);
             QCOMPARE(VelgorPatch(file->patches.first(), file->userIRs.first(), file->headerDesc).id(), patch.id());
@@ -387,7 +361,7 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(written()->patches.at(i).name, patches.at(i).name);
             QCOMPARE(written()->patches.at(i).pos, i);
-            QCOMPARE(written()->userIRs.at(i).simpleHash(), patches.at(i).userIRData->simpleHash());
+            QCOMPARE(written()->userIRs.at(i).simpleHash(), patches.at(i).records->userIRData.simpleHash());
         }
         QCOMPARE(QByteArrayView(written()->headerDesc.pm0), QByteArrayView("V1.21"));
     }

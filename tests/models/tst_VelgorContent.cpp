@@ -54,8 +54,8 @@ private Q_SLOTS:
         for (int i = 0; i < 2; ++i) {
             const VelgorPatch &patch = content.velgorContentPatchList().at(i).patch;
             QCOMPARE(patch.id(), VelgorPatch(file.patches.at(i), userIRs.at(i), file.headerDesc).id());
-            QVERIFY(patch.patchData == file.patches.at(i) && patch.userIRData == userIRs.at(i));
-            QVERIFY(patch.headerData == file.headerDesc);
+            QVERIFY(patch.records->patchData == file.patches.at(i) && patch.records->userIRData == userIRs.at(i));
+            QVERIFY(patch.records->headerData == file.headerDesc);
             QCOMPARE(patch.hasUserIR, i == 0);
         }
     }
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(names(content).join(u','), QStringLiteral("Patch 0,Patch 1,-empty-,-empty-"));
         QCOMPARE(places(content).last(), QStringLiteral("2-1"));
         const VelgorPatch &placeholder = content.velgorContentPatchList().last().patch;
-        QVERIFY(!placeholder.patchData && !placeholder.userIRData && !placeholder.headerData);
+        QVERIFY(!placeholder.records);
         QVERIFY(!placeholder.hasUserIR && !placeholder.guitar && placeholder.comment.isEmpty());
         QCOMPARE(placeholder.version, none);
         QVERIFY(placeholder.id() != content.velgorContentPatchList().at(2).patch.id());
@@ -218,7 +218,7 @@ private Q_SLOTS:
         for (const int row : {1, 98}) {
             const VelgorPatch &held = content.velgorContentPatchList().at(row).patch;
             QCOMPARE(held, patch);
-            QCOMPARE(held.patchData->name, QStringLiteral("Lead"));
+            QCOMPARE(held.records->patchData.name, QStringLiteral("Lead"));
             QCOMPARE(held.id(), imported(QStringLiteral("Lead")).id());
         }
         QCOMPARE(names(content).count(QStringLiteral("Other")), 97);
@@ -268,8 +268,8 @@ private Q_SLOTS:
         const auto [patches, userIRs] = content.getPatchesAndUserIRs();
         QCOMPARE(patches.size(), 1);
         QCOMPARE(patches.first().name, QStringLiteral("123456789012345"));
-        QCOMPARE(patches.first().data, renamed.patchData->data);
-        QCOMPARE(userIRs, QList{*renamed.userIRData});
+        QCOMPARE(patches.first().data, renamed.records->patchData.data);
+        QCOMPARE(userIRs, QList{renamed.records->userIRData});
     }
 
     void moveCountsItsOffsetBeforeTheMove_data()

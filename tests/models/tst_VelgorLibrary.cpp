@@ -117,9 +117,7 @@ private Q_SLOTS:
         library.append(kept, false, false);
         const VelgorPatch incoming = imported(QStringLiteral("Other"), 2, TestRecords::userIR(1), "V1.21");
         library.append(incoming, false, true, VelgorLibrary::atEnd, kept.id());
-        kept.patchData = incoming.patchData;
-        kept.userIRData = incoming.userIRData;
-        kept.headerData = incoming.headerData;
+        kept.records = incoming.records;
         QCOMPARE(library.patches().size(), 1);
         QVERIFY(TestPatches::isIdentical(library.patches().first(), kept));
     }
@@ -144,7 +142,7 @@ private Q_SLOTS:
         const quint64 dummy = library.patches().first().id();
         library.append(imported(lead), true, true, VelgorLibrary::atEnd, dummy);
         QCOMPARE(names(library), QStringLiteral("Empty library"));
-        QVERIFY(!library.patches().first().patchData);
+        QVERIFY(!library.patches().first().records);
     }
 
     void aFileIsAppendedPatchByPatch()
@@ -154,7 +152,7 @@ private Q_SLOTS:
             TestRecords::patch(QStringLiteral("y"), 2), TestRecords::patch(QStringLiteral("x"), 1)});
         library.append(file, false);
         QCOMPARE(names(library), QStringLiteral("a,b,c,x,y"));
-        QVERIFY(library.patches().last().headerData == file.headerDesc);
+        QVERIFY(library.patches().last().records->headerData == file.headerDesc);
     }
 
     void aFileWithoutMatchingRecordsIsRefused_data()
@@ -214,9 +212,9 @@ private Q_SLOTS:
     {
         VelgorLibrary library(abc, std::nullopt);
         VelgorPatch edited = abc.at(1);
-        edited.patchData = TestRecords::patch(lead);
+        edited.records = {TestRecords::patch(lead), SUserIR(), SHeaderDesc()};
         QVERIFY(library.update(edited));
-        QVERIFY(library.patches().at(1).patchData);
+        QVERIFY(library.patches().at(1).records);
     }
 
     void aRenamedPatchFreesItsName()

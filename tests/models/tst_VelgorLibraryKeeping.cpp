@@ -48,7 +48,7 @@ QStringList contentsOf(const VelgorLibrary &library)
 {
     QStringList texts;
     for (const VelgorPatch &patch : library.patches()) {
-        texts.append(patch.name + u' ' + QString::fromLatin1(patch.patchData->data.first(16).toHex()));
+        texts.append(patch.name + u' ' + QString::fromLatin1(patch.records->patchData.data.first(16).toHex()));
     }
     texts.sort();
     return texts;
@@ -163,8 +163,8 @@ private Q_SLOTS:
         library.append(patches.first(), false, false);
         library.append(patches.last(), false, true);
         QCOMPARE(library.count(), 2);
-        QCOMPARE(library.patches().first().patchData, patches.first().patchData);
-        QCOMPARE(library.patches().last().patchData, patches.last().patchData);
+        QCOMPARE(library.patches().first().records->patchData, patches.first().records->patchData);
+        QCOMPARE(library.patches().last().records->patchData, patches.last().records->patchData);
     }
 
     void soundsThatHashAlikeAreNotSimilar()
@@ -233,9 +233,9 @@ private Q_SLOTS:
         QTEST(library.patches().at(1).name, "copy");
         QSet<QByteArray> fields;
         for (const VelgorPatch &each : library.patches().sliced(1)) {
-            QCOMPARE(each.patchData->nameField().size(), 16);
+            QCOMPARE(each.records->patchData.nameField().size(), 16);
             QCOMPARE(PatchName::fitted(each.name), each.name);
-            fields.insert(each.patchData->nameField());
+            fields.insert(each.records->patchData.nameField());
         }
         QCOMPARE(fields.size(), 12);
     }

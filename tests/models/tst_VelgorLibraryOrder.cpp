@@ -243,7 +243,7 @@ private Q_SLOTS:
         const SUserIR userIR = TestRecords::userIR(1);
         const VelgorPatch patch = imported(QStringLiteral("Lead"), 1, userIR);
         VelgorPatch renumbered = imported(QStringLiteral("Third"), 1, TestRecords::userIR(2));
-        renumbered.patchData->pos = 9;
+        renumbered.records->patchData.pos = 9;
         library.appendNew({patch, imported(QStringLiteral("Second"), 1, userIR), renumbered,
             imported(QStringLiteral("Lead"), 2, userIR), imported(QStringLiteral("No IR"), 1),
             imported(QStringLiteral("Other IR"), 1, TestRecords::userIR(1, 5)), stored(7, QStringLiteral("No data"))});

@@ -34,13 +34,13 @@ struct Model {
     /// The row of the very patch: by one of the ids that it may have, or else the first that holds the same.
     qsizetype knownRow(const VelgorPatch &patch) const
     {
-        if (!patch.patchData) {
+        if (!patch.records) {
             return positionOf(patch.id());
         }
         const auto isSame = [&patch](const VelgorPatch &held) {
-            return held.patchData
-                ? held.patchData->name == patch.patchData->name && held.patchData->data == patch.patchData->data
-                : held.id() == patch.id();
+            return held.records ? held.records->patchData.name == patch.records->patchData.name
+                    && held.records->patchData.data == patch.records->patchData.data
+                                : held.id() == patch.id();
         };
         QList<quint64> ids{patch.id(), VelgorPatch::staticSimpleHash(patch), PatchIdentity::freshId(patch, 1)};
         for (quint32 attempt = 2; positionOf(ids.last()) >= 0; ++attempt) {
@@ -59,7 +59,7 @@ struct Model {
     quint64 freeId(const VelgorPatch &patch) const
     {
         quint64 id = patch.id();
-        if (positionOf(id) >= 0 && patch.patchData) {
+        if (positionOf(id) >= 0 && patch.records) {
             id = VelgorPatch::staticSimpleHash(patch);
         }
         for (quint32 attempt = 1; positionOf(id) >= 0; ++attempt) {
@@ -84,9 +84,7 @@ struct Model {
         } else if (duplicate) {
             // The copy's id may be random: the caller takes the copy over from the library and checks it.
         } else if (replace) {
-            patches[at].patchData = patch.patchData;
-            patches[at].userIRData = patch.userIRData;
-            patches[at].headerData = patch.headerData;
+            patches[at].records = patch.records;
         }
         saveOrder();
     }
@@ -352,11 +350,11 @@ private:
         QCOMPARE(library.patches().size(), before + 1);
         const VelgorPatch &copy = library.patches().last();
         const QString &name = copy.name;
-        if (source.patchData && source.userIRData) {
+        if (source.records) {
             QCOMPARE(name, model.newNameFor(foundName));
             const quint64 hash = VelgorPatch::staticSimpleHash(source, name);
             QVERIFY(copy.id() == hash || model.positionOf(hash) >= 0);
-            QCOMPARE(copy.patchData->name, name);
+            QCOMPARE(copy.records->patchData.name, name);
         } else {
             QCOMPARE(name, source.name);
         }

@@ -37,7 +37,7 @@ private Q_SLOTS:
         QVERIFY(std::abs(patch.date.seconds - ReferenceDate::now().seconds) < 60);
         QVERIFY(!patch.guitar && !patch.bass && !patch.clean && !patch.crunch && !patch.drive && !patch.higain);
         QVERIFY(!patch.rythm && !patch.solo && !patch.empty);
-        QVERIFY(!patch.patchData && !patch.userIRData && !patch.headerData);
+        QVERIFY(!patch.records);
     }
 
     void randomIdsAreFreshAndNeverNegative()
@@ -62,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(patch.id(), record.simpleHash() ^ userIR.simpleHash());
         QCOMPARE(patch.name, QStringLiteral("Lead"));
         QCOMPARE(patch.version, QStringLiteral("V1.21"));
-        QVERIFY(patch.patchData == record && patch.userIRData == userIR && patch.headerData == header);
+        QVERIFY(patch.records == (PresetRecords{record, userIR, header}));
         QVERIFY(patch.comment.isEmpty() && !patch.guitar && !patch.solo && !patch.empty);
         QVERIFY(std::abs(patch.date.seconds - ReferenceDate::now().seconds) < 60);
     }
@@ -128,14 +128,14 @@ private Q_SLOTS:
     {
         const VelgorPatch from = fullPatch();
         const VelgorPatch copy = VelgorPatch::copyNamed(from, QStringLiteral("Lead-1"));
-        SPatch record = *from.patchData;
+        SPatch record = from.records->patchData;
         record.name = QStringLiteral("Lead-1");
-        QCOMPARE(copy.id(), record.simpleHash() ^ from.userIRData->simpleHash());
+        QCOMPARE(copy.id(), record.simpleHash() ^ from.records->userIRData.simpleHash());
         VelgorPatch expected = from.withId(copy.id());
         expected.name = QStringLiteral("Lead-1");
-        expected.patchData = record;
+        expected.records->patchData = record;
         QVERIFY(TestPatches::isIdentical(copy, expected));
-        QCOMPARE(from.patchData->name, QStringLiteral("Lead"));
+        QCOMPARE(from.records->patchData.name, QStringLiteral("Lead"));
     }
 
     void copyUnderItsOwnNameKeepsTheId()
@@ -163,27 +163,15 @@ private Q_SLOTS:
         QVERIFY(TestPatches::isIdentical(copy.withId(from.id()), from));
     }
 
-    void copyOfHalfAPatchKeepsItsName_data()
+    void copyWithoutRecordsKeepsItsName()
     {
-        QTest::addColumn<bool>("hasPatch");
-        QTest::newRow("without user IR record") << true;
-        QTest::newRow("without patch block") << false;
-    }
-
-    void copyOfHalfAPatchKeepsItsName()
-    {
-        QFETCH(const bool, hasPatch);
         VelgorPatch from = fullPatch();
-        if (hasPatch) {
-            from.userIRData.reset();
-        } else {
-            from.patchData.reset();
-        }
+        from.records.reset();
         const VelgorPatch copy = VelgorPatch::copyNamed(from, QStringLiteral("Other"));
         QCOMPARE(copy.name, QStringLiteral("Lead"));
         QVERIFY(copy.id() != from.id());
         QVERIFY(copy == from);
-        QVERIFY(copy.userIRData == from.userIRData && copy.headerData == from.headerData);
+        QVERIFY(!copy.records);
     }
 
     void equalityComparesWhatTheUserSees_data()
@@ -198,9 +186,7 @@ private Q_SLOTS:
         row("nothing", true, [](VelgorPatch &) {});
         row("id", true, [](VelgorPatch &patch) { patch = patch.withId(patch.id() + 1); });
         row("empty", true, [](VelgorPatch &patch) { patch.empty = !patch.empty; });
-        row("patch data", true, [](VelgorPatch &patch) { patch.patchData.reset(); });
-        row("user IR data", true, [](VelgorPatch &patch) { patch.userIRData.reset(); });
-        row("header data", true, [](VelgorPatch &patch) { patch.headerData.reset(); });
+        row("preset data", true, [](VelgorPatch &patch) { patch.records.reset(); });
         row("name", false, [](VelgorPatch &patch) { patch.name = QStringLiteral("lead"); });
         row("comment", false, [](VelgorPatch &patch) { patch.comment += u' '; });
         row("version", false, [](VelgorPatch &patch) { patch.version = QStringLiteral("v1.20"); });
@@ -234,17 +220,10 @@ private Q_SLOTS:
         QCOMPARE(patch.soundHash(), std::optional(VelgorPatch::staticSimpleHash(patch, QString())));
     }
 
-    void absentUserIRHashesLikeThePlaceholder()
-    {
-        const SPatch record = TestRecords::patch(QStringLiteral("Lead"));
-        QCOMPARE(VelgorPatch::staticSimpleHash(record, std::nullopt), VelgorPatch::staticSimpleHash(record, SUserIR()));
-    }
-
     void hashWithoutPatchRecordIsRandom()
     {
-        const std::optional<SUserIR> userIR = TestRecords::userIR(1);
-        QVERIFY(
-            VelgorPatch::staticSimpleHash(std::nullopt, userIR) != VelgorPatch::staticSimpleHash(std::nullopt, userIR));
+        const VelgorPatch bare(QStringLiteral("Lead"), false);
+        QVERIFY(VelgorPatch::staticSimpleHash(bare) != VelgorPatch::staticSimpleHash(bare));
         const std::optional<VelgorPatch> none;
         QVERIFY(VelgorPatch::staticSimpleHash(none) != VelgorPatch::staticSimpleHash(none));
         QVERIFY(!VelgorPatch(QString(), false).soundHash());
@@ -254,7 +233,7 @@ private Q_SLOTS:
     {
         const VelgorPatch first = fullPatch();
         VelgorPatch second = first;
-        second.patchData->data[0] = static_cast<char>(second.patchData->data.at(0) + 1);
+        second.records->patchData.data[0] = static_cast<char>(second.records->patchData.data.at(0) + 1);
         second.comment += u'!';
         QVERIFY(TestPatches::isIdentical(first, fullPatch()));
     }
@@ -262,15 +241,13 @@ private Q_SLOTS:
     void jsonNeverContainsPresetBytes()
     {
         VelgorPatch patch = fullPatch();
-        patch.patchData->data = "PRESETBYTES";
-        patch.userIRData->data = "IRBYTES";
-        patch.headerData->filler.fill('F');
+        patch.records->patchData.data = "PRESETBYTES";
+        patch.records->userIRData.data = "IRBYTES";
+        patch.records->headerData.filler.fill('F');
         const QByteArray text = LibraryJson::encodePatch(patch);
         QVERIFY(!text.contains("PRESETBYTES") && !text.contains("IRBYTES") && !text.contains("FFFF"));
         QVERIFY(!text.contains("Data"));
-        patch.patchData.reset();
-        patch.userIRData.reset();
-        patch.headerData.reset();
+        patch.records.reset();
         QCOMPARE(LibraryJson::encodePatch(patch), text);
     }
 };

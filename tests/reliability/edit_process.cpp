@@ -30,9 +30,9 @@ QByteArray hashOf(const VelgorLibrary &library)
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(LibraryJson::encode(content));
     for (const VelgorPatch &patch : content.patches) {
-        hash.addData(patch.patchData->data);
+        hash.addData(patch.records->patchData.data);
         // The number in front of an impulse response is the place in a file.
-        hash.addData(patch.userIRData->data.mid(SUserIR::numberSize));
+        hash.addData(patch.records->userIRData.data.mid(SUserIR::numberSize));
     }
     return hash.result().toHex();
 }

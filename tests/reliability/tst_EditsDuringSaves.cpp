@@ -39,7 +39,7 @@ std::string hashOf(const QList<VelgorPatch> &patches, std::optional<quint64> def
     QCryptographicHash hash(QCryptographicHash::Sha256);
     hash.addData(LibraryJson::encode({patches, defaultPatch}));
     for (const VelgorPatch &patch : patches) {
-        hash.addData(patch.patchData ? patch.patchData->data : QByteArray("none"));
+        hash.addData(patch.records ? patch.records->patchData.data : QByteArray("none"));
     }
     return hash.result().toStdString();
 }

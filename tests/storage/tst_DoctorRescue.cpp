@@ -59,7 +59,7 @@ private Q_SLOTS:
         QVERIFY(examine(directory).findings.isEmpty());
         const VelgorPatch adopted = loaded(directory).last();
         QCOMPARE(adopted.id(), m_lead.id());
-        QCOMPARE(adopted.patchData, m_lead.patchData);
+        QCOMPARE(adopted.records->patchData, m_lead.records->patchData);
     }
 
     void adoptedFileGetsBackWhatAFormerLibraryFileKnows()
@@ -178,7 +178,7 @@ private Q_SLOTS:
         QCOMPARE(patches.size(), 1);
         QTEST(patches.first().name, "found");
         QCOMPARE(patches.first().id(), m_lead.id());
-        QCOMPARE(patches.first().patchData, m_lead.patchData);
+        QCOMPARE(patches.first().records->patchData, m_lead.records->patchData);
         QVERIFY(directory.has(fileOf(named)));
         QVERIFY(examine(directory).findings.isEmpty());
     }
@@ -225,7 +225,7 @@ private Q_SLOTS:
         QCOMPARE(patches.size(), 4);
         QVERIFY(areIdentical(patches.first(3), m_three.patches));
         QCOMPARE(patches.last().id(), unknown.id());
-        QCOMPARE(patches.last().patchData, unknown.patchData);
+        QCOMPARE(patches.last().records->patchData, unknown.records->patchData);
         QVERIFY(directory.has(fileOf(unknown)));
     }
 

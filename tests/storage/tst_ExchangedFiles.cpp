@@ -109,7 +109,8 @@ private Q_SLOTS:
         QTest::newRow("with a fresh id") << clean().withId(PatchIdentity::freshId(clean(), 2));
         for (const QString &ending :
             {QStringLiteral("-1"), QStringLiteral("-12"), QStringLiteral("4"), QStringLiteral("40")}) {
-            VelgorPatch copy = full.withId(VelgorPatch::staticSimpleHash(full, QString(full.patchData->name + ending)));
+            VelgorPatch copy =
+                full.withId(VelgorPatch::staticSimpleHash(full, QString(full.records->patchData.name + ending)));
             copy.name = QStringLiteral("renamed since");
             QTest::addRow("a copy whose name was too long by %s", qUtf8Printable(ending)) << copy;
         }
@@ -119,7 +120,7 @@ private Q_SLOTS:
         QFETCH(const VelgorPatch, entry);
         const LibraryDirectory directory;
         QList<VelgorPatch> patches{entry};
-        const VelgorPatch twin(*entry.patchData, *entry.userIRData, *entry.headerData);
+        const VelgorPatch twin(entry.records->patchData, entry.records->userIRData, entry.records->headerData);
         if (twin.id() != entry.id()) {
             patches.append(twin);
         }
@@ -148,11 +149,12 @@ private Q_SLOTS:
         QTest::addColumn<VelgorPatch>("second");
         QTest::newRow("names that hash alike")
             << imported(QStringLiteral("Glacier-1"), 5) << imported(QStringLiteral("Glacier-2"), 5);
-        SPatch other = *lead().patchData;
+        SPatch other = lead().records->patchData;
         // The hash folds eight bytes onto eight.
         other.data[0] = static_cast<char>(other.data.at(0) ^ 1);
         other.data[8] = static_cast<char>(other.data.at(8) ^ 1);
-        QTest::newRow("sounds that hash alike") << lead() << VelgorPatch(other, *lead().userIRData, *lead().headerData);
+        QTest::newRow("sounds that hash alike")
+            << lead() << VelgorPatch(other, lead().records->userIRData, lead().records->headerData);
     }
     static void exchangedFilesOfPatchesThatHashAlikeAreTold()
     {
@@ -183,7 +185,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, {{lead(), clean(), imported(QStringLiteral("Bells"), 3)}, std::nullopt}).hasError());
         QByteArray bytes = patchBytes(lead());
-        const qsizetype sound = bytes.indexOf(lead().patchData->data);
+        const qsizetype sound = bytes.indexOf(lead().records->patchData.data);
         bytes[sound] = static_cast<char>(bytes.at(sound) ^ 1);
         const auto read = SPresetFile::fromData(bytes);
         QVERIFY(read);

@@ -182,8 +182,8 @@ private Q_SLOTS:
         const VelgorPatch other = imported(QStringLiteral("Other"), 9);
         QTest::newRow("patch that is nowhere else")
             << patchBytes(other) << static_cast<int>(Kind::FileOfOtherContent) << true << QStringLiteral("\"Other\"");
-        const QByteArray list =
-            TestRecords::fileBytes({*m_lead.patchData, *other.patchData}, {*m_lead.userIRData, *other.userIRData});
+        const QByteArray list = TestRecords::fileBytes({m_lead.records->patchData, other.records->patchData},
+            {m_lead.records->userIRData, other.records->userIRData});
         QTest::newRow("list") << list << static_cast<int>(Kind::UnreadableFile) << false
                               << QStringLiteral("a list of 2 patches");
         QTest::newRow("damaged") << QByteArray("damaged") << static_cast<int>(Kind::UnreadableFile) << false

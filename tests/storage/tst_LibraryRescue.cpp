@@ -101,7 +101,7 @@ private Q_SLOTS:
         directory.write(foreign, patchBytes(three().patches.at(2)));
         std::ignore = run(directory, [](QList<VelgorPatch> &patches) { patches[0].name = QStringLiteral("New"); });
         QVERIFY(directory.has(QStringLiteral("lib-New.42.prst")) && directory.has(foreign));
-        QCOMPARE(loaded(directory).first().patchData->data, three().patches.first().patchData->data);
+        QCOMPARE(loaded(directory).first().records->patchData.data, three().patches.first().records->patchData.data);
         QCOMPARE(directory.read(foreign), patchBytes(three().patches.at(2)));
     }
 

@@ -60,8 +60,8 @@ Json factsOf(const VelgorPatch &patch)
         {"comment", patch.comment.toStdString()}, {"version", patch.version.toStdString()},
         {"date", patch.date.seconds}, {"guitar", patch.guitar}, {"bass", patch.bass}, {"clean", patch.clean},
         {"crunch", patch.crunch}, {"drive", patch.drive}, {"higain", patch.higain}, {"rythm", patch.rythm},
-        {"solo", patch.solo}, {"empty", patch.empty}, {"hasData", patch.patchData.has_value()},
-        {"dataName", patch.patchData ? Json(patch.patchData->name.toStdString()) : Json(nullptr)}};
+        {"solo", patch.solo}, {"empty", patch.empty}, {"hasData", patch.records.has_value()},
+        {"dataName", patch.records ? Json(patch.records->patchData.name.toStdString()) : Json(nullptr)}};
 }
 
 } // namespace

@@ -54,7 +54,7 @@ VelgorPatch randomPatch(QRandomGenerator &random)
 bool isSameWhenStored(const VelgorPatch &stored, const VelgorPatch &loaded)
 {
     VelgorPatch expected = stored;
-    expected.patchData->name = PatchName::fitted(stored.patchData->name);
+    expected.records->patchData.name = PatchName::fitted(stored.records->patchData.name);
     return TestPatches::isIdentical(expected, loaded);
 }
 

@@ -65,7 +65,7 @@ private Q_SLOTS:
         QCOMPARE(directory.stamps().value(QStringLiteral("lib-New.42.prst")).section(u' ', 0, 0), number);
         QVERIFY(directory.read(libraryFile).contains("\"New\""));
         // The record inside stays as it was hashed.
-        QCOMPARE(loaded(directory).first().patchData->name, QStringLiteral("Old"));
+        QCOMPARE(loaded(directory).first().records->patchData.name, QStringLiteral("Old"));
     }
 
     void patchesCanSwapTheirNames()
@@ -304,7 +304,7 @@ private Q_SLOTS:
         QVERIFY(!save(directory, three()).hasError());
         LibraryWriteState state = stateOf(directory);
         VelgorPatch unread = three().patches.at(1);
-        unread.patchData.reset();
+        unread.records.reset();
         state.unread = {.patches = {{unread.id(), unread}}, .order = TestPatches::ids(three().patches)};
         LibraryJson::Content rest = three();
         rest.patches.removeAt(1);

@@ -33,9 +33,9 @@ private Q_SLOTS:
         QCOMPARE(TestPatches::names(patches), TestPatches::names({first, second, third}));
         QCOMPARE(patches.at(0).id(), quint64(42));
         QVERIFY(patches.at(1).id() != 42 && patches.at(2).id() != 42 && patches.at(1).id() != patches.at(2).id());
-        QCOMPARE(patches.at(0).patchData, first.patchData);
-        QCOMPARE(patches.at(1).patchData, second.patchData);
-        QCOMPARE(patches.at(2).patchData, third.patchData);
+        QCOMPARE(patches.at(0).records->patchData, first.records->patchData);
+        QCOMPARE(patches.at(1).records->patchData, second.records->patchData);
+        QCOMPARE(patches.at(2).records->patchData, third.records->patchData);
 
         QVERIFY(!save(directory, {patches, std::nullopt}, stateAfter(result)).hasError());
         QVERIFY(areIdentical(loaded(directory), patches));

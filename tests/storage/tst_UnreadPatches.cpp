@@ -23,7 +23,7 @@ UnreadPatches oddOnes()
         unread.order.append(id);
         if (id % 2 == 1) {
             VelgorPatch entry = patch(QString::number(id), id);
-            entry.patchData.reset();
+            entry.records.reset();
             unread.patches.insert(id, entry);
         }
     }

@@ -39,7 +39,7 @@ void addOtherBytes()
 {
     QTest::addColumn<QByteArray>("bytes");
     const QByteArray good = patchBytes(lead());
-    const SPatch record = *lead().patchData;
+    const SPatch record = lead().records->patchData;
     const SPatch other = TestRecords::patch(QStringLiteral("Other"), 7);
     constexpr qsizetype inTheSound = 100;
     constexpr qsizetype inTheVersion = 9;
@@ -235,7 +235,8 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         const QByteArray text = directory.read(LibraryFileNames::libraryFile());
-        const QByteArray list = TestRecords::fileBytes({*lead().patchData, TestRecords::patch(QStringLiteral("x"), 7)});
+        const QByteArray list =
+            TestRecords::fileBytes({lead().records->patchData, TestRecords::patch(QStringLiteral("x"), 7)});
         directory.write(leadFile, list);
         LibraryStorageManager storage(directory.path());
         const auto library = storage.decodeLibrary();

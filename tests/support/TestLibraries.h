@@ -25,7 +25,7 @@ inline VelgorPatch patch(const QString &name, quint64 id, int seed = 1, const SU
 inline VelgorPatch imported(const QString &name, int seed)
 {
     const VelgorPatch any = patch(name, 1, seed);
-    VelgorPatch patch(*any.patchData, *any.userIRData, *any.headerData);
+    VelgorPatch patch(any.records->patchData, any.records->userIRData, any.records->headerData);
     patch.date = any.date;
     patch.comment = QStringLiteral("words about ") + name;
     patch.guitar = true;
@@ -48,7 +48,7 @@ inline LibraryJson::Content one(const QString &name)
 /// The bytes of a patch's own file.
 inline QByteArray patchBytes(const VelgorPatch &patch)
 {
-    return TestRecords::fileBytes({*patch.patchData}, {*patch.userIRData});
+    return TestRecords::fileBytes({patch.records->patchData}, {patch.records->userIRData});
 }
 
 /// What a program remembers that has just read or written the library file.

@@ -45,8 +45,7 @@ inline QList<quint64> ids(const QList<VelgorPatch> &patches)
 /// Every field, and not only what operator== compares.
 inline bool isIdentical(const VelgorPatch &a, const VelgorPatch &b)
 {
-    return a == b && a.id() == b.id() && a.empty == b.empty && a.patchData == b.patchData
-        && a.userIRData == b.userIRData && a.headerData == b.headerData;
+    return a == b && a.id() == b.id() && a.empty == b.empty && a.records == b.records;
 }
 
 /// Up to `longest` characters from everywhere in Unicode, with those among them that formats tend to lose.

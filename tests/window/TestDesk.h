@@ -63,7 +63,7 @@ struct TestDesk {
     {
         QList<SPatch> records;
         for (const QString &name : names.split(u' ')) {
-            records.append(*patch(name).patchData);
+            records.append(patch(name).records->patchData);
         }
         content.populate(TestRecords::file(records));
         content.setSelections({content.velgorContentPatchList().first().id});

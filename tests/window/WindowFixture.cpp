@@ -128,7 +128,7 @@ QString WindowFixture::presetFile(const QString &file, const QString &patches) c
 {
     QList<SPatch> records;
     for (const QString &name : patches.split(u' ')) {
-        records.append(*patch(name).patchData);
+        records.append(patch(name).records->patchData);
     }
     const QString path = m_parentPath + u'/' + file;
     const QByteArray bytes = TestRecords::fileBytes(records);

@@ -42,7 +42,7 @@ private Q_SLOTS:
         VelgorPatch patch =
             TestPatches::imported(QStringLiteral("Night Bus Lead, the long one"), 1, TestRecords::userIR(7), "V1.21")
                 .withId(10174403265523189047U);
-        patch.headerData->tailBit = 0x5A;
+        patch.records->headerData.tailBit = 0x5A;
         patch.date.seconds = 700'000'000;
         DetailFixture details({patch});
         details.content.createNew(patch);

@@ -35,12 +35,13 @@ QString soundHashText(const std::optional<quint64> &hash)
     return digits;
 }
 
-QString tailBitText(const std::optional<SHeaderDesc> &header)
+QString tailBitText(const std::optional<PresetRecords> &records)
 {
-    if (!header) {
+    if (!records) {
         return unknown();
     }
-    return QStringLiteral("0x") + QStringLiteral("%1").arg(header->tailBit, 2, 16, QLatin1Char('0')).toUpper();
+    return QStringLiteral("0x")
+        + QStringLiteral("%1").arg(records->headerData.tailBit, 2, 16, QLatin1Char('0')).toUpper();
 }
 
 } // namespace
@@ -119,6 +120,6 @@ void PatchTechnicalView::showPatch(const VelgorPatch &patch)
     m_badge->setVersion(patch.version);
     m_version->setValue(FirmwareBadge::shownVersion(patch.version));
     m_soundHash->setValue(soundHashText(patch.soundHash()));
-    m_tailBit->setValue(tailBitText(patch.headerData));
+    m_tailBit->setValue(tailBitText(patch.records));
     m_id->setValue(QString::number(patch.id()));
 }

@@ -149,7 +149,7 @@ private Q_SLOTS:
         const QString target = m_directory->parentPath() + QStringLiteral("/a/exported.prst");
         QVERIFY2(handler.exportTo({patch}, target), qPrintable(handler.problem()));
         const auto exported = handler.read(target);
-        QVERIFY(exported && exported->patches.first().data == content.patches.first().patchData->data);
+        QVERIFY(exported && exported->patches.first().data == content.patches.first().records->patchData.data);
         QVERIFY(QFile::remove(target));
         QCOMPARE(outside(), m_outside);
 

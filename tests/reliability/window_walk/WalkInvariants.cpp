@@ -77,7 +77,7 @@ QString libraryWrong(const VelgorLibrary &library)
         if (!found || found->index != row || ids.contains(patch.id())) {
             return QStringLiteral("\"%1\" is not found by its id").arg(patch.name);
         }
-        if (patch.empty ? library.patches().size() != 1 : !patch.patchData.has_value()) {
+        if (patch.empty ? library.patches().size() != 1 : !patch.records.has_value()) {
             return QStringLiteral("\"%1\" has no sound").arg(patch.name);
         }
         ids.insert(patch.id());
