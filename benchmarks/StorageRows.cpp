@@ -26,9 +26,10 @@ void load(benchmark::State &state)
         state, "load", {.ratio = 2.0, .patches = many, .growth = 18},
         [&] {
             LibraryStorageManager storage(directory);
-            std::unique_ptr<VelgorLibrary> library;
-            const double seconds = secondsOf([&] { library = storage.decodeLibrary(); });
-            if (!library || library->count() != state.range(0)) {
+            VelgorLibrary library;
+            const double seconds =
+                secondsOf([&] { library.takeOver(storage.decodeLibrary().value_or(LibraryState())); });
+            if (library.count() != state.range(0)) {
                 state.SkipWithError("the library was not loaded");
             }
             return seconds;

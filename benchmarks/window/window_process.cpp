@@ -37,7 +37,7 @@ int make(const QString &directory, qsizetype patches)
 int makeRecords(const QString &directory)
 {
     LibraryStorageManager storage(directory);
-    const std::unique_ptr<VelgorLibrary> loaded = storage.decodeLibrary();
+    const std::optional<LibraryState> loaded = storage.decodeLibrary();
     if (!loaded) {
         return 1;
     }

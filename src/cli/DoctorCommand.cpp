@@ -100,7 +100,7 @@ int restore(const Arguments &arguments)
         return Output::fail(
             DoctorCommand::tr("none of its patches has a file that could be read; nothing was changed"));
     }
-    session.library().takeOver(VelgorLibrary(preview->patches, preview->defaultPatch));
+    session.library().takeOver({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
     session.storage().keepLibraryFile();
     const int status = session.save();
     if (status == Done) {

@@ -64,7 +64,6 @@ bool LibrarySession::open(Access access)
             Output::fail(tr("%1: there is no such library directory").arg(directory));
             return false;
         }
-        m_library = std::make_unique<VelgorLibrary>();
         return true;
     }
     if (access == Access::Create) {
@@ -78,7 +77,7 @@ bool LibrarySession::open(Access access)
     if (isChange && !lock()) {
         return false;
     }
-    load(access);
+    const std::optional<LibraryState> loaded = load(access);
     const bool isRescue = (access == Access::Rescue || access == Access::Inspect) && m_storage.readError();
     if (!m_storage.readProblem().isEmpty() && !isRescue) {
         Output::fail(m_storage.readProblem());
@@ -96,30 +95,31 @@ bool LibrarySession::open(Access access)
     if (access != Access::Inspect && access != Access::Rescue) {
         warnOfDoubtfulPatches();
     }
-    if (!m_library) {
+    if (loaded) {
+        m_library.takeOver(*loaded);
+    } else {
         warnOfOrphans();
-        m_library = std::make_unique<VelgorLibrary>();
     }
-    m_library->setAwaited(m_storage.awaitedPatches());
+    m_library.setAwaited(m_storage.awaitedPatches());
     return true;
 }
 
-void LibrarySession::load(Access access)
+std::optional<LibraryState> LibrarySession::load(Access access)
 {
     constexpr int attempts = 6;
     constexpr std::chrono::milliseconds pause(50);
     const QDir directory(m_storage.libDirectory());
     const QString file = directory.filePath(LibraryFileNames::libraryFile());
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+    for (int attempt = 1;; ++attempt) {
         const QDateTime before = QFileInfo(file).lastModified();
-        m_library = m_storage.decodeLibrary();
+        std::optional<LibraryState> loaded = m_storage.decodeLibrary();
         const bool isWhole = m_storage.droppedPatches().isEmpty() && m_storage.readProblem().isEmpty();
         // Without a lock, reading may fall into another program's change and miss files that are about to be there.
         const bool isChanging =
             directory.exists(LibraryFileNames::lockFile()) || QFileInfo(file).lastModified() != before;
         const bool isLocked = access != Access::Read && access != Access::Inspect;
-        if (isLocked || isWhole || !isChanging) {
-            return;
+        if (isLocked || isWhole || !isChanging || attempt == attempts) {
+            return loaded;
         }
         std::this_thread::sleep_for(pause);
     }
@@ -165,7 +165,7 @@ std::optional<VelgorPatch> LibrarySession::patch(const QString &id) const
     static const QRegularExpression digits(QStringLiteral("^[0-9]+\\z"));
     bool isNumber = false;
     const quint64 value = digits.match(id).hasMatch() ? id.toULongLong(&isNumber) : 0;
-    const auto found = m_library->getPatchFromId(isNumber ? std::optional(value) : std::nullopt);
+    const auto found = m_library.getPatchFromId(isNumber ? std::optional(value) : std::nullopt);
     if (isNumber && !found && m_storage.awaitedPatches().patches.contains(value)) {
         Output::fail(tr("patch %1 was left out, as its file cannot be read").arg(id));
         return std::nullopt;
@@ -192,7 +192,7 @@ std::optional<QList<VelgorPatch>> LibrarySession::patches(const QStringList &ids
 
 int LibrarySession::save()
 {
-    m_storage.save(*m_library);
+    m_storage.save(m_library);
     return report();
 }
 

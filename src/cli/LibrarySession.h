@@ -34,7 +34,7 @@ public:
     /// Loads the library. On failure says why on standard error and returns false; nothing was touched then.
     [[nodiscard]] bool open(Access access);
 
-    [[nodiscard]] VelgorLibrary &library() { return *m_library; }
+    [[nodiscard]] VelgorLibrary &library() { return m_library; }
     [[nodiscard]] LibraryStorageManager &storage() { return m_storage; }
 
     /// The patch with the id that a user typed. Says on standard error what is wrong with an id that has none.
@@ -50,7 +50,7 @@ public:
 private:
     [[nodiscard]] bool isUsable(FileExistence found) const;
     [[nodiscard]] bool lock();
-    void load(Access access);
+    [[nodiscard]] std::optional<LibraryState> load(Access access);
     void warnOfDoubtfulPatches() const;
     void warnOfOrphans() const;
 
@@ -58,6 +58,6 @@ private:
     bool m_isNameEmpty;
     LibraryStorageManager m_storage;
     std::unique_ptr<LibraryLock> m_lock;
-    std::unique_ptr<VelgorLibrary> m_library;
+    VelgorLibrary m_library;
     QList<quint64> m_removalsDueBefore; ///< left by former commands, whose concern they were
 };

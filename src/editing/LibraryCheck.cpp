@@ -101,7 +101,7 @@ bool LibraryCheck::restore(const QString &file)
     if (!former || former->patches.isEmpty()) {
         return false;
     }
-    m_library.takeOver(VelgorLibrary(former->patches, former->defaultPatch));
+    m_library.takeOver({.patches = former->patches, .defaultPatch = former->defaultPatch});
     m_storage.keepLibraryFile();
     m_storage.save(m_library);
     return true;

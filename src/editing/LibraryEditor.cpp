@@ -26,7 +26,7 @@ void LibraryEditor::edit(const VelgorPatch &patch)
     changed(patch.id());
 }
 
-void LibraryEditor::takeLoaded(const VelgorLibrary *loaded, const AwaitedPatches &awaited)
+void LibraryEditor::takeLoaded(const std::optional<LibraryState> &loaded, const AwaitedPatches &awaited)
 {
     if (loaded) {
         m_library.takeOver(*loaded);

@@ -91,7 +91,7 @@ QByteArray encodePatch(const VelgorPatch &patch, PatchFields::Rows rows)
     return text;
 }
 
-QByteArray encode(const Content &library, PatchFields::Rows rows)
+QByteArray encode(const LibraryState &library, PatchFields::Rows rows)
 {
     const QList<Member> members = membersOf(rows);
     QByteArray text;
@@ -109,7 +109,7 @@ QByteArray encode(const Content &library, PatchFields::Rows rows)
     return text;
 }
 
-std::optional<Content> decode(const QByteArray &text, PatchFields::Rows rows)
+std::optional<LibraryState> decode(const QByteArray &text, PatchFields::Rows rows)
 {
     // The parser would take a zero byte for the end of the text, and a file with a tail of zeros for a whole one.
     if (text.contains('\0')) {

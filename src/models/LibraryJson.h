@@ -12,15 +12,13 @@
 /// Preset data is never part of it.
 namespace LibraryJson {
 
-using Content = LibraryState;
-
-[[nodiscard]] QByteArray encode(const Content &library, PatchFields::Rows rows = PatchFields::all());
+[[nodiscard]] QByteArray encode(const LibraryState &library, PatchFields::Rows rows = PatchFields::all());
 /// One patch as the object that stands in the library file.
 [[nodiscard]] QByteArray encodePatch(const VelgorPatch &patch, PatchFields::Rows rows = PatchFields::all());
 
 /// Nothing when the text is not JSON, has no list of patches, or any patch lacks a required key or has one of another
 /// type. A default patch that is missing or no id is left out silently; keys that are not known are skipped. Of the
 /// second and the third, `hasUnknown` tells.
-[[nodiscard]] std::optional<Content> decode(const QByteArray &text, PatchFields::Rows rows = PatchFields::all());
+[[nodiscard]] std::optional<LibraryState> decode(const QByteArray &text, PatchFields::Rows rows = PatchFields::all());
 
 } // namespace LibraryJson

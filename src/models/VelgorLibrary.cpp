@@ -60,21 +60,18 @@ void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
     setObservable(this, m_deleteConfirm, deleteConfirm, &VelgorLibrary::deleteConfirmChanged);
 }
 
-void VelgorLibrary::takeOver(const VelgorLibrary &loaded)
+void VelgorLibrary::takeOver(const LibraryState &loaded)
 {
-    if (&loaded == this) {
-        return;
-    }
     Q_EMIT aboutToBeReset();
-    m_patches = loaded.m_patches;
+    m_patches = loaded.patches;
     m_patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
     if (m_patches.isEmpty()) {
         m_patches.append(placeholder());
     }
     m_index.invalidate();
     countEmpty();
-    m_order = loaded.m_order;
-    m_orderIsList = loaded.m_orderIsList && count() > 0;
+    m_order.clear();
+    m_orderIsList = count() > 0;
     m_isSorted = false;
     QList<void (VelgorLibrary::*)()> changes;
     const auto assign = [&changes](auto &member, const auto &value, void (VelgorLibrary::*changed)()) {
@@ -89,7 +86,7 @@ void VelgorLibrary::takeOver(const VelgorLibrary &loaded)
     assign(m_multiSelections, MultiSelections(), &VelgorLibrary::multiSelectionsChanged);
     assign(m_deleteConfirm, false, &VelgorLibrary::deleteConfirmChanged);
     assign(m_inverseSort, TripleBool::tripleFalse, &VelgorLibrary::inverseSortChanged);
-    assign(m_defaultPatch, loaded.m_defaultPatch, &VelgorLibrary::defaultPatchChanged);
+    assign(m_defaultPatch, loaded.defaultPatch, &VelgorLibrary::defaultPatchChanged);
     Q_EMIT wasReset();
     for (const auto changed : changes) {
         Q_EMIT(this->*changed)();

@@ -12,7 +12,7 @@ namespace KeptLibraries {
 
 namespace {
 
-std::optional<LibraryJson::Content> contentOf(const QString &path)
+std::optional<LibraryState> contentOf(const QString &path)
 {
     const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
     return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
@@ -65,9 +65,9 @@ Found find(const QString &directory)
     return found;
 }
 
-std::optional<Preview> preview(const QString &directory, const QString &file, const LibraryJson::Content &present)
+std::optional<Preview> preview(const QString &directory, const QString &file, const LibraryState &present)
 {
-    const std::optional<LibraryJson::Content> content = contentOf(directory + u'/' + file);
+    const std::optional<LibraryState> content = contentOf(directory + u'/' + file);
     if (!content) {
         return std::nullopt;
     }
@@ -83,8 +83,8 @@ std::optional<Preview> preview(const QString &directory, const QString &file, co
         }
     }
     if (loaded.library) {
-        result.patches = loaded.library->patches();
-        result.defaultPatch = loaded.library->defaultPatch();
+        result.patches = loaded.library->patches;
+        result.defaultPatch = loaded.library->defaultPatch;
     }
     const QHash<quint64, VelgorPatch> now = byId(present.patches);
     const QHash<quint64, VelgorPatch> then = byId(result.patches);

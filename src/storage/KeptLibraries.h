@@ -41,6 +41,6 @@ struct Preview {
 
 /// What restoring `file` would make of `present`; nothing when it cannot be read as a library file.
 [[nodiscard]] std::optional<Preview> preview(
-    const QString &directory, const QString &file, const LibraryJson::Content &present);
+    const QString &directory, const QString &file, const LibraryState &present);
 
 } // namespace KeptLibraries

@@ -111,7 +111,7 @@ void LibraryDoctor::noteLibraryFile(const LibraryLoadResult &loaded)
         add(LibraryFinding::Kind::DamagedLibraryFile, LibraryFileNames::libraryFile(), 0, {}, loaded.problem);
     }
     if (loaded.library) {
-        for (const VelgorPatch &patch : loaded.library->patches()) {
+        for (const VelgorPatch &patch : loaded.library->patches) {
             m_loaded.insert(patch.id(), patch);
         }
         m_damaged = loaded.damagedFiles;

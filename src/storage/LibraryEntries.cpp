@@ -24,12 +24,6 @@ LibraryEntries::LibraryEntries(const QList<VelgorPatch> &patches)
     }
 }
 
-QString LibraryEntries::nameOf(quint64 id) const
-{
-    const auto row = m_rows.constFind(id);
-    return row != m_rows.cend() ? m_patches.at(*row).name : QString();
-}
-
 LibraryEntries::Owner LibraryEntries::ownerOf(const VelgorPatch &read, const VelgorPatch &entry) const
 {
     const quint64 id = storedId(entry);

@@ -16,8 +16,8 @@ public:
     [[nodiscard]] bool hasFreshId(const VelgorPatch &patch) const { return m_storedIds.contains(patch.id()); }
     /// The id in the name of the patch's file.
     [[nodiscard]] quint64 storedId(const VelgorPatch &patch) const { return m_storedIds.value(patch.id(), patch.id()); }
-    /// The name that the library file gives the patch of this id; empty without such a patch.
-    [[nodiscard]] QString nameOf(quint64 id) const;
+    /// -1 for an id that no patch has.
+    [[nodiscard]] qsizetype rowOf(quint64 id) const { return m_rows.value(id, -1); }
     /// Whose patch was read for an entry.
     enum class Owner {
         Entry, ///< its id is the hash of what was read, or one of another kind that the patch may have got

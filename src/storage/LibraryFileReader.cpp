@@ -9,7 +9,7 @@
 
 #include <QFileInfo>
 
-std::optional<LibraryJson::Content> LibraryFileReader::read(LibraryLoadResult &result) const
+std::optional<LibraryState> LibraryFileReader::read(LibraryLoadResult &result) const
 {
     const QString path = pathOf(LibraryFileNames::libraryFile());
     const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
@@ -24,7 +24,7 @@ std::optional<LibraryJson::Content> LibraryFileReader::read(LibraryLoadResult &r
         }
         return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
     };
-    std::optional<LibraryJson::Content> content = decode(path);
+    std::optional<LibraryState> content = decode(path);
     result.leftovers.isCopySpare = content.has_value();
     if (content) {
         return content;

@@ -23,7 +23,7 @@ public:
 
     /// Nothing when neither can be read. What happened, and what the next save has to keep or to complete because of
     /// it, goes into `result`.
-    [[nodiscard]] std::optional<LibraryJson::Content> read(LibraryLoadResult &result) const;
+    [[nodiscard]] std::optional<LibraryState> read(LibraryLoadResult &result) const;
 
 private:
     /// What follows from there being neither a library file nor a copy that can be read. `file` is the last attempt.

@@ -39,7 +39,7 @@ struct LibraryFinding {
 struct KeptLibrary {
     QString file; ///< relative to the library directory
     QDateTime keptAt; ///< when it was kept, in UTC
-    std::optional<LibraryJson::Content> content; ///< nothing when it cannot be read
+    std::optional<LibraryState> content; ///< nothing when it cannot be read
 };
 
 /// What LibraryDoctor found.

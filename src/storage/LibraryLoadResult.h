@@ -1,8 +1,8 @@
 #pragma once
 
+#include "LibraryState.h"
 #include "LibrarySweeper.h"
 #include "LibraryWriteResult.h"
-#include "VelgorLibrary.h"
 
 #include <QHash>
 #include <QList>
@@ -10,11 +10,11 @@
 #include <QString>
 #include <QStringList>
 
-#include <memory>
+#include <optional>
 
 /// What loading a library directory gave.
 struct LibraryLoadResult {
-    std::unique_ptr<VelgorLibrary> library; ///< none for a new, empty or undecodable library
+    std::optional<LibraryState> library; ///< nothing for a new, empty or undecodable library
     bool readError = false; ///< the library file is there and could not be decoded, nor its copy
     QString problem; ///< why the library file could not be read or decoded; names the file; translated
     QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file

@@ -26,7 +26,7 @@ LibraryLoadResult LibraryLoader::load()
 {
     Diagnostics::printLine(QStringLiteral("Loading library from directory"));
     LibraryLoadResult result;
-    const std::optional<LibraryJson::Content> content = LibraryFileReader(m_directory).read(result);
+    const std::optional<LibraryState> content = LibraryFileReader(m_directory).read(result);
     result.leftovers.areKnown = result.problem.isEmpty();
     result.writeState.isJournalOrphaned = !result.leftovers.areKnown;
     readJournal();
@@ -36,11 +36,11 @@ LibraryLoadResult LibraryLoader::load()
     return result;
 }
 
-LibraryLoadResult LibraryLoader::loadEntries(const LibraryJson::Content &content)
+LibraryLoadResult LibraryLoader::loadEntries(const LibraryState &stored)
 {
     LibraryLoadResult result;
     readJournal();
-    fill(content, result);
+    fill(stored, result);
     return result;
 }
 
@@ -51,31 +51,36 @@ void LibraryLoader::readJournal()
     m_journal = file.bytes ? LibraryJournal::decode(*file.bytes).value_or(LibraryJournal()) : LibraryJournal();
 }
 
-void LibraryLoader::fill(const LibraryJson::Content &content, LibraryLoadResult &result)
+void LibraryLoader::fill(const LibraryState &stored, LibraryLoadResult &result)
 {
-    m_entries = LibraryEntries(content.patches);
-    result.library = std::make_unique<VelgorLibrary>(m_entries.patches(), content.defaultPatch);
-    const Progress progress = loadPatches(*result.library, result);
+    m_entries = LibraryEntries(stored.patches);
+    QList<VelgorPatch> patches = m_entries.patches();
+    const Progress progress = loadPatches(patches, result);
+    if (progress.loaded > 0) {
+        patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
+    }
     if (!progress.complete) {
-        Diagnostics::printLine(QStringLiteral("Incomplete library loading: %1 out of %2")
-                                   .arg(progress.loaded)
-                                   .arg(result.library->patches().size()));
-        result.library = withoutUnfilled(*result.library);
+        Diagnostics::printLine(
+            QStringLiteral("Incomplete library loading: %1 out of %2").arg(progress.loaded).arg(patches.size()));
+        patches.removeIf([](const VelgorPatch &patch) { return !patch.records; });
+    }
+    if (!patches.isEmpty()) {
+        result.library = LibraryState{.patches = std::move(patches), .defaultPatch = stored.defaultPatch};
     }
     UnreadPatches &unread = result.writeState.unread;
     if (!unread.isEmpty()) {
         for (const VelgorPatch &entry : m_entries.patches()) {
             unread.order.append(entry.id());
         }
-        unread.defaultPatch = content.defaultPatch;
+        unread.defaultPatch = stored.defaultPatch;
     }
     noteDropped(result);
     for (const VelgorPatch &entry : std::as_const(result.droppedEntries)) {
-        if (entry.id() == content.defaultPatch) {
-            result.droppedDefault = content.defaultPatch;
+        if (entry.id() == stored.defaultPatch) {
+            result.droppedDefault = stored.defaultPatch;
         }
     }
-    if (content.hasUnknown) {
+    if (stored.hasUnknown) {
         keepSource(result);
     }
     noteRemoved(result);
@@ -93,19 +98,6 @@ void LibraryLoader::noteRemoved(LibraryLoadResult &result) const
     result.leftovers.removed.removeIf([&present](quint64 id) { return present.contains(id); });
 }
 
-std::unique_ptr<VelgorLibrary> LibraryLoader::withoutUnfilled(const VelgorLibrary &library)
-{
-    QList<VelgorPatch> kept;
-    std::copy_if(library.patches().begin(), library.patches().end(), std::back_inserter(kept),
-        [](const VelgorPatch &patch) { return patch.records.has_value(); });
-    if (kept.isEmpty()) {
-        return nullptr;
-    }
-    auto result = std::make_unique<VelgorLibrary>(kept, library.defaultPatch());
-    result->saveOrder();
-    return result;
-}
-
 void LibraryLoader::noteDropped(LibraryLoadResult &result) const
 {
     const QList<VelgorPatch> &stored = m_entries.patches();
@@ -113,12 +105,16 @@ void LibraryLoader::noteDropped(LibraryLoadResult &result) const
     // An empty place takes no part in the library; what was said about it is in its file only.
     const bool hasEmptyPlaces =
         std::any_of(stored.begin(), stored.end(), [](const VelgorPatch &entry) { return entry.empty; });
-    const qsizetype loaded = result.library ? result.library->patches().size() : 0;
-    if (isPlaceholder || (loaded == stored.size() && !hasEmptyPlaces)) {
+    const QList<VelgorPatch> loaded = result.library ? result.library->patches : QList<VelgorPatch>();
+    if (isPlaceholder || (loaded.size() == stored.size() && !hasEmptyPlaces)) {
         return;
     }
+    QSet<quint64> ids;
+    for (const VelgorPatch &patch : loaded) {
+        ids.insert(patch.id());
+    }
     for (const VelgorPatch &entry : stored) {
-        if (!result.library || !result.library->getPatchFromId(entry.id())) {
+        if (!ids.contains(entry.id())) {
             result.droppedPatches.append(entry.name);
             result.droppedProblems.append(m_failures.value(entry.id(), entry.name));
             result.droppedEntries.append(entry);
@@ -139,20 +135,19 @@ void LibraryLoader::keepSource(LibraryLoadResult &result)
     }
 }
 
-LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, LibraryLoadResult &result)
+LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, LibraryLoadResult &result)
 {
-    const QList<VelgorPatch> &stored = m_entries.patches();
-    if (stored.isEmpty()) {
+    if (patches.isEmpty()) {
         Diagnostics::printLine(QStringLiteral("Nothing to load into library"));
         return {.complete = false};
     }
-    result.writeState.verified.reserve(stored.size());
+    result.writeState.verified.reserve(patches.size());
     Progress progress;
     qsizetype done = 0;
-    for (const VelgorPatch &entry : stored) {
+    for (VelgorPatch &entry : patches) {
         QString fileName;
         if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
-            library.append(*presets, true, entry.id());
+            entry.records = {presets->patches.first(), presets->userIRs.first(), presets->headerDesc};
             ++progress.loaded;
             if (m_entries.hasFreshId(entry)) {
                 // It will be stored anew under its own id; its former file still carries the other patch's.
@@ -164,10 +159,10 @@ LibraryLoader::Progress LibraryLoader::loadPatches(VelgorLibrary &library, Libra
         }
         ++done;
         if (m_report) {
-            m_report(done, stored.size());
+            m_report(done, patches.size());
         }
     }
-    m_doubts.note(m_entries, library, result);
+    m_doubts.note(m_entries, patches, result);
     return progress;
 }
 

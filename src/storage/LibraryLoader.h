@@ -6,6 +6,7 @@
 #include "LibraryLoadResult.h"
 #include "LoadDoubts.h"
 #include "OpenDirectory.h"
+#include "SPresetFile.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -38,13 +39,13 @@ public:
     Q_DISABLE_COPY_MOVE(LibraryLoader)
 
     [[nodiscard]] LibraryLoadResult load();
-    /// The same for another library file of this directory, one that was kept: the patches of `content` whose preset
+    /// The same for another library file of this directory, one that was kept: the patches of `stored` whose preset
     /// files are still there.
-    [[nodiscard]] LibraryLoadResult loadEntries(const LibraryJson::Content &content);
+    [[nodiscard]] LibraryLoadResult loadEntries(const LibraryState &stored);
 
 private:
     void readJournal();
-    void fill(const LibraryJson::Content &content, LibraryLoadResult &result);
+    void fill(const LibraryState &stored, LibraryLoadResult &result);
     struct Progress {
         bool complete = true;
         qsizetype loaded = 0;
@@ -56,12 +57,11 @@ private:
         bool areUnreadable = false; ///< at least one was, for the moment
     };
 
-    /// The patches that have preset data, as a library; none when there are none.
-    [[nodiscard]] static std::unique_ptr<VelgorLibrary> withoutUnfilled(const VelgorLibrary &library);
     void noteDropped(LibraryLoadResult &result) const;
     /// What was read is kept before it is overwritten.
     static void keepSource(LibraryLoadResult &result);
-    Progress loadPatches(VelgorLibrary &library, LibraryLoadResult &result);
+    /// Gives each entry that can be read its preset data.
+    Progress loadPatches(QList<VelgorPatch> &patches, LibraryLoadResult &result);
     [[nodiscard]] std::optional<SPresetFile> readPatch(
         const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result);
     /// The preset file of these bytes, if it is the entry's patch and nothing else; else `reason` says why not, and

@@ -11,13 +11,8 @@ LibraryLoading::LibraryLoading(QObject *parent)
 
 void LibraryLoading::start(const QString &directory)
 {
-    m_run.start([this, directory, owner = thread()](const BackgroundRun::Report &report) {
-        m_result = LibraryLoader(directory, report).load();
-        if (m_result.library) {
-            // Only the thread that an object belongs to can give it away.
-            m_result.library->moveToThread(owner);
-        }
-    });
+    m_run.start(
+        [this, directory](const BackgroundRun::Report &report) { m_result = LibraryLoader(directory, report).load(); });
 }
 
 LibraryLoadResult LibraryLoading::takeResult()

@@ -18,7 +18,7 @@ public:
     [[nodiscard]] bool isRunning() const { return m_run.isRunning(); }
     /// Waits for the end of a run, and emits finished() before it returns. Does nothing otherwise.
     void finish() { m_run.finish(); }
-    /// What the last run gave, once. The library in it belongs to the thread of this object.
+    /// What the last run gave, once.
     [[nodiscard]] LibraryLoadResult takeResult();
 
 Q_SIGNALS:

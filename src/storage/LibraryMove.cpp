@@ -39,7 +39,7 @@ QString LibraryMove::makeDirectory()
     return error.isEmpty() ? QString() : tr("%1: %2").arg(m_directory, error);
 }
 
-QString LibraryMove::write(const LibraryJson::Content &library)
+QString LibraryMove::write(const LibraryState &library)
 {
     const auto listing = DirectoryListing::scan(m_directory);
     if (!listing) {

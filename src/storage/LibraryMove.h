@@ -20,7 +20,7 @@ public:
     /// where that failed, empty on success; translated.
     [[nodiscard]] QString makeDirectory();
     /// Writes the whole library. Files there that are in the way of a patch's are set aside.
-    [[nodiscard]] QString write(const LibraryJson::Content &library);
+    [[nodiscard]] QString write(const LibraryState &library);
     /// What write() came to.
     [[nodiscard]] const LibraryWriteResult &result() const { return m_result; }
 

@@ -2,7 +2,7 @@
 
 #include "VelgorLibrary.h"
 
-LibraryJson::Content LibrarySnapshot::take(const VelgorLibrary &library)
+LibraryState LibrarySnapshot::take(const VelgorLibrary &library)
 {
     return {library.count() == 0 ? QList<VelgorPatch>() : library.patchesInOwnOrder(), library.defaultPatch()};
 }

@@ -110,7 +110,7 @@ void LibraryStorageManager::openLibraryInFinder() const
     }
 }
 
-std::unique_ptr<VelgorLibrary> LibraryStorageManager::decodeLibrary()
+std::optional<LibraryState> LibraryStorageManager::decodeLibrary()
 {
     finishBackgroundWork();
     return takeLoad(LibraryLoader(m_directory).load());
@@ -134,7 +134,7 @@ void LibraryStorageManager::endLoading()
     }
 }
 
-std::unique_ptr<VelgorLibrary> LibraryStorageManager::takeLoad(LibraryLoadResult result)
+std::optional<LibraryState> LibraryStorageManager::takeLoad(LibraryLoadResult result)
 {
     // Where no directory could be made, that was the problem, and was told.
     m_readProblem =
@@ -279,7 +279,7 @@ void LibraryStorageManager::startBackgroundSave()
     }
     m_libraryBeingSaved = m_libraryToSave;
     m_unsaved.clear();
-    const LibraryJson::Content content = LibrarySnapshot::take(*m_libraryToSave);
+    const LibraryState content = LibrarySnapshot::take(*m_libraryToSave);
     const auto write = [directory = m_directory, state = m_writeState, content] {
         return LibraryWriter(directory, state).save(content);
     };

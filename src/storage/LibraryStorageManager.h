@@ -14,9 +14,9 @@
 #include <QUrl>
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
 
 class LibraryManagerPreferences;
 
@@ -87,7 +87,7 @@ public:
     void openLibraryInFinder() const;
 
     /// The stored library, complete with preset data; nothing when there is none, it is empty or not readable.
-    [[nodiscard]] std::unique_ptr<VelgorLibrary> decodeLibrary();
+    [[nodiscard]] std::optional<LibraryState> decodeLibrary();
     /// Does the same in the background; does nothing while a load is under way. The library is to be taken, and put
     /// where it will be saved from, by what loadFinished() calls: a save requested during the load comes right
     /// after that. save(), remove() and sweepLeftovers() wait for the load, and loadFinished() comes before they act.
@@ -95,7 +95,7 @@ public:
     /// True from startLoading() until right before loadFinished().
     [[nodiscard]] bool isLoading() const { return m_loading.isRunning(); }
     /// What decodeLibrary() would have returned, once.
-    [[nodiscard]] std::unique_ptr<VelgorLibrary> takeLoadedLibrary() { return std::move(m_loadedLibrary); }
+    [[nodiscard]] std::optional<LibraryState> takeLoadedLibrary() { return std::exchange(m_loadedLibrary, {}); }
     /// Saves the library in another directory, which is made if need be, and keeps it there from then on; the former
     /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. `take` is called once
     /// the directory is there, to keep other programs from it; a text that it returns ends the move. The reason when
@@ -136,7 +136,7 @@ private:
         std::chrono::milliseconds period, QObject *parent);
 
     void testWrite();
-    [[nodiscard]] std::unique_ptr<VelgorLibrary> takeLoad(LibraryLoadResult result);
+    [[nodiscard]] std::optional<LibraryState> takeLoad(LibraryLoadResult result);
     void endLoading();
     void finishBackgroundWork();
     void startBackgroundSave();
@@ -168,7 +168,7 @@ private:
     LibraryLeftovers m_leftovers;
     LibraryWriteState m_writeState;
     LibraryLoading m_loading;
-    std::unique_ptr<VelgorLibrary> m_loadedLibrary;
+    std::optional<LibraryState> m_loadedLibrary;
     bool m_isSaveDue = false; ///< the delay is over, but a load is not
 
     std::thread m_thread;

@@ -27,7 +27,7 @@ LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &
     m_result.state = state;
 }
 
-LibraryWriteResult LibraryWriter::save(const LibraryJson::Content &library)
+LibraryWriteResult LibraryWriter::save(const LibraryState &library)
 {
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
@@ -69,7 +69,7 @@ void LibraryWriter::forgetRemovalsOf(const QList<VelgorPatch> &patches)
     ids.removeIf([&present](quint64 id) { return present.contains(id); });
 }
 
-LibraryJson::Content LibraryWriter::withUnread(const LibraryJson::Content &library)
+LibraryState LibraryWriter::withUnread(const LibraryState &library)
 {
     LibraryWriteState &state = m_result.state;
     if (state.unread.forget(library.patches) && !state.filesToKeep.contains(LibraryFileNames::libraryFile())) {

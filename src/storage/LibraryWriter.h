@@ -27,7 +27,7 @@ public:
     /// `directory` is a path without a slash at its end.
     LibraryWriter(const QString &directory, const LibraryWriteState &state);
 
-    [[nodiscard]] LibraryWriteResult save(const LibraryJson::Content &library);
+    [[nodiscard]] LibraryWriteResult save(const LibraryState &library);
 
 private:
     struct Move {
@@ -37,7 +37,7 @@ private:
     };
 
     /// The library with what could not be read of it, where it was.
-    [[nodiscard]] LibraryJson::Content withUnread(const LibraryJson::Content &library);
+    [[nodiscard]] LibraryState withUnread(const LibraryState &library);
     void forgetRemovalsOf(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool prepare(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool stage(const VelgorPatch &patch, const QString &name, BatchFiles &files);

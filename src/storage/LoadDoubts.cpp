@@ -25,26 +25,26 @@ void LoadDoubts::setFile(quint64 id, const QString &file)
     }
 }
 
-void LoadDoubts::note(const LibraryEntries &entries, const VelgorLibrary &library, LibraryLoadResult &result) const
+void LoadDoubts::note(const LibraryEntries &entries, const QList<VelgorPatch> &patches, LibraryLoadResult &result) const
 {
     if (m_doubts.isEmpty() && m_foreign.isEmpty()) {
         return;
     }
-    const QHash<quint64, quint64> exchangedFiles = exchanged(library);
+    const QHash<quint64, quint64> exchangedFiles = exchanged(entries, patches);
     // Where most ids are unexplained, another program has numbered the patches, and an id proves nothing.
     const auto unexplained =
         std::count_if(m_doubts.begin(), m_doubts.end(), [](const Doubt &doubt) { return !doubt.isDamaged; });
-    const bool areIdsExplained = 2 * unexplained < library.patches().size();
-    for (const VelgorPatch &entry : entries.patches()) {
-        const quint64 id = entry.id();
+    const bool areIdsExplained = 2 * unexplained < patches.size();
+    for (const VelgorPatch &patch : patches) {
+        const quint64 id = patch.id();
         const auto doubt = m_doubts.constFind(id);
-        const auto patch = doubt != m_doubts.cend() ? library.getPatchFromId(id) : std::nullopt;
         QString text =
-            patch ? textOf(*doubt, *patch->patch, entry, entries.storedId(entry), areIdsExplained) : QString();
+            doubt != m_doubts.cend() ? textOf(*doubt, patch, entries.storedId(patch), areIdsExplained) : QString();
         if (text.isEmpty() && exchangedFiles.contains(id)) {
-            text = tr("%1: its file holds the patch of the same id that is called \"%2\" in the library (%3)")
-                       .arg(entry.name.simplified(), entries.nameOf(exchangedFiles.value(id)).simplified(),
-                           LibraryFileNames::patchFile(entry.name, id));
+            text =
+                tr("%1: its file holds the patch of the same id that is called \"%2\" in the library (%3)")
+                    .arg(patch.name.simplified(), patches.at(entries.rowOf(exchangedFiles.value(id))).name.simplified(),
+                        LibraryFileNames::patchFile(patch.name, id));
         }
         if (text.isEmpty()) {
             continue;
@@ -59,29 +59,28 @@ void LoadDoubts::note(const LibraryEntries &entries, const VelgorLibrary &librar
     }
 }
 
-QHash<quint64, quint64> LoadDoubts::exchanged(const VelgorLibrary &library) const
+QHash<quint64, quint64> LoadDoubts::exchanged(const LibraryEntries &entries, const QList<VelgorPatch> &patches) const
 {
     QHash<quint64, quint64> files;
     for (const Foreign &foreign : m_foreign) {
-        const auto own = library.getPatchFromId(foreign.id);
-        const auto first = library.getPatchFromId(foreign.hash);
-        const bool isExplained = own && PatchIdentity::mayHaveId(*own->patch, foreign.id, own->patch->name);
-        if (!isExplained && first && PatchIdentity::givesId(*first->patch, foreign.id, mostOfOneHash)) {
+        const VelgorPatch &own = patches.at(entries.rowOf(foreign.id));
+        const qsizetype first = entries.rowOf(foreign.hash);
+        if (!PatchIdentity::mayHaveId(own, foreign.id, own.name) && first >= 0
+            && PatchIdentity::givesId(patches.at(first), foreign.id, mostOfOneHash)) {
             files.insert(foreign.hash, foreign.id);
         }
     }
     return files;
 }
 
-QString LoadDoubts::textOf(
-    const Doubt &doubt, const VelgorPatch &patch, const VelgorPatch &entry, quint64 storedId, bool areIdsExplained)
+QString LoadDoubts::textOf(const Doubt &doubt, const VelgorPatch &patch, quint64 storedId, bool areIdsExplained)
 {
-    const QString name = entry.name.simplified();
+    const QString name = patch.name.simplified();
     if (doubt.isDamaged) {
         return tr("%1: its file is damaged, as its checksum is wrong (%2)").arg(name, doubt.file);
     }
-    const bool isSameName = doubt.name == PatchName::fitted(entry.name);
-    if ((isSameName && !areIdsExplained) || PatchIdentity::mayHaveId(patch, storedId, entry.name)) {
+    const bool isSameName = doubt.name == PatchName::fitted(patch.name);
+    if ((isSameName && !areIdsExplained) || PatchIdentity::mayHaveId(patch, storedId, patch.name)) {
         return {};
     }
     return isSameName ? tr("%1: its file may have been changed after it was stored (%2)").arg(name, doubt.file)

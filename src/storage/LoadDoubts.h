@@ -18,8 +18,8 @@ public:
     void insertForeign(quint64 id, quint64 hash) { m_foreign.append({id, hash}); }
     /// Where it was read from, if there is a doubt about it.
     void setFile(quint64 id, const QString &file);
-    /// Tells of those that are left when the whole library is known.
-    void note(const LibraryEntries &entries, const VelgorLibrary &library, LibraryLoadResult &result) const;
+    /// Tells of those that are left when all was read: `patches` are the entries, with what was found for them.
+    void note(const LibraryEntries &entries, const QList<VelgorPatch> &patches, LibraryLoadResult &result) const;
 
 private:
     struct Doubt {
@@ -35,12 +35,13 @@ private:
 
     /// Empty where the content explains the id after all.
     [[nodiscard]] static QString textOf(
-        const Doubt &doubt, const VelgorPatch &patch, const VelgorPatch &entry, quint64 storedId, bool areIdsExplained);
+        const Doubt &doubt, const VelgorPatch &patch, quint64 storedId, bool areIdsExplained);
 
     /// Patches of one hash are told apart by the fresh ids of all but the first. One that was not found in its own file
     /// may have been read from that of the first, whose id it fits as well: for each such file its id, and the id of
     /// the patch that is in it.
-    [[nodiscard]] QHash<quint64, quint64> exchanged(const VelgorLibrary &library) const;
+    [[nodiscard]] QHash<quint64, quint64> exchanged(
+        const LibraryEntries &entries, const QList<VelgorPatch> &patches) const;
 
     QHash<quint64, Doubt> m_doubts; ///< by patch id
     QList<Foreign> m_foreign;

@@ -9,9 +9,9 @@
 
 namespace {
 
-QList<LibraryJson::Content> libraryFiles(const QString &directory)
+QList<LibraryState> libraryFiles(const QString &directory)
 {
-    QList<LibraryJson::Content> files;
+    QList<LibraryState> files;
     for (const QString &name : {LibraryFileNames::libraryFile(), LibraryFileNames::libraryCopy()}) {
         const FileReadResult file = DiskFiles::readRegular(directory + u'/' + name, DiskFiles::Links::Refuse);
         if (const auto content = file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt) {
@@ -40,7 +40,7 @@ public:
     }
 
     /// Gives a place to those that `file` names.
-    void take(const LibraryJson::Content &file)
+    void take(const LibraryState &file)
     {
         qsizetype row = 0;
         QList<VelgorPatch> leading;
@@ -96,7 +96,7 @@ private:
 void RescuedPatches::addTo(VelgorLibrary &library, const QString &directory, const QList<VelgorPatch> &patches)
 {
     Places places(library, patches);
-    for (const LibraryJson::Content &file : libraryFiles(directory)) {
+    for (const LibraryState &file : libraryFiles(directory)) {
         places.take(file);
     }
     places.takeRest(patches);
@@ -107,9 +107,7 @@ void RescuedPatches::addTo(VelgorLibrary &library, const QString &directory, con
     const auto selection = library.selection();
     const bool isMultiSel = library.isMultiSel();
     const MultiSelections ticks = library.multiSelections();
-    VelgorLibrary whole(places.all(), library.defaultPatch());
-    whole.saveOrder();
-    library.takeOver(whole);
+    library.takeOver({.patches = places.all(), .defaultPatch = library.defaultPatch()});
     library.setIsMultiSel(isMultiSel);
     library.setMultiSelections(ticks);
     library.setSelection(selection);

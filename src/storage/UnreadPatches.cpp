@@ -15,7 +15,7 @@ bool UnreadPatches::forget(const QList<VelgorPatch> &stored)
     return patches.size() < before;
 }
 
-LibraryJson::Content UnreadPatches::joinedWith(const LibraryJson::Content &library)
+LibraryState UnreadPatches::joinedWith(const LibraryState &library)
 {
     if (isEmpty()) {
         return library;
@@ -25,7 +25,7 @@ LibraryJson::Content UnreadPatches::joinedWith(const LibraryJson::Content &libra
     for (const VelgorPatch &patch : library.patches) {
         present.insert(patch.id());
     }
-    LibraryJson::Content content{.patches = {}, .defaultPatch = library.defaultPatch};
+    LibraryState content{.patches = {}, .defaultPatch = library.defaultPatch};
     content.patches.reserve(library.patches.size() + patches.size());
     std::optional<quint64> predecessor;
     for (const quint64 id : std::as_const(order)) {

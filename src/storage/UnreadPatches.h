@@ -22,5 +22,5 @@ struct UnreadPatches {
     /// none of them.
     bool forget(const QList<VelgorPatch> &stored);
     /// The library together with them, each behind the nearest of its former predecessors that is still there.
-    [[nodiscard]] LibraryJson::Content joinedWith(const LibraryJson::Content &library);
+    [[nodiscard]] LibraryState joinedWith(const LibraryState &library);
 };

@@ -147,7 +147,7 @@ void ContentView::showEvent(QShowEvent *event)
 
 void ContentView::finishLoading()
 {
-    m_desk.libraryEditor.takeLoaded(m_desk.storage.takeLoadedLibrary().get(), m_desk.storage.awaitedPatches());
+    m_desk.libraryEditor.takeLoaded(m_desk.storage.takeLoadedLibrary(), m_desk.storage.awaitedPatches());
     m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();

@@ -41,7 +41,7 @@ private Q_SLOTS:
         QCOMPARE(library.getMultiSelection(0).size(), 0);
         library.deletePatch(1, storage);
         QCOMPARE(library.tickedCount(), 1);
-        library.takeOver(VelgorLibrary(abc, 2));
+        library.takeOver({.patches = abc, .defaultPatch = 2});
         QCOMPARE(library.tickedCount(), 0);
     }
 

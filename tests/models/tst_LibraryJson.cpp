@@ -15,7 +15,7 @@ namespace {
 
 constexpr quint64 largestId = std::numeric_limits<quint64>::max();
 
-bool areIdentical(const LibraryJson::Content &a, const LibraryJson::Content &b)
+bool areIdentical(const LibraryState &a, const LibraryState &b)
 {
     return a.defaultPatch == b.defaultPatch
         && std::equal(a.patches.begin(), a.patches.end(), b.patches.begin(), b.patches.end(), TestPatches::isIdentical);
@@ -75,7 +75,7 @@ private Q_SLOTS:
     {
         QRandomGenerator random(3);
         for (int round = 0; round < 300; ++round) {
-            LibraryJson::Content library;
+            LibraryState library;
             for (int count = random.bounded(12); count > 0; --count) {
                 library.patches.append(randomPatch(random));
             }
@@ -141,7 +141,7 @@ private Q_SLOTS:
         constexpr int batches = 1000;
         constexpr int batchSize = 1000;
         for (int batch = 0; batch < batches; ++batch) {
-            LibraryJson::Content library;
+            LibraryState library;
             library.patches.reserve(batchSize);
             while (library.patches.size() < batchSize) {
                 // Half of them any bit pattern, half of them times of this century.

@@ -24,9 +24,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-QByteArray hashOf(const VelgorLibrary &library)
+QByteArray hashOf(const LibraryState &content)
 {
-    const LibraryJson::Content content = LibrarySnapshot::take(library);
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(LibraryJson::encode(content));
     for (const VelgorPatch &patch : content.patches) {
@@ -50,7 +49,7 @@ public:
         , m_random(seed)
         , m_editsLeft(edits)
     {
-        if (const std::unique_ptr<VelgorLibrary> loaded = m_storage.decodeLibrary()) {
+        if (const std::optional<LibraryState> loaded = m_storage.decodeLibrary()) {
             m_library.takeOver(*loaded);
         }
         m_storage.sweepLeftovers();
@@ -73,7 +72,10 @@ public:
     void delayedSave(const VelgorLibrary &library) override { m_storage.delayedSave(library); }
 
 private:
-    void announce() { print("edit " + QByteArray::number(m_edit) + ' ' + hashOf(m_library) + '\n'); }
+    void announce()
+    {
+        print("edit " + QByteArray::number(m_edit) + ' ' + hashOf(LibrarySnapshot::take(m_library)) + '\n');
+    }
 
     void reportSaved()
     {
@@ -154,7 +156,7 @@ int printState(const QString &directory)
             qPrintable(loaded.droppedPatches.join(QStringLiteral(", "))));
         return 1;
     }
-    print((loaded.library ? hashOf(*loaded.library) : hashOf(VelgorLibrary())) + '\n');
+    print(hashOf(loaded.library.value_or(LibraryState())) + '\n');
     return 0;
 }
 

@@ -50,24 +50,25 @@ public:
     void note(const VelgorLibrary &library)
     {
         const std::string hash = hashOf(library.patches(), library.defaultPatch());
-        const std::size_t number = numberOf(library);
+        const std::size_t number = numberOf(library.patches());
         const std::lock_guard lock(m_mutex);
         m_hashes.resize(std::max(m_hashes.size(), number + 1));
         m_hashes[number] = hash;
     }
 
-    [[nodiscard]] bool has(const VelgorLibrary &library) const
+    [[nodiscard]] bool has(const LibraryState &library) const
     {
-        const std::string hash = hashOf(library.patches(), library.defaultPatch());
-        const std::size_t number = numberOf(library);
+        const std::string hash = hashOf(library.patches, library.defaultPatch);
+        const std::size_t number = numberOf(library.patches);
         const std::lock_guard lock(m_mutex);
         return number < m_hashes.size() && m_hashes[number] == hash;
     }
 
-    [[nodiscard]] static std::size_t numberOf(const VelgorLibrary &library)
+    [[nodiscard]] static std::size_t numberOf(const QList<VelgorPatch> &patches)
     {
-        const auto found = library.getPatchFromId(countingId);
-        return found ? found->patch->comment.toULong() : 0;
+        const auto found = std::find_if(
+            patches.begin(), patches.end(), [](const VelgorPatch &patch) { return patch.id() == countingId; });
+        return found != patches.end() ? found->comment.toULong() : 0;
     }
 
 private:
@@ -190,7 +191,7 @@ private:
                 }
                 continue;
             }
-            const std::size_t number = States::numberOf(*result.library);
+            const std::size_t number = States::numberOf(result.library->patches);
             if (!m_states.has(*result.library)) {
                 m_problem = QStringLiteral("what was loaded after edit %1 never existed").arg(number);
             } else if (number < last) {
@@ -318,10 +319,10 @@ private Q_SLOTS:
             ++saves;
             const LibraryLoadResult onDisk = TestLibraries::load(directory);
             if (!onDisk.library || !onDisk.droppedPatches.isEmpty() || !states.has(*onDisk.library)
-                || States::numberOf(*onDisk.library) < lastSaved) {
+                || States::numberOf(onDisk.library->patches) < lastSaved) {
                 problem = QStringLiteral("what a save left never existed, or is older than the one before");
             } else {
-                lastSaved = States::numberOf(*onDisk.library);
+                lastSaved = States::numberOf(onDisk.library->patches);
             }
         });
 
@@ -360,7 +361,7 @@ private Q_SLOTS:
         QVERIFY(!manager.writeError());
         const LibraryLoadResult atLast = TestLibraries::load(directory);
         QVERIFY(atLast.library && atLast.droppedPatches.isEmpty());
-        QCOMPARE(hashOf(atLast.library->patches(), atLast.library->defaultPatch()),
+        QCOMPARE(hashOf(atLast.library->patches, atLast.library->defaultPatch),
             hashOf(library->patches(), library->defaultPatch()));
         qInfo("%d edits, %d of them during saves; %d background saves; %d whole loads, %d loads during saves",
             edits.count(), editsDuringSaves, saves, reader.wholeLoads(), reader.loadsDuringSaves());

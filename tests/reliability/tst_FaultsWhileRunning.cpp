@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -220,7 +221,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         manager.sweepLeftovers();
 
@@ -257,7 +258,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         QVERIFY(QFile::rename(directory.path(), directory.path() + QStringLiteral("-away")));
         make(Change::Edit, *library, manager);
@@ -274,7 +275,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         for (const QString &name : directory.files().filter(QStringLiteral(".prst"))) {
             QVERIFY(QFile::remove(directory.filePath(name)));

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -59,7 +60,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         edit(*library, QStringLiteral("first"));
         QVERIFY(saveInBackground(manager, *library));
@@ -85,7 +86,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         const QByteArray other = LibraryJson::encode(one(QStringLiteral("Other")));
         directory.write(libraryFile, other);
@@ -100,7 +101,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(QFile::remove(directory.filePath(libraryFile)));
         const QString elsewhere = directory.parentPath() + QStringLiteral("/other.json");
         QFile other(elsewhere);
@@ -124,7 +125,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         const QByteArray other = LibraryJson::encode(three()).replace("Clean", "Dirty");
         const QDateTime time = QFileInfo(directory.filePath(libraryFile)).lastModified();
@@ -146,7 +147,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library && QFile::remove(directory.filePath(libraryFile)));
         manager.save(*library);
         QVERIFY(!manager.writeError());
@@ -160,7 +161,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         directory.write(libraryFile, QByteArray());
         manager.save(*library);
@@ -174,7 +175,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         directory.write(libraryFile, directory.read(libraryFile));
         manager.save(*library);
@@ -188,7 +189,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         constexpr int changes = 25;
         for (int i = 0; i < changes; ++i) {

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -98,7 +99,7 @@ private Q_SLOTS:
         QRandomGenerator random(11);
         for (int done = 0; done < roundTrips; done += atOnce) {
             travel(done / atOnce);
-            LibraryJson::Content written;
+            LibraryState written;
             for (int i = 0; i < atOnce; ++i) {
                 VelgorPatch patch = TestPatches::stored(random.generate64(), QString());
                 patch.date.seconds = randomSeconds(random);
@@ -137,7 +138,7 @@ private Q_SLOTS:
             firstText = round == 0 ? text : firstText;
             QCOMPARE(text, firstText);
             travel(round + 3);
-            library = manager.decodeLibrary();
+            library = libraryOf(manager.decodeLibrary());
             QVERIFY(library && manager.droppedPatches().isEmpty());
             QVERIFY(areIdentical(library->patches(), patches));
         }
@@ -164,7 +165,7 @@ private Q_SLOTS:
             setFileTime(directory, name, inYears(name == libraryFile ? libraryYears : patchYears));
         }
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library && areIdentical(library->patches(), three().patches));
         VelgorPatch changed = library->patches().first();
         changed.name = QStringLiteral("Renamed");
@@ -220,7 +221,7 @@ private Q_SLOTS:
         QFile::remove(directory.filePath(QStringLiteral("lib-Lead.42.prst")));
         const QByteArray old = directory.read(libraryFile);
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         manager.save(*library);
         QCOMPARE(manager.keptFiles().size(), 1);

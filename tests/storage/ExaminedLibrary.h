@@ -2,6 +2,7 @@
 
 #include "LibraryDoctor.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "RescuedPatches.h"
 #include "TestLibraries.h"
 
@@ -12,7 +13,7 @@ using namespace TestLibraries;
 
 inline const QString libraryFile = LibraryFileNames::libraryFile();
 
-inline LibraryJson::Content importedThree()
+inline LibraryState importedThree()
 {
     return {
         {imported(QStringLiteral("Lead"), 1), imported(QStringLiteral("A/B"), 2), imported(QStringLiteral("Clean"), 3)},
@@ -39,7 +40,7 @@ inline LibraryFinding only(const LibraryHealth &health)
 inline void repair(const LibraryDirectory &directory)
 {
     LibraryStorageManager manager(directory.path());
-    auto library = manager.decodeLibrary();
+    auto library = libraryOf(manager.decodeLibrary());
     if (!library) {
         library = std::make_unique<VelgorLibrary>();
     }

@@ -4,6 +4,7 @@
 #include "LibraryJournal.h"
 #include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -21,7 +22,7 @@ class TestDoctorRescue : public QObject {
 
 private:
     std::unique_ptr<DiagnosticRecorder> m_lines;
-    LibraryJson::Content m_three = importedThree();
+    LibraryState m_three = importedThree();
     VelgorPatch m_lead = m_three.patches.first();
 
 private Q_SLOTS:
@@ -49,7 +50,7 @@ private Q_SLOTS:
     void fileWithoutEntryIsAdopted()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content two = m_three;
+        LibraryState two = m_three;
         two.patches.removeFirst();
         QVERIFY(!save(directory, two).hasError());
         directory.write(fileOf(m_lead), patchBytes(m_lead));
@@ -68,11 +69,11 @@ private Q_SLOTS:
         QVERIFY(!save(directory, m_three).hasError());
         VelgorPatch renamed = m_lead.withId(m_lead.id());
         renamed.name = QStringLiteral("Renamed");
-        LibraryJson::Content former = m_three;
+        LibraryState former = m_three;
         former.patches.first() = renamed;
         directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
         directory.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), LibraryJson::encode(former));
-        LibraryJson::Content two = m_three;
+        LibraryState two = m_three;
         two.patches.removeFirst();
         directory.write(libraryFile, LibraryJson::encode(two));
         repair(directory);
@@ -105,7 +106,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, m_three).hasError());
         const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
-        LibraryJson::Content then = m_three;
+        LibraryState then = m_three;
         then.patches.removeAt(2);
         then.patches.first().comment = QStringLiteral("former words");
         then.patches.append(imported(QStringLiteral("Gone"), 7));
@@ -113,7 +114,7 @@ private Q_SLOTS:
         directory.write(former, LibraryJson::encode(then));
 
         LibraryStorageManager manager(directory.path());
-        auto library = manager.decodeLibrary();
+        auto library = libraryOf(manager.decodeLibrary());
         const auto preview = KeptLibraries::preview(directory.path(), former, LibrarySnapshot::take(*library));
         QVERIFY(preview);
         QCOMPARE(preview->comingBack, QStringList());
@@ -121,12 +122,12 @@ private Q_SLOTS:
         QCOMPARE(preview->leaving, QStringList{QStringLiteral("Clean")});
         QCOMPARE(preview->withoutFile, QStringList{QStringLiteral("Gone")});
 
-        library->takeOver(VelgorLibrary(preview->patches, preview->defaultPatch));
+        library->takeOver({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
         manager.keepLibraryFile();
         manager.save(*library);
         QCOMPARE(manager.keptFiles().size(), 1);
         QCOMPARE(loadedNames(directory), (QStringList{QStringLiteral("Lead"), QStringLiteral("A/B")}));
-        QCOMPARE(load(directory).library->defaultPatch(), std::optional(m_lead.id()));
+        QCOMPARE(load(directory).library->defaultPatch, std::optional(m_lead.id()));
 
         const QString kept = QFileInfo(manager.keptFiles().constFirst()).fileName();
         const auto back = KeptLibraries::preview(directory.path(), kept, LibrarySnapshot::take(*library));
@@ -238,7 +239,7 @@ private Q_SLOTS:
         directory.write(fileOf(clean), patchBytes(m_lead));
         QCOMPARE(TestPatches::ids(examine(directory).rescuedPatches()).size(), 2);
         repair(directory);
-        QVERIFY(areIdentical(load(directory).library->patches(), m_three.patches));
+        QVERIFY(areIdentical(load(directory).library->patches, m_three.patches));
         QVERIFY(examine(directory).findings.isEmpty());
     }
 
@@ -250,21 +251,21 @@ private Q_SLOTS:
         directory.write(fileOf(m_lead), patchBytes(m_three.patches.last()));
         QVERIFY(examine(directory).notes.isEmpty());
         repair(directory);
-        QVERIFY(areIdentical(load(directory).library->patches(), m_three.patches));
+        QVERIFY(areIdentical(load(directory).library->patches, m_three.patches));
     }
 
     void previewTellsOfTheDefaultPatchAndTheOrder()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content now = m_three;
+        LibraryState now = m_three;
         now.defaultPatch = m_lead.id();
         QVERIFY(!save(directory, now).hasError());
         const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
-        const auto previewOf = [&](const LibraryJson::Content &then) {
+        const auto previewOf = [&](const LibraryState &then) {
             directory.write(former, LibraryJson::encode(then));
             return *KeptLibraries::preview(directory.path(), former, now);
         };
-        LibraryJson::Content then = now;
+        LibraryState then = now;
         QVERIFY(!previewOf(then).isDefaultChanging && !previewOf(then).isOrderChanging);
         then.defaultPatch = m_three.patches.last().id();
         QVERIFY(previewOf(then).isDefaultChanging);

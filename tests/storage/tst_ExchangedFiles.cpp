@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "PatchIdentity.h"
 #include "PatchWriter.h"
 #include "TestLibraries.h"
@@ -50,7 +51,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         storeOverwritten(directory);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         QCOMPARE(TestPatches::names(library->patches()), QStringList{QStringLiteral("Clean")});
         QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
@@ -63,16 +64,16 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         storeOverwritten(directory);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         library->append(imported(QStringLiteral("New"), 3), true, false);
         storage.save(*library);
         QVERIFY(!storage.writeError());
 
         directory.write(fileOf(lead()), patchBytes(lead()));
         const LibraryLoadResult again = load(directory);
-        QCOMPARE(again.library->patches().size(), 3);
-        QVERIFY(TestPatches::isIdentical(again.library->patches().first(), lead()));
-        QCOMPARE(again.library->defaultPatch(), std::optional(lead().id()));
+        QCOMPARE(again.library->patches.size(), 3);
+        QVERIFY(TestPatches::isIdentical(again.library->patches.first(), lead()));
+        QCOMPARE(again.library->defaultPatch, std::optional(lead().id()));
     }
 
     static void importedAgainThePatchHasItsFileBack()
@@ -80,7 +81,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         storeOverwritten(directory);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         library->append(lead(), true, false);
         storage.save(*library);
         QVERIFY(!storage.writeError());
@@ -127,7 +128,7 @@ private Q_SLOTS:
         QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.droppedPatches.isEmpty());
-        QCOMPARE(TestPatches::ids(result.library->patches()), TestPatches::ids(patches));
+        QCOMPARE(TestPatches::ids(result.library->patches), TestPatches::ids(patches));
         QCOMPARE(result.doubtfulPatches, QStringList());
     }
 
@@ -137,7 +138,7 @@ private Q_SLOTS:
         QVERIFY(!save(directory, {{lead(), clean()}, std::nullopt}).hasError());
         directory.write(fileOf(lead()), patchBytes(imported(QStringLiteral("Other"), 3)));
         const LibraryLoadResult result = load(directory);
-        QCOMPARE(result.library->patches().size(), 2);
+        QCOMPARE(result.library->patches.size(), 2);
         QCOMPARE(result.doubtfulPatches,
             QStringList{
                 QStringLiteral("Lead: its file holds \"Other\", which may be another patch (%1)").arg(fileOf(lead()))});
@@ -191,7 +192,7 @@ private Q_SLOTS:
         QVERIFY(read);
         directory.write(fileOf(lead()), *PatchWriter::encodePatches(*read));
         const LibraryLoadResult result = load(directory);
-        QCOMPARE(result.library->patches().size(), 3);
+        QCOMPARE(result.library->patches.size(), 3);
         QCOMPARE(result.doubtfulPatches.size(), 1);
         QCOMPARE(result.doubtfulPatches.first(),
             QStringLiteral("Lead: its file may have been changed after it was stored (%1)").arg(fileOf(lead())));
@@ -222,7 +223,7 @@ private Q_SLOTS:
         const LibraryLoadResult result = load(directory);
         QCOMPARE(result.droppedPatches, QStringList());
         QCOMPARE(result.doubtfulPatches, QStringList());
-        QCOMPARE(TestPatches::ids(result.library->patches()), TestPatches::ids(library.patches()));
+        QCOMPARE(TestPatches::ids(result.library->patches), TestPatches::ids(library.patches()));
     }
 
     /// As an earlier version numbered a copy whose hash was taken.
@@ -250,14 +251,14 @@ private Q_SLOTS:
         text.insert(begin, entry + ',');
         directory.write(LibraryFileNames::libraryFile(), text);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         QCOMPARE(library->count(), 3);
         storage.save(*library);
         const LibraryLoadResult again = load(directory);
         QCOMPARE(again.droppedPatches, QStringList());
         QCOMPARE(again.doubtfulPatches, QStringList());
-        QCOMPARE(TestPatches::ids(again.library->patches()), TestPatches::ids(library->patches()));
+        QCOMPARE(TestPatches::ids(again.library->patches), TestPatches::ids(library->patches()));
     }
 
     static void idThatNothingExplainsProvesNothing()

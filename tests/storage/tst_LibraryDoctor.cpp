@@ -24,7 +24,7 @@ class TestLibraryDoctor : public QObject {
 
 private:
     std::unique_ptr<DiagnosticRecorder> m_lines;
-    LibraryJson::Content m_three = importedThree();
+    LibraryState m_three = importedThree();
     VelgorPatch m_lead = m_three.patches.first();
 
 private Q_SLOTS:

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -50,7 +51,7 @@ private Q_SLOTS:
         QVERIFY(text != directory.read(libraryFile));
         directory.write(libraryFile, text);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library && areIdentical(library->patches(), three().patches));
         QCOMPARE(datedCopies(directory), QStringList());
         storage.save(*library);
@@ -73,7 +74,7 @@ private Q_SLOTS:
         directory.write(libraryFile, text.first(20));
         directory.write(LibraryFileNames::libraryCopy(), text);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         storage.sweepLeftovers();
         storage.save(*library);
@@ -98,7 +99,7 @@ private Q_SLOTS:
         text = end.size() == 1 ? text.chopped(1) + end : text + end;
         directory.write(libraryFile, text);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         storage.save(*library);
         QCOMPARE(datedCopies(directory), QStringList());
@@ -130,8 +131,8 @@ private Q_SLOTS:
     {
         // Each writes what the other has not seen.
         const LibraryDirectory directory;
-        LibraryJson::Content here = three();
-        LibraryJson::Content elsewhere = three();
+        LibraryState here = three();
+        LibraryState elsewhere = three();
         LibraryWriteResult result = save(directory, here);
         QByteArrayList theirs;
         for (int i = 0; i < 25; ++i) {

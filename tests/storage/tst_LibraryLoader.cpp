@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
+#include "LoadedLibrary.h"
 #include "StoredThree.h"
 #include "TemporaryFiles.h"
 #include "TestLibraries.h"
@@ -30,14 +31,15 @@ private Q_SLOTS:
         m_lines->take();
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        QVERIFY(areIdentical(result.library->patches(), three().patches));
-        QCOMPARE(result.library->defaultPatch(), std::optional(quint64(43)));
+        QVERIFY(areIdentical(result.library->patches, three().patches));
+        QCOMPARE(result.library->defaultPatch, std::optional(quint64(43)));
         const QList<quint64> ids = TestPatches::ids(three().patches);
-        QCOMPARE(result.library->order(), ids);
-        result.library->sort();
-        QVERIFY(TestPatches::ids(result.library->patches()) != ids);
-        result.library->sort();
-        QCOMPARE(TestPatches::ids(result.library->patches()), ids);
+        const auto library = libraryOf(result.library);
+        QCOMPARE(library->order(), ids);
+        library->sort();
+        QVERIFY(TestPatches::ids(library->patches()) != ids);
+        library->sort();
+        QCOMPARE(TestPatches::ids(library->patches()), ids);
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
         QCOMPARE(m_lines->take(), QStringList{loading});
     }
@@ -93,8 +95,8 @@ private Q_SLOTS:
         m_lines->take();
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        QCOMPARE(TestPatches::ids(result.library->patches()), (QList<quint64>{42, 44}));
-        QCOMPARE(result.library->order(), (QList<quint64>{42, 44}));
+        QCOMPARE(TestPatches::ids(result.library->patches), (QList<quint64>{42, 44}));
+        QCOMPARE(libraryOf(result.library)->order(), (QList<quint64>{42, 44}));
         QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("A/B")});
         QVERIFY(!result.writeState.filesToKeep.isEmpty() && !result.readError);
         QCOMPARE(m_lines->take(),
@@ -144,7 +146,7 @@ private Q_SLOTS:
         m_lines->take();
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(result.writeState.filesToKeep.isEmpty());
         QCOMPARE(m_lines->take(), QStringList{loading});
         QCOMPARE(directory.stamps(), before);
@@ -261,7 +263,7 @@ private Q_SLOTS:
         };
         const LibraryLoadResult result = LibraryLoader(directory.path(), replaceOnce).load();
         QVERIFY(result.library);
-        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(result.droppedPatches.isEmpty());
     }
 
@@ -307,7 +309,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, name);
         const LibraryDirectory directory;
-        LibraryJson::Content library = one(QStringLiteral("Plain"));
+        LibraryState library = one(QStringLiteral("Plain"));
         library.patches.append(TestLibraries::patch(QStringLiteral("Neighbour"), 77, 5));
         QVERIFY(!save(directory, library).hasError());
         library.patches.first().name = name;

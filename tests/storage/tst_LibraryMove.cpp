@@ -3,6 +3,7 @@
 #include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
 
@@ -49,7 +50,7 @@ private Q_SLOTS:
         storage.save(library);
         QCOMPARE(former.files(), formerFiles);
         LibraryStorageManager again(target);
-        const std::unique_ptr<VelgorLibrary> loaded = again.decodeLibrary();
+        const std::unique_ptr<VelgorLibrary> loaded = libraryOf(again.decodeLibrary());
         QVERIFY(loaded);
         QCOMPARE(TestPatches::names(loaded->patches()),
             QStringList({QStringLiteral("Lead"), QStringLiteral("Clean"), QStringLiteral("Later")}));

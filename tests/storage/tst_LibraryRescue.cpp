@@ -1,6 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryLock.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 #include "UserFiles.h"
@@ -23,7 +24,7 @@ class TestLibraryRescue : public QObject {
     static LibraryWriteResult run(const LibraryDirectory &directory, Change change)
     {
         const LibraryLoadResult result = load(directory);
-        LibraryJson::Content content{result.library ? result.library->patches() : QList<VelgorPatch>(), std::nullopt};
+        LibraryState content{result.library ? result.library->patches : QList<VelgorPatch>(), std::nullopt};
         change(content.patches);
         return save(directory, content, stateAfter(result));
     }
@@ -84,7 +85,7 @@ private Q_SLOTS:
         directory.write(m_libraryFile, old.first(10));
         QFile::remove(directory.filePath(m_leadFile));
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         manager.sweepLeftovers();
         manager.save(*library);
         QCOMPARE(datedCopies(directory).size(), 1);
@@ -134,7 +135,7 @@ private Q_SLOTS:
     {
         const DiagnosticRecorder silence;
         const LibraryDirectory directory;
-        LibraryJson::Content content = three();
+        LibraryState content = three();
         content.patches[0].empty = true;
         content.patches[0].comment = QStringLiteral("precious");
         QVERIFY(!save(directory, content).hasError());

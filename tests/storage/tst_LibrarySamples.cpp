@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -91,7 +92,7 @@ private Q_SLOTS:
         const auto before = sample.directory.stamps();
         DiagnosticRecorder lines;
         LibraryStorageManager manager(sample.directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QCOMPARE(lines.take(), sample.lines("lines"));
         QCOMPARE(library != nullptr, sample.isLoaded());
         if (library) {
@@ -122,7 +123,7 @@ private Q_SLOTS:
         }
         DiagnosticRecorder lines;
         LibraryStorageManager manager(sample.directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         // The sample whose default patch is no id holds something that is not understood.
         const bool isKept = !manager.droppedPatches().isEmpty() || name == QStringLiteral("default_text");
@@ -156,13 +157,13 @@ private Q_SLOTS:
         const Sample sample(name);
         const DiagnosticRecorder silence;
         LibraryStorageManager manager(sample.directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         if (!library) {
             QVERIFY(!sample.isLoaded());
             return;
         }
         manager.save(*library);
-        const auto again = manager.decodeLibrary();
+        const auto again = libraryOf(manager.decodeLibrary());
         QVERIFY(again);
         QVERIFY(TestLibraries::areIdentical(again->patches(), library->patches()));
         QCOMPARE(again->defaultPatch(), library->defaultPatch());

@@ -3,6 +3,7 @@
 #include "FileExistence.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -177,7 +178,7 @@ private Q_SLOTS:
         }
         QCOMPARE(manager.getPathsForPatchID(42), QStringList());
         QVERIFY(manager.writeError());
-        QVERIFY(areIdentical(manager.decodeLibrary()->patches(), three().patches));
+        QVERIFY(areIdentical(manager.decodeLibrary()->patches, three().patches));
     }
 
     // Flags
@@ -228,7 +229,7 @@ private Q_SLOTS:
         QFile::remove(directory.filePath(leadFile));
         const QByteArray old = directory.read(libraryFile);
         LibraryStorageManager manager(directory.path());
-        const auto library = manager.decodeLibrary();
+        const auto library = libraryOf(manager.decodeLibrary());
         QVERIFY(library);
         QCOMPARE(manager.droppedPatches(), QStringList{QStringLiteral("Lead")});
         QCOMPARE(manager.keptFiles(), QStringList());

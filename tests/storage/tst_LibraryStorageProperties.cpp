@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "PatchName.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -115,13 +116,13 @@ private:
     {
         const LibraryLoadResult result = load(directory);
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(result.library != nullptr, library.count() > 0);
+        QCOMPARE(result.library.has_value(), library.count() > 0);
         if (result.library) {
-            const QList<VelgorPatch> &loaded = result.library->patches();
+            const QList<VelgorPatch> &loaded = result.library->patches;
             const QList<VelgorPatch> stored = library.patchesInOwnOrder();
             QCOMPARE(TestPatches::ids(loaded), TestPatches::ids(stored));
             QVERIFY(std::equal(stored.begin(), stored.end(), loaded.begin(), loaded.end(), isSameWhenStored));
-            QCOMPARE(result.library->defaultPatch(), library.defaultPatch());
+            QCOMPARE(result.library->defaultPatch, library.defaultPatch());
         }
         // One file a patch and the library file; no copies, nothing half written.
         QCOMPARE(directory.files().size(), library.count() + 1);
@@ -160,7 +161,7 @@ private Q_SLOTS:
                     return;
                 }
                 if (random.bounded(3) == 0 && library->count() > 0) {
-                    library = manager.decodeLibrary();
+                    library = libraryOf(manager.decodeLibrary());
                     QVERIFY(library);
                 }
             }

@@ -17,7 +17,7 @@ const QString temporary = TemporaryFiles::prefix() + QStringLiteral("x");
 /// The library of three patches, as a save was interrupted that was to add the first and had its file prepared.
 void interruptAddition(const LibraryDirectory &directory, bool isLibraryFileWritten)
 {
-    LibraryJson::Content before = three();
+    LibraryState before = three();
     before.patches.removeFirst();
     QVERIFY(!save(directory, isLibraryFileWritten ? three() : before).hasError());
     if (isLibraryFileWritten) {
@@ -34,7 +34,7 @@ void interruptRemoval(const LibraryDirectory &directory, bool isLibraryFileWritt
 {
     QVERIFY(!save(directory, three()).hasError());
     if (isLibraryFileWritten) {
-        LibraryJson::Content after = three();
+        LibraryState after = three();
         after.patches.removeFirst();
         directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode(after));
     }
@@ -79,7 +79,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         interruptAddition(directory, true);
         const LibraryLoadResult result = load(directory);
-        QVERIFY(!save(directory, {result.library->patches(), std::nullopt}, stateAfter(result)).hasError());
+        QVERIFY(!save(directory, {result.library->patches, std::nullopt}, stateAfter(result)).hasError());
         QVERIFY(directory.has(leadFile));
         QVERIFY(areIdentical(loaded(directory), three().patches));
     }

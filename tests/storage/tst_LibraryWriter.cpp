@@ -54,7 +54,7 @@ private Q_SLOTS:
     void renamedPatchMovesItsFile()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content library = one(QStringLiteral("Old"));
+        LibraryState library = one(QStringLiteral("Old"));
         QVERIFY(!save(directory, library).hasError());
         const QString number = directory.stamps().value(QStringLiteral("lib-Old.42.prst")).section(u' ', 0, 0);
         library.patches.first().name = QStringLiteral("New");
@@ -71,7 +71,7 @@ private Q_SLOTS:
     void patchesCanSwapTheirNames()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content library = three();
+        LibraryState library = three();
         QVERIFY(!save(directory, library).hasError());
         std::swap(library.patches[0].name, library.patches[2].name);
         QVERIFY(!save(directory, library).hasError());
@@ -92,7 +92,7 @@ private Q_SLOTS:
     void patchWithoutPresetDataFailsAloneWithALine()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content library = three();
+        LibraryState library = three();
         library.patches.insert(1, TestPatches::stored(50, QStringLiteral("Without")));
         const LibraryWriteResult result = save(directory, library);
         QVERIFY(result.hasError() && !result.arePatchesWritten && result.isLibraryFileWritten);
@@ -217,7 +217,7 @@ private Q_SLOTS:
         directory.write(libraryFile, libraryBytes < 0 ? text : text.first(libraryBytes));
         directory.write(libraryCopy, copyBytes < 0 ? text : text.first(copyBytes));
         const LibraryLoadResult result = load(directory);
-        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(!save(directory, three(), stateAfter(result)).hasError());
         QCOMPARE(directory.read(libraryFile), text);
         QCOMPARE(directory.files(), threeFiles);
@@ -306,7 +306,7 @@ private Q_SLOTS:
         VelgorPatch unread = three().patches.at(1);
         unread.records.reset();
         state.unread = {.patches = {{unread.id(), unread}}, .order = TestPatches::ids(three().patches)};
-        LibraryJson::Content rest = three();
+        LibraryState rest = three();
         rest.patches.removeAt(1);
         const LibraryWriteResult result = save(directory, rest, state);
         QVERIFY(!result.hasError() && result.keptFiles.isEmpty());

@@ -67,7 +67,7 @@ private Q_SLOTS:
     void usersCopyOfThePatchBecomesItsFileWhereThereIsNone()
     {
         const LibraryDirectory directory;
-        const LibraryJson::Content library = one(QStringLiteral("Lead"));
+        const LibraryState library = one(QStringLiteral("Lead"));
         directory.write(QStringLiteral("x.42.prst"), patchBytes(library.patches.first()));
         const LibraryWriteResult result = save(directory, library);
         QVERIFY(!result.hasError());
@@ -78,7 +78,7 @@ private Q_SLOTS:
     void fileNamedForThePatchGoesBeforeAUsersCopy()
     {
         const LibraryDirectory directory;
-        const LibraryJson::Content library = one(QStringLiteral("Lead"));
+        const LibraryState library = one(QStringLiteral("Lead"));
         const QByteArray bytes = patchBytes(library.patches.first());
         directory.write(QStringLiteral("a.42.prst"), bytes);
         directory.write(QStringLiteral("lib-Old.42.prst"), bytes);
@@ -94,7 +94,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         const QString name = QStringLiteral("lib-Amp.42.x.77.prst");
-        LibraryJson::Content library = one(QStringLiteral("Lead"));
+        LibraryState library = one(QStringLiteral("Lead"));
         library.patches.append(TestLibraries::patch(QStringLiteral("Amp.42.x"), 77, 2));
         QVERIFY(!save(directory, library).hasError());
         QCOMPARE(directory.files(), (QStringList{name, leadFile, libraryFile}));
@@ -120,7 +120,7 @@ private Q_SLOTS:
     void linkWithTheIdIsNotMovedNorFollowed()
     {
         const LibraryDirectory directory;
-        const LibraryJson::Content library = one(QStringLiteral("Lead"));
+        const LibraryState library = one(QStringLiteral("Lead"));
         const QString outside = directory.parentPath() + QStringLiteral("/outside");
         QFile file(outside);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(patchBytes(library.patches.first())) > 0);

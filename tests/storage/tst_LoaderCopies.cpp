@@ -29,7 +29,7 @@ private Q_SLOTS:
         writeEntries(directory, {first, second, third});
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        const QList<VelgorPatch> patches = result.library->patches();
+        const QList<VelgorPatch> patches = result.library->patches;
         QCOMPARE(TestPatches::names(patches), TestPatches::names({first, second, third}));
         QCOMPARE(patches.at(0).id(), quint64(42));
         QVERIFY(patches.at(1).id() != 42 && patches.at(2).id() != 42 && patches.at(1).id() != patches.at(2).id());
@@ -53,7 +53,7 @@ private Q_SLOTS:
         writeEntries(directory, entries);
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        QList<VelgorPatch> patches = result.library->patches();
+        QList<VelgorPatch> patches = result.library->patches;
         for (VelgorPatch &patch : patches) {
             patch.name += QStringLiteral(" renamed");
         }
@@ -68,9 +68,9 @@ private Q_SLOTS:
         writeEntries(directory, {patch, patch});
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        QCOMPARE(result.library->count(), 2);
-        QVERIFY(!save(directory, {result.library->patches(), std::nullopt}, stateAfter(result)).hasError());
-        QVERIFY(areIdentical(loaded(directory), result.library->patches()));
+        QCOMPARE(result.library->patches.size(), 2);
+        QVERIFY(!save(directory, {result.library->patches, std::nullopt}, stateAfter(result)).hasError());
+        QVERIFY(areIdentical(loaded(directory), result.library->patches));
     }
 
     void secondOfTwoEqualIdsDoesNotTakeTheFirstOnesSound()
@@ -106,7 +106,7 @@ private Q_SLOTS:
         m_lines->take();
         const LibraryLoadResult result = load(directory);
         QVERIFY(result.library);
-        QVERIFY(areIdentical(result.library->patches(), three().patches));
+        QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(!result.readError);
         // A part of the copy holds nothing that the copy does not.
         QVERIFY(result.writeState.filesToKeep.isEmpty());

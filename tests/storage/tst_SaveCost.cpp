@@ -27,9 +27,9 @@ qint64 bytesWritten()
     return text.sliced(start, text.indexOf('\n', start) - start).toLongLong();
 }
 
-LibraryJson::Content many(int count)
+LibraryState many(int count)
 {
-    LibraryJson::Content library;
+    LibraryState library;
     for (int i = 0; i < count; ++i) {
         library.patches.append(TestLibraries::patch(QString::number(i), static_cast<quint64>(i + 1), i));
     }
@@ -91,7 +91,7 @@ private Q_SLOTS:
     {
         QFETCH(const int, count);
         const LibraryDirectory directory;
-        const LibraryJson::Content library = many(count);
+        const LibraryState library = many(count);
         DirectoryWatch watch(directory.path());
         const LibraryWriteResult first = save(directory, library);
         QCOMPARE(first.written, count);
@@ -107,7 +107,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
-        LibraryJson::Content library = three();
+        LibraryState library = three();
         for (VelgorPatch &patch : library.patches) {
             patch.name += QStringLiteral(" new");
         }

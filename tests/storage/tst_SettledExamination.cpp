@@ -20,9 +20,9 @@ namespace {
 const QString stray = LibraryFileNames::patchFile(QStringLiteral("Stray"), 99);
 
 /// Patches whose ids are the hashes of their content, as an import gives them.
-LibraryJson::Content importedThree()
+LibraryState importedThree()
 {
-    LibraryJson::Content content = three();
+    LibraryState content = three();
     for (VelgorPatch &patch : content.patches) {
         patch = patch.withId(VelgorPatch::staticSimpleHash(patch));
     }
@@ -68,7 +68,7 @@ private Q_SLOTS:
     void stepsOfARunningSaveAreNoFindings()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content two = importedThree();
+        LibraryState two = importedThree();
         const VelgorPatch removed = two.patches.takeLast();
         QVERIFY(!save(directory, two).hasError());
         lock(directory);

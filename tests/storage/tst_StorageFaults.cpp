@@ -2,6 +2,7 @@
 #include "FailingCall.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -215,7 +216,7 @@ private Q_SLOTS:
             QCOMPARE(preferences.libraryDirectory(), expected);
             QCOMPARE(storedDirectory(place), expected);
             LibraryStorageManager again(expected);
-            const auto found = again.decodeLibrary();
+            const auto found = libraryOf(again.decodeLibrary());
             QVERIFY(found && areIdentical(found->patches(), three().patches));
             if (!problem.isEmpty()) {
                 ++failures;

@@ -5,6 +5,7 @@
 #include "FailingCall.h"
 #include "LibraryJournal.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -21,9 +22,9 @@ const QString file = QStringLiteral("file");
 const QString leadFile = QStringLiteral("lib-Lead.42.prst");
 
 /// The library of three patches with one renamed, one removed and one added.
-LibraryJson::Content changed()
+LibraryState changed()
 {
-    LibraryJson::Content library = three();
+    LibraryState library = three();
     library.patches.removeAt(1);
     library.patches.first().name = QStringLiteral("Solo");
     library.patches.append(TestLibraries::patch(QStringLiteral("Added"), 45, 4));
@@ -309,7 +310,7 @@ private Q_SLOTS:
         QFETCH(const Call, call);
         QFETCH(const int, before);
         const LibraryDirectory directory;
-        LibraryJson::Content library = one(QStringLiteral("Lead"));
+        LibraryState library = one(QStringLiteral("Lead"));
         QVERIFY(!save(directory, library).hasError());
         library.patches.first().name = QStringLiteral("Solo");
         LibraryWriteResult result;
@@ -372,7 +373,7 @@ private Q_SLOTS:
             result = load(directory);
         }
         QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});
-        const LibraryJson::Content without{result.library->patches(), result.library->defaultPatch()};
+        const LibraryState without{result.library->patches, result.library->defaultPatch};
         QVERIFY(!save(directory, without, stateAfter(result)).hasError());
         QVERIFY(areIdentical(loaded(directory), three().patches));
         QCOMPARE(datedCopies(directory), QStringList());
@@ -383,13 +384,13 @@ private Q_SLOTS:
     static void fileOfARemovedPatchThatStaysAtTheStartGoesWithTheNextSave()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content rest = three();
+        LibraryState rest = three();
         QVERIFY(!save(directory, rest).hasError());
         rest.patches.removeFirst();
         directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode(rest));
         directory.write(LibraryFileNames::journalFile(), LibraryJournal{.staged = {}, .removed = {42}}.encode());
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         {
             const FailingCall failing(Call::Unlink, EIO);
             storage.sweepLeftovers();
@@ -428,7 +429,7 @@ private Q_SLOTS:
         QSignalSpy finished(&storage, &LibraryStorageManager::loadFinished);
         storage.startLoading();
         QTRY_COMPARE(finished.size(), 1);
-        QVERIFY(failing.wasMade() && storage.takeLoadedLibrary()->count() == 3);
+        QVERIFY(failing.wasMade() && storage.takeLoadedLibrary()->patches.size() == 3);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "FailingCall.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 #include "UnreadPatches.h"
@@ -30,9 +31,9 @@ UnreadPatches oddOnes()
     return unread;
 }
 
-LibraryJson::Content libraryOf(const QList<quint64> &ids)
+LibraryState libraryOf(const QList<quint64> &ids)
 {
-    LibraryJson::Content content;
+    LibraryState content;
     for (const quint64 id : ids) {
         content.patches.append(patch(QString::number(id), id));
     }
@@ -71,7 +72,7 @@ private Q_SLOTS:
     {
         UnreadPatches unread = oddOnes();
         unread.defaultPatch = 3;
-        LibraryJson::Content library = libraryOf({2, 4});
+        LibraryState library = libraryOf({2, 4});
         QCOMPARE(unread.joinedWith(library).defaultPatch, std::optional<quint64>(3));
         library.defaultPatch = 4;
         QCOMPARE(unread.joinedWith(library).defaultPatch, std::optional<quint64>(4));
@@ -82,7 +83,7 @@ private Q_SLOTS:
     static void aLibraryOfWhichNothingCouldBeReadKeepsItsDefaultPatch()
     {
         const LibraryDirectory directory;
-        const LibraryJson::Content content{one(QStringLiteral("Lead")).patches, 42};
+        const LibraryState content{one(QStringLiteral("Lead")).patches, 42};
         QVERIFY(!save(directory, content).hasError());
         LibraryLoadResult result;
         {
@@ -93,8 +94,8 @@ private Q_SLOTS:
         QVERIFY(!result.library);
         QVERIFY(!save(directory, {{patch(QStringLiteral("New"), 50)}, std::nullopt}, stateAfter(result)).hasError());
         const LibraryLoadResult again = load(directory);
-        QCOMPARE(TestPatches::ids(again.library->patches()), (QList<quint64>{42, 50}));
-        QCOMPARE(again.library->defaultPatch(), std::optional<quint64>(42));
+        QCOMPARE(TestPatches::ids(again.library->patches), (QList<quint64>{42, 50}));
+        QCOMPARE(again.library->defaultPatch, std::optional<quint64>(42));
     }
 
     static void aPatchWhoseFileHasAnotherNameStaysToo()
@@ -123,7 +124,7 @@ private Q_SLOTS:
         QVERIFY(QFile::rename(file, outside));
         QVERIFY(QFile::link(outside, file));
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("A/B")});
         QCOMPARE(storage.unreadPatches(), 1);
@@ -155,7 +156,7 @@ private Q_SLOTS:
         std::unique_ptr<VelgorLibrary> library;
         {
             const FailingCall failing(Call::Read, EIO, 1);
-            library = storage.decodeLibrary();
+            library = libraryOf(storage.decodeLibrary());
         }
         QCOMPARE(library->count(), 2);
         QCOMPARE(storage.unreadPatches(), 1);

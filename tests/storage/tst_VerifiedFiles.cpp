@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "OrdinaryUser.h"
 #include "PatchFileHandler.h"
 #include "TemporaryFiles.h"
@@ -70,7 +71,7 @@ void verifySetAside(const LibraryDirectory &directory, const QByteArray &bytes, 
 QByteArray exportedAfterRestart(const LibraryDirectory &directory)
 {
     LibraryStorageManager storage(directory.path());
-    const auto library = storage.decodeLibrary();
+    const auto library = libraryOf(storage.decodeLibrary());
     UserFiles files;
     const QString path = directory.parentPath() + QStringLiteral("/exported.prst");
     if (!library || !PatchFileHandler(files).exportTo(library->patches(), path)) {
@@ -135,7 +136,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         directory.write(leadFile, bytes);
         setModified(directory.filePath(leadFile), QDateTime::currentDateTimeUtc().addSecs(5));
@@ -239,7 +240,7 @@ private Q_SLOTS:
             TestRecords::fileBytes({lead().records->patchData, TestRecords::patch(QStringLiteral("x"), 7)});
         directory.write(leadFile, list);
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
         QVERIFY(storage.droppedProblems().first().contains(QStringLiteral("a list of 2 patches")));
@@ -291,7 +292,7 @@ private Q_SLOTS:
         directory.write(
             LibraryFileNames::journalFile(), LibraryJournal{.staged = {{42, prepared}}, .removed = {}}.encode());
         LibraryStorageManager storage(directory.path());
-        const auto library = storage.decodeLibrary();
+        const auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         QVERIFY(areIdentical(library->patches(), {lead()}));
         storage.sweepLeftovers();

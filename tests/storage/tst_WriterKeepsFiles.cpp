@@ -42,7 +42,7 @@ private Q_SLOTS:
         QFile::remove(directory.filePath(leadFile));
         const QByteArray old = directory.read(libraryFile);
         const LibraryLoadResult result = load(directory);
-        QVERIFY(!save(directory, {result.library->patches(), std::nullopt}, stateAfter(result)).hasError());
+        QVERIFY(!save(directory, {result.library->patches, std::nullopt}, stateAfter(result)).hasError());
         QCOMPARE(datedCopies(directory).size(), 1);
         QCOMPARE(directory.read(datedCopies(directory).first()), old);
     }
@@ -101,7 +101,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         const LibraryWriteResult first = save(directory, three());
-        LibraryJson::Content others = three();
+        LibraryState others = three();
         others.patches.first().comment = QStringLiteral("theirs");
         const QByteArray text = LibraryJson::encode(others);
         directory.write(libraryFile, text);

@@ -33,14 +33,14 @@ inline VelgorPatch imported(const QString &name, int seed)
 }
 
 /// Three patches with ids of their own; the default is the second.
-inline LibraryJson::Content three()
+inline LibraryState three()
 {
     return {{patch(QStringLiteral("Lead"), 42), patch(QStringLiteral("A/B"), 43, 2, TestRecords::userIR(7)),
                 patch(QStringLiteral("Clean"), 44, 3)},
         43};
 }
 
-inline LibraryJson::Content one(const QString &name)
+inline LibraryState one(const QString &name)
 {
     return {{patch(name, 42)}, std::nullopt};
 }
@@ -64,7 +64,7 @@ inline LibraryWriteState stateOf(const LibraryDirectory &directory)
     return {.libraryFile = stamp};
 }
 
-inline LibraryWriteResult save(const LibraryDirectory &directory, const LibraryJson::Content &content,
+inline LibraryWriteResult save(const LibraryDirectory &directory, const LibraryState &content,
     const std::optional<LibraryWriteState> &state = std::nullopt)
 {
     return LibraryWriter(directory.path(), state.value_or(stateOf(directory))).save(content);
@@ -74,9 +74,9 @@ inline LibraryWriteResult save(const LibraryDirectory &directory, const LibraryJ
 inline LibraryWriteResult remove(const LibraryDirectory &directory, const QList<quint64> &ids)
 {
     const LibraryLoadResult before = LibraryLoader(directory.path()).load();
-    LibraryJson::Content content;
+    LibraryState content;
     if (before.library) {
-        content.patches = before.library->patches();
+        content.patches = before.library->patches;
     }
     content.patches.removeIf([&ids](const VelgorPatch &patch) { return ids.contains(patch.id()); });
     LibraryWriteState state = stateOf(directory);
@@ -99,7 +99,7 @@ inline LibraryLoadResult load(const LibraryDirectory &directory)
 inline QList<VelgorPatch> loaded(const LibraryDirectory &directory)
 {
     const LibraryLoadResult result = load(directory);
-    return result.library ? result.library->patches() : QList<VelgorPatch>();
+    return result.library ? result.library->patches : QList<VelgorPatch>();
 }
 
 inline QStringList loadedNames(const LibraryDirectory &directory)

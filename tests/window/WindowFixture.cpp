@@ -77,7 +77,7 @@ WindowFixture::~WindowFixture() = default;
 std::unique_ptr<WindowFixture> WindowFixture::shown(const QString &patches, const QString &slots)
 {
     auto directory = std::make_unique<const LibraryDirectory>();
-    LibraryJson::Content stored;
+    LibraryState stored;
     for (const QString &name : patches.split(u' ', Qt::SkipEmptyParts)) {
         stored.patches.append(patch(name));
     }

@@ -30,9 +30,9 @@ const VelgorPatch &patchOf(const QString &name)
     return known != patches.cend() ? *known : *patches.insert(name, WindowFixture::patch(name));
 }
 
-LibraryJson::Content contentOf(const QString &names)
+LibraryState contentOf(const QString &names)
 {
-    LibraryJson::Content content;
+    LibraryState content;
     for (const QString &name : names.split(u' ')) {
         content.patches.append(patchOf(name));
     }
@@ -182,7 +182,7 @@ private Q_SLOTS:
     void aPatchWhoseFileWasPutBackIsAdded()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content content = contentOf(QStringLiteral("A B C"));
+        LibraryState content = contentOf(QStringLiteral("A B C"));
         content.patches[1].comment = QStringLiteral("my words");
         content.defaultPatch = content.patches.at(1).id();
         QVERIFY(!TestLibraries::save(directory, content).hasError());
@@ -195,7 +195,7 @@ private Q_SLOTS:
         check.press(QStringLiteral("Add 1 Patch"));
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A B C"));
         QVERIFY(TestLibraries::areIdentical(TestLibraries::loaded(directory), content.patches));
-        QCOMPARE(TestLibraries::load(directory).library->defaultPatch(), content.defaultPatch);
+        QCOMPARE(TestLibraries::load(directory).library->defaultPatch, content.defaultPatch);
     }
 
     void aFileThatIsNotNeededIsShownAndNoFinding()
@@ -215,7 +215,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C"))).hasError());
-        LibraryJson::Content then = contentOf(QStringLiteral("B A Broken"));
+        LibraryState then = contentOf(QStringLiteral("B A Broken"));
         then.defaultPatch = patchOf(QStringLiteral("A")).id();
         directory.write(former, LibraryJson::encode(then));
         directory.write(fileOf(QStringLiteral("Broken")), "damaged");
@@ -230,7 +230,7 @@ private Q_SLOTS:
     void longNamesAreCut()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content content = contentOf(QStringLiteral("A B"));
+        LibraryState content = contentOf(QStringLiteral("A B"));
         content.patches[1].name = QString(500, u'x');
         QVERIFY(!TestLibraries::save(directory, content).hasError());
         const QString file = LibraryFileNames::patchFile(content.patches.at(1).name, content.patches.at(1).id());
@@ -244,7 +244,7 @@ private Q_SLOTS:
     void aMixedUpFileThatIsRightIsSettledByDuplicating()
     {
         const LibraryDirectory directory;
-        LibraryJson::Content content = contentOf(QStringLiteral("A"));
+        LibraryState content = contentOf(QStringLiteral("A"));
         content.patches[0].comment = QStringLiteral("my words");
         QVERIFY(!TestLibraries::save(directory, content).hasError());
         writePatch(directory, QStringLiteral("Other"), fileOf(QStringLiteral("A")));
@@ -272,7 +272,7 @@ private Q_SLOTS:
         const QString name = QStringLiteral("\u05e9\u05dc\u05d5\u05dd");
         const QString isolated = u'\u2068' + name + u'\u2069';
         const LibraryDirectory directory;
-        LibraryJson::Content content = contentOf(QStringLiteral("A B"));
+        LibraryState content = contentOf(QStringLiteral("A B"));
         content.patches[1].name = name;
         QVERIFY(!TestLibraries::save(directory, content).hasError());
         const QString file = LibraryFileNames::patchFile(name, content.patches.at(1).id());
@@ -345,7 +345,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C"))).hasError());
-        LibraryJson::Content then = contentOf(QStringLiteral("A B Gone"));
+        LibraryState then = contentOf(QStringLiteral("A B Gone"));
         then.patches.first().comment = QStringLiteral("former words");
         directory.write(former, LibraryJson::encode(then));
         Checked check(directory);

@@ -307,7 +307,7 @@ private Q_SLOTS:
         QFETCH(const int, count);
         QFETCH(const int, deleted);
         const LibraryDirectory directory;
-        LibraryJson::Content stored;
+        LibraryState stored;
         for (int i = 0; i < count; ++i) {
             const QString name = QStringLiteral("Sound %1").arg((i * 7919) % count, 5, 10, QChar(u'0'));
             stored.patches.append(TestLibraries::patch(name, 1000 + static_cast<quint64>(i), i));

@@ -32,7 +32,7 @@ private Q_SLOTS:
     void aFileThatIsNotTheLibrarysIsNamedAndTheLibraryIsSaidToBeSaved()
     {
         const LibraryDirectory directory;
-        const LibraryJson::Content stored = TestLibraries::one(QStringLiteral("Lead"));
+        const LibraryState stored = TestLibraries::one(QStringLiteral("Lead"));
         TestLibraries::save(directory, stored);
         const QString extra = QStringLiteral("Backup of Lead.42.prst");
         directory.write(extra, TestLibraries::patchBytes(stored.patches.first()));

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -57,7 +58,7 @@ public:
         m_directory.write(LibraryFileNames::libraryFile(), text);
         const auto before = m_directory.stamps();
         LibraryStorageManager storage(m_directory.path());
-        const std::unique_ptr<VelgorLibrary> library = storage.decodeLibrary();
+        const std::unique_ptr<VelgorLibrary> library = libraryOf(storage.decodeLibrary());
         QString fault;
         if (m_directory.stamps() != before) {
             fault = QStringLiteral("loading changed the directory");

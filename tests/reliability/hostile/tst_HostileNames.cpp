@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "LoadedLibrary.h"
 #include "PatchFileHandler.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -74,7 +75,7 @@ class TestHostileNames : public QObject {
     void run(Change change)
     {
         LibraryStorageManager storage(m_directory->path());
-        auto library = storage.decodeLibrary();
+        auto library = libraryOf(storage.decodeLibrary());
         QVERIFY(library);
         change(*library, storage);
         storage.save(*library);
@@ -86,7 +87,7 @@ class TestHostileNames : public QObject {
     {
         const LibraryLoadResult result = load(*m_directory);
         QVERIFY(result.library && result.droppedPatches.isEmpty());
-        QCOMPARE(TestPatches::names(result.library->patches()), names);
+        QCOMPARE(TestPatches::names(result.library->patches), names);
         QCOMPARE(outside(), m_outside);
         // As many files as patches, each directly in the directory: no name lost or took another's.
         QCOMPARE(m_directory->files().size(), names.size() + 1);
@@ -125,7 +126,7 @@ private Q_SLOTS:
         QFETCH(const QString, name);
         const QString second = QStringLiteral("A/B");
         const QString third = QStringLiteral("Clean");
-        LibraryJson::Content content = three();
+        LibraryState content = three();
         content.patches[0].name = name;
         QVERIFY(!save(*m_directory, content).hasError());
         hold({name, second, third});
@@ -163,7 +164,7 @@ private Q_SLOTS:
             QStringLiteral(u"caf\u00E9"), QStringLiteral(u"cafe\u0301"), QStringLiteral(u"CAFE\u0301"),
             QStringLiteral("a/b"), QStringLiteral("a$b"), QStringLiteral("same"), QStringLiteral("same"),
             QStringLiteral("x").repeated(300), QStringLiteral("x").repeated(301)};
-        LibraryJson::Content content;
+        LibraryState content;
         for (int i = 0; i < names.size(); ++i) {
             content.patches.append(named(names.at(i), i));
         }
@@ -179,7 +180,7 @@ private Q_SLOTS:
 
     void allNamesLiveInOneLibrary()
     {
-        LibraryJson::Content content;
+        LibraryState content;
         for (const QString &name : hostileNames()) {
             content.patches.append(named(name, content.patches.size()));
         }

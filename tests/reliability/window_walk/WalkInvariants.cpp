@@ -142,9 +142,9 @@ QString WalkInvariants::storedWrong(WindowFixture &window, bool isOrderSaved)
     if (!window.storage.saveUnsaved() || window.storage.writeError() || window.storage.readError()) {
         return QStringLiteral("the library cannot be saved: ") + window.storage.writeProblems().join(u' ');
     }
-    const LibraryJson::Content here = LibrarySnapshot::take(window.library);
+    const LibraryState here = LibrarySnapshot::take(window.library);
     const LibraryLoadResult result = LibraryLoader(window.storage.libDirectory()).load();
-    const LibraryJson::Content there = result.library ? LibrarySnapshot::take(*result.library) : LibraryJson::Content{};
+    const LibraryState there = result.library.value_or(LibraryState());
     if (!result.droppedPatches.isEmpty() || !result.problem.isEmpty()) {
         return QStringLiteral("loading leaves out %1 %2").arg(result.droppedPatches.join(u' '), result.problem);
     }
