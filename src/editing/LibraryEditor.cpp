@@ -116,8 +116,8 @@ void LibraryEditor::tickToo(const QList<quint64> &ids)
     for (const quint64 id : ids) {
         ticks.multiSelections.insert(id, true);
     }
-    m_library.setIsMultiSel(true);
     m_library.setMultiSelections(ticks);
+    m_library.setIsMultiSel(true);
 }
 
 void LibraryEditor::tickAll()
@@ -131,16 +131,16 @@ void LibraryEditor::tickAll()
     for (const qsizetype row : rows) {
         ticks.multiSelections.insert(m_library.patches().at(row).id(), true);
     }
-    m_library.setIsMultiSel(true);
     m_library.setMultiSelections(ticks);
+    m_library.setIsMultiSel(true);
 }
 
 void LibraryEditor::tickSimilar()
 {
     if (const VelgorPatch *selected = selectedPatch()) {
         const MultiSelections similar = m_library.findSimilarPatches(selected->id());
-        m_library.setIsMultiSel(true);
         m_library.setMultiSelections(similar);
+        m_library.setIsMultiSel(true);
     }
 }
 

@@ -20,6 +20,7 @@
 #include "LibraryViewFilterView.h"
 #include "Look.h"
 #include "LookMeasures.h"
+#include "OneRefresh.h"
 #include "RecentFilesMenu.h"
 #include "ShownName.h"
 #include "StatusLine.h"
@@ -54,13 +55,18 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     , m_state(state)
     , m_commands(new Commands(desk, *this, this))
     , m_alerts(new Alerts(desk, *this))
+    , m_refresh(new OneRefresh(
+          [this] {
+              refreshTitle();
+              noteKeptFiles();
+          },
+          this))
 {
     applyColorScheme();
     m_columns = new LibraryContentMainView(desk, *m_commands, this);
     setCentralWidget(m_columns);
     const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, m_state, *menuBar(), this);
     m_recentFiles = menu->recentFiles();
-    m_commands->follow();
     m_commands->addShortcuts(*this, *m_columns->content()->list(), *m_columns->library()->list());
     m_columns->content()->setContextMenu(menu->contentContextMenu());
     m_columns->library()->setContextMenu(menu->libraryContextMenu());
@@ -77,16 +83,11 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
 
     connect(&desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &ContentView::applyColorScheme);
     connect(&systemColorScheme, &SystemColorScheme::changed, this, &ContentView::applyColorScheme);
-    connect(&desk.contentFiles, &ContentFiles::changed, this, [this] {
-        if (!m_isTitleDue) {
-            m_isTitleDue = true;
-            QTimer::singleShot(0, this, &ContentView::refreshTitle);
-        }
-    });
+    connect(&desk.contentFiles, &ContentFiles::changed, m_refresh, &OneRefresh::ask);
     for (const auto signal :
         {&LibraryStorageManager::waitingToSaveChanged, &LibraryStorageManager::libraryToSaveChanged}) {
-        // A save that has ended is told of before its result is known.
-        connect(&desk.storage, signal, this, &ContentView::refreshStatus, Qt::QueuedConnection);
+        connect(&desk.storage, signal, m_status, &StatusLine::refresh);
+        connect(&desk.storage, signal, m_refresh, &OneRefresh::ask);
     }
     m_status->follow(*m_columns->content()->list());
     m_status->follow(*m_columns->library()->list());
@@ -305,7 +306,6 @@ void ContentView::applyColorScheme()
 
 void ContentView::refreshTitle()
 {
-    m_isTitleDue = false;
     const QString file = m_desk.contentFiles.fileName();
     const bool isModified = m_desk.contentFiles.isModified();
     const QString list =

@@ -13,6 +13,7 @@ class Commands;
 class FileDrops;
 class LibraryCheckDialog;
 class LibraryContentMainView;
+class OneRefresh;
 class RecentFilesMenu;
 class StatusLine;
 class SystemColorScheme;
@@ -98,13 +99,13 @@ private:
     Commands *m_commands;
     Alerts *m_alerts;
     StatusLine *m_status = nullptr;
+    OneRefresh *m_refresh;
     RecentFilesMenu *m_recentFiles = nullptr;
     FileDrops *m_drops = nullptr;
     QPointer<AboutDialog> m_about;
     QPointer<LibraryCheckDialog> m_check;
     bool m_isCloseConfirmed = false; ///< whatever is not saved or exported
     bool m_isExportWaived = false;
-    bool m_isTitleDue = false;
     bool m_isPlaced = false; ///< with the frame that the window manager has given it
     QStringList m_notedKeptFiles;
 };

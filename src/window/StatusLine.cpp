@@ -5,6 +5,7 @@
 #include "ElidedLabel.h"
 #include "LibraryEditor.h"
 #include "LookMeasures.h"
+#include "OneRefresh.h"
 #include "PatchListView.h"
 #include "RelativeFont.h"
 #include "StatusText.h"
@@ -22,6 +23,7 @@ StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
     , m_isShown(std::move(isShown))
     , m_first(new ElidedLabel(this))
     , m_last(new ElidedLabel(this))
+    , m_refresh(new OneRefresh([this] { showTexts(); }, this))
 {
     setSizeGripEnabled(false);
     for (ElidedLabel *const label : {m_first, m_last}) {
@@ -36,7 +38,7 @@ StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
     addPermanentWidget(m_last);
     followChanges();
     followEditors();
-    refresh();
+    showTexts();
 }
 
 void StatusLine::followChanges()
@@ -161,6 +163,11 @@ void StatusLine::clearAll()
 }
 
 void StatusLine::refresh()
+{
+    m_refresh->ask();
+}
+
+void StatusLine::showTexts()
 {
     const QString library = StatusText::ofLibrary(m_desk.library, m_desk.storage);
     QStringList done{m_done, m_order};

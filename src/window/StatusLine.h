@@ -7,6 +7,7 @@
 #include <functional>
 
 class ElidedLabel;
+class OneRefresh;
 class PatchListView;
 
 /// The line at the window's lower edge: what letting go of a drag does, else what was done last, else how the library
@@ -37,11 +38,13 @@ private:
     void followChanges();
     void followEditors();
     void clearAll();
+    void showTexts();
 
     const Desk &m_desk;
     IsShown m_isShown;
     ElidedLabel *m_first;
     ElidedLabel *m_last;
+    OneRefresh *m_refresh;
     QString m_drop;
     QString m_done;
     QString m_order; ///< what became of the order of the library, until it is sorted or loaded anew

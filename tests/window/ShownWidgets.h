@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -10,10 +12,17 @@
 /// Finds what stands in a view by what users and scripts know it by.
 namespace ShownWidgets {
 
+/// Lets refreshes happen that were put off until the program waits for the user.
+inline void catchUp()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+}
+
 /// The one visible widget of the class with this accessible name; a null pointer when it is not the only one.
 template <typename Widget>
 Widget *named(const QWidget &view, const QString &name)
 {
+    catchUp();
     Widget *found = nullptr;
     const QList<Widget *> all = view.findChildren<Widget *>();
     for (Widget *widget : all) {
@@ -31,6 +40,7 @@ Widget *named(const QWidget &view, const QString &name)
 /// The texts of the visible labels, from top to bottom and from left to right.
 inline QStringList labels(const QWidget &view)
 {
+    catchUp();
     QList<const QLabel *> shown;
     const QList<QLabel *> all = view.findChildren<QLabel *>();
     for (const QLabel *label : all) {

@@ -203,11 +203,13 @@ bool WindowFixture::isSaid(const QString &label) const
 
 QString WindowFixture::status() const
 {
+    ShownWidgets::catchUp();
     return window->statusBar()->findChild<QLabel *>()->text();
 }
 
 QString WindowFixture::libraryStatus() const
 {
+    ShownWidgets::catchUp();
     const QList<QLabel *> labels = window->statusBar()->findChildren<QLabel *>();
     const QString last = labels.last()->text();
     return last.isEmpty() ? labels.first()->text() : last;
@@ -236,6 +238,7 @@ bool WindowFixture::press(const QString &name) const
 
 QAction *WindowFixture::menuEntry(const QString &text) const
 {
+    ShownWidgets::catchUp();
     return entryIn(window->menuBar()->actions(), text);
 }
 

@@ -1,5 +1,6 @@
 #include "CommandTable.h"
 #include "Commands.h"
+#include "ShownWidgets.h"
 #include "TestDesk.h"
 #include "TestProgram.h"
 #include "WebPages.h"
@@ -57,10 +58,14 @@ struct Window {
     explicit Window(const QString &library = {})
         : desk(library)
     {
-        commands.follow();
     }
 
-    [[nodiscard]] QAction &action(CommandId id) const { return *commands.action(id); }
+    /// As it is once the program waits for the user.
+    [[nodiscard]] QAction &action(CommandId id) const
+    {
+        ShownWidgets::catchUp();
+        return *commands.action(id);
+    }
     [[nodiscard]] QString label(CommandId id) const { return action(id).text().remove(u'&'); }
     [[nodiscard]] QString buttonLabel(CommandId id) { return commands.command(id).buttonLabel(desk.desk); }
     [[nodiscard]] QString symbol(CommandId id) { return commands.command(id).symbol(desk.desk); }
@@ -235,9 +240,11 @@ private Q_SLOTS:
     {
         Window window(QStringLiteral("A B C D"));
         window.desk.tick({0, 1, 2, 3});
+        ShownWidgets::catchUp();
         int refreshes = 0;
         connect(&window.commands, &Commands::refreshed, this, [&refreshes] { ++refreshes; });
         window.action(CommandId::Duplicate).trigger();
+        ShownWidgets::catchUp();
         QCOMPARE(window.desk.library.count(), 8);
         QCOMPARE(refreshes, 1);
     }
@@ -383,17 +390,19 @@ private Q_SLOTS:
     void theTailBitIsOneOfTwo()
     {
         Window window;
-        QAction &normal = window.action(CommandId::NormalTailBit);
-        QAction &inverted = window.action(CommandId::InvertedTailBit);
-        QVERIFY(normal.isChecked() && !inverted.isChecked());
-        inverted.trigger();
+        const auto checked = [&window] {
+            return std::pair(window.action(CommandId::NormalTailBit).isChecked(),
+                window.action(CommandId::InvertedTailBit).isChecked());
+        };
+        QCOMPARE(checked(), std::pair(true, false));
+        window.action(CommandId::InvertedTailBit).trigger();
         QVERIFY(window.desk.content.inverseTailBit());
-        QVERIFY(!normal.isChecked() && inverted.isChecked());
-        inverted.trigger();
-        QVERIFY(!normal.isChecked() && inverted.isChecked());
-        normal.trigger();
+        QCOMPARE(checked(), std::pair(false, true));
+        window.action(CommandId::InvertedTailBit).trigger();
+        QCOMPARE(checked(), std::pair(false, true));
+        window.action(CommandId::NormalTailBit).trigger();
         QVERIFY(!window.desk.content.inverseTailBit());
-        QVERIFY(normal.isChecked() && !inverted.isChecked());
+        QCOMPARE(checked(), std::pair(true, false));
     }
 
     void theColourSchemeIsOneOfThree()

@@ -1,4 +1,5 @@
 #include "LibraryViewFilterView.h"
+#include "ShownWidgets.h"
 #include "StatusLine.h"
 #include "StatusText.h"
 #include "TestProgram.h"
@@ -222,6 +223,7 @@ private Q_SLOTS:
         const auto picture = [&window](const QString &folder) {
             window->window->statusLine().say(
                 StatusText::ofLibraryMove(QStringLiteral("/library/%1/%2").arg(QString(400, u'w'), folder)));
+            ShownWidgets::catchUp();
             return window->window->statusLine().grab().toImage();
         };
         const QImage first = picture(QStringLiteral("first"));

@@ -164,8 +164,10 @@ private Q_SLOTS:
         auto *button = named<QAbstractButton>(details.view, label);
         QVERIFY(button->isCheckable() && button->isChecked());
         details.select(1);
+        catchUp();
         QVERIFY(!button->isChecked());
         details.select(0);
+        catchUp();
         QVERIFY(button->isChecked());
         press(details.view, label);
         QVERIFY(!(details.patch().*flag));
@@ -207,7 +209,7 @@ private Q_SLOTS:
     {
         DetailFixture details;
         details.content.createNew(details.patch(0));
-        QCoreApplication::sendPostedEvents(&details.view);
+        catchUp();
         const auto *places = details.view.findChild<PlaceBadges *>();
         const int oneLine = PlaceBadges(nullptr).heightForWidth(places->width());
         QVERIFY(places->height() > oneLine);
@@ -245,14 +247,17 @@ private Q_SLOTS:
         QCOMPARE(spoken(), QString());
         for (int i = 0; i < 2; ++i) {
             press(details.view, QStringLiteral("Default"));
+            catchUp();
             QCOMPARE(details.callbacks.defaultId, details.patch().id());
             QVERIFY(button->isChecked());
             QCOMPARE(spoken(), QStringLiteral("This is the default patch"));
         }
         details.select(1);
+        catchUp();
         QVERIFY(!button->isChecked());
         details.callbacks.defaultId = details.patch(1).id();
         Q_EMIT details.library.defaultPatchChanged();
+        catchUp();
         QVERIFY(button->isChecked());
     }
 

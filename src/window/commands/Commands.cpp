@@ -2,11 +2,11 @@
 
 #include "CommandTable.h"
 #include "LibraryManagerPreferences.h"
+#include "OneRefresh.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
 #include <QAction>
-#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QWidget>
 
@@ -16,6 +16,7 @@ Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
     : QObject(parent)
     , m_desk(desk)
     , m_window(window)
+    , m_refresh(new OneRefresh([this] { refreshActions(); }, this))
 {
     for (const Command &command : commandTable()) {
         auto *action = new QAction(this);
@@ -30,18 +31,17 @@ Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
             action->setMenuRole(QAction::NoRole);
         }
         connect(action, &QAction::triggered, this, [this, run = command.run] {
-            // A command that changes many patches one by one would have every other one asked after each of them.
-            const QScopedValueRollback running(m_isRunning, true);
             run(m_desk, m_window);
-            m_isRunning = false;
             refresh();
         });
         m_actions.insert(command.id, action);
     }
+    connect(m_refresh, &OneRefresh::done, this, &Commands::refreshed);
+    followDesk();
     refresh();
 }
 
-void Commands::follow()
+void Commands::followDesk()
 {
     const VelgorLibrary &library = m_desk.library;
     for (const auto signal :
@@ -64,7 +64,6 @@ void Commands::follow()
         connect(&content, signal, this, &Commands::refresh);
     }
     connect(&m_desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);
-    refresh();
 }
 
 QAction *Commands::action(CommandId id) const
@@ -110,9 +109,11 @@ void Commands::setLibraryUsable(bool isUsable)
 
 void Commands::refresh()
 {
-    if (m_isRunning) {
-        return;
-    }
+    m_refresh->ask();
+}
+
+void Commands::refreshActions()
+{
     for (const Command &command : commandTable()) {
         QAction *const action = m_actions.value(command.id);
         const bool isBlocked = !m_isLibraryUsable && command.needsLibrary;
@@ -122,5 +123,4 @@ void Commands::refresh()
             action->setChecked(command.isChecked(m_desk));
         }
     }
-    Q_EMIT refreshed();
 }

@@ -7,6 +7,7 @@
 
 #include <vector>
 
+class OneRefresh;
 class QAction;
 class QWidget;
 
@@ -15,20 +16,19 @@ class Commands : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive the commands. Their state is that of this moment until follow() is called.
+    /// Both must outlive the commands, which keep up with every change. Their state is worked out once control is back
+    /// in the event loop, and then asks the window for what it shows.
     Commands(Desk &desk, WindowTasks &window, QObject *parent = nullptr);
 
     [[nodiscard]] QAction *action(CommandId id) const;
     [[nodiscard]] const Command &command(CommandId id) const;
     [[nodiscard]] const Desk &desk() const { return m_desk; }
-    /// From here on the commands keep up with every change. What shows the library and the list has to hear of a change
-    /// first, as the commands ask the window for what it shows: call this when the window is built.
-    void follow();
     /// Gives every command its shortcut: in the whole window, or in the list that it works on.
     void addShortcuts(QWidget &window, QWidget &contentList, QWidget &libraryList);
     /// While the library is being loaded, what needs it cannot be asked for.
     void setLibraryUsable(bool isUsable);
 
+    /// What the window shows has changed.
     void refresh();
 
 Q_SIGNALS:
@@ -36,9 +36,12 @@ Q_SIGNALS:
     void refreshed();
 
 private:
+    void followDesk();
+    void refreshActions();
+
     Desk &m_desk;
     WindowTasks &m_window;
     QHash<CommandId, QAction *> m_actions;
+    OneRefresh *m_refresh;
     bool m_isLibraryUsable = true;
-    bool m_isRunning = false;
 };

@@ -8,6 +8,7 @@
 #include "Hairline.h"
 #include "LibraryEditor.h"
 #include "LookMeasures.h"
+#include "OneRefresh.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 #include "WrappingRow.h"
@@ -15,7 +16,6 @@
 #include <QAction>
 #include <QMenu>
 #include <QStyle>
-#include <QTimer>
 #include <QVBoxLayout>
 
 using namespace LookMeasures;
@@ -29,6 +29,7 @@ VelgorContentView::VelgorContentView(const VelgorContent &content, const VelgorL
     , m_title(new ContentTitle(this))
     , m_list(new ContentListView(content, editor, libraryEditor, *m_model, this))
     , m_import(new CommandButton(commands, CommandId::Import, this))
+    , m_refresh(new OneRefresh([this] { refresh(); }, this))
 {
     auto *const header = new QVBoxLayout;
     header->setContentsMargins(columnPadding, wideGap - hairline, columnPadding, gap);
@@ -57,11 +58,11 @@ VelgorContentView::VelgorContentView(const VelgorContent &content, const VelgorL
     connect(m_list, &QAbstractItemView::doubleClicked, commands.action(CommandId::ShowInLibrary), &QAction::trigger);
     for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
              &VelgorContent::rowsChanged}) {
-        connect(&content, signal, this, &VelgorContentView::refresh);
+        connect(&content, signal, m_refresh, &OneRefresh::ask);
     }
-    connect(&content, &VelgorContent::wasReset, this, &VelgorContentView::refresh);
-    connect(&library, &VelgorLibrary::selectionChanged, this, &VelgorContentView::refreshUsedRowsSoon);
-    connect(&library, &VelgorLibrary::wasReset, this, &VelgorContentView::refreshUsedRowsSoon);
+    connect(&content, &VelgorContent::wasReset, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::selectionChanged, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::wasReset, m_refresh, &OneRefresh::ask);
     refresh();
 }
 
@@ -83,20 +84,11 @@ void VelgorContentView::refresh()
         m_import->setProperty("lead", isLead);
         m_import->update();
     }
-    refreshUsedRowsSoon();
-}
-
-void VelgorContentView::refreshUsedRowsSoon()
-{
-    if (!m_isRefreshDue) {
-        m_isRefreshDue = true;
-        QTimer::singleShot(0, this, &VelgorContentView::refreshUsedRows);
-    }
+    refreshUsedRows();
 }
 
 void VelgorContentView::refreshUsedRows()
 {
-    m_isRefreshDue = false;
     QSet<int> rows;
     if (const VelgorPatch *patch = m_libraryEditor.selectedPatch()) {
         const QList<BankNumber> places = m_libraryEditor.inContentPatch(patch->id());

@@ -9,6 +9,7 @@ class ContentListModel;
 class ContentListView;
 class ContentTitle;
 class LibraryEditor;
+class OneRefresh;
 class QMenu;
 class VelgorContent;
 class VelgorLibrary;
@@ -27,7 +28,6 @@ public:
 
 private:
     void refresh();
-    void refreshUsedRowsSoon();
     void refreshUsedRows();
 
     const VelgorContent &m_content;
@@ -36,5 +36,5 @@ private:
     ContentTitle *m_title;
     ContentListView *m_list;
     CommandButton *m_import;
-    bool m_isRefreshDue = false;
+    OneRefresh *m_refresh;
 };

@@ -2,15 +2,13 @@
 
 #include "EmptyDetails.h"
 #include "LibraryCallbacks.h"
+#include "OneRefresh.h"
 #include "PatchDetailForm.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
 #include <QKeySequence>
-#include <QMetaObject>
 #include <QStackedLayout>
-
-#include <utility>
 
 VelgorPatchDetailView::VelgorPatchDetailView(
     const VelgorLibrary &library, const VelgorContent &content, LibraryCallbacks &callbacks, QWidget *parent)
@@ -21,6 +19,7 @@ VelgorPatchDetailView::VelgorPatchDetailView(
     , m_pages(new QStackedLayout(this))
     , m_empty(new EmptyDetails(this))
     , m_form(new PatchDetailForm(this))
+    , m_refresh(new OneRefresh([this] { refresh(); }, this))
 {
     m_pages->addWidget(m_empty);
     m_pages->addWidget(m_form);
@@ -35,28 +34,28 @@ VelgorPatchDetailView::VelgorPatchDetailView(
         if (m_shownId) {
             m_callbacks.setDefaultPatch(*m_shownId);
         }
-        refreshDefault();
+        m_refresh->ask();
     });
     connect(m_form, &PatchDetailForm::placeActivated, this, &VelgorPatchDetailView::placeActivated);
 
-    connect(&library, &VelgorLibrary::selectionChanged, this, &VelgorPatchDetailView::refresh);
-    connect(&library, &VelgorLibrary::rowsInserted, this, &VelgorPatchDetailView::refresh);
-    connect(&library, &VelgorLibrary::rowsRemoved, this, &VelgorPatchDetailView::refresh);
-    connect(&library, &VelgorLibrary::rowsChanged, this, &VelgorPatchDetailView::refresh);
-    connect(&library, &VelgorLibrary::wasReset, this, &VelgorPatchDetailView::refresh);
-    connect(&library, &VelgorLibrary::defaultPatchChanged, this, &VelgorPatchDetailView::refreshDefault);
-    connect(&content, &VelgorContent::rowsInserted, this, &VelgorPatchDetailView::refreshPlacesSoon);
-    connect(&content, &VelgorContent::rowsRemoved, this, &VelgorPatchDetailView::refreshPlacesSoon);
-    connect(&content, &VelgorContent::rowMoved, this, &VelgorPatchDetailView::refreshPlacesSoon);
-    connect(&content, &VelgorContent::rowsChanged, this, &VelgorPatchDetailView::refreshPlacesSoon);
-    connect(&content, &VelgorContent::wasReset, this, &VelgorPatchDetailView::refreshPlacesSoon);
+    connect(&library, &VelgorLibrary::selectionChanged, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::rowsInserted, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::rowsRemoved, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::rowsChanged, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::wasReset, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::defaultPatchChanged, m_refresh, &OneRefresh::ask);
+    connect(&content, &VelgorContent::rowsInserted, m_refresh, &OneRefresh::ask);
+    connect(&content, &VelgorContent::rowsRemoved, m_refresh, &OneRefresh::ask);
+    connect(&content, &VelgorContent::rowMoved, m_refresh, &OneRefresh::ask);
+    connect(&content, &VelgorContent::rowsChanged, m_refresh, &OneRefresh::ask);
+    connect(&content, &VelgorContent::wasReset, m_refresh, &OneRefresh::ask);
     refresh();
 }
 
 void VelgorPatchDetailView::setLoading(bool isLoading)
 {
     m_isLoading = isLoading;
-    refresh();
+    m_refresh->ask();
 }
 
 QSize VelgorPatchDetailView::sizeHint() const
@@ -72,6 +71,7 @@ QSize VelgorPatchDetailView::minimumSizeHint() const
 
 void VelgorPatchDetailView::focusName()
 {
+    m_refresh->catchUp();
     if (m_shownId) {
         m_form->focusName();
     }
@@ -130,30 +130,13 @@ void VelgorPatchDetailView::refresh()
     const bool isOtherPatch = m_shownId != patch->id();
     m_shownId = patch->id();
     m_form->showPatch(*patch, isOtherPatch);
-    refreshDefault();
-    refreshPlacesSoon();
+    m_form->showDefault(m_callbacks.isDefaultPatch(*m_shownId));
+    refreshPlaces();
     m_pages->setCurrentWidget(m_form);
-}
-
-void VelgorPatchDetailView::refreshDefault()
-{
-    m_form->showDefault(m_shownId && m_callbacks.isDefaultPatch(*m_shownId));
-}
-
-void VelgorPatchDetailView::refreshPlacesSoon()
-{
-    if (!std::exchange(m_placesAreStale, true)) {
-        QMetaObject::invokeMethod(this, &VelgorPatchDetailView::refreshPlaces, Qt::QueuedConnection);
-    }
 }
 
 void VelgorPatchDetailView::refreshPlaces()
 {
-    m_placesAreStale = false;
-    if (!m_shownId) {
-        refreshEmpty();
-        return;
-    }
     QList<int> slotIndexes;
     const QList<BankNumber> places = m_callbacks.inContentPatch(*m_shownId);
     for (const BankNumber &place : places) {

@@ -9,6 +9,7 @@
 
 class EmptyDetails;
 class LibraryCallbacks;
+class OneRefresh;
 class PatchDetailForm;
 class QStackedLayout;
 class VelgorContent;
@@ -43,9 +44,6 @@ private:
     [[nodiscard]] QString nextStep() const;
     void refreshEmpty();
     void refresh();
-    void refreshDefault();
-    /// However often it is asked for, the places are looked up once, when control is back in the event loop.
-    void refreshPlacesSoon();
     void refreshPlaces();
     void edit(const std::function<void(VelgorPatch &)> &change);
 
@@ -55,7 +53,7 @@ private:
     QStackedLayout *m_pages;
     EmptyDetails *m_empty;
     PatchDetailForm *m_form;
+    OneRefresh *m_refresh;
     std::optional<quint64> m_shownId;
-    bool m_placesAreStale = false;
     bool m_isLoading = false;
 };

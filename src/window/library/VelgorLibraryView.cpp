@@ -9,6 +9,7 @@
 #include "LibraryViewFilterView.h"
 #include "LoadingView.h"
 #include "LookMeasures.h"
+#include "OneRefresh.h"
 #include "VelgorLibrary.h"
 #include "WrappingRow.h"
 
@@ -33,6 +34,7 @@ VelgorLibraryView::VelgorLibraryView(
     , m_list(new LibraryListView(library, editor, *m_model, this))
     , m_loading(new LoadingView(this))
     , m_buttons(makeButtons())
+    , m_refresh(new OneRefresh([this] { refresh(); }, this))
 {
     m_count->setWordWrap(true);
     m_count->setForegroundRole(QPalette::PlaceholderText);
@@ -53,7 +55,8 @@ VelgorLibraryView::VelgorLibraryView(
         m_editor.setFilter(filter);
         m_model->setFilter(filter);
         m_list->scrollToTop();
-        refresh();
+        m_commands.refresh();
+        m_refresh->ask();
     });
     connect(m_filter, &LibraryViewFilterView::left, m_list, &LibraryListView::takeFocus);
     followLibrary();
@@ -100,16 +103,15 @@ QLayout *VelgorLibraryView::makeButtons()
 
 void VelgorLibraryView::followLibrary()
 {
-    // The model follows the library, so what it announces comes after its own change.
     for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(m_model, signal, this, &VelgorLibraryView::refresh);
+        connect(m_model, signal, m_refresh, &OneRefresh::ask);
     }
-    connect(m_model, &QAbstractItemModel::modelReset, this, &VelgorLibraryView::refresh);
+    connect(m_model, &QAbstractItemModel::modelReset, m_refresh, &OneRefresh::ask);
     // A patch that the filter hides counts too.
     for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved}) {
-        connect(&m_library, signal, this, &VelgorLibraryView::refresh);
+        connect(&m_library, signal, m_refresh, &OneRefresh::ask);
     }
-    connect(&m_library, &VelgorLibrary::wasReset, this, &VelgorLibraryView::refresh);
+    connect(&m_library, &VelgorLibrary::wasReset, m_refresh, &OneRefresh::ask);
 }
 
 void VelgorLibraryView::setContextMenu(QMenu *menu)
@@ -180,7 +182,7 @@ void VelgorLibraryView::setLoading(bool isLoading)
     m_list->setEnabled(!isLoading);
     m_loading->setLoading(isLoading);
     m_pages->setCurrentWidget(isLoading ? static_cast<QWidget *>(m_loading) : m_list);
-    refresh();
+    m_refresh->ask();
 }
 
 bool VelgorLibraryView::isShown(quint64 id) const
@@ -195,7 +197,6 @@ void VelgorLibraryView::setLoadProgress(qsizetype loaded, qsizetype total)
 
 void VelgorLibraryView::refresh()
 {
-    m_commands.refresh();
     const qsizetype shown = m_model->filteredVelgorPatchesCount();
     const qsizetype all = m_library.count();
     const QString text = shown >= 2 ? tr("Showing: %1 elements out of %2") : tr("Showing: %1 element out of %2");

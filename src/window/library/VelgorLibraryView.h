@@ -8,6 +8,7 @@ class LibraryListModel;
 class LibraryListView;
 class LibraryViewFilterView;
 class LoadingView;
+class OneRefresh;
 class QLabel;
 class QMenu;
 class QStackedLayout;
@@ -60,4 +61,5 @@ private:
     LibraryListView *m_list;
     LoadingView *m_loading;
     QLayout *m_buttons;
+    OneRefresh *m_refresh;
 };
