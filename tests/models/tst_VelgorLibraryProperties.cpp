@@ -2,7 +2,7 @@
 
 #include "FakeLibraryStorage.h"
 #include "LibraryViewFilter.h"
-#include "PatchIdentity.h"
+#include "PlainLibrary.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
 #include "Utf8Text.h"
@@ -14,126 +14,6 @@
 #include <algorithm>
 
 namespace {
-
-/// What the library does, written as plainly as possible: no index, no lazy order.
-struct Model {
-    QList<VelgorPatch> patches;
-    QList<quint64> order;
-    std::optional<quint64> defaultPatch;
-    int step = 0;
-
-    qsizetype positionOf(quint64 id) const { return TestPatches::ids(patches).indexOf(id); }
-
-    void saveOrder()
-    {
-        if (!patches.isEmpty()) {
-            order = TestPatches::ids(patches);
-        }
-    }
-
-    /// The row of the very patch: by one of the ids that it may have, or else the first that holds the same.
-    qsizetype knownRow(const VelgorPatch &patch) const
-    {
-        if (!patch.records) {
-            return positionOf(patch.id());
-        }
-        const auto isSame = [&patch](const VelgorPatch &held) {
-            return held.records ? held.records->patchData.name == patch.records->patchData.name
-                    && held.records->patchData.data == patch.records->patchData.data
-                                : held.id() == patch.id();
-        };
-        QList<quint64> ids{patch.id(), VelgorPatch::staticSimpleHash(patch), PatchIdentity::freshId(patch, 1)};
-        for (quint32 attempt = 2; positionOf(ids.last()) >= 0; ++attempt) {
-            ids.append(PatchIdentity::freshId(patch, attempt));
-        }
-        for (const quint64 id : ids) {
-            const qsizetype at = positionOf(id);
-            if (at >= 0 && isSame(patches.at(at))) {
-                return at;
-            }
-        }
-        const auto other = std::find_if(patches.begin(), patches.end(), isSame);
-        return other == patches.end() ? -1 : other - patches.begin();
-    }
-
-    quint64 freeId(const VelgorPatch &patch) const
-    {
-        quint64 id = patch.id();
-        if (positionOf(id) >= 0 && patch.records) {
-            id = VelgorPatch::staticSimpleHash(patch);
-        }
-        for (quint32 attempt = 1; positionOf(id) >= 0; ++attempt) {
-            id = PatchIdentity::freshId(patch, attempt);
-        }
-        return id;
-    }
-
-    qsizetype rowFor(const VelgorPatch &patch, std::optional<quint64> synonym) const
-    {
-        const qsizetype at = synonym ? positionOf(*synonym) : -1;
-        return at < 0 ? knownRow(patch) : at;
-    }
-
-    void append(
-        const VelgorPatch &patch, bool duplicate, bool replace, qsizetype location, std::optional<quint64> synonym)
-    {
-        const qsizetype at = rowFor(patch, synonym);
-        if (at < 0) {
-            const VelgorPatch placed = patch.withId(freeId(patch));
-            patches.insert(location < 0 || location > patches.size() ? patches.size() : location, placed);
-        } else if (duplicate) {
-            // The copy's id may be random: the caller takes the copy over from the library and checks it.
-        } else if (replace) {
-            patches[at].records = patch.records;
-        }
-        saveOrder();
-    }
-
-    QString newNameFor(const QString &name) const
-    {
-        const QStringList names = TestPatches::names(patches);
-        for (int number = 1;; ++number) {
-            const QString digits = QString::number(number);
-            const QString candidate = Utf8Text::longestPrefixWithin(name, 15 - digits.size()) + u'-' + digits;
-            if (!names.contains(candidate)) {
-                return candidate;
-            }
-        }
-    }
-
-    MultiSelections similarTo(quint64 id) const
-    {
-        MultiSelections result;
-        const qsizetype at = positionOf(id);
-        for (qsizetype row = 0; at >= 0 && row < patches.size(); ++row) {
-            const auto sound = patches.at(row).soundHash();
-            result.multiSelections[patches.at(row).id()] = row == at || (sound && sound == patches.at(at).soundHash());
-        }
-        return result;
-    }
-
-    void remove(const QList<quint64> &ids)
-    {
-        patches.removeIf([&ids](const VelgorPatch &patch) { return ids.contains(patch.id()); });
-        if (defaultPatch && ids.contains(*defaultPatch)) {
-            defaultPatch.reset();
-        }
-        saveOrder();
-    }
-
-    void sort()
-    {
-        const auto key = [](const VelgorPatch &patch) { return patch.name.toLower().toUcs4(); };
-        const auto place = [this](const VelgorPatch &patch) {
-            const qsizetype at = order.indexOf(patch.id());
-            return at < 0 ? patches.size() : at;
-        };
-        std::stable_sort(patches.begin(), patches.end(), [&](const VelgorPatch &a, const VelgorPatch &b) {
-            return step == 0 ? key(a) < key(b) : step == 1 ? place(a) < place(b) : key(b) < key(a);
-        });
-        step = (step + 1) % 3;
-    }
-};
 
 /// Follows a library through its signals alone, as an item model does.
 class Follower {
@@ -185,7 +65,7 @@ class TestVelgorLibraryProperties : public QObject {
     Q_OBJECT
 
 private:
-    static void compare(VelgorLibrary &library, const Model &model, const Follower &follower, bool isOrderRead)
+    static void compare(VelgorLibrary &library, const PlainLibrary &model, const Follower &follower, bool isOrderRead)
     {
         const QList<VelgorPatch> &patches = library.patches();
         if (model.patches.isEmpty()) {
@@ -215,7 +95,7 @@ private:
     }
 
     /// What is kept ready beside the patches, with what they say themselves.
-    static void compareKeys(const VelgorLibrary &library, const Model &model)
+    static void compareKeys(const VelgorLibrary &library, const PlainLibrary &model)
     {
         for (const QString &wanted : {QStringLiteral("LEAD"), QStringLiteral("x-1"), QString::fromUtf8("\uFF5E")}) {
             for (const auto text : {&VelgorPatch::name, &VelgorPatch::comment}) {
@@ -236,7 +116,7 @@ private:
         }
     }
 
-    static void step(QRandomGenerator &random, VelgorLibrary &library, Model &model)
+    static void step(QRandomGenerator &random, VelgorLibrary &library, PlainLibrary &model)
     {
         FakeLibraryStorage storage;
         const auto anyId = [&]() -> quint64 {
@@ -344,8 +224,8 @@ private:
     }
 
     /// The last patch of the library must be a copy of `source` under a name of its own.
-    static void takeOverCopy(
-        VelgorLibrary &library, Model &model, qsizetype before, const VelgorPatch &source, const QString &foundName)
+    static void takeOverCopy(VelgorLibrary &library, PlainLibrary &model, qsizetype before, const VelgorPatch &source,
+        const QString &foundName)
     {
         QCOMPARE(library.patches().size(), before + 1);
         const VelgorPatch &copy = library.patches().last();
@@ -376,7 +256,7 @@ private Q_SLOTS:
         QFETCH(const quint32, seed);
         QRandomGenerator random(seed);
         VelgorLibrary library;
-        Model model;
+        PlainLibrary model;
         Follower follower(library);
         for (int count = 0; count < 500; ++count) {
             step(random, library, model);

@@ -1,32 +1,18 @@
+#include "KeysInWindow.h"
 #include "ShownWidgets.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
 #include "WindowFixture.h"
 
 #include <QApplication>
-#include <QLineEdit>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QRegularExpression>
 
+using namespace KeysInWindow;
 using namespace ShownWidgets;
 using Flag = bool VelgorPatch::*;
-Q_DECLARE_METATYPE(Flag)
 
 namespace {
-
-QLineEdit *field(const WindowFixture &window, const char *name)
-{
-    return named<QLineEdit>(*window.window, QLatin1String(name));
-}
-
-/// Each key goes to whatever has the focus.
-void type(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-{
-    QVERIFY(QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }));
-    QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
-    WindowFixture::settle();
-}
 
 QString ticks(const WindowFixture &window)
 {
@@ -37,16 +23,6 @@ QString ticks(const WindowFixture &window)
 
 class TestKeyboardUse : public QObject {
     Q_OBJECT
-
-private:
-    /// Patches "Lead Bells Choir" of which the second is selected, slots "A B C D" of which the second is selected.
-    static std::unique_ptr<WindowFixture> chosen()
-    {
-        auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"), QStringLiteral("A B C D"));
-        WindowFixture::click(window->contentList(), 1);
-        WindowFixture::click(window->libraryList(), 1);
-        return window;
-    }
 
 private Q_SLOTS:
     void returnPutsThePatchIntoTheSlotAndGoesOn_data()
@@ -292,55 +268,6 @@ private Q_SLOTS:
         QVERIFY(!window->message().isEmpty());
         type(Qt::Key_Return);
         QCOMPARE(window->library.count(), 3);
-    }
-
-    void keysOfATextFieldAreTheFields_data()
-    {
-        QTest::addColumn<QString>("name");
-        for (const char *name : {"Name", "Filter by name", "Filter by comment"}) {
-            QTest::newRow(name) << QString(QLatin1String(name));
-        }
-    }
-
-    void keysOfATextFieldAreTheFields()
-    {
-        QFETCH(const QString, name);
-        const auto window = chosen();
-        QLineEdit *edit = named<QLineEdit>(*window->window, name);
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClicks(edit, QStringLiteral("two words"));
-        WindowFixture::click(window->libraryList(), 0);
-        edit->setFocus();
-        edit->setText(QStringLiteral("two words"));
-        edit->home(false);
-        type(Qt::Key_Delete, Qt::ControlModifier);
-        QCOMPARE(edit->text(), QStringLiteral("words"));
-        QCOMPARE(window->message(), QString());
-        type(Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(edit->selectedText(), QStringLiteral("words"));
-        QVERIFY(!window->library.isMultiSel());
-        QVERIFY(window->contentEditor.selectedRows().size() == 1);
-        type(Qt::Key_Return);
-        QCOMPARE(window->slotNames(), QStringLiteral("A B C D"));
-    }
-
-    void keysOfTheCommentAreTheComments()
-    {
-        const auto window = chosen();
-        auto *comment = named<QPlainTextEdit>(*window->window, QStringLiteral("Comment"));
-        comment->setFocus();
-        QTest::keyClicks(comment, QStringLiteral("two words"));
-        QCOMPARE(window->library.patches().at(1).comment, QStringLiteral("two words"));
-        comment->moveCursor(QTextCursor::Start);
-        type(Qt::Key_Delete, Qt::ControlModifier);
-        QCOMPARE(window->library.patches().at(1).comment, QStringLiteral("words"));
-        QCOMPARE(window->message(), QString());
-        type(Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(comment->textCursor().selectedText(), QStringLiteral("words"));
-        type(Qt::Key_Return);
-        QCOMPARE(window->slotNames(), QStringLiteral("A B C D"));
-        QCOMPARE(window->library.patches().at(1).comment, QStringLiteral("\n"));
     }
 
     void controlAInTheContentSelectsEverySlot()

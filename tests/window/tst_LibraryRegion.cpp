@@ -1,3 +1,4 @@
+#include "LibraryColumn.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -7,16 +8,12 @@
 #include <QApplication>
 #include <QLineEdit>
 
+using namespace LibraryColumn;
 using namespace ShownWidgets;
 
 namespace {
 
 const QString noSelection = QStringLiteral("Select item in library to see details");
-
-QLineEdit *field(const WindowFixture &window, const char *name)
-{
-    return named<QLineEdit>(*window.window, QLatin1String(name));
-}
 
 void clickTick(const WindowFixture &window, int row)
 {
@@ -25,11 +22,6 @@ void clickTick(const WindowFixture &window, int row)
     const QRect rect = list->visualRect(list->model()->index(row, 0));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, QPoint(tickMiddle, rect.center().y()));
     WindowFixture::settle();
-}
-
-QString selectLabel(const WindowFixture &window)
-{
-    return named<QAbstractButton>(*window.window, QStringLiteral("Select"))->text();
 }
 
 QString ticks(const WindowFixture &window)
@@ -291,59 +283,6 @@ private Q_SLOTS:
         WindowFixture::click(window->libraryList(), 0);
         QVERIFY(window->press(QStringLiteral("Default")));
         QCOMPARE(window->library.defaultPatch(), std::optional(window->library.patches().first().id()));
-    }
-
-    void anyNumberOfPatchesIsHandled_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("deleted");
-        QTest::newRow("1") << 1 << 1;
-        QTest::newRow("99") << 99 << 50;
-        QTest::newRow("10,000") << 10'000 << 1000;
-    }
-
-    void anyNumberOfPatchesIsHandled()
-    {
-        QFETCH(const int, count);
-        QFETCH(const int, deleted);
-        const LibraryDirectory directory;
-        LibraryState stored;
-        for (int i = 0; i < count; ++i) {
-            const QString name = QStringLiteral("Sound %1").arg((i * 7919) % count, 5, 10, QChar(u'0'));
-            stored.patches.append(TestLibraries::patch(name, 1000 + static_cast<quint64>(i), i));
-        }
-        TestLibraries::save(directory, stored);
-        WindowFixture window(directory);
-        QVERIFY(window.open());
-        const QAbstractItemModel *rows = window.libraryList()->model();
-        QCOMPARE(rows->rowCount(), count);
-        QTest::keyClicks(field(window, "Filter by name"), QStringLiteral("0000"));
-        QCOMPARE(rows->rowCount(), std::min(count, 10));
-        QVERIFY(window.press(QStringLiteral("Clear")));
-        QCOMPARE(rows->rowCount(), count);
-        if (window.press(QStringLiteral("Sort"))) {
-            QCOMPARE(rows->index(count - 1, 0).data().toString(),
-                QStringLiteral("Sound %1").arg(count - 1, 5, 10, QChar(u'0')));
-        }
-        QVERIFY(window.choose(QStringLiteral("Select All")));
-        QCOMPARE(selectLabel(window), QStringLiteral("Select (%1)").arg(count));
-        QVERIFY(window.press(QStringLiteral("Select")));
-        QVERIFY(window.press(QStringLiteral("Select")));
-        MultiSelections ticked;
-        for (int i = 0; i < deleted; ++i) {
-            ticked.multiSelections.insert(window.library.patches().at(i * count / deleted).id(), true);
-        }
-        window.library.setMultiSelections(ticked);
-        window.calls.calls.clear();
-        QVERIFY(window.press(QStringLiteral("Delete")));
-        QCOMPARE(window.message(), QStringLiteral("Do you really want to delete %1 patches?").arg(deleted));
-        QVERIFY(window.answer(QStringLiteral("Yes")));
-        QCOMPARE(window.library.count(), count - deleted);
-        // The request for a later save finds nothing left to write.
-        QCOMPARE(window.calls.calls,
-            (QStringList{
-                QStringLiteral("remove %1").arg(deleted), QStringLiteral("save"), QStringLiteral("delayedSave")}));
-        QCOMPARE(directory.files().size(), count - deleted + 1);
     }
 };
 

@@ -235,32 +235,6 @@ private Q_SLOTS:
         QCOMPARE(spy.first().first().toInt(), 98);
     }
 
-    void theDefaultPatchStaysMarked()
-    {
-        DetailFixture details;
-        const auto *button = named<QAbstractButton>(details.view, QStringLiteral("Default"));
-        const auto spoken = [button] {
-            return QAccessible::queryAccessibleInterface(const_cast<QAbstractButton *>(button))
-                ->text(QAccessible::Description);
-        };
-        QVERIFY(button->isCheckable() && !button->isChecked());
-        QCOMPARE(spoken(), QString());
-        for (int i = 0; i < 2; ++i) {
-            press(details.view, QStringLiteral("Default"));
-            catchUp();
-            QCOMPARE(details.callbacks.defaultId, details.patch().id());
-            QVERIFY(button->isChecked());
-            QCOMPARE(spoken(), QStringLiteral("This is the default patch"));
-        }
-        details.select(1);
-        catchUp();
-        QVERIFY(!button->isChecked());
-        details.callbacks.defaultId = details.patch(1).id();
-        Q_EMIT details.library.defaultPatchChanged();
-        catchUp();
-        QVERIFY(button->isChecked());
-    }
-
     void everyControlHasAName()
     {
         DetailFixture details;

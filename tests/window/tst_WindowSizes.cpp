@@ -140,18 +140,6 @@ private Q_SLOTS:
     void initTestCase() { m_usualFont = QApplication::font(); }
     void cleanup() { QApplication::setFont(m_usualFont); }
 
-    void theCheckOfTheLibraryStartsWithinTheScreenFrameIncluded()
-    {
-        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
-        QVERIFY(window->choose(QStringLiteral("Check Library...")));
-        const auto *const dialog = window->window->findChild<LibraryCheckDialog *>();
-        QVERIFY(dialog);
-        const QSize room = dialog->screen()->availableSize();
-        QVERIFY(dialog->minimumSizeHint().width() <= room.width() - 8);
-        QVERIFY2(dialog->width() <= room.width() - 8, qPrintable(QString::number(dialog->width())));
-        QVERIFY(dialog->height() <= room.height() - 40);
-    }
-
     void theCheckOfTheLibraryFollowsTheFont()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
