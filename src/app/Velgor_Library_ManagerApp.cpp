@@ -140,16 +140,17 @@ void Velgor_Library_ManagerApp::moveLibrary()
         ? *chosen
         : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
     std::unique_ptr<SingleInstance> instance;
-    const QString problem = storage.moveTo(
+    const Result<> moved = storage.moveTo(
         directory, velgorLibrary,
-        [&instance](const QString &target) {
+        [&instance](const QString &target) -> Result<> {
             instance = std::make_unique<SingleInstance>(target);
             const bool isFirst = instance->start(StartRequest()) == SingleInstance::Outcome::First;
-            return isFirst ? QString() : tr("%1: another program uses the folder").arg(target);
+            return isFirst ? Result<>(Success())
+                           : Problem{.where = target, .why = tr("another program uses the folder"), .mayPass = true};
         },
         [&instance] { instance.reset(); });
-    if (!problem.isEmpty()) {
-        m_window->alerts().show(AlertTexts::cannotMoveLibrary(problem), [](bool) {});
+    if (!moved) {
+        m_window->alerts().show(AlertTexts::cannotMoveLibrary(moved.problem().text()), [](bool) {});
         return;
     }
     connect(instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);

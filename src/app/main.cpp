@@ -41,10 +41,9 @@ int main(int argc, char *argv[])
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
     nameProgram();
-    QByteArray bad;
-    const std::optional<QStringList> words = ProgramArguments::decode(argc, argv, bad);
+    const Result<QStringList> words = ProgramArguments::decode(argc, argv);
     if (!words) {
-        StartOptions::refuse(ProgramArguments::refusalOf(bad));
+        StartOptions::refuse(words.problem().why);
         return wrongUsage;
     }
     if (StartOptions::needNoWindow(*words)) {

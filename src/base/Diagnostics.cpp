@@ -29,12 +29,6 @@ DiagnosticLog &keptLog()
     return instance;
 }
 
-QString &lastLineOfThread()
-{
-    thread_local QString instance;
-    return instance;
-}
-
 void writeLine(std::FILE *stream, const QString &line)
 {
     const QByteArray bytes = line.toUtf8() + '\n';
@@ -46,7 +40,6 @@ void writeLine(std::FILE *stream, const QString &line)
 
 void printLine(const QString &line)
 {
-    lastLineOfThread() = line;
     const std::scoped_lock lock(mutex());
     keptLog().add(line);
     if (currentSink()) {
@@ -54,11 +47,6 @@ void printLine(const QString &line)
     } else {
         writeLine(stdout, line);
     }
-}
-
-QString lastLine()
-{
-    return lastLineOfThread();
 }
 
 QStringList keptLines()

@@ -13,9 +13,6 @@ using Sink = std::function<void(const QString &line)>;
 /// Gives `line` (without line feed) to the current sink. Callable from any thread; lines never interleave.
 void printLine(const QString &line);
 
-/// The line that this thread printed last, for telling the user why a reader refused.
-[[nodiscard]] QString lastLine();
-
 /// The last lines of this run, from all threads and whatever the sink, the oldest first: as many as DiagnosticLog
 /// keeps. Not to be called by a sink.
 [[nodiscard]] QStringList keptLines();

@@ -16,7 +16,7 @@ namespace ProgramArguments {
 #ifdef Q_OS_WIN
 
 // What main() is given went through the code page of the system.
-std::optional<QStringList> decode(int /*argc*/, const char *const * /*argv*/, QByteArray & /*bad*/)
+Result<QStringList> decode(int /*argc*/, const char *const * /*argv*/)
 {
     int count = 0;
     wchar_t **const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -35,14 +35,15 @@ QStringList remaining(int /*argc*/, const char *const * /*argv*/)
 
 #else
 
-std::optional<QStringList> decode(int argc, const char *const *argv, QByteArray &bad)
+Result<QStringList> decode(int argc, const char *const *argv)
 {
     QStringList words;
     for (int i = 1; i < argc; ++i) {
         const std::optional<QString> word = Utf8Text::decode(argv[i]);
         if (!word) {
-            bad = argv[i];
-            return std::nullopt;
+            return Problem{.what = Problem::What::Malformed,
+                .why = QCoreApplication::translate("ProgramArguments", "an argument is not valid UTF-8: %1")
+                           .arg(QString::fromUtf8(argv[i]))};
         }
         words.append(*word);
     }
@@ -51,16 +52,10 @@ std::optional<QStringList> decode(int argc, const char *const *argv, QByteArray 
 
 QStringList remaining(int argc, const char *const *argv)
 {
-    QByteArray bad;
-    return decode(argc, argv, bad).value_or(QStringList());
+    const Result<QStringList> words = decode(argc, argv);
+    return words ? *words : QStringList();
 }
 
 #endif
-
-QString refusalOf(const QByteArray &bad)
-{
-    return QCoreApplication::translate("ProgramArguments", "an argument is not valid UTF-8: %1")
-        .arg(QString::fromUtf8(bad));
-}
 
 } // namespace ProgramArguments

@@ -37,12 +37,13 @@ AddedFile readFile(const QString &path)
     PatchFileHandler handler(files);
     AddedFile file;
     file.path = path;
-    file.presets = handler.read(path);
-    if (!file.presets) {
-        file.error = handler.problem();
+    const Result<SPresetFile> presets = handler.read(path);
+    if (!presets) {
+        file.error = presets.problem().text();
         Output::fail(file.error);
     } else {
-        NameWarning::print(path, *file.presets);
+        file.presets = *presets;
+        NameWarning::print(path, *presets);
     }
     return file;
 }

@@ -3,7 +3,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
-std::optional<Arguments> Arguments::parse(const Command &command, const QStringList &words, QString &error)
+Result<Arguments> Arguments::parse(const Command &command, const QStringList &words)
 {
     QCommandLineParser parser;
     for (const CommandOption &option : command.options) {
@@ -14,8 +14,7 @@ std::optional<Arguments> Arguments::parse(const Command &command, const QStringL
         parser.addOption(QCommandLineOption(names, option.description, option.value));
     }
     if (!parser.parse(QStringList{command.name} + words)) {
-        error = parser.errorText();
-        return std::nullopt;
+        return Problem{.why = parser.errorText()};
     }
     Arguments arguments;
     arguments.m_positional = parser.positionalArguments();
@@ -29,12 +28,13 @@ std::optional<Arguments> Arguments::parse(const Command &command, const QStringL
         return arguments;
     }
     if (count < command.fewestArguments) {
-        error = QCoreApplication::translate("Arguments", "%1 needs %2").arg(command.name, command.arguments);
-        return std::nullopt;
+        return Problem{
+            .why = QCoreApplication::translate("Arguments", "%1 needs %2").arg(command.name, command.arguments)};
     }
     if (command.mostArguments != Command::anyNumber && count > command.mostArguments) {
-        error = QCoreApplication::translate("Arguments", "too many arguments: %1").arg(arguments.m_positional.last());
-        return std::nullopt;
+        return Problem{
+            .why =
+                QCoreApplication::translate("Arguments", "too many arguments: %1").arg(arguments.m_positional.last())};
     }
     return arguments;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "Result.h"
 
 #include <QHash>
 #include <QStringList>
@@ -10,9 +11,8 @@
 /// What the user gave a command: checked against its declaration, not yet against the world.
 class Arguments {
 public:
-    /// Parses what follows the command's words. On failure `error` says what is wrong, in one line.
-    [[nodiscard]] static std::optional<Arguments> parse(
-        const Command &command, const QStringList &words, QString &error);
+    /// Parses what follows the command's words. The problem is one line.
+    [[nodiscard]] static Result<Arguments> parse(const Command &command, const QStringList &words);
 
     /// What stands without an option, in order.
     [[nodiscard]] const QStringList &positional() const { return m_positional; }

@@ -1,6 +1,5 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
-#include "Diagnostics.h"
 #include "Output.h"
 #include "PipedFiles.h"
 #include "PresetFileChecker.h"
@@ -35,14 +34,14 @@ QString versionOf(const SPresetFile &file)
 CheckedFile checkFile(const QString &path)
 {
     CheckedFile checked{.path = path, .report = {}};
-    const FileReadResult read = PipedFiles().read(path);
-    if (!read.bytes) {
-        Output::fail(QStringLiteral("%1: %2").arg(path, read.error));
+    const Result<QByteArray> bytes = PipedFiles().read(path);
+    if (!bytes) {
+        Output::fail(bytes.problem().in(path).text());
         return checked;
     }
-    checked.report = PresetFileChecker::check(*read.bytes);
-    if (!checked.report.file) {
-        Output::fail(CheckCommand::tr("%1: not a complete preset file (%2)").arg(path, Diagnostics::lastLine()));
+    checked.report = PresetFileChecker::check(*bytes);
+    if (checked.report.problem) {
+        Output::fail(CheckCommand::tr("%1: not a complete preset file (%2)").arg(path, checked.report.problem->why));
     }
     return checked;
 }

@@ -52,28 +52,28 @@ std::optional<QList<Placement>> placements(const QStringList &values)
     return result;
 }
 
-/// Fills the list from the file or with the default patch. An error text when neither can be had.
-QString fill(VelgorContent &content, const Arguments &arguments, const VelgorLibrary &library)
+/// Fills the list from the file or with the default patch.
+Result<> fill(VelgorContent &content, const Arguments &arguments, const VelgorLibrary &library)
 {
     if (const std::optional<QString> from = arguments.value(QStringLiteral("from"))) {
         PipedFiles files;
         PatchFileHandler handler(files);
-        const std::optional<SPresetFile> presets = handler.read(*from);
+        const Result<SPresetFile> presets = handler.read(*from);
         if (!presets) {
-            return handler.problem();
+            return presets.problem();
         }
         NameWarning::print(*from, *presets);
         content.populate(*presets);
-        return {};
+        return Success();
     }
     const auto filler = library.getPatchFromId(library.defaultPatch());
     if (!filler) {
-        return ComposeCommand::tr(
-            "the library has no default patch to fill the list with; "
-            "choose one with 'velgor library set ID --default', or start from a file with --from");
+        return Problem{.why = ComposeCommand::tr(
+                           "the library has no default patch to fill the list with; "
+                           "choose one with 'velgor library set ID --default', or start from a file with --from")};
     }
     content.createNew(*filler->patch);
-    return {};
+    return Success();
 }
 
 } // namespace
@@ -93,9 +93,8 @@ int CommandHandlers::libraryCompose(const Arguments &arguments)
         return Failed;
     }
     VelgorContent content;
-    const QString error = fill(content, arguments, session.library());
-    if (!error.isEmpty()) {
-        return Output::fail(error);
+    if (const Result<> filled = fill(content, arguments, session.library()); !filled) {
+        return Output::fail(filled.problem().text());
     }
     for (const Placement &place : *places) {
         if (place.slot >= content.velgorContentPatchList().size()) {
@@ -115,8 +114,8 @@ int CommandHandlers::libraryCompose(const Arguments &arguments)
     }
     PipedFiles files;
     PatchFileHandler handler(files);
-    if (!handler.exportTo(content, *output)) {
-        return Output::fail(handler.problem());
+    if (const Result<QString> written = handler.exportTo(content, *output); !written) {
+        return Output::fail(written.problem().text());
     }
     QStringList names;
     for (const VelgorContentPatch &slot : content.velgorContentPatchList()) {

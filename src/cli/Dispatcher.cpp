@@ -74,10 +74,9 @@ int Dispatcher::runCommand(const QString &name)
     if (m_library && command->usesLibrary()) {
         m_words.prepend(QStringLiteral("--library=") + *m_library);
     }
-    QString error;
-    const std::optional<Arguments> arguments = Arguments::parse(*command, m_words, error);
+    const Result<Arguments> arguments = Arguments::parse(*command, m_words);
     if (!arguments) {
-        return wrongUsage(error, name);
+        return wrongUsage(arguments.problem().text(), name);
     }
     if (arguments->has(QStringLiteral("help"))) {
         Output::print(HelpText::ofCommand(*command));

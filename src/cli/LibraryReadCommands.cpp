@@ -70,8 +70,8 @@ int CommandHandlers::libraryExport(const Arguments &arguments)
     }
     PipedFiles files;
     PatchFileHandler handler(files);
-    if (!handler.exportTo(*patches, *output)) {
-        return Output::fail(handler.problem());
+    if (const Result<QString> written = handler.exportTo(*patches, *output); !written) {
+        return Output::fail(written.problem().text());
     }
     QStringList names;
     for (const VelgorPatch &patch : *patches) {

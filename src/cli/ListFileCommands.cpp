@@ -1,6 +1,5 @@
 #include "Arguments.h"
 #include "CommandHandlers.h"
-#include "Diagnostics.h"
 #include "NameWarning.h"
 #include "Output.h"
 #include "PatchFileHandler.h"
@@ -87,17 +86,16 @@ void printTable(const SPresetFile &file)
 int CommandHandlers::listFile(const Arguments &arguments)
 {
     const QString path = arguments.positional().first();
-    const FileReadResult read = PipedFiles().read(path);
-    if (!read.bytes) {
-        return Output::fail(QStringLiteral("%1: %2").arg(path, read.error));
+    const Result<QByteArray> bytes = PipedFiles().read(path);
+    if (!bytes) {
+        return Output::fail(bytes.problem().in(path).text());
     }
-    const std::optional<SPresetFile> file = SPresetFile::fromData(*read.bytes);
+    const Result<SPresetFile> file = SPresetFile::fromData(*bytes);
     if (!file) {
-        return Output::fail(
-            ListFileCommands::tr("%1: not a complete preset file (%2)").arg(path, Diagnostics::lastLine()));
+        return Output::fail(ListFileCommands::tr("%1: not a complete preset file (%2)").arg(path, file.problem().why));
     }
     if (arguments.has(QStringLiteral("json"))) {
-        printJson(path, *read.bytes, *file);
+        printJson(path, *bytes, *file);
     } else {
         printTable(*file);
     }
@@ -112,12 +110,13 @@ int CommandHandlers::copyFile(const Arguments &arguments)
     }
     PipedFiles files;
     PatchFileHandler handler(files);
-    const std::optional<SPresetFile> file = handler.read(arguments.positional().first());
+    const Result<SPresetFile> file = handler.read(arguments.positional().first());
     if (!file) {
-        return Output::fail(handler.problem());
+        return Output::fail(file.problem().text());
     }
     NameWarning::print(arguments.positional().first(), *file);
     VelgorContent content;
     content.populate(*file);
-    return handler.exportTo(content, *output) ? Done : Output::fail(handler.problem());
+    const Result<QString> written = handler.exportTo(content, *output);
+    return written ? Done : Output::fail(written.problem().text());
 }

@@ -10,12 +10,12 @@
 #include <io.h>
 #endif
 
-FileReadResult PipedFiles::read(const QString &path)
+Result<QByteArray> PipedFiles::read(const QString &path)
 {
     return path == StandardInput::mark() ? StandardInput::read() : UserFiles::read(path);
 }
 
-QString PipedFiles::write(const QString &path, const QByteArray &bytes)
+Result<> PipedFiles::write(const QString &path, const QByteArray &bytes)
 {
     if (path != StandardInput::mark()) {
         return UserFiles::write(path, bytes);
@@ -24,5 +24,5 @@ QString PipedFiles::write(const QString &path, const QByteArray &bytes)
     _setmode(_fileno(stdout), _O_BINARY);
 #endif
     Output::printBytes(bytes);
-    return {};
+    return Success();
 }

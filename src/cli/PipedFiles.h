@@ -6,7 +6,7 @@
 /// is written.
 class PipedFiles : public UserFiles {
 public:
-    [[nodiscard]] FileReadResult read(const QString &path) override;
+    [[nodiscard]] Result<QByteArray> read(const QString &path) override;
     /// What could not be written to standard output is told at the end of the program.
-    [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
+    [[nodiscard]] Result<> write(const QString &path, const QByteArray &bytes) override;
 };

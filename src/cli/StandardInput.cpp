@@ -23,7 +23,7 @@ QString errorOfStream()
 #endif
 }
 
-FileReadResult readAll()
+Result<QByteArray> readAll()
 {
 #ifdef Q_OS_WIN
     _setmode(_fileno(stdin), _O_BINARY);
@@ -36,22 +36,22 @@ FileReadResult readAll()
         const std::size_t count = std::fread(bytes.data() + size, 1, portion, stdin);
         bytes.truncate(size + static_cast<qsizetype>(count));
         if (std::ferror(stdin) != 0) {
-            return {.bytes = std::nullopt, .error = errorOfStream()};
+            return Problem{.why = errorOfStream()};
         }
         if (count == 0) {
-            return {.bytes = bytes, .error = {}};
+            return bytes;
         }
         if (bytes.size() > DiskFiles::largestFile) {
-            return {.bytes = std::nullopt, .error = StandardInput::tr("larger than any preset file")};
+            return Problem{.why = StandardInput::tr("larger than any preset file")};
         }
     }
 }
 
 } // namespace
 
-const FileReadResult &StandardInput::read()
+const Result<QByteArray> &StandardInput::read()
 {
-    static const FileReadResult result = readAll();
+    static const Result<QByteArray> result = readAll();
     return result;
 }
 
@@ -63,12 +63,12 @@ std::optional<QStringList> StandardInput::withIds(const QStringList &ids)
             result.append(id);
             continue;
         }
-        const FileReadResult &input = read();
-        if (!input.bytes) {
-            Output::fail(tr("standard input: %1").arg(input.error));
+        const Result<QByteArray> &input = read();
+        if (!input) {
+            Output::fail(tr("standard input: %1").arg(input.problem().why));
             return std::nullopt;
         }
-        for (const QString &line : QString::fromUtf8(*input.bytes).split(u'\n')) {
+        for (const QString &line : QString::fromUtf8(*input).split(u'\n')) {
             if (!line.trimmed().isEmpty()) {
                 result.append(line.trimmed());
             }

@@ -15,7 +15,7 @@ public:
     /// What stands for it among arguments.
     [[nodiscard]] static QString mark() { return QStringLiteral("-"); }
     /// All of it, however often it is asked for.
-    [[nodiscard]] static const FileReadResult &read();
+    [[nodiscard]] static const Result<QByteArray> &read();
     /// `ids` with the ids of standard input, one a line, in the place of "-". Says on standard error why not when it
     /// cannot be read or holds none.
     [[nodiscard]] static std::optional<QStringList> withIds(const QStringList &ids);

@@ -48,10 +48,9 @@ int main(int argc, char *argv[])
     Diagnostics::setSink(
         [print = Diagnostics::standardError()](const QString &line) { print(ShownText::escaped(line)); });
 
-    QByteArray bad;
-    const std::optional<QStringList> words = ProgramArguments::decode(argc, argv, bad);
+    const Result<QStringList> words = ProgramArguments::decode(argc, argv);
     if (!words) {
-        return Output::fail(ProgramArguments::refusalOf(bad));
+        return Output::fail(words.problem().why);
     }
     const int status = Dispatcher().run(*words);
     if (!Output::isComplete()) {

@@ -24,7 +24,7 @@
 
 namespace {
 
-QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
+Result<> writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
 {
     qint64 written = 0;
     qint64 count = 1;
@@ -33,33 +33,32 @@ QString writeChecked(QFile &file, const QByteArray &bytes, bool isSynced)
         written += std::max<qint64>(count, 0);
     }
     if (written == bytes.size() && file.flush() && file.size() == bytes.size()) {
-        return isSynced ? DiskSync::syncFile(file.handle()) : QString();
+        return isSynced ? DiskSync::syncFile(file.handle()) : Success();
     }
-    return file.error() == QFileDevice::NoError ? CheckedWriting::tr("not all bytes were written") : file.errorString();
+    const bool isShort = file.error() == QFileDevice::NoError;
+    return Problem{.why = isShort ? CheckedWriting::tr("not all bytes were written") : file.errorString()};
 }
 
 } // namespace
 
-CheckedWriting::Created CheckedWriting::createFile(
+Result<FileStamp> CheckedWriting::createFile(
     const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced)
 {
     QFile file(directory.pathOf(name));
-    Created created{.isTaken = file.exists()};
+    const bool isTaken = file.exists();
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
-        created.error = file.errorString();
-        return created;
+        return Problem{.what = isTaken ? Problem::What::Taken : Problem::What::Failed, .why = file.errorString()};
     }
-    created.error = writeChecked(file, bytes, isSynced);
-    if (!created.error.isEmpty()) {
+    const Result<> written = writeChecked(file, bytes, isSynced);
+    if (!written) {
         file.remove();
-        return created;
+        return written.problem();
     }
     file.close();
-    created.stamp = FileStamp::of(directory, name).value_or(FileStamp());
-    return created;
+    return FileStamp::of(directory, name).value_or(FileStamp());
 }
 
-QString CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
+Result<> CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
 {
     return writeChecked(file, bytes, true);
 }
@@ -70,49 +69,47 @@ namespace {
 
 constexpr mode_t usualRights = 0666;
 
-QString writeChecked(int file, const QByteArray &bytes, bool isSynced, FileStamp &stamp)
+Result<FileStamp> writeChecked(int file, const QByteArray &bytes, bool isSynced)
 {
     qsizetype written = 0;
     ssize_t count = 1;
     while (count != 0 && written < bytes.size()) {
         count = ::write(file, bytes.constData() + written, static_cast<std::size_t>(bytes.size() - written));
         if (count < 0 && errno != EINTR) {
-            return systemError();
+            return Problem{.why = systemError()};
         }
         written += std::max<ssize_t>(count, 0);
     }
     struct stat status { };
     if (written != bytes.size() || ::fstat(file, &status) != 0 || status.st_size != bytes.size()) {
-        return CheckedWriting::tr("not all bytes were written");
+        return Problem{.why = CheckedWriting::tr("not all bytes were written")};
     }
-    stamp = FileStamp::of(status);
-    return isSynced ? DiskSync::syncFile(file) : QString();
+    const Result<> synced = isSynced ? DiskSync::syncFile(file) : Success();
+    return synced ? Result<FileStamp>(FileStamp::of(status)) : synced.problem();
 }
 
 } // namespace
 
-CheckedWriting::Created CheckedWriting::createFile(
+Result<FileStamp> CheckedWriting::createFile(
     const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced)
 {
     const QByteArray encoded = directory.encoded(name);
     const FileHandle file(
         ::openat(directory.descriptor(), encoded.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, usualRights));
-    Created created{.isTaken = file.descriptor() < 0 && errno == EEXIST};
     if (file.descriptor() < 0) {
-        created.error = systemError();
-        return created;
+        return Problem{.what = errno == EEXIST ? Problem::What::Taken : Problem::What::Failed, .why = systemError()};
     }
-    created.error = writeChecked(file.descriptor(), bytes, isSynced, created.stamp);
-    if (!created.error.isEmpty()) {
+    Result<FileStamp> written = writeChecked(file.descriptor(), bytes, isSynced);
+    if (!written) {
         ::unlinkat(directory.descriptor(), encoded.constData(), 0);
     }
-    return created;
+    return written;
 }
 
-QString CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
+Result<> CheckedWriting::writeAndSync(QFile &file, const QByteArray &bytes)
 {
-    FileStamp stamp;
-    return writeChecked(file.handle(), bytes, true, stamp);
+    const Result<FileStamp> written = writeChecked(file.handle(), bytes, true);
+    return written ? Result<>(Success()) : written.problem();
 }
 
 #endif

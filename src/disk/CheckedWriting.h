@@ -2,6 +2,7 @@
 
 #include "FileStamp.h"
 #include "OpenDirectory.h"
+#include "Result.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -9,22 +10,14 @@
 
 class QFile;
 
-/// Writes whole files and checks that every byte is there. Errors are returned as the system's reason, translated; an
-/// empty text means success.
+/// Writes whole files and checks that every byte is there.
 class CheckedWriting {
     Q_DECLARE_TR_FUNCTIONS(CheckedWriting)
 
 public:
-    /// What came of making a file.
-    struct Created {
-        QString error = {};
-        bool isTaken = false; ///< there was one already
-        FileStamp stamp = {}; ///< of the file, where there was no error
-    };
-
     /// Makes a file that was not there, and nothing in its place on failure.
-    [[nodiscard]] static Created createFile(
+    [[nodiscard]] static Result<FileStamp> createFile(
         const OpenDirectory &directory, const QString &name, const QByteArray &bytes, bool isSynced);
     /// Fills a file that is open for writing, unbuffered and empty, and synchronises it.
-    [[nodiscard]] static QString writeAndSync(QFile &file, const QByteArray &bytes);
+    [[nodiscard]] static Result<> writeAndSync(QFile &file, const QByteArray &bytes);
 };

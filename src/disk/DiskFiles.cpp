@@ -35,36 +35,39 @@ std::filesystem::path nativePath(const QString &path)
 #endif
 }
 
-QString reason(const std::error_code &error)
+Result<> outcome(const std::error_code &error, const QString &where)
 {
-    return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
+    return error ? Problem{.where = where, .why = QString::fromLocal8Bit(error.message().c_str())}
+                 : Result<>(Success());
 }
 
 #ifndef Q_OS_WIN
 
-/// Why an open file is not to be read; its stamp where it is.
-QString checkRegular(const FileHandle &handle, FileStamp &stamp)
+/// The stamp of an open file that may be read.
+Result<FileStamp> checkRegular(const FileHandle &handle)
 {
     struct stat status { };
     if (::fstat(handle.descriptor(), &status) != 0) {
-        return systemError();
+        return Problem{.why = systemError()};
     }
     if (S_ISDIR(status.st_mode)) {
-        return DiskFiles::tr("a directory in the place of a file");
+        return Problem{.why = DiskFiles::tr("a directory in the place of a file")};
     }
-    stamp = FileStamp::of(status);
-    return S_ISREG(status.st_mode) ? QString() : DiskFiles::tr("not a regular file");
+    if (!S_ISREG(status.st_mode)) {
+        return Problem{.why = DiskFiles::tr("not a regular file")};
+    }
+    return FileStamp::of(status);
 }
 
 /// Fills `bytes`, or cuts them where the file ends before.
-QString readAll(const FileHandle &handle, QByteArray &bytes)
+Result<> readAll(const FileHandle &handle, QByteArray &bytes)
 {
     qsizetype count = 0;
     while (count < bytes.size()) {
         const ssize_t got =
             ::read(handle.descriptor(), bytes.data() + count, static_cast<std::size_t>(bytes.size() - count));
         if (got < 0 && errno != EINTR) {
-            return systemError();
+            return Problem{.why = systemError()};
         }
         if (got == 0) {
             break;
@@ -72,7 +75,7 @@ QString readAll(const FileHandle &handle, QByteArray &bytes)
         count += std::max<ssize_t>(got, 0);
     }
     bytes.truncate(count);
-    return {};
+    return Success();
 }
 
 #endif
@@ -122,23 +125,19 @@ void setRights(const OpenDirectory &directory, const QString &name, unsigned rig
 #endif
 }
 
-QString whyNotReplaceable(const Place &place)
-{
-    return place.kind == Place::Kind::Other ? DiskFiles::tr("there is something else than a file") : QString();
-}
-
 } // namespace
 
-FileReadResult DiskFiles::readRegular(const QString &path, Links links)
+Result<QByteArray> DiskFiles::readRegular(const QString &path, Links links)
 {
-    return readRegular(OpenDirectory(), path, links);
+    Result<ReadFile> file = readRegular(OpenDirectory(), path, links);
+    return file ? Result<QByteArray>(std::move(file->bytes)) : file.problem();
 }
 
-FileReadResult DiskFiles::readRegular(
-    const OpenDirectory &directory, const QString &name, Links links, QByteArray room, FileStamp *stamp)
+Result<DiskFiles::ReadFile> DiskFiles::readRegular(
+    const OpenDirectory &directory, const QString &name, Links links, QByteArray room)
 {
-    const auto fail = [](const QString &error, bool isForNow = false) {
-        return FileReadResult{.bytes = std::nullopt, .error = error, .isUnreadable = isForNow};
+    const auto fail = [&](const QString &reason, bool mayPass = false) {
+        return Problem{.where = directory.pathOf(name), .why = reason, .mayPass = mayPass};
     };
     const auto tooLarge = [] { return tr("larger than any preset file"); };
     const auto noMemory = [] { return tr("there is not enough memory for it"); };
@@ -149,11 +148,11 @@ FileReadResult DiskFiles::readRegular(
     if (links == Links::Refuse && QFileInfo(path).isSymLink()) {
         return fail(isLink(), true);
     }
-    if (stamp) {
-        *stamp = FileStamp::of(directory, name).value_or(FileStamp());
-    }
+    const FileStamp stamp = FileStamp::of(directory, name).value_or(FileStamp());
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return fail(file.errorString());
+        Problem problem = fail(file.errorString());
+        problem.what = QFileInfo::exists(path) ? Problem::What::Failed : Problem::What::Absent;
+        return problem;
     }
     if (file.size() > largestFile) {
         return fail(tooLarge());
@@ -177,105 +176,105 @@ FileReadResult DiskFiles::readRegular(
         const bool isMissing = errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
         // What opening refuses without a try may be no file at all.
         const bool isSomethingElse = errno == ENXIO || errno == ENODEV || errno == EISDIR;
-        return isLinkRefused ? fail(isLink(), true) : fail(systemError(), !isMissing && !isSomethingElse);
+        Problem problem = isLinkRefused ? fail(isLink(), true) : fail(systemError(), !isMissing && !isSomethingElse);
+        problem.what = isMissing && !isLinkRefused ? Problem::What::Absent : Problem::What::Failed;
+        return problem;
     }
-    FileStamp found;
-    const QString refusal = checkRegular(handle, found);
-    if (!refusal.isEmpty()) {
-        return fail(refusal);
+    const Result<FileStamp> checked = checkRegular(handle);
+    if (!checked) {
+        return fail(checked.problem().why);
     }
-    const qint64 size = found.size;
-    if (stamp) {
-        *stamp = found;
-    }
-    if (size > largestFile) {
+    const FileStamp stamp = *checked;
+    if (stamp.size > largestFile) {
         return fail(tooLarge());
     }
-    if (!makeRoom(room, size)) {
+    if (!makeRoom(room, stamp.size)) {
         return fail(noMemory());
     }
-    const QString error = readAll(handle, room);
-    if (!error.isEmpty()) {
-        return fail(error, true);
+    if (const Result<> read = readAll(handle, room); !read) {
+        return fail(read.problem().why, true);
     }
 #endif
-    return {.bytes = std::move(room), .error = {}};
+    return ReadFile{.bytes = std::move(room), .stamp = stamp};
 }
 
-QString DiskFiles::replace(const QString &path, const QByteArray &bytes)
+Result<> DiskFiles::replace(const QString &path, const QByteArray &bytes)
 {
     const OpenDirectory anywhere;
-    Staged staged;
-    QString error = stage(anywhere, path, bytes, {}, staged);
-    if (error.isEmpty()) {
-        error = commit(anywhere, staged.name, path);
-        if (!error.isEmpty()) {
-            std::ignore = remove(staged.name);
-        }
+    const Result<Staged> staged = stage(anywhere, path, bytes, {});
+    if (!staged) {
+        return staged.problem();
     }
-    return error.isEmpty() ? DiskSync::syncDirectory(QFileInfo(path).absolutePath()) : error;
+    Result<> committed = commit(anywhere, staged->name, path);
+    if (!committed) {
+        std::ignore = remove(staged->name);
+        return committed;
+    }
+    const Result<> synced = DiskSync::syncDirectory(QFileInfo(path).absolutePath());
+    return synced ? synced : synced.problem().in(path);
 }
 
-QString DiskFiles::whyNotReplaceable(const OpenDirectory &directory, const QString &name)
-{
-    return ::whyNotReplaceable(whatIsAt(directory, name));
-}
-
-QString DiskFiles::stage(const OpenDirectory &directory, const QString &name, const QByteArray &bytes,
-    const Staging &staging, Staged &staged)
+Result<DiskFiles::Staged> DiskFiles::stage(
+    const OpenDirectory &directory, const QString &name, const QByteArray &bytes, const Staging &staging)
 {
     const Place place = staging.isFree ? Place() : whatIsAt(directory, name);
-    QString refusal = ::whyNotReplaceable(place);
-    if (!refusal.isEmpty()) {
-        return refusal;
+    if (place.kind == Place::Kind::Other) {
+        return Problem{.what = Problem::What::Taken,
+            .where = directory.pathOf(name),
+            .why = tr("there is something else than a file")};
     }
     // By chance one name is taken, or two in a row, but not so many; a file system may say so of every name.
     constexpr int mostAttempts = 8;
-    CheckedWriting::Created created{.isTaken = true};
-    for (int attempt = 0; created.isTaken && attempt < mostAttempts; ++attempt) {
-        staged.name = TemporaryFiles::nameBeside(name);
-        created = CheckedWriting::createFile(directory, staged.name, bytes, staging.isSynced);
+    QString temporary;
+    Result<FileStamp> created = Problem{.what = Problem::What::Taken};
+    for (int attempt = 0; !created && created.problem().what == Problem::What::Taken && attempt < mostAttempts;
+         ++attempt) {
+        temporary = TemporaryFiles::nameBeside(name);
+        created = CheckedWriting::createFile(directory, temporary, bytes, staging.isSynced);
     }
-    staged.stamp = created.stamp;
-    if (created.error.isEmpty() && place.kind == Place::Kind::File) {
-        setRights(directory, staged.name, place.rights);
+    if (!created) {
+        return created.problem().in(directory.pathOf(name));
     }
-    return created.error;
+    if (place.kind == Place::Kind::File) {
+        setRights(directory, temporary, place.rights);
+    }
+    return Staged{.name = temporary, .stamp = *created};
 }
 
-QString DiskFiles::commit(const OpenDirectory &directory, const QString &temporary, const QString &name)
+Result<> DiskFiles::commit(const OpenDirectory &directory, const QString &temporary, const QString &name)
 {
 #ifdef Q_OS_WIN
     std::error_code error;
     std::filesystem::rename(nativePath(directory.pathOf(temporary)), nativePath(directory.pathOf(name)), error);
-    return reason(error);
+    return outcome(error, directory.pathOf(name));
 #else
     const QByteArray from = directory.encoded(temporary);
     const QByteArray to = directory.encoded(name);
     const int place = directory.descriptor();
-    return ::renameat(place, from.constData(), place, to.constData()) == 0 ? QString() : systemError();
+    if (::renameat(place, from.constData(), place, to.constData()) != 0) {
+        const QString reason = systemError();
+        return Problem{.where = directory.pathOf(name), .why = reason};
+    }
+    return Success();
 #endif
 }
 
-QString DiskFiles::overwriteInPlace(
-    const QString &path, const QByteArray &bytes, bool &wasTouched, std::optional<FileContentStamp> *stamp)
+Result<FileContentStamp> DiskFiles::overwriteInPlace(const QString &path, const QByteArray &bytes)
 {
-    wasTouched = false;
     const QFileInfo info(path);
     if (info.isSymLink() || (info.exists() && !info.isFile())) {
-        return tr("not a regular file");
+        return Problem{.where = path, .why = tr("not a regular file")};
     }
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
-        return file.errorString();
+        return Problem{.where = path, .why = file.errorString()};
     }
-    wasTouched = true;
-    QString error = CheckedWriting::writeAndSync(file, bytes);
-    if (stamp) {
-        *stamp = FileContentStamp::of(file);
-        (*stamp)->setBytes(error.isEmpty() ? bytes : QByteArray());
+    if (const Result<> written = CheckedWriting::writeAndSync(file, bytes); !written) {
+        return Problem{.what = Problem::What::Touched, .where = path, .why = written.problem().why};
     }
-    return error;
+    FileContentStamp stamp = FileContentStamp::of(file);
+    stamp.setBytes(bytes);
+    return stamp;
 }
 
 QString DiskFiles::endOfLinks(const QString &path)
@@ -288,40 +287,40 @@ QString DiskFiles::endOfLinks(const QString &path)
     return info.filePath();
 }
 
-QString DiskFiles::move(const QString &from, const QString &to)
+Result<> DiskFiles::move(const QString &from, const QString &to)
 {
     const std::filesystem::path source = nativePath(from);
     const std::filesystem::path target = nativePath(to);
 #ifdef Q_OS_LINUX
     if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
-        return {};
+        return Success();
     }
     // Some file systems know no such move.
     if (errno != EINVAL && errno != ENOSYS) {
-        return systemError();
+        return Problem{.where = from, .why = systemError()};
     }
 #endif
     std::error_code error;
     const bool isTaken = std::filesystem::symlink_status(target, error).type() != std::filesystem::file_type::not_found;
     if (isTaken && !std::filesystem::equivalent(source, target, error)) {
-        return tr("there is a file of that name already");
+        return Problem{.what = Problem::What::Taken, .where = from, .why = tr("there is a file of that name already")};
     }
     std::filesystem::rename(source, target, error);
-    return reason(error);
+    return outcome(error, from);
 }
 
-QString DiskFiles::remove(const QString &path)
+Result<> DiskFiles::remove(const QString &path)
 {
     QFile file(path);
-    return file.remove() ? QString() : file.errorString();
+    return file.remove() ? Result<>(Success()) : Problem{.where = path, .why = file.errorString()};
 }
 
-QString DiskFiles::makeDirectory(const QString &path)
+Result<> DiskFiles::makeDirectory(const QString &path)
 {
     std::error_code error;
     std::filesystem::create_directories(nativePath(path), error);
     if (!error && !QFileInfo(path).isDir()) {
-        return tr("there is something else than a directory");
+        return Problem{.where = path, .why = tr("there is something else than a directory")};
     }
-    return reason(error);
+    return outcome(error, path);
 }

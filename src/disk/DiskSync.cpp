@@ -15,24 +15,24 @@ namespace DiskSync {
 
 namespace {
 
-QString reasonUnless(bool isSuccess)
+Result<> problemUnless(bool isSuccess, const QString &where = {})
 {
-    return isSuccess ? QString() : systemError();
+    return isSuccess ? Result<>(Success()) : Problem{.where = where, .why = systemError()};
 }
 
 } // namespace
 
 #ifdef Q_OS_WIN
 
-QString syncFile(int handle)
+Result<> syncFile(int handle)
 {
-    return reasonUnless(_commit(handle) == 0);
+    return problemUnless(_commit(handle) == 0);
 }
 
-QString syncDirectory(const QString &directory)
+Result<> syncDirectory(const QString &directory)
 {
     Q_UNUSED(directory)
-    return {};
+    return Success();
 }
 
 #else
@@ -40,31 +40,31 @@ QString syncDirectory(const QString &directory)
 namespace {
 
 template <typename Sync>
-QString withOpenDirectory(const QString &directory, Sync sync)
+Result<> withOpenDirectory(const QString &directory, Sync sync)
 {
     const int handle = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (handle < 0) {
-        return reasonUnless(false);
+        return problemUnless(false, directory);
     }
-    QString reason = reasonUnless(sync(handle) == 0);
+    Result<> result = problemUnless(sync(handle) == 0, directory);
     ::close(handle);
-    return reason;
+    return result;
 }
 
 } // namespace
 
-QString syncFile(int handle)
+Result<> syncFile(int handle)
 {
 #ifdef Q_OS_DARWIN
     // fsync leaves the bytes in the drive's own memory there.
     if (::fcntl(handle, F_FULLFSYNC) == 0) {
-        return {};
+        return Success();
     }
 #endif
-    return reasonUnless(::fsync(handle) == 0);
+    return problemUnless(::fsync(handle) == 0);
 }
 
-QString syncDirectory(const QString &directory)
+Result<> syncDirectory(const QString &directory)
 {
     return withOpenDirectory(directory, [](int handle) {
         const int result = ::fsync(handle);
@@ -82,7 +82,7 @@ bool canSyncFileSystem()
     return true;
 }
 
-QString syncFileSystem(const QString &directory)
+Result<> syncFileSystem(const QString &directory)
 {
     return withOpenDirectory(directory, [](int handle) { return ::syncfs(handle); });
 }
@@ -94,10 +94,10 @@ bool canSyncFileSystem()
     return false;
 }
 
-QString syncFileSystem(const QString &directory)
+Result<> syncFileSystem(const QString &directory)
 {
     Q_UNUSED(directory)
-    return {};
+    return Success();
 }
 
 #endif

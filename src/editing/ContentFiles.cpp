@@ -84,21 +84,19 @@ ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, QObj
 
 void ContentFiles::importFile()
 {
-    m_content.openPresetFile(m_files);
-    finishImport();
+    finishImport(m_content.openPresetFile(m_files));
 }
 
 void ContentFiles::importFile(const QString &path)
 {
-    m_content.openPresetFile(m_files, path);
-    finishImport();
+    finishImport(m_content.openPresetFile(m_files, path));
 }
 
-void ContentFiles::finishImport()
+void ContentFiles::finishImport(const Result<QString> &path)
 {
-    m_problem = m_files.problem();
-    if (!m_files.wasCancelled() && !m_content.openError()) {
-        markStored(m_files.path());
+    m_problem = path ? QString() : path.problem().text();
+    if (path) {
+        markStored(*path);
         m_content.setUnreadableNames(UnreadableNames(m_content).count() > 0);
         Q_EMIT imported(m_stored.size(), m_fileName);
     }
@@ -107,8 +105,8 @@ void ContentFiles::finishImport()
 QList<VelgorPatch> ContentFiles::patchesIn(const QString &path)
 {
     QList<VelgorPatch> patches;
-    const std::optional<SPresetFile> presets = m_files.read(path);
-    m_problem = m_files.problem();
+    const Result<SPresetFile> presets = m_files.read(path);
+    m_problem = presets ? QString() : presets.problem().text();
     for (qsizetype i = 0; presets && i < presets->patches.size(); ++i) {
         patches.append(VelgorPatch(presets->patches.at(i), presets->userIRs.at(i), presets->headerDesc));
     }
@@ -117,26 +115,29 @@ QList<VelgorPatch> ContentFiles::patchesIn(const QString &path)
 
 bool ContentFiles::exportList()
 {
-    const bool isDone = m_files.save(m_content, m_fileName.isEmpty() ? std::nullopt : std::optional(m_fileName));
-    m_problem = m_files.problem();
-    if (isDone) {
-        markStored(m_files.path());
+    const auto path = m_files.save(m_content, m_fileName.isEmpty() ? std::nullopt : std::optional(m_fileName));
+    if (path) {
+        markStored(*path);
         // A slot without preset data writes nothing.
         Q_EMIT exported(m_content.getPatchesAndUserIRs().first.size(), m_fileName);
     }
-    m_content.setSaveError(!isDone && !m_files.wasCancelled());
-    return isDone;
+    return finishExport(path);
 }
 
 bool ContentFiles::exportPatch(const VelgorPatch &patch)
 {
-    const bool isDone = m_files.save(patch);
-    m_problem = m_files.problem();
-    if (isDone) {
-        Q_EMIT patchExported(patch.name, m_files.path());
+    const Result<QString> path = m_files.save(patch);
+    if (path) {
+        Q_EMIT patchExported(patch.name, *path);
     }
-    m_content.setSaveError(!isDone && !m_files.wasCancelled());
-    return isDone;
+    return finishExport(path);
+}
+
+bool ContentFiles::finishExport(const Result<QString> &path)
+{
+    m_problem = path ? QString() : path.problem().text();
+    m_content.setSaveError(!path && path.problem().what != Problem::What::Cancelled);
+    return bool(path);
 }
 
 bool ContentFiles::isModified() const

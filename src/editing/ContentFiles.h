@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Result.h"
 #include "VelgorContentPatch.h"
 
 #include <QList>
@@ -53,7 +54,8 @@ Q_SIGNALS:
     void patchExported(const QString &name, const QString &path);
 
 private:
-    void finishImport();
+    void finishImport(const Result<QString> &path);
+    [[nodiscard]] bool finishExport(const Result<QString> &path);
     void markStored(const QString &path);
 
     VelgorContent &m_content;

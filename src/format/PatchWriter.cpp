@@ -61,13 +61,14 @@ void writeUserIR(ByteWriter &writer, const SUserIR &userIR, quint32 number)
 
 } // namespace
 
-std::optional<QByteArray> PatchWriter::encodePatches(const SPresetFile &presets)
+Result<QByteArray> PatchWriter::encodePatches(const SPresetFile &presets)
 {
     const qsizetype count = presets.headerPatchDescs.size();
     if (presets.headerDesc.size < smallestHeaderSize || count == 0 || presets.patches.size() != count
         || presets.userIRs.size() != count) {
-        Diagnostics::printLine(QStringLiteral("Incoherent presets to be encoded"));
-        return std::nullopt;
+        const QString line = QStringLiteral("Incoherent presets to be encoded");
+        Diagnostics::printLine(line);
+        return Problem{.what = Problem::What::Malformed, .why = line};
     }
     if (count > std::numeric_limits<quint16>::max()) {
         Diagnostics::fatalStop("more patches than a preset file can count");

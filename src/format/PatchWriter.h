@@ -5,16 +5,14 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
-#include <optional>
-
 /// Turns preset records into the bytes of a file that the unit's editor loads.
 class PatchWriter {
 public:
     /// The file's bytes, with positions and user-IR numbers renumbered from 0 and a fresh checksum. Names are
     /// written as they are: the caller passes names that fit their 16-byte field.
-    /// Prints a line and gives nothing when the lists differ in length or are empty, or the header's size is
-    /// below 12. More than 65,535 patches stop the program.
-    [[nodiscard]] static std::optional<QByteArray> encodePatches(const SPresetFile &presets);
+    /// Prints the reason too when the lists differ in length or are empty, or the header's size is below 12. More than
+    /// 65,535 patches stop the program.
+    [[nodiscard]] static Result<QByteArray> encodePatches(const SPresetFile &presets);
 
     /// The checksum of everything before it: the sum of the bytes, one byte wide, with its low nibble in the high
     /// byte and its high nibble in the low byte. The unit's editor expects this split.

@@ -17,17 +17,18 @@ constexpr qint64 patchNameOffset = 12;
 PresetFileReport PresetFileChecker::check(const QByteArray &data)
 {
     PresetFileReport report;
-    report.file = SPresetFile::fromData(data);
-    if (!report.file) {
+    const Result<SPresetFile> file = SPresetFile::fromData(data);
+    if (!file) {
+        report.problem = file.problem();
         return report;
     }
+    report.file = *file;
     PresetFileChecker checker(data, *report.file);
     checker.checkAll();
     report.findings = checker.m_findings;
 
-    const auto assembled =
-        SPresetFile::fromRecords(report.file->headerDesc, report.file->patches, report.file->userIRs);
-    const auto written = assembled ? PatchWriter::encodePatches(*assembled) : std::nullopt;
+    const auto assembled = SPresetFile::fromRecords(file->headerDesc, file->patches, file->userIRs);
+    const auto written = assembled ? PatchWriter::encodePatches(*assembled) : assembled.problem();
     report.roundTrip = written && *written == data;
     return report;
 }

@@ -21,6 +21,7 @@ struct PresetFileFinding {
 /// What a strict reading of a file gives.
 struct PresetFileReport {
     std::optional<SPresetFile> file; ///< absent when the file is malformed; there are no findings then
+    std::optional<Problem> problem; ///< in that case
     QList<PresetFileFinding> findings;
     bool roundTrip = false; ///< reading the file and writing it again gives the same bytes
 };

@@ -8,10 +8,10 @@
 
 namespace {
 
-std::nullopt_t refuse(const QString &line)
+Problem refuse(const QString &line)
 {
     Diagnostics::printLine(line);
-    return std::nullopt;
+    return {.what = Problem::What::Malformed, .why = line};
 }
 
 quint32 checkedUInt32(qint64 value)
@@ -24,7 +24,7 @@ quint32 checkedUInt32(qint64 value)
 
 } // namespace
 
-std::optional<SPresetFile> SPresetFile::fromData(const QByteArray &data)
+Result<SPresetFile> SPresetFile::fromData(const QByteArray &data)
 {
     const std::optional<SHeaderDesc> header = SHeaderDesc::fromData(data, 0);
     if (!header) {
@@ -71,7 +71,7 @@ std::optional<SPresetFile> SPresetFile::fromData(const QByteArray &data)
     return file;
 }
 
-std::optional<SPresetFile> SPresetFile::fromRecords(
+Result<SPresetFile> SPresetFile::fromRecords(
     const SHeaderDesc &headerDesc, QList<SPatch> patches, QList<SUserIR> userIRs)
 {
     if (patches.isEmpty() || userIRs.size() != patches.size()) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PresetRecords.h"
+#include "Result.h"
 #include "SHeaderDesc.h"
 #include "SHeaderPatchDesc.h"
 #include "SPatch.h"
@@ -7,8 +9,6 @@
 
 #include <QByteArray>
 #include <QList>
-
-#include <optional>
 
 /// A whole preset file: the three lists have one entry a patch, in file order.
 struct SPresetFile {
@@ -23,14 +23,14 @@ struct SPresetFile {
     qint64 length = tailLength;
 
     /// Reads a file's bytes. Blocks are read back to back; tags, descriptor offsets, the header's size and the
-    /// checksum are not checked, and bytes after the tail are ignored. Prints the reason and gives nothing when
-    /// the file is malformed.
-    [[nodiscard]] static std::optional<SPresetFile> fromData(const QByteArray &data);
+    /// checksum are not checked, and bytes after the tail are ignored. Prints the reason too when the file is
+    /// malformed.
+    [[nodiscard]] static Result<SPresetFile> fromData(const QByteArray &data);
 
     /// Assembles a file for export: descriptors and header size are computed, the checksum is left to the writer.
-    /// Prints a line and gives nothing when there are no patches or not one user IR for each. A file whose sizes
-    /// do not fit 32 bits stops the program.
-    [[nodiscard]] static std::optional<SPresetFile> fromRecords(
+    /// Prints the reason too when there are no patches or not one user IR for each. A file whose sizes do not fit 32
+    /// bits stops the program.
+    [[nodiscard]] static Result<SPresetFile> fromRecords(
         const SHeaderDesc &headerDesc, QList<SPatch> patches, QList<SUserIR> userIRs);
 
     bool operator==(const SPresetFile &) const = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileReadResult.h"
+#include "Result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -13,7 +13,7 @@ public:
     Q_DISABLE_COPY_MOVE(FileAccess)
 
     /// Reads a regular file; anything else in its place is refused at once.
-    [[nodiscard]] virtual FileReadResult read(const QString &path) = 0;
-    /// Replaces the file or leaves the old one untouched. The reason on failure, empty on success.
-    [[nodiscard]] virtual QString write(const QString &path, const QByteArray &bytes) = 0;
+    [[nodiscard]] virtual Result<QByteArray> read(const QString &path) = 0;
+    /// Replaces the file or leaves the old one untouched.
+    [[nodiscard]] virtual Result<> write(const QString &path, const QByteArray &bytes) = 0;
 };

@@ -50,6 +50,8 @@ SPatch storedRecord(const SPatch &record)
     return namedRecord(record, record.name);
 }
 
+const Problem cancelled{.what = Problem::What::Cancelled};
+
 } // namespace
 
 PatchFileHandler::PatchFileHandler(FileAccess &files, FileDialogs *dialogs)
@@ -58,119 +60,81 @@ PatchFileHandler::PatchFileHandler(FileAccess &files, FileDialogs *dialogs)
 {
 }
 
-void PatchFileHandler::begin()
+Result<QString> PatchFileHandler::askForFile()
 {
-    m_wasCancelled = false;
-    m_problem.clear();
-    m_path.clear();
-}
-
-bool PatchFileHandler::fail(const QString &problem)
-{
-    m_problem = problem;
-    return false;
-}
-
-bool PatchFileHandler::cancel()
-{
-    m_wasCancelled = true;
-    return false;
-}
-
-bool PatchFileHandler::canExport(const VelgorContent &velgorContent)
-{
-    const auto &list = velgorContent.velgorContentPatchList();
-    if (!list.isEmpty() && list.first().patch.records) {
-        return true;
-    }
-    Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorContent"));
-    return fail(tr("The list holds no patches that could be exported."));
-}
-
-bool PatchFileHandler::canExport(const VelgorPatch &patch)
-{
-    if (patch.records) {
-        return true;
-    }
-    Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorPatch"));
-    return fail(tr("The patch \"%1\" holds no preset data that could be exported.").arg(shownName(patch.name)));
-}
-
-std::optional<SPresetFile> PatchFileHandler::open(const VelgorContent &velgorContent)
-{
-    Q_UNUSED(velgorContent)
-    begin();
     const std::optional<QString> path = m_dialogs->askOpenFile(tr("Open patches list"));
-    if (!path) {
-        cancel();
-        return std::nullopt;
-    }
-    return read(*path);
+    return path ? Result<QString>(*path) : cancelled;
 }
 
-std::optional<SPresetFile> PatchFileHandler::read(const QString &filename)
+Result<SPresetFile> PatchFileHandler::read(const QString &filename)
 {
-    begin();
-    m_path = filename;
-    const FileReadResult file = m_files.read(filename);
-    if (!file.bytes) {
-        fail(tr("%1: %2").arg(filename, file.error));
-        return std::nullopt;
+    const Result<QByteArray> bytes = m_files.read(filename);
+    if (!bytes) {
+        return bytes.problem().in(filename);
     }
-    std::optional<SPresetFile> presets = SPresetFile::fromData(*file.bytes);
+    Result<SPresetFile> presets = SPresetFile::fromData(*bytes);
     if (!presets) {
-        fail(tr("%1: not a complete preset file (%2)").arg(filename, Diagnostics::lastLine()));
+        return Problem{.what = Problem::What::Malformed,
+            .where = filename,
+            .why = tr("not a complete preset file (%1)").arg(presets.problem().why)};
     }
     return presets;
 }
 
-bool PatchFileHandler::save(const VelgorContent &velgorContent, const std::optional<QString> &fileName)
+Result<> PatchFileHandler::checkExport(const VelgorContent &velgorContent)
 {
-    begin();
-    if (!canExport(velgorContent)) {
-        return false;
+    const auto &list = velgorContent.velgorContentPatchList();
+    if (!list.isEmpty() && list.first().patch.records) {
+        return Success();
+    }
+    Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorContent"));
+    return Problem{.why = tr("The list holds no patches that could be exported.")};
+}
+
+Result<> PatchFileHandler::checkExport(const VelgorPatch &patch)
+{
+    if (patch.records) {
+        return Success();
+    }
+    Diagnostics::printLine(QStringLiteral("Cannot save empty VelgorPatch"));
+    return Problem{
+        .why = tr("The patch \"%1\" holds no preset data that could be exported.").arg(shownName(patch.name))};
+}
+
+Result<QString> PatchFileHandler::save(const VelgorContent &velgorContent, const std::optional<QString> &fileName)
+{
+    if (const Result<> checked = checkExport(velgorContent); !checked) {
+        return checked.problem();
     }
     const QString proposed = lastPathComponent(fileName.value_or(QStringLiteral("patches.prst")));
     const std::optional<QString> path = m_dialogs->askSaveFile(tr("Save patches list"), proposed);
-    return path ? exportTo(velgorContent, *path) : cancel();
+    return path ? exportTo(velgorContent, *path) : cancelled;
 }
 
-bool PatchFileHandler::save(const VelgorPatch &patch)
+Result<QString> PatchFileHandler::save(const VelgorPatch &patch)
 {
-    begin();
-    if (!canExport(patch)) {
-        return false;
+    if (const Result<> checked = checkExport(patch); !checked) {
+        return checked.problem();
     }
     const std::optional<QString> path = m_dialogs->askSaveFile(tr("Save patch"), proposedFileName(patch.name));
-    return path ? exportTo(QList{patch}, *path) : cancel();
+    return path ? exportTo(QList{patch}, *path) : cancelled;
 }
 
-bool PatchFileHandler::save(const VelgorPatch &patch, const QString &filename)
-{
-    begin();
-    if (!patch.records) {
-        return fail(tr("The patch \"%1\" holds no preset data that could be stored.").arg(shownName(patch.name)));
-    }
-    QList<SPatch> records;
-    records.append(storedRecord(patch.records->patchData));
-    return write(exportHeader(patch.records->headerData, 1), std::move(records), {patch.records->userIRData}, filename);
-}
-
-std::optional<QByteArray> PatchFileHandler::storedBytes(const VelgorPatch &patch)
+Result<QByteArray> PatchFileHandler::storedBytes(const VelgorPatch &patch)
 {
     if (!patch.records) {
-        return std::nullopt;
+        return Problem{
+            .why = tr("The patch \"%1\" holds no preset data that could be stored.").arg(shownName(patch.name))};
     }
     const auto presets = SPresetFile::fromRecords(exportHeader(patch.records->headerData, 1),
         {storedRecord(patch.records->patchData)}, {patch.records->userIRData});
-    return presets ? PatchWriter::encodePatches(*presets) : std::nullopt;
+    return presets ? PatchWriter::encodePatches(*presets) : presets.problem();
 }
 
-bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QString &filename)
+Result<QString> PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QString &filename)
 {
-    begin();
-    if (!canExport(velgorContent)) {
-        return false;
+    if (const Result<> checked = checkExport(velgorContent); !checked) {
+        return checked.problem();
     }
     const auto &list = velgorContent.velgorContentPatchList();
     SHeaderDesc header = exportHeader(list.first().patch.records->headerData, list.size());
@@ -181,29 +145,27 @@ bool PatchFileHandler::exportTo(const VelgorContent &velgorContent, const QStrin
     return write(header, std::move(patches), std::move(userIRs), filename);
 }
 
-bool PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString &filename)
+Result<QString> PatchFileHandler::exportTo(const QList<VelgorPatch> &patches, const QString &filename)
 {
-    begin();
     QList<SPatch> records;
     QList<SUserIR> userIRs;
     for (const VelgorPatch &patch : patches) {
-        if (!canExport(patch)) {
-            return false;
+        if (const Result<> checked = checkExport(patch); !checked) {
+            return checked.problem();
         }
         records.append(namedRecord(patch.records->patchData, patch.name));
         userIRs.append(patch.records->userIRData);
     }
     if (patches.isEmpty()) {
-        return fail(tr("There are no patches to export."));
+        return Problem{.why = tr("There are no patches to export.")};
     }
     return write(exportHeader(patches.first().records->headerData, patches.size()), std::move(records),
         std::move(userIRs), filename);
 }
 
-bool PatchFileHandler::write(
+Result<QString> PatchFileHandler::write(
     const SHeaderDesc &header, QList<SPatch> patches, QList<SUserIR> userIRs, const QString &filename)
 {
-    m_path = filename;
     qint64 size = SHeaderDesc::encodedLength + SHeaderPatchDesc::encodedLength * patches.size();
     for (const SPatch &patch : patches) {
         size += patch.length;
@@ -212,13 +174,10 @@ bool PatchFileHandler::write(
         size += userIR.length;
     }
     if (patches.size() > std::numeric_limits<quint16>::max() || size > std::numeric_limits<quint32>::max()) {
-        return fail(tr("%1: a preset file cannot hold that many patches").arg(filename));
+        return Problem{.where = filename, .why = tr("a preset file cannot hold that many patches")};
     }
-    const std::optional<SPresetFile> presets = SPresetFile::fromRecords(header, std::move(patches), std::move(userIRs));
-    const std::optional<QByteArray> bytes = presets ? PatchWriter::encodePatches(*presets) : std::nullopt;
-    if (!bytes) {
-        return fail(tr("%1: %2").arg(filename, Diagnostics::lastLine()));
-    }
-    const QString error = m_files.write(filename, *bytes);
-    return error.isEmpty() || fail(tr("%1: %2").arg(filename, error));
+    const Result<SPresetFile> presets = SPresetFile::fromRecords(header, std::move(patches), std::move(userIRs));
+    const Result<QByteArray> bytes = presets ? PatchWriter::encodePatches(*presets) : presets.problem();
+    const Result<> written = bytes ? m_files.write(filename, *bytes) : bytes.problem();
+    return written ? Result<QString>(filename) : written.problem().in(filename);
 }

@@ -49,10 +49,11 @@ public:
     void setInverseTailBit(bool inverseTailBit);
     void setSelections(const QSet<QUuid> &selections);
 
-    /// Asks for a file and fills the list from it. A file that cannot be read sets openError; cancelling does not.
-    void openPresetFile(PatchFileHandler &files);
+    /// Asks for a file and fills the list from it, and says which file. One that cannot be read sets openError;
+    /// cancelling does not.
+    Result<QString> openPresetFile(PatchFileHandler &files);
     /// The same with a file that is known already.
-    void openPresetFile(PatchFileHandler &files, const QString &filename);
+    Result<QString> openPresetFile(PatchFileHandler &files, const QString &filename);
     /// One slot a patch of the file. Prints a line and changes nothing for a file without patches.
     void populate(const SPresetFile &presets);
     /// A new list of 99 slots, all holding `fillwith`. The version table is left alone.
@@ -116,7 +117,6 @@ Q_SIGNALS:
     void selectionsChanged();
 
 private:
-    void take(const std::optional<SPresetFile> &presets, const PatchFileHandler &files);
     void moveOne(qsizetype from, qsizetype offset);
     void moveMany(const QList<qsizetype> &rows, qsizetype offset);
     void fill(const std::optional<VelgorPatch> &fillwith);

@@ -4,22 +4,18 @@
 
 #include "PatchFileHandler.h"
 
-void VelgorContent::openPresetFile(PatchFileHandler &files)
+Result<QString> VelgorContent::openPresetFile(PatchFileHandler &files)
 {
-    take(files.open(*this), files);
+    Result<QString> path = files.askForFile();
+    return path ? openPresetFile(files, *path) : path;
 }
 
-void VelgorContent::openPresetFile(PatchFileHandler &files, const QString &filename)
+Result<QString> VelgorContent::openPresetFile(PatchFileHandler &files, const QString &filename)
 {
-    take(files.read(filename), files);
-}
-
-void VelgorContent::take(const std::optional<SPresetFile> &presets, const PatchFileHandler &files)
-{
+    const Result<SPresetFile> presets = files.read(filename);
     if (presets) {
         populate(*presets);
-        setOpenError(false);
-    } else if (!files.wasCancelled()) {
-        setOpenError(true);
     }
+    setOpenError(!presets);
+    return presets ? Result<QString>(filename) : presets.problem();
 }

@@ -18,27 +18,19 @@ BatchFiles::~BatchFiles()
     }
 }
 
-FileReadResult BatchFiles::read(const QString &path)
-{
-    return DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-}
-
-QString BatchFiles::write(const QString &path, const QByteArray &bytes)
+Result<QString> BatchFiles::write(const QString &name, const QByteArray &bytes)
 {
     if (!m_directory) {
         m_directory.emplace(m_path);
     }
-    const QString name = path.sliced(m_path.size() + 1);
     const DiskFiles::Staging staging{
         .isSynced = !DiskSync::canSyncFileSystem(), .isFree = m_listing && !m_listing->kindOf(name)};
-    DiskFiles::Staged staged;
-    QString error = DiskFiles::stage(*m_directory, name, bytes, staging, staged);
-    if (error.isEmpty()) {
-        m_staged.append({.temporary = staged.name, .name = name, .stamp = staged.stamp});
-    } else if (DiskFiles::whyNotReplaceable(*m_directory, name).isEmpty()) {
-        m_isBlocked = true;
+    const Result<DiskFiles::Staged> staged = DiskFiles::stage(*m_directory, name, bytes, staging);
+    if (!staged) {
+        return staged.problem();
     }
-    return error;
+    m_staged.append({.temporary = staged->name, .name = name, .stamp = staged->stamp});
+    return staged->name;
 }
 
 void BatchFiles::leavePrepared(const QString &name)
@@ -46,10 +38,10 @@ void BatchFiles::leavePrepared(const QString &name)
     m_leftPrepared.insert(name);
 }
 
-QString BatchFiles::sync() const
+Result<> BatchFiles::sync() const
 {
     const bool isNeeded = !m_staged.isEmpty() && DiskSync::canSyncFileSystem();
-    return isNeeded ? DiskSync::syncFileSystem(m_path) : QString();
+    return isNeeded ? DiskSync::syncFileSystem(m_path) : Success();
 }
 
 QList<BatchFiles::Failure> BatchFiles::finish()
@@ -60,15 +52,16 @@ QList<BatchFiles::Failure> BatchFiles::finish()
     const bool isInPlace = !m_directory || m_directory->isInPlace();
     for (const Staged &file : staged) {
         if (m_leftPrepared.contains(file.name)) {
-            failures.append({.path = pathOf(file.name), .error = {}, .temporary = pathOf(file.temporary)});
+            failures.append({.problem = {}, .temporary = pathOf(file.temporary)});
             continue;
         }
-        const QString error = isInPlace ? DiskFiles::commit(*m_directory, file.temporary, file.name)
-                                        : tr("another directory has taken the place of the library's");
-        if (!error.isEmpty()) {
-            failures.append({.path = pathOf(file.name), .error = error, .temporary = pathOf(file.temporary)});
-        } else {
+        const Result<> committed = isInPlace
+            ? DiskFiles::commit(*m_directory, file.temporary, file.name)
+            : Problem{.where = pathOf(file.name), .why = tr("another directory has taken the place of the library's")};
+        if (committed) {
             m_placed.append(file);
+        } else {
+            failures.append({.problem = committed.problem(), .temporary = pathOf(file.temporary)});
         }
     }
     return failures;

@@ -1,9 +1,9 @@
 #include "KeptLibraries.h"
 
-#include "DiskFiles.h"
 #include "LibraryFileNames.h"
+#include "LibraryJson.h"
 #include "LibraryLoader.h"
-#include "SinglePatchFile.h"
+#include "LibraryPlace.h"
 
 #include <QDir>
 #include <QHash>
@@ -12,10 +12,10 @@ namespace KeptLibraries {
 
 namespace {
 
-std::optional<LibraryState> contentOf(const QString &path)
+std::optional<LibraryState> contentOf(const LibraryPlace &place, const QString &name)
 {
-    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
+    const Result<QByteArray> text = place.read(name);
+    return text ? LibraryJson::decode(*text) : std::nullopt;
 }
 
 QHash<quint64, VelgorPatch> byId(const QList<VelgorPatch> &patches)
@@ -51,13 +51,13 @@ std::optional<quint64> defaultOf(std::optional<quint64> id, const QHash<quint64,
 Found find(const QString &directory)
 {
     Found found;
+    const LibraryPlace place(directory);
     const QDir folder(directory);
     const QStringList names = folder.entryList(QDir::Files | QDir::NoSymLinks, QDir::Name | QDir::Reversed);
     for (const QString &name : names) {
         if (LibraryFileNames::isDatedCopy(name)) {
-            found.libraries.append({.file = name,
-                .keptAt = LibraryFileNames::dateOfCopy(name),
-                .content = contentOf(folder.filePath(name))});
+            found.libraries.append(
+                {.file = name, .keptAt = LibraryFileNames::dateOfCopy(name), .content = contentOf(place, name)});
         } else if (LibraryFileNames::isDamagedFile(name)) {
             found.patchFiles.prepend(name);
         }
@@ -67,7 +67,8 @@ Found find(const QString &directory)
 
 std::optional<Preview> preview(const QString &directory, const QString &file, const LibraryState &present)
 {
-    const std::optional<LibraryState> content = contentOf(directory + u'/' + file);
+    const LibraryPlace place(directory);
+    const std::optional<LibraryState> content = contentOf(place, file);
     if (!content) {
         return std::nullopt;
     }
@@ -75,11 +76,11 @@ std::optional<Preview> preview(const QString &directory, const QString &file, co
     Preview result;
     for (const VelgorPatch &dropped : loaded.droppedEntries) {
         const QString name = LibraryFileNames::patchFile(dropped.name, dropped.id());
-        const SinglePatchFile::Result stored = SinglePatchFile::read(directory + u'/' + name);
-        if (stored.isThere) {
-            result.unreadable.append({.name = dropped.name, .reason = stored.reason});
-        } else {
+        const Result<VelgorPatch> stored = place.patch(name);
+        if (!stored && stored.problem().what == Problem::What::Absent) {
             result.withoutFile.append(dropped.name);
+        } else {
+            result.unreadable.append({.name = dropped.name, .reason = stored ? QString() : stored.problem().why});
         }
     }
     if (loaded.library) {

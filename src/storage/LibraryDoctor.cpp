@@ -1,6 +1,5 @@
 #include "LibraryDoctor.h"
 
-#include "DiskFiles.h"
 #include "FileExistence.h"
 #include "KeptLibraries.h"
 #include "LibraryFileNames.h"
@@ -44,7 +43,7 @@ bool holdsTheSame(const VelgorPatch &a, const VelgorPatch &b)
 } // namespace
 
 LibraryDoctor::LibraryDoctor(const QString &directory, LibraryLoader::Report report)
-    : m_directory(directory)
+    : m_place(directory)
     , m_report(std::move(report))
 {
 }
@@ -58,15 +57,15 @@ LibraryHealth LibraryDoctor::examine()
     m_unreadable.clear();
     m_spare.clear();
     m_staged.clear();
-    const LibraryLoadResult loaded = LibraryLoader(m_directory, m_report).load();
+    const LibraryLoadResult loaded = LibraryLoader(m_place.path(), m_report).load();
     noteLibraryFile(loaded);
     if (!loaded.leftovers.areKnown) {
-        readJournal();
+        noteJournal();
     }
     // A directory whose names may not be read is listed as if it were empty.
-    const QFileInfo place(m_directory);
-    m_listing = place.isReadable() ? DirectoryListing::scan(m_directory) : std::nullopt;
-    if (!m_listing && place.isDir()) {
+    const QFileInfo info(m_place.path());
+    m_listing = info.isReadable() ? m_place.list() : std::nullopt;
+    if (!m_listing && info.isDir()) {
         add(LibraryFinding::Kind::UnlistedDirectory, QStringLiteral("."), 0, {},
             tr("the files in the directory cannot be listed"));
     }
@@ -93,15 +92,11 @@ void LibraryDoctor::reportStillBusy() const
     }
 }
 
-void LibraryDoctor::readJournal()
+void LibraryDoctor::noteJournal()
 {
-    const FileReadResult file =
-        DiskFiles::readRegular(m_directory + u'/' + LibraryFileNames::journalFile(), DiskFiles::Links::Refuse);
-    const auto journal = file.bytes ? LibraryJournal::decode(*file.bytes) : std::nullopt;
-    if (journal) {
-        for (auto staged = journal->staged.cbegin(); staged != journal->staged.cend(); ++staged) {
-            m_staged.insert(staged.value(), staged.key());
-        }
+    const auto journal = m_place.journal().value_or(LibraryJournal());
+    for (auto staged = journal.staged.cbegin(); staged != journal.staged.cend(); ++staged) {
+        m_staged.insert(staged.value(), staged.key());
     }
 }
 
@@ -142,7 +137,7 @@ void LibraryDoctor::examineFile(const QString &name)
     }
     for (const quint64 id : LibraryFileNames::idsIn(name)) {
         if (m_loaded.contains(id) || m_dropped.contains(id)) {
-            if (const auto patch = readPatch(name).patch) {
+            if (const Result<VelgorPatch> patch = m_place.patch(name)) {
                 m_spare.insert(VelgorPatch::staticSimpleHash(*patch), *patch);
             }
             add(LibraryFinding::Kind::ForeignFile, name, id,
@@ -157,11 +152,11 @@ void LibraryDoctor::examinePatchFile(const QString &name, quint64 id)
     if (known != m_loaded.cend() && name == LibraryFileNames::patchFile(known->name, id)) {
         return;
     }
-    const SinglePatchFile::Result file = readPatch(name);
-    if (!file.patch) {
+    const Result<VelgorPatch> patch = m_place.patch(name);
+    if (!patch) {
         const QString patchName = m_dropped.contains(id) ? m_dropped.value(id, VelgorPatch(id)).name : QString();
         m_unreadable.insert(id);
-        add(LibraryFinding::Kind::UnreadableFile, name, id, patchName, file.reason);
+        add(LibraryFinding::Kind::UnreadableFile, name, id, patchName, patch.problem().why);
         return;
     }
     if (known != m_loaded.cend()) {
@@ -172,7 +167,7 @@ void LibraryDoctor::examinePatchFile(const QString &name, quint64 id)
         }
         return;
     }
-    examineFileWithoutEntry(name, id, *file.patch);
+    examineFileWithoutEntry(name, id, *patch);
 }
 
 void LibraryDoctor::examineFileWithoutEntry(const QString &name, quint64 id, const VelgorPatch &patch)
@@ -224,7 +219,7 @@ void LibraryDoctor::examineStaged()
             continue;
         }
         const quint64 id = m_staged.value(name);
-        const auto patch = found.contains(id) ? std::nullopt : readPatch(name).patch;
+        const Result<VelgorPatch> patch = found.contains(id) ? Problem() : m_place.patch(name);
         if (!patch) {
             add(LibraryFinding::Kind::Leftover, name, 0);
             continue;
@@ -278,34 +273,30 @@ void LibraryDoctor::noteDropped()
         } else if (!m_unreadable.contains(entry.id()) && !entry.empty) {
             // There may be a link or a directory, or a file in a directory that cannot be listed.
             const QString name = LibraryFileNames::patchFile(entry.name, entry.id());
-            const SinglePatchFile::Result file = readPatch(name);
-            if (file.patch) {
-                addOtherContent(entry, *file.patch);
+            const Result<VelgorPatch> patch = m_place.patch(name);
+            if (patch) {
+                addOtherContent(entry, *patch);
                 continue;
             }
-            add(LibraryFinding::Kind::PatchWithoutFile, file.isThere ? name : QString(), entry.id(), entry.name,
-                file.isThere ? file.reason : QString());
+            const bool isThere = patch.problem().what != Problem::What::Absent;
+            add(LibraryFinding::Kind::PatchWithoutFile, isThere ? name : QString(), entry.id(), entry.name,
+                isThere ? patch.problem().why : QString());
         }
     }
-}
-
-SinglePatchFile::Result LibraryDoctor::readPatch(const QString &name) const
-{
-    return SinglePatchFile::read(m_directory + u'/' + name);
 }
 
 bool LibraryDoctor::isLeftover(const QString &name) const
 {
     const auto owner = TemporaryFiles::ownerOf(name, QSysInfo::machineHostName());
     const bool isInUse = owner ? *owner != QCoreApplication::applicationPid() && !isProcessGone(*owner)
-                               : LibraryLock::isHeldByOther(m_directory);
+                               : LibraryLock::isHeldByOther(m_place.path());
     // What a save had just removed was not left, and a save that began meanwhile holds the lock.
-    return !isInUse && existence(m_directory + u'/' + name) != FileExistence::none;
+    return !isInUse && existence(m_place.pathOf(name)) != FileExistence::none;
 }
 
 void LibraryDoctor::noteKeptFiles()
 {
-    const KeptLibraries::Found kept = KeptLibraries::find(m_directory);
+    const KeptLibraries::Found kept = KeptLibraries::find(m_place.path());
     m_health.keptLibraries = kept.libraries;
     m_health.keptPatchFiles = kept.patchFiles;
     for (const KeptLibrary &library : kept.libraries) {

@@ -3,7 +3,7 @@
 #include "DirectoryListing.h"
 #include "LibraryHealth.h"
 #include "LibraryLoader.h"
-#include "SinglePatchFile.h"
+#include "LibraryPlace.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -27,7 +27,7 @@ public:
 private:
     void reportStillBusy() const;
     void noteLibraryFile(const LibraryLoadResult &loaded);
-    void readJournal();
+    void noteJournal();
     void examineFile(const QString &name);
     void examinePatchFile(const QString &name, quint64 id);
     void examineFileWithoutEntry(const QString &name, quint64 id, const VelgorPatch &patch);
@@ -36,14 +36,13 @@ private:
     void addOtherContent(const VelgorPatch &entry, const VelgorPatch &content);
     void examineSubdirectories();
     void noteDropped();
-    [[nodiscard]] SinglePatchFile::Result readPatch(const QString &name) const;
     /// Nobody is writing this file.
     [[nodiscard]] bool isLeftover(const QString &name) const;
     void noteKeptFiles();
     void add(LibraryFinding::Kind kind, const QString &file, quint64 id, const QString &name = {},
         const QString &reason = {}, const std::optional<VelgorPatch> &rescued = std::nullopt);
 
-    QString m_directory;
+    LibraryPlace m_place;
     LibraryLoader::Report m_report;
     LibraryHealth m_health;
     std::optional<DirectoryListing> m_listing;

@@ -1,79 +1,74 @@
 #include "LibraryFileReader.h"
 
 #include "Diagnostics.h"
-#include "DiskFiles.h"
 #include "FileContentStamp.h"
-#include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryLoadResult.h"
+#include "LibraryPlace.h"
 
 #include <QFileInfo>
 
 std::optional<LibraryState> LibraryFileReader::read(LibraryLoadResult &result) const
 {
-    const QString path = pathOf(LibraryFileNames::libraryFile());
-    const QString copyPath = pathOf(LibraryFileNames::libraryCopy());
-    FileReadResult file;
+    const QString name = LibraryFileNames::libraryFile();
+    Result<QByteArray> file = Problem{.what = Problem::What::Absent};
     const auto decode = [&](const QString &source) {
         // Taken before the bytes: what changes from here on then looks changed.
-        std::optional<FileContentStamp> stamp = FileContentStamp::of(source);
-        file = DiskFiles::readRegular(source, DiskFiles::Links::Refuse);
-        if (source == path && file.bytes && stamp) {
-            stamp->setBytes(*file.bytes);
+        std::optional<FileContentStamp> stamp = FileContentStamp::of(m_place.pathOf(source));
+        file = m_place.read(source);
+        if (source == name && file && stamp) {
+            stamp->setBytes(*file);
             result.writeState.libraryFile = stamp;
         }
-        return file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt;
+        return file ? LibraryJson::decode(*file) : std::nullopt;
     };
-    std::optional<LibraryState> content = decode(path);
+    std::optional<LibraryState> content = decode(name);
     result.leftovers.isCopySpare = content.has_value();
     if (content) {
         return content;
     }
-    const FileReadResult damaged = file;
-    content = decode(copyPath);
-    const FileReadResult copy = file;
+    const Result<QByteArray> damaged = file;
+    content = decode(LibraryFileNames::libraryCopy());
+    const Result<QByteArray> copy = file;
     if (!content) {
         // Another program may just have finished writing the file, and have removed the copy with that.
-        content = decode(path);
+        content = decode(name);
         result.leftovers.isCopySpare = content.has_value();
     }
     if (result.leftovers.isCopySpare) {
         return content;
     }
-    const bool isThere = QFileInfo::exists(path) || QFileInfo(path).isSymLink();
+    const QFileInfo info(m_place.pathOf(name));
+    const bool isThere = info.exists() || info.isSymLink();
     // A library file that is the beginning of its copy was cut while it was written, and holds nothing of its own.
-    const bool isCut = content && (!isThere || (damaged.bytes && copy.bytes->startsWith(*damaged.bytes)));
+    const bool isCut = content && (!isThere || (damaged && copy->startsWith(*damaged)));
     if (isCut) {
-        result.leftovers.completeText = *copy.bytes;
+        result.leftovers.completeText = *copy;
     } else if (isThere) {
-        result.writeState.filesToKeep.append(LibraryFileNames::libraryFile());
+        result.writeState.filesToKeep.append(name);
     }
     if (content) {
-        Diagnostics::printLine(tr("The library file was not complete; its copy %1 is used").arg(copyPath));
+        Diagnostics::printLine(tr("The library file was not complete; its copy %1 is used")
+                                   .arg(m_place.pathOf(LibraryFileNames::libraryCopy())));
         return content;
     }
     noteWithoutContent(file, isThere, result);
     return std::nullopt;
 }
 
-void LibraryFileReader::noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const
+void LibraryFileReader::noteWithoutContent(
+    const Result<QByteArray> &file, bool isThere, LibraryLoadResult &result) const
 {
-    if (existence(pathOf(LibraryFileNames::libraryCopy())) == FileExistence::file) {
+    if (m_place.has(LibraryFileNames::libraryCopy())) {
         result.writeState.filesToKeep.append(LibraryFileNames::libraryCopy());
     }
-    const QString path = pathOf(LibraryFileNames::libraryFile());
-    if (file.bytes) {
+    if (file) {
         Diagnostics::printLine(QStringLiteral("Cannot decode library"));
         result.readError = true;
-        result.problem = tr("%1: not a complete library file").arg(path);
+        result.problem = tr("%1: not a complete library file").arg(m_place.pathOf(LibraryFileNames::libraryFile()));
     } else {
         Diagnostics::printLine(QStringLiteral("New library"));
-        const bool isHidden = isThere || !QFileInfo(m_directory).isExecutable();
-        result.problem = isHidden ? tr("%1: %2").arg(path, file.error) : QString();
+        const bool isHidden = isThere || !QFileInfo(m_place.path()).isExecutable();
+        result.problem = isHidden ? file.problem().text() : QString();
     }
-}
-
-QString LibraryFileReader::pathOf(const QString &name) const
-{
-    return m_directory + u'/' + name;
 }

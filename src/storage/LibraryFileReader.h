@@ -1,13 +1,14 @@
 #pragma once
 
 #include "LibraryJson.h"
+#include "Result.h"
 
 #include <QCoreApplication>
 #include <QString>
 
 #include <optional>
 
-struct FileReadResult;
+class LibraryPlace;
 struct LibraryLoadResult;
 
 /// Reads the library file of a directory, or the copy of it that a save had written, where only that is whole.
@@ -15,9 +16,9 @@ class LibraryFileReader {
     Q_DECLARE_TR_FUNCTIONS(LibraryFileReader)
 
 public:
-    /// `directory` is a path without a slash at its end.
-    explicit LibraryFileReader(const QString &directory)
-        : m_directory(directory)
+    /// `place` must outlive the reader.
+    explicit LibraryFileReader(const LibraryPlace &place)
+        : m_place(place)
     {
     }
 
@@ -27,8 +28,7 @@ public:
 
 private:
     /// What follows from there being neither a library file nor a copy that can be read. `file` is the last attempt.
-    void noteWithoutContent(const FileReadResult &file, bool isThere, LibraryLoadResult &result) const;
-    [[nodiscard]] QString pathOf(const QString &name) const;
+    void noteWithoutContent(const Result<QByteArray> &file, bool isThere, LibraryLoadResult &result) const;
 
-    QString m_directory;
+    const LibraryPlace &m_place;
 };

@@ -12,45 +12,48 @@
 #include <algorithm>
 #include <utility>
 
-LibraryFileWriter::LibraryFileWriter(const QString &directory, LibraryWriteResult &result)
-    : m_directory(directory)
+LibraryFileWriter::LibraryFileWriter(const LibraryPlace &place, LibraryWriteResult &result)
+    : m_place(place)
     , m_result(result)
 {
 }
 
-// What a crash leaves at each step: before the copy is complete, the old library file; from then on the copy, which
-// loading uses while the library file does not decode; after the rewriting, the new library file.
-void LibraryFileWriter::write(const QByteArray &text)
+bool LibraryFileWriter::writeCopy(const QByteArray &text)
 {
-    const QString path = pathOf(LibraryFileNames::libraryFile());
-    const QString copy = pathOf(LibraryFileNames::libraryCopy());
     noteForeignChange();
     if (!keepOldFiles()) {
-        fail(LibraryFileNames::libraryFile(), tr("it is not replaced, because the old one could not be kept"));
-        return;
+        fail({.where = m_place.pathOf(LibraryFileNames::libraryFile()),
+            .why = tr("it is not replaced, because the old one could not be kept")});
+        return false;
     }
-    QString error = DiskFiles::replace(copy, text);
-    if (!error.isEmpty()) {
-        fail(LibraryFileNames::libraryCopy(), error);
-        return;
+    const Result<> written = DiskFiles::replace(m_place.pathOf(LibraryFileNames::libraryCopy()), text);
+    if (!written) {
+        fail(written.problem());
     }
+    return bool(written);
+}
+
+void LibraryFileWriter::writeFile(const QByteArray &text)
+{
+    const QString path = m_place.pathOf(LibraryFileNames::libraryFile());
     const bool isNew = existence(path) == FileExistence::none;
-    bool wasTouched = false;
-    std::optional<FileContentStamp> stamp;
-    error = DiskFiles::overwriteInPlace(path, text, wasTouched, &stamp);
-    if (error.isEmpty() && isNew) {
-        // The copy must not go before the new name is on the disk.
-        error = DiskSync::syncDirectory(m_directory);
+    const Result<FileContentStamp> written = DiskFiles::overwriteInPlace(path, text);
+    // The copy must not go before the new name is on the disk.
+    const Result<> synced = written && isNew ? DiskSync::syncDirectory(m_place.path()) : Success();
+    m_result.isLibraryFileWritten = written && synced;
+    const bool wasTouched = written || written.problem().what == Problem::What::Touched;
+    if (written) {
+        m_result.state.libraryFile = *written;
+    } else if (wasTouched) {
+        // Its bytes are of no use; only another program's change of them would be one.
+        m_result.state.libraryFile = FileContentStamp::of(path).value_or(FileContentStamp());
+        m_result.state.libraryFile->setBytes({});
     }
-    if (!error.isEmpty()) {
-        fail(LibraryFileNames::libraryFile(), error);
+    if (!m_result.isLibraryFileWritten) {
+        fail((written ? synced.problem() : written.problem()).in(path));
     }
-    m_result.isLibraryFileWritten = error.isEmpty();
-    if (error.isEmpty() || !wasTouched) {
-        std::ignore = DiskFiles::remove(copy);
-    }
-    if (wasTouched) {
-        m_result.state.libraryFile = stamp;
+    if (m_result.isLibraryFileWritten || !wasTouched) {
+        std::ignore = m_place.remove(LibraryFileNames::libraryCopy());
     }
 }
 
@@ -58,12 +61,12 @@ void LibraryFileWriter::noteForeignChange()
 {
     const QString name = LibraryFileNames::libraryFile();
     const auto &seen = m_result.state.libraryFile;
-    const bool isThere = existence(pathOf(name)) == FileExistence::file;
-    if (!isThere || m_result.state.filesToKeep.contains(name) || (seen && !seen->looksChanged(pathOf(name)))) {
+    const bool isToBeKept = m_result.state.filesToKeep.contains(name);
+    if (!m_place.has(name) || isToBeKept || (seen && !seen->looksChanged(m_place.pathOf(name)))) {
         return;
     }
-    const FileReadResult file = DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
-    if (file.bytes && (file.bytes->isEmpty() || (seen && seen->isOf(*file.bytes)))) {
+    const Result<QByteArray> file = m_place.read(name);
+    if (file && (file->isEmpty() || (seen && seen->isOf(*file)))) {
         return;
     }
     m_result.state.filesToKeep.append(name);
@@ -88,23 +91,18 @@ bool LibraryFileWriter::keepOldFiles()
 
 bool LibraryFileWriter::keepOldFile(const QString &name)
 {
-    const QString path = pathOf(name);
-    if (existence(path) == FileExistence::none) {
+    if (existence(m_place.pathOf(name)) == FileExistence::none) {
         return true;
     }
-    const FileReadResult old = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    if (!old.bytes) {
-        m_result.problems.append(tr("%1: %2").arg(path, old.error));
-        return false;
-    }
     int attempt = 0;
-    QString kept = pathOf(LibraryFileNames::datedCopy(attempt));
+    QString kept = m_place.pathOf(LibraryFileNames::datedCopy(attempt));
     while (existence(kept) != FileExistence::none) {
-        kept = pathOf(LibraryFileNames::datedCopy(++attempt));
+        kept = m_place.pathOf(LibraryFileNames::datedCopy(++attempt));
     }
-    const QString error = DiskFiles::replace(kept, *old.bytes);
-    if (!error.isEmpty()) {
-        m_result.problems.append(tr("%1: %2").arg(kept, error));
+    const Result<QByteArray> old = m_place.read(name);
+    const Result<> written = old ? DiskFiles::replace(kept, *old) : old.problem();
+    if (!written) {
+        m_result.problems.append(written.problem().text());
         return false;
     }
     m_result.keptFiles.append(kept);
@@ -113,28 +111,23 @@ bool LibraryFileWriter::keepOldFile(const QString &name)
 
 void LibraryFileWriter::pruneKeptFiles()
 {
-    QStringList kept = QDir(m_directory).entryList(QDir::Files, QDir::Name);
+    QStringList kept = QDir(m_place.path()).entryList(QDir::Files, QDir::Name);
     kept.removeIf([](const QString &name) { return !LibraryFileNames::isDatedCopy(name); });
     qsizetype spare = kept.size() - keptFileLimit;
     // What was kept just now stays, even if the clock went back and its name says that it is the oldest.
-    kept.removeIf([this](const QString &name) { return m_result.keptFiles.contains(pathOf(name)); });
+    kept.removeIf([this](const QString &name) { return m_result.keptFiles.contains(m_place.pathOf(name)); });
     const QDateTime latest = QDateTime::currentDateTimeUtc().addDuration(-keptFileAge);
     for (auto name = kept.cbegin(); name != kept.cend() && spare > 0; ++name) {
         const QDateTime keptAt = LibraryFileNames::dateOfCopy(*name);
         if (keptAt.isValid() && keptAt < latest) {
-            std::ignore = DiskFiles::remove(pathOf(*name));
+            std::ignore = m_place.remove(*name);
             --spare;
         }
     }
 }
 
-void LibraryFileWriter::fail(const QString &name, const QString &reason)
+void LibraryFileWriter::fail(const Problem &problem)
 {
     Diagnostics::printLine(QStringLiteral("cannot encode library"));
-    m_result.problems.append(tr("%1: %2").arg(pathOf(name), reason));
-}
-
-QString LibraryFileWriter::pathOf(const QString &name) const
-{
-    return m_directory + u'/' + name;
+    m_result.problems.append(problem.text());
 }

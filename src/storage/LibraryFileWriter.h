@@ -1,6 +1,8 @@
 #pragma once
 
+#include "LibraryPlace.h"
 #include "LibraryWriteResult.h"
+#include "Result.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -19,19 +21,22 @@ public:
     static constexpr qsizetype keptFileLimit = 20;
     static constexpr std::chrono::days keptFileAge{30};
 
-    /// `directory` is a path without a slash at its end. What happens is noted in `result`, which outlives the writer.
-    LibraryFileWriter(const QString &directory, LibraryWriteResult &result);
+    /// What happens is noted in `result`. Both outlive the writer.
+    LibraryFileWriter(const LibraryPlace &place, LibraryWriteResult &result);
 
-    void write(const QByteArray &text);
+    /// Keeps what has to be kept, and writes the text beside the library file, where loading finds it while that does
+    /// not decode.
+    [[nodiscard]] bool writeCopy(const QByteArray &text);
+    /// Makes it the library file's, and the new state the one that counts.
+    void writeFile(const QByteArray &text);
 
 private:
     void noteForeignChange();
     [[nodiscard]] bool keepOldFiles();
     [[nodiscard]] bool keepOldFile(const QString &name);
     void pruneKeptFiles();
-    void fail(const QString &name, const QString &reason);
-    [[nodiscard]] QString pathOf(const QString &name) const;
+    void fail(const Problem &problem);
 
-    QString m_directory;
+    const LibraryPlace &m_place;
     LibraryWriteResult &m_result;
 };

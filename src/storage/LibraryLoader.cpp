@@ -1,12 +1,12 @@
 #include "LibraryLoader.h"
 
 #include "Diagnostics.h"
-#include "DiskFiles.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileReader.h"
 #include "LibraryJson.h"
 #include "PatchFileMatcher.h"
 #include "PatchWriter.h"
+#include "SinglePatchFile.h"
 
 #include <QFileInfo>
 
@@ -14,22 +14,19 @@
 #include <utility>
 
 LibraryLoader::LibraryLoader(const QString &directory, Report report)
-    : m_directory(directory)
-    , m_openDirectory(directory)
+    : m_place(directory)
     , m_report(std::move(report))
 {
 }
-
-LibraryLoader::~LibraryLoader() = default;
 
 LibraryLoadResult LibraryLoader::load()
 {
     Diagnostics::printLine(QStringLiteral("Loading library from directory"));
     LibraryLoadResult result;
-    const std::optional<LibraryState> content = LibraryFileReader(m_directory).read(result);
+    const std::optional<LibraryState> content = LibraryFileReader(m_place).read(result);
     result.leftovers.areKnown = result.problem.isEmpty();
     result.writeState.isJournalOrphaned = !result.leftovers.areKnown;
-    readJournal();
+    m_journal = m_place.journal().value_or(LibraryJournal());
     if (content) {
         fill(*content, result);
     }
@@ -39,16 +36,9 @@ LibraryLoadResult LibraryLoader::load()
 LibraryLoadResult LibraryLoader::loadEntries(const LibraryState &stored)
 {
     LibraryLoadResult result;
-    readJournal();
+    m_journal = m_place.journal().value_or(LibraryJournal());
     fill(stored, result);
     return result;
-}
-
-void LibraryLoader::readJournal()
-{
-    const FileReadResult file =
-        DiskFiles::readRegular(pathOf(LibraryFileNames::journalFile()), DiskFiles::Links::Refuse);
-    m_journal = file.bytes ? LibraryJournal::decode(*file.bytes).value_or(LibraryJournal()) : LibraryJournal();
 }
 
 void LibraryLoader::fill(const LibraryState &stored, LibraryLoadResult &result)
@@ -145,15 +135,15 @@ LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, 
     Progress progress;
     qsizetype done = 0;
     for (VelgorPatch &entry : patches) {
-        QString fileName;
-        if (const std::optional<SPresetFile> presets = readPatch(entry, fileName, result)) {
-            entry.records = {presets->patches.first(), presets->userIRs.first(), presets->headerDesc};
+        if (const Result<Found> found = readPatch(entry, result)) {
+            const SPresetFile &presets = found->presets;
+            entry.records = {presets.patches.first(), presets.userIRs.first(), presets.headerDesc};
             ++progress.loaded;
             if (m_entries.hasFreshId(entry)) {
                 // It will be stored anew under its own id; its former file still carries the other patch's.
-                result.writeState.leftAlone.insert(fileName);
+                result.writeState.leftAlone.insert(found->file);
             }
-            m_doubts.setFile(entry.id(), fileName);
+            m_doubts.setFile(entry.id(), found->file);
         } else {
             progress.complete = false;
         }
@@ -166,64 +156,55 @@ LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, 
     return progress;
 }
 
-std::optional<SPresetFile> LibraryLoader::readPatch(
-    const VelgorPatch &entry, QString &fileName, LibraryLoadResult &result)
+Result<LibraryLoader::Found> LibraryLoader::readPatch(const VelgorPatch &entry, LibraryLoadResult &result)
 {
-    fileName = LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry));
-    bool isUnreadable = false;
+    const QString fileName = LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry));
     // What a save had prepared and not put in place goes before what it was about to take the place of.
-    std::optional<SPresetFile> presets = readFromJournal(entry, fileName, result, isUnreadable);
-    if (presets) {
-        return presets;
+    Result<SPresetFile> prepared = readFromJournal(entry, fileName, result);
+    if (prepared) {
+        return Found{*std::move(prepared), fileName};
     }
     // Nothing of the bytes stays, so that all files can be read into the same memory.
-    FileStamp stamp;
-    FileReadResult file = readFile(fileName, std::exchange(m_room, {}), &stamp);
-    isUnreadable = isUnreadable || file.isUnreadable;
-    QString reason = file.error;
-    if (file.bytes) {
-        presets = ownPreset(entry, *file.bytes, isUnreadable, reason);
-        m_room = std::exchange(*file.bytes, {});
-        if (presets && !m_entries.hasFreshId(entry)) {
-            result.writeState.verified.insert(entry.id(), stamp);
+    auto file = m_place.readPatchFile(fileName, std::exchange(m_room, {}));
+    Result<SPresetFile> own = file ? ownPreset(entry, file->bytes) : file.problem();
+    if (file) {
+        m_room = std::exchange(file->bytes, {});
+    }
+    if (own) {
+        if (!m_entries.hasFreshId(entry)) {
+            result.writeState.verified.insert(entry.id(), file->stamp);
         }
+        return Found{*std::move(own), fileName};
     }
-    if (!presets) {
-        presets = readFromOtherFile(entry, fileName, isUnreadable);
+    Result<Found> other = readFromOtherFile(entry);
+    if (other) {
+        return other;
     }
-    if (!presets && isUnreadable) {
+    if (prepared.problem().mayPass || own.problem().mayPass || other.problem().mayPass) {
         result.writeState.unread.patches.insert(entry.id(), entry.withId(m_entries.storedId(entry)));
     }
-    if (!presets) {
-        m_failures.insert(entry.id(), tr("%1: %2 (%3)").arg(entry.name.simplified(), reason, fileName));
+    m_failures.insert(entry.id(), tr("%1: %2 (%3)").arg(entry.name.simplified(), own.problem().why, fileName));
+    if (!file) {
+        Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(m_place.pathOf(fileName)));
     }
-    if (!presets && !file.bytes) {
-        Diagnostics::printLine(QStringLiteral("Could not open ") + LibraryFileNames::address(pathOf(fileName)));
-    }
-    return presets;
+    return own.problem();
 }
 
-std::optional<SPresetFile> LibraryLoader::ownPreset(
-    const VelgorPatch &entry, const QByteArray &bytes, bool &isUnreadable, QString &reason)
+Result<SPresetFile> LibraryLoader::ownPreset(const VelgorPatch &entry, const QByteArray &bytes)
 {
-    std::optional<SPresetFile> presets = SPresetFile::fromData(bytes);
+    Result<SPresetFile> presets = SinglePatchFile::decode(bytes);
     if (!presets) {
-        reason = tr("not a preset file");
-        return std::nullopt;
+        const bool isNone = presets.problem().what == Problem::What::Malformed;
+        return isNone ? Problem{.what = Problem::What::Malformed, .why = tr("not a preset file")} : presets;
     }
-    if (presets->patches.size() != 1) {
-        reason = tr("a list of %1 patches").arg(presets->patches.size());
-        return std::nullopt;
-    }
-    const VelgorPatch read(presets->patches.first(), presets->userIRs.first(), presets->headerDesc);
+    const VelgorPatch read = SinglePatchFile::patchIn(*presets);
     const LibraryEntries::Owner owner = m_entries.ownerOf(read, entry);
     if (owner != LibraryEntries::Owner::Entry) {
         m_doubts.insertForeign(entry.id(), read.id());
     }
     if (owner == LibraryEntries::Owner::OtherEntry) {
-        reason = tr("it holds \"%1\", another patch of the library").arg(read.name.simplified());
-        isUnreadable = true;
-        return std::nullopt;
+        return Problem{
+            .why = tr("it holds \"%1\", another patch of the library").arg(read.name.simplified()), .mayPass = true};
     }
     // Every file that a library writes has the right one.
     const bool isDamaged = presets->checksum != PatchWriter::checksumOf(*presets, bytes);
@@ -233,21 +214,22 @@ std::optional<SPresetFile> LibraryLoader::ownPreset(
     return presets;
 }
 
-std::optional<SPresetFile> LibraryLoader::readFromJournal(
-    const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result, bool &isUnreadable)
+Result<SPresetFile> LibraryLoader::readFromJournal(
+    const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result)
 {
     // Of two entries with one id, the journal knows the first.
     const QString temporary = m_entries.hasFreshId(entry) ? QString() : m_journal.staged.value(entry.id());
-    std::optional<SPresetFile> presets =
-        temporary.isEmpty() ? std::nullopt : readOnePatch(temporary, entry, isUnreadable);
+    if (temporary.isEmpty()) {
+        return Problem{.what = Problem::What::Absent};
+    }
+    Result<SPresetFile> presets = readOnePatch(temporary, entry);
     if (presets) {
         result.leftovers.unfinished.insert(temporary, fileName);
     }
     return presets;
 }
 
-std::optional<SPresetFile> LibraryLoader::readFromOtherFile(
-    const VelgorPatch &entry, QString &fileName, bool &isUnreadable)
+Result<LibraryLoader::Found> LibraryLoader::readFromOtherFile(const VelgorPatch &entry)
 {
     const quint64 id = m_entries.storedId(entry);
     auto known = m_otherFiles.find(id);
@@ -256,21 +238,20 @@ std::optional<SPresetFile> LibraryLoader::readFromOtherFile(
     }
     OtherFiles &files = known.value();
     while (!files.names.isEmpty()) {
-        if (std::optional<SPresetFile> presets = readOnePatch(files.names.first(), entry, files.areUnreadable)) {
-            fileName = files.names.first();
-            return presets;
+        Result<SPresetFile> presets = readOnePatch(files.names.first(), entry);
+        if (presets) {
+            return Found{*std::move(presets), files.names.first()};
         }
+        files.areUnreadable = files.areUnreadable || presets.problem().mayPass;
         files.names.removeFirst();
     }
-    isUnreadable = isUnreadable || files.areUnreadable;
-    return std::nullopt;
+    return Problem{.what = Problem::What::Absent, .mayPass = files.areUnreadable};
 }
 
 LibraryLoader::OtherFiles LibraryLoader::otherFiles(quint64 id)
 {
     if (!m_listing) {
-        m_listing =
-            std::make_unique<DirectoryListing>(DirectoryListing::scan(m_directory).value_or(DirectoryListing()));
+        m_listing = m_place.list().value_or(DirectoryListing());
         m_expectedNames.reserve(m_entries.patches().size());
         for (const VelgorPatch &entry : m_entries.patches()) {
             m_expectedNames.insert(LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry)));
@@ -285,33 +266,14 @@ LibraryLoader::OtherFiles LibraryLoader::otherFiles(quint64 id)
             files.names.append(candidate.name);
         } else if (!isTaken && kind && candidate.isNamedForPatch) {
             // A link is not followed; the patch may be behind it.
-            files.areUnreadable = files.areUnreadable || QFileInfo(pathOf(candidate.name)).isSymLink();
+            files.areUnreadable = files.areUnreadable || QFileInfo(m_place.pathOf(candidate.name)).isSymLink();
         }
     }
     return files;
 }
 
-std::optional<SPresetFile> LibraryLoader::readOnePatch(
-    const QString &name, const VelgorPatch &entry, bool &isUnreadable)
+Result<SPresetFile> LibraryLoader::readOnePatch(const QString &name, const VelgorPatch &entry)
 {
-    const FileReadResult file = readFile(name, {});
-    isUnreadable = isUnreadable || file.isUnreadable;
-    QString reason;
-    return file.bytes ? ownPreset(entry, *file.bytes, isUnreadable, reason) : std::nullopt;
-}
-
-FileReadResult LibraryLoader::readFile(const QString &name, QByteArray room, FileStamp *stamp) const
-{
-    FileReadResult file =
-        DiskFiles::readRegular(m_openDirectory, name, DiskFiles::Links::Refuse, std::move(room), stamp);
-    if (file.bytes || m_openDirectory.isInPlace()) {
-        return file;
-    }
-    // Another directory stands under the path by now, and the file may be in that one.
-    return DiskFiles::readRegular({}, pathOf(name), DiskFiles::Links::Refuse, {}, stamp);
-}
-
-QString LibraryLoader::pathOf(const QString &name) const
-{
-    return m_directory + u'/' + name;
+    const auto file = m_place.readPatchFile(name);
+    return file ? ownPreset(entry, file->bytes) : file.problem();
 }

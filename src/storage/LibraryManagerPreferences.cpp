@@ -60,29 +60,28 @@ QString LibraryManagerPreferences::defaultLibraryDirectory()
 
 void LibraryManagerPreferences::setColorScheme(PrefColors colorScheme)
 {
-    const QString problem = store(colorSchemeKey, static_cast<int>(colorScheme));
-    if (!problem.isEmpty()) {
-        Diagnostics::printLine(problem);
+    if (const Result<> stored = store(colorSchemeKey, static_cast<int>(colorScheme)); !stored) {
+        Diagnostics::printLine(stored.problem().text());
     }
     setObservable(this, m_colorScheme, colorScheme, &LibraryManagerPreferences::colorSchemeChanged);
 }
 
-QString LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirectory)
+Result<> LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirectory)
 {
     const bool isDefault = libraryDirectory == defaultLibraryDirectory();
-    QString problem = store(libraryDirectoryKey, isDefault ? QVariant() : QDir(libraryDirectory).absolutePath());
-    if (problem.isEmpty()) {
+    const auto stored = store(libraryDirectoryKey, isDefault ? QVariant() : QDir(libraryDirectory).absolutePath());
+    if (stored) {
         setObservable(this, m_libraryDirectory, libraryDirectory, &LibraryManagerPreferences::libraryDirectoryChanged);
     }
-    return problem;
+    return stored;
 }
 
-QString LibraryManagerPreferences::store(const QString &key, const QVariant &value)
+Result<> LibraryManagerPreferences::store(const QString &key, const QVariant &value)
 {
     // Every start comes here, and the store writes a value that it has already as if it were new, before the window
     // is painted.
     if (m_store->value(key).toString() == value.toString() && m_store->contains(key) == value.isValid()) {
-        return {};
+        return Success();
     }
     if (!QFileInfo(m_store->fileName()).isAbsolute()) {
         // Where the platform keeps preferences otherwise than in a file.
@@ -92,9 +91,10 @@ QString LibraryManagerPreferences::store(const QString &key, const QVariant &val
             m_store->remove(key);
         }
         m_store->sync();
-        return m_store->status() == QSettings::NoError ? QString() : tr("The preferences cannot be written");
+        const bool isStored = m_store->status() == QSettings::NoError;
+        return isStored ? Result<>(Success()) : Problem{.why = tr("The preferences cannot be written")};
     }
-    QString problem = PreferencesFile(m_store->fileName()).change(key, value);
+    Result<> changed = PreferencesFile(m_store->fileName()).change(key, value);
     m_store->sync();
-    return problem;
+    return changed;
 }

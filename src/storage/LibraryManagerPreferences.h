@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QObject>
 #include <QSettings>
 #include <QString>
@@ -34,16 +36,16 @@ public:
     /// An absolute path.
     [[nodiscard]] QString libraryDirectory() const { return m_libraryDirectory; }
     /// The default directory is never stored, so that it stays the default wherever documents move. Where the change
-    /// cannot be stored nothing changes, and the reason is returned; empty on success. Translated.
-    [[nodiscard]] QString setLibraryDirectory(const QString &libraryDirectory);
+    /// cannot be stored nothing changes.
+    [[nodiscard]] Result<> setLibraryDirectory(const QString &libraryDirectory);
 
 Q_SIGNALS:
     void colorSchemeChanged();
     void libraryDirectoryChanged();
 
 private:
-    /// An invalid value takes the key away. The reason on failure.
-    [[nodiscard]] QString store(const QString &key, const QVariant &value);
+    /// An invalid value takes the key away.
+    [[nodiscard]] Result<> store(const QString &key, const QVariant &value);
 
     std::unique_ptr<QSettings> m_store;
     PrefColors m_colorScheme = PrefColors::prefsystem;

@@ -18,53 +18,54 @@ LibraryMove::LibraryMove(const QString &directory)
 {
 }
 
-QString LibraryMove::makeDirectory()
+Result<> LibraryMove::makeDirectory()
 {
     if (!LibraryPlace::isListable(m_directory)) {
-        return tr("%1: the path holds characters that keep the directory from being listed").arg(m_directory);
+        return Problem{
+            .where = m_directory, .why = tr("the path holds characters that keep the directory from being listed")};
     }
     if (LibraryPlace::holdsLibrary(m_directory)) {
-        return tr("%1: there is a library already").arg(m_directory);
+        return Problem{.what = Problem::What::Taken, .where = m_directory, .why = tr("there is a library already")};
     }
     if (existence(m_directory) == FileExistence::directory) {
-        return {};
+        return Success();
     }
     QStringList missing;
     for (QString path = m_directory; existence(path) == FileExistence::none && !QFileInfo(path).isRoot();
          path = QFileInfo(path).path()) {
         missing.append(path);
     }
-    const QString error = DiskFiles::makeDirectory(m_directory);
     m_madeDirectories = missing;
-    return error.isEmpty() ? QString() : tr("%1: %2").arg(m_directory, error);
+    return DiskFiles::makeDirectory(m_directory);
 }
 
-QString LibraryMove::write(const LibraryState &library)
+Result<> LibraryMove::write(const LibraryState &library)
 {
     const auto listing = DirectoryListing::scan(m_directory);
     if (!listing) {
-        return tr("%1: the directory cannot be listed").arg(m_directory);
+        return Problem{.where = m_directory, .why = tr("the directory cannot be listed")};
     }
     const QStringList names = listing->names();
     m_former = QSet<QString>(names.begin(), names.end());
     m_isBegun = true;
     m_result = LibraryWriter(m_directory, {}).save(library);
     const bool isWhole = m_result.isLibraryFileWritten && m_result.arePatchesWritten;
-    return isWhole ? QString() : m_result.problems.join(u'\n');
+    return isWhole ? Result<>(Success()) : Problem{.why = m_result.problems.join(u'\n')};
 }
 
-QString LibraryMove::takeBackFiles()
+Result<> LibraryMove::takeBackFiles()
 {
     if (!m_isBegun) {
-        return {};
+        return Success();
     }
     QStringList errors;
-    const auto note = [this, &errors](const QString &name, const QString &error) {
-        if (!error.isEmpty()) {
-            errors.append(tr("%1: %2").arg(pathOf(name), error));
+    const auto note = [&errors](const Result<> &result) {
+        if (!result) {
+            errors.append(result.problem().text());
         }
     };
-    QStringList written = DirectoryListing::scan(m_directory).value_or(DirectoryListing()).names();
+    const LibraryPlace place(m_directory);
+    QStringList written = place.list().value_or(DirectoryListing()).names();
     const auto &renamed = m_result.renamed;
     written.removeIf([this, &renamed](const QString &name) {
         const bool isLibrarys = LibraryFileNames::isReserved(name) || LibraryFileNames::patchFileId(name);
@@ -72,17 +73,17 @@ QString LibraryMove::takeBackFiles()
             || std::any_of(renamed.begin(), renamed.end(), [&name](const auto &file) { return file.to == name; });
     });
     for (const QString &name : std::as_const(written)) {
-        note(name, DiskFiles::remove(pathOf(name)));
+        note(place.remove(name));
     }
     const QList backwards(renamed.crbegin(), renamed.crend());
     for (const auto &file : backwards) {
-        if (existence(pathOf(file.from)) == FileExistence::file) {
-            note(file.from, DiskFiles::remove(pathOf(file.from)));
+        if (place.has(file.from)) {
+            note(place.remove(file.from));
         }
-        note(file.to, DiskFiles::move(pathOf(file.to), pathOf(file.from)));
+        note(place.move(file.to, file.from));
     }
     m_isBegun = false;
-    return errors.join(u'\n');
+    return errors.isEmpty() ? Result<>(Success()) : Problem{.why = errors.join(u'\n')};
 }
 
 void LibraryMove::removeDirectories()
@@ -91,9 +92,4 @@ void LibraryMove::removeDirectories()
         QDir().rmdir(directory);
     }
     m_madeDirectories.clear();
-}
-
-QString LibraryMove::pathOf(const QString &name) const
-{
-    return m_directory + u'/' + name;
 }

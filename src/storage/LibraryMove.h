@@ -2,6 +2,7 @@
 
 #include "LibraryJson.h"
 #include "LibraryWriteResult.h"
+#include "Result.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -16,22 +17,19 @@ public:
     /// `directory` is an absolute path without a slash at its end.
     explicit LibraryMove(const QString &directory);
 
-    /// Makes the directory where there is none. Refuses one that holds a library or cannot be listed. The reason
-    /// where that failed, empty on success; translated.
-    [[nodiscard]] QString makeDirectory();
+    /// Makes the directory where there is none. Refuses one that holds a library or cannot be listed.
+    [[nodiscard]] Result<> makeDirectory();
     /// Writes the whole library. Files there that are in the way of a patch's are set aside.
-    [[nodiscard]] QString write(const LibraryState &library);
+    [[nodiscard]] Result<> write(const LibraryState &library);
     /// What write() came to.
     [[nodiscard]] const LibraryWriteResult &result() const { return m_result; }
 
-    /// Removes what was written, and gives files of others their names back. The reason where something of it stays.
-    [[nodiscard]] QString takeBackFiles();
+    /// Removes what was written, and gives files of others their names back.
+    [[nodiscard]] Result<> takeBackFiles();
     /// Removes the directories that were made, where nothing is in them.
     void removeDirectories();
 
 private:
-    [[nodiscard]] QString pathOf(const QString &name) const;
-
     QString m_directory;
     QStringList m_madeDirectories; ///< the innermost first
     bool m_isBegun = false; ///< something may have been written

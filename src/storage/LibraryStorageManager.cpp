@@ -68,38 +68,34 @@ void LibraryStorageManager::setReadError(bool readError)
 void LibraryStorageManager::createDirectoryLibrary()
 {
     if (existence(m_directory) != FileExistence::directory) {
-        const QString error = DiskFiles::makeDirectory(m_directory);
-        if (!error.isEmpty()) {
+        if (const Result<> made = DiskFiles::makeDirectory(m_directory); !made) {
             Diagnostics::printLine(QStringLiteral("Cannot create library directory"));
             m_isDirectoryMissed = true;
-            addWriteError(tr("%1: %2").arg(m_directory, error));
+            addWriteError(made.problem().text());
             return;
         }
         testWrite();
     }
     m_isDirectoryMissed = false;
-    const QString problem =
-        m_writeError || !m_preferences ? QString() : m_preferences->setLibraryDirectory(m_directory);
-    if (!problem.isEmpty()) {
-        addWriteError(problem);
+    const bool isRecorded = !m_writeError && m_preferences;
+    const Result<> recorded = isRecorded ? m_preferences->setLibraryDirectory(m_directory) : Success();
+    if (!recorded) {
+        addWriteError(recorded.problem().text());
     }
 }
 
 void LibraryStorageManager::testWrite()
 {
     const QString path = LibraryFileNames::writeTestFile(m_directory);
-    const FileReadResult there = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    if (there.bytes && !LibraryFileNames::writeTestText().startsWith(*there.bytes)) {
+    const Result<QByteArray> there = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    if (there && !LibraryFileNames::writeTestText().startsWith(*there)) {
         // Somebody else's; that the directory could be made says enough.
         return;
     }
-    bool wasTouched = false;
-    QString error = DiskFiles::overwriteInPlace(path, LibraryFileNames::writeTestText(), wasTouched);
-    if (error.isEmpty()) {
-        error = DiskFiles::remove(path);
-    }
-    if (!error.isEmpty()) {
-        addWriteError(tr("%1: %2").arg(path, error));
+    const auto written = DiskFiles::overwriteInPlace(path, LibraryFileNames::writeTestText());
+    const Result<> removed = written ? DiskFiles::remove(path) : written.problem();
+    if (!removed) {
+        addWriteError(removed.problem().text());
     }
 }
 
@@ -159,41 +155,42 @@ std::optional<LibraryState> LibraryStorageManager::takeLoad(LibraryLoadResult re
     return std::move(result.library);
 }
 
-QString LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library, const TakeDirectory &take,
-    const GiveDirectoryBack &giveBack)
+Result<> LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library,
+    const TakeDirectory &take, const GiveDirectoryBack &giveBack)
 {
     const QString target = QDir(directory).absolutePath();
     finishBackgroundWork();
     if (!m_writeState.unread.isEmpty()) {
-        return tr("%1: %2 patch files cannot be read now, and would be left behind")
-            .arg(m_directory)
-            .arg(m_writeState.unread.patches.size());
+        return Problem{.where = m_directory,
+            .why = tr("%1 patch files cannot be read now, and would be left behind")
+                       .arg(m_writeState.unread.patches.size()),
+            .mayPass = true};
     }
     LibraryMove move(target);
-    QString problem = move.makeDirectory();
-    const bool isTaken = problem.isEmpty() && take;
+    Result<> moved = move.makeDirectory();
+    const bool isTaken = moved && take;
     if (isTaken) {
-        problem = take(target);
+        moved = take(target);
     }
-    if (problem.isEmpty()) {
-        problem = move.write(LibrarySnapshot::take(library));
+    if (moved) {
+        moved = move.write(LibrarySnapshot::take(library));
     }
-    if (problem.isEmpty() && m_preferences) {
-        problem = m_preferences->setLibraryDirectory(target);
+    if (moved && m_preferences) {
+        moved = m_preferences->setLibraryDirectory(target);
     }
-    if (!problem.isEmpty()) {
-        const QString left = move.takeBackFiles();
+    if (!moved) {
+        const Result<> undone = move.takeBackFiles();
         if (isTaken && giveBack) {
             giveBack();
         }
         move.removeDirectories();
-        return left.isEmpty() ? problem : problem + u'\n' + left;
+        return undone ? moved : Problem{.why = moved.problem().text() + u'\n' + undone.problem().text()};
     }
     m_delay.cancel();
     setLibraryToSave(nullptr);
     m_directory = target;
     takeResult(move.result(), &library);
-    return {};
+    return Success();
 }
 
 void LibraryStorageManager::sweepLeftovers()

@@ -29,7 +29,7 @@ class LibraryStorageManager : public QObject, public LibraryStorage {
     Q_OBJECT
 
 public:
-    using TakeDirectory = std::function<QString(const QString &directory)>;
+    using TakeDirectory = std::function<Result<>(const QString &directory)>;
     using GiveDirectoryBack = std::function<void()>;
     using ShowDirectory = std::function<void(const QUrl &directory)>;
 
@@ -98,11 +98,11 @@ public:
     [[nodiscard]] std::optional<LibraryState> takeLoadedLibrary() { return std::exchange(m_loadedLibrary, {}); }
     /// Saves the library in another directory, which is made if need be, and keeps it there from then on; the former
     /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. `take` is called once
-    /// the directory is there, to keep other programs from it; a text that it returns ends the move. The reason when
-    /// that failed, after `giveBack` undid what `take` did: then the library is where it was, the preferences say so,
-    /// and the other directory is as it was. Empty on success. Translated.
-    [[nodiscard]] QString moveTo(const QString &directory, const VelgorLibrary &library, const TakeDirectory &take = {},
-        const GiveDirectoryBack &giveBack = {});
+    /// the directory is there, to keep other programs from it. When that or the move
+    /// failed, after `giveBack` undid what `take` did, the library is where it was, the preferences say so, and the
+    /// other directory is as it was.
+    [[nodiscard]] Result<> moveTo(const QString &directory, const VelgorLibrary &library,
+        const TakeDirectory &take = {}, const GiveDirectoryBack &giveBack = {});
     /// Finishes what an interrupted program began, and removes what it left behind. To be called after loading, which
     /// finds out what is still needed, and only while this program alone uses the directory.
     void sweepLeftovers();

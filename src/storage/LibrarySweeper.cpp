@@ -1,13 +1,9 @@
 #include "LibrarySweeper.h"
 
 #include "Diagnostics.h"
-#include "DirectoryListing.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
-#include "DisplacedFiles.h"
-#include "FileExistence.h"
 #include "LibraryFileNames.h"
-#include "LibraryPlace.h"
 #include "PatchFileMatcher.h"
 #include "TemporaryFiles.h"
 
@@ -23,7 +19,7 @@ bool isRegularFile(const QFileInfo &info)
 } // namespace
 
 LibrarySweeper::LibrarySweeper(const QString &directory, const LibraryLeftovers &leftovers)
-    : m_directory(directory)
+    : m_place(directory)
     , m_leftovers(leftovers)
 {
 }
@@ -39,7 +35,7 @@ void LibrarySweeper::sweep()
     removePatchFiles();
     removeTemporaryFiles();
     // What was put in place must be on the disk before the last trace of it goes.
-    if (m_leftovers.unfinished.isEmpty() && m_notRemoved.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty()) {
+    if (m_leftovers.unfinished.isEmpty() && m_notRemoved.isEmpty() && DiskSync::syncDirectory(m_place.path())) {
         remove(LibraryFileNames::journalFile());
     }
     if (m_leftovers.isCopySpare || m_isLibraryFileCompleted) {
@@ -52,10 +48,12 @@ void LibrarySweeper::completeLibraryFile()
     if (m_leftovers.completeText.isEmpty()) {
         return;
     }
-    bool wasTouched = false;
-    const QString error = DiskFiles::overwriteInPlace(
-        pathOf(LibraryFileNames::libraryFile()), m_leftovers.completeText, wasTouched, &m_stamp);
-    m_isLibraryFileCompleted = error.isEmpty() && DiskSync::syncDirectory(m_directory).isEmpty();
+    const auto written =
+        DiskFiles::overwriteInPlace(m_place.pathOf(LibraryFileNames::libraryFile()), m_leftovers.completeText);
+    m_isLibraryFileCompleted = written && DiskSync::syncDirectory(m_place.path());
+    if (m_isLibraryFileCompleted) {
+        m_stamp = *written;
+    }
 }
 
 void LibrarySweeper::putInPlace()
@@ -68,28 +66,29 @@ void LibrarySweeper::putInPlace()
 
 bool LibrarySweeper::putInPlace(const QString &prepared, const QString &name)
 {
-    const FileReadResult whole = DiskFiles::readRegular(pathOf(prepared), DiskFiles::Links::Refuse);
-    const FileReadResult there = DiskFiles::readRegular(pathOf(name), DiskFiles::Links::Refuse);
-    if (there.bytes && there.bytes == whole.bytes) {
+    const Result<QByteArray> whole = m_place.read(prepared);
+    const Result<QByteArray> there = m_place.read(name);
+    if (there && whole && *there == *whole) {
         return remove(prepared);
     }
     const auto id = LibraryFileNames::patchFileId(name);
-    if (id && whole.bytes && (there.bytes || there.isUnreadable)) {
-        QString aside;
-        if (!DisplacedFiles::setAside(m_directory, name, *id, aside).isEmpty()) {
+    if (id && whole && (there || there.problem().mayPass)) {
+        const Result<QString> aside = m_place.setAside(name, *id);
+        if (!aside) {
             return false;
         }
-        Diagnostics::printLine(tr("%1 was in the place of a patch's file, and is kept as %2").arg(pathOf(name), aside));
+        Diagnostics::printLine(
+            tr("%1 was in the place of a patch's file, and is kept as %2").arg(m_place.pathOf(name), *aside));
     }
-    return DiskFiles::move(pathOf(prepared), pathOf(name)).isEmpty();
+    return bool(m_place.move(prepared, name));
 }
 
 void LibrarySweeper::removePatchFiles()
 {
-    if (m_leftovers.removed.isEmpty() || !LibraryPlace::isListable(m_directory)) {
+    if (m_leftovers.removed.isEmpty() || !LibraryPlace::isListable(m_place.path())) {
         return;
     }
-    const auto listing = DirectoryListing::scan(m_directory).value_or(DirectoryListing());
+    const auto listing = m_place.list().value_or(DirectoryListing());
     for (const quint64 id : std::as_const(m_leftovers.removed)) {
         for (const PatchFileMatcher::Candidate &candidate : PatchFileMatcher::candidates(listing, id)) {
             if (!remove(candidate.name) && !m_notRemoved.contains(id)) {
@@ -104,7 +103,7 @@ void LibrarySweeper::removeTemporaryFiles()
     // Name filters of a directory cost several times as much as its names, and many patches are many names.
     const QString prefix = TemporaryFiles::prefix();
     QStringList names;
-    QDirIterator entry(m_directory, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    QDirIterator entry(m_place.path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     while (entry.hasNext()) {
         entry.next();
         if (entry.fileName().startsWith(prefix) && isRegularFile(entry.fileInfo())) {
@@ -121,19 +120,14 @@ void LibrarySweeper::removeTemporaryFiles()
 
 void LibrarySweeper::removeWriteTestFile()
 {
-    const QString path = LibraryFileNames::writeTestFile(m_directory);
-    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    if (file.bytes && LibraryFileNames::writeTestText().startsWith(*file.bytes)) {
+    const QString path = LibraryFileNames::writeTestFile(m_place.path());
+    const Result<QByteArray> file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    if (file && LibraryFileNames::writeTestText().startsWith(*file)) {
         std::ignore = DiskFiles::remove(path);
     }
 }
 
-bool LibrarySweeper::remove(const QString &name)
+bool LibrarySweeper::remove(const QString &name) const
 {
-    return existence(pathOf(name)) != FileExistence::file || DiskFiles::remove(pathOf(name)).isEmpty();
-}
-
-QString LibrarySweeper::pathOf(const QString &name) const
-{
-    return m_directory + u'/' + name;
+    return !m_place.has(name) || m_place.remove(name);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileContentStamp.h"
+#include "LibraryPlace.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -42,10 +43,9 @@ private:
     void removePatchFiles();
     void removeTemporaryFiles();
     void removeWriteTestFile();
-    bool remove(const QString &name);
-    [[nodiscard]] QString pathOf(const QString &name) const;
+    bool remove(const QString &name) const;
 
-    QString m_directory;
+    LibraryPlace m_place;
     LibraryLeftovers m_leftovers;
     bool m_isLibraryFileCompleted = false;
     std::optional<FileContentStamp> m_stamp;

@@ -3,25 +3,21 @@
 #include "Diagnostics.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
-#include "DisplacedFiles.h"
-#include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
-#include "LibraryPlace.h"
+#include "LibraryJson.h"
 #include "OrphanedJournal.h"
 #include "PatchFileHandler.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStringBuilder>
 
 #include <algorithm>
 #include <future>
 #include <utility>
 
 LibraryWriter::LibraryWriter(const QString &directory, const LibraryWriteState &state)
-    : m_directory(directory)
-    , m_openDirectory(directory)
+    : m_place(directory)
     , m_files(directory)
 {
     m_result.state = state;
@@ -32,14 +28,22 @@ LibraryWriteResult LibraryWriter::save(const LibraryState &library)
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
     if (std::exchange(m_result.state.isJournalOrphaned, false)) {
-        OrphanedJournal::settle(m_directory);
+        OrphanedJournal::settle(m_place);
     }
     // While this thread waits for the disk. Where there can be no second thread, it is done when it is asked for.
     std::future<QByteArray> text = std::async(std::launch::async | std::launch::deferred,
         [content = withUnread(library)] { return LibraryJson::encode(content); });
-    if (prepare(library.patches) && writeJournal()) {
-        LibraryFileWriter(m_directory, m_result).write(text.get());
-        carryOut();
+    // What an interruption leaves: of the first three steps, the old library file; of the fourth, the copy, which
+    // loading uses while the library file does not decode; of the rest, the new one, and the journal of what is left.
+    LibraryFileWriter file(m_place, m_result);
+    if (prepareFiles(library.patches) && writeJournal()) {
+        const QByteArray json = text.get();
+        if (file.writeCopy(json)) {
+            file.writeFile(json);
+        }
+        putFilesInPlace();
+        removeFiles();
+        endJournal();
     } else {
         Diagnostics::printLine(QStringLiteral("cannot encode library"));
         m_result.arePatchesWritten = false;
@@ -79,7 +83,7 @@ LibraryState LibraryWriter::withUnread(const LibraryState &library)
     return state.unread.joinedWith(library);
 }
 
-bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
+bool LibraryWriter::prepareFiles(const QList<VelgorPatch> &patches)
 {
     m_result.state.verified.keepOnly(patches);
     if (!patches.isEmpty() || !m_result.state.idsToRemove.isEmpty()) {
@@ -93,34 +97,36 @@ bool LibraryWriter::prepare(const QList<VelgorPatch> &patches)
             continue;
         }
         const bool isThere = isAlone || isStored(name);
-        if (isThere && m_result.state.verified.holds(m_openDirectory, name, patch)) {
+        if (isThere && m_result.state.verified.holds(m_place.directory(), name, patch)) {
             continue;
         }
-        if (stage(patch, name, m_files)) {
-            m_journal.staged.insert(patch.id(), m_files.staged().constLast().temporary);
+        const Result<QString> temporary = stage(patch, name, m_files);
+        if (temporary) {
+            m_journal.staged.insert(patch.id(), *temporary);
             if (isThere || isLink(name)) {
                 m_displaced.insert(name, patch.id());
             }
-        } else if (m_files.isBlocked()) {
+        } else if (patch.records && temporary.problem().what != Problem::What::Taken) {
+            // The reason lies with the disk or the directory, and not with this file.
             return false;
         }
     }
-    const QString error = m_files.sync();
-    if (!error.isEmpty()) {
-        addProblem({}, error);
+    const Result<> synced = m_files.sync();
+    if (!synced) {
+        m_result.problems.append(synced.problem().text());
     }
-    return error.isEmpty();
+    return bool(synced);
 }
 
-bool LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)
+Result<QString> LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)
 {
-    PatchFileHandler handler(files);
-    if (!handler.save(patch, pathOf(name))) {
-        m_result.problems.append(handler.problem());
+    const Result<QByteArray> bytes = PatchFileHandler::storedBytes(patch);
+    Result<QString> temporary = bytes ? files.write(name, *bytes) : bytes.problem();
+    if (!temporary) {
+        m_result.problems.append(temporary.problem().text());
         m_result.arePatchesWritten = false;
-        return false;
     }
-    return true;
+    return temporary;
 }
 
 bool LibraryWriter::writeJournal()
@@ -129,35 +135,35 @@ bool LibraryWriter::writeJournal()
     if (m_journal.isEmpty()) {
         // One of a removal that failed must not outlive the return of its patch. What cannot be read now may be in a
         // file that only the journal knows.
-        m_hasJournal = m_result.state.unread.isEmpty()
-            && existence(pathOf(LibraryFileNames::journalFile())) == FileExistence::file;
+        m_hasJournal = m_result.state.unread.isEmpty() && m_place.has(LibraryFileNames::journalFile());
         return true;
     }
-    const QString error = DiskFiles::replace(pathOf(LibraryFileNames::journalFile()), m_journal.encode());
-    if (!error.isEmpty()) {
-        addProblem(LibraryFileNames::journalFile(), error);
+    const Result<> written = DiskFiles::replace(m_place.pathOf(LibraryFileNames::journalFile()), m_journal.encode());
+    if (!written) {
+        m_result.problems.append(written.problem().text());
     }
-    m_hasJournal = error.isEmpty();
-    return error.isEmpty();
+    m_hasJournal = bool(written);
+    return m_hasJournal;
 }
 
-void LibraryWriter::carryOut()
+void LibraryWriter::putFilesInPlace()
 {
     setDisplacedFilesAside();
     moveFiles();
-    putInPlace(m_files, true);
-    if (m_result.isLibraryFileWritten) {
-        removeFiles();
-    }
-    const QString error = m_hasJournal ? DiskSync::syncDirectory(m_directory) : QString();
-    if (!error.isEmpty()) {
-        addProblem({}, error);
+    finish(m_files, true);
+}
+
+void LibraryWriter::endJournal()
+{
+    const Result<> synced = m_hasJournal ? DiskSync::syncDirectory(m_place.path()) : Success();
+    if (!synced) {
+        m_result.problems.append(synced.problem().text());
         m_result.arePatchesWritten = false;
     }
     // A journal of what could not be done stays for the next start.
     const bool isDone = m_result.isLibraryFileWritten || !m_journal.isEmpty();
-    if (m_hasJournal && isDone && error.isEmpty() && m_result.state.idsToRemove.isEmpty() && m_unfinished.isEmpty()) {
-        std::ignore = DiskFiles::remove(pathOf(LibraryFileNames::journalFile()));
+    if (m_hasJournal && isDone && synced && m_result.state.idsToRemove.isEmpty() && m_unfinished.isEmpty()) {
+        std::ignore = m_place.remove(LibraryFileNames::journalFile());
     }
     if (m_hasJournal && m_result.arePatchesWritten) {
         for (const QString &spare : std::as_const(m_result.state.prepared)) {
@@ -171,13 +177,12 @@ void LibraryWriter::carryOut()
 void LibraryWriter::setDisplacedFilesAside()
 {
     for (auto file = m_displaced.cbegin(); file != m_displaced.cend(); ++file) {
-        QString aside;
-        const QString error = DisplacedFiles::setAside(m_directory, file.key(), file.value(), aside);
-        if (error.isEmpty()) {
-            m_result.keptFiles.append(pathOf(aside));
-            m_result.renamed.append({.from = file.key(), .to = aside});
+        const Result<QString> aside = m_place.setAside(file.key(), file.value());
+        if (aside) {
+            m_result.keptFiles.append(m_place.pathOf(*aside));
+            m_result.renamed.append({.from = file.key(), .to = *aside});
         } else {
-            addProblem(file.key(), error);
+            m_result.problems.append(aside.problem().text());
             m_result.arePatchesWritten = false;
             m_files.leavePrepared(file.key());
         }
@@ -186,33 +191,32 @@ void LibraryWriter::setDisplacedFilesAside()
 
 void LibraryWriter::moveFiles()
 {
-    BatchFiles instead(m_directory);
+    BatchFiles instead(m_place.path());
     for (const Move &move : std::as_const(m_moves)) {
-        const QString error = DiskFiles::move(pathOf(move.candidate.name), pathOf(move.to));
-        if (error.isEmpty()) {
+        const Result<> moved = m_place.move(move.candidate.name, move.to);
+        if (moved) {
             m_result.renamed.append({.from = move.candidate.name, .to = move.to});
             continue;
         }
-        reportMove(move.candidate, error);
+        reportMove(move.candidate, moved.problem().why);
         if (stage(move.patch, move.to, instead)) {
             m_result.state.leftAlone.insert(move.candidate.name);
         }
     }
-    const QString error = instead.sync();
-    if (error.isEmpty()) {
-        putInPlace(instead, false);
+    if (const Result<> synced = instead.sync(); synced) {
+        finish(instead, false);
     } else {
-        addProblem({}, error);
+        m_result.problems.append(synced.problem().text());
         m_result.arePatchesWritten = false;
     }
 }
 
-void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
+void LibraryWriter::finish(BatchFiles &files, bool isInJournal)
 {
     const QList<BatchFiles::Failure> failures = files.finish();
     for (const BatchFiles::Failure &failure : failures) {
-        if (!failure.error.isEmpty()) {
-            m_result.problems.append(tr("%1: %2").arg(failure.path, failure.error));
+        if (failure.problem) {
+            m_result.problems.append(failure.problem->text());
         }
         m_result.arePatchesWritten = false;
         if (isInJournal) {
@@ -232,6 +236,9 @@ void LibraryWriter::putInPlace(BatchFiles &files, bool isInJournal)
 
 void LibraryWriter::removeFiles()
 {
+    if (!m_result.isLibraryFileWritten) {
+        return;
+    }
     QList<quint64> &ids = m_result.state.idsToRemove;
     if (!ids.isEmpty() && !m_listing) {
         addProblem({}, tr("the files of removed patches stay in it"));
@@ -246,10 +253,10 @@ void LibraryWriter::removeFiles()
                 continue;
             }
             handled.insert(candidate.name);
-            const QString error = DiskFiles::remove(pathOf(candidate.name));
-            if (!error.isEmpty()) {
+            const Result<> removed = m_place.remove(candidate.name);
+            if (!removed) {
                 Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
-                addProblem(candidate.name, error);
+                m_result.problems.append(removed.problem().text());
                 m_result.isTidy = false;
                 // In a directory below, where nothing is removed, it is no file of the patch.
                 if (m_listing->kindOf(candidate.name)) {
@@ -271,36 +278,33 @@ bool LibraryWriter::planMoves(const VelgorPatch &patch, const QString &currentNa
         if (isSettled || (candidate.isNamedForPatch && isStored(currentName))) {
             continue;
         }
-        QString reason;
-        if (canMove(candidate, patch, currentName, reason)) {
+        const Result<> checked = checkMove(candidate, patch, currentName);
+        if (checked) {
             m_moves.append({candidate, currentName, patch});
             m_listing->moved(candidate.name, currentName);
             isPlanned = true;
         } else {
-            reportMove(candidate, reason);
+            reportMove(candidate, checked.problem().why);
             m_result.state.leftAlone.insert(candidate.name);
         }
     }
     return isPlanned;
 }
 
-bool LibraryWriter::canMove(
-    const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch, const QString &currentName, QString &reason)
+Result<> LibraryWriter::checkMove(
+    const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch, const QString &currentName)
 {
     if (m_listing->kindOf(currentName)) {
-        reason = tr("the patch has its file already");
-        return false;
+        return Problem{.what = Problem::What::Taken, .why = tr("the patch has its file already")};
     }
     if (m_listing->kindOf(candidate.name) != DirectoryListing::Kind::RegularFile) {
-        reason = tr("not a regular file in the library directory");
-        return false;
+        return Problem{.why = tr("not a regular file in the library directory")};
     }
     // A name alone proves nothing: the user may have put another patch's bytes under it.
-    if (!patch.records || !m_result.state.verified.holds(m_openDirectory, candidate.name, patch)) {
-        reason = tr("it does not hold the patch that its name speaks of");
-        return false;
+    if (!patch.records || !m_result.state.verified.holds(m_place.directory(), candidate.name, patch)) {
+        return Problem{.why = tr("it does not hold the patch that its name speaks of")};
     }
-    return true;
+    return Success();
 }
 
 void LibraryWriter::reportMove(const PatchFileMatcher::Candidate &candidate, const QString &reason)
@@ -316,23 +320,23 @@ bool LibraryWriter::isStored(const QString &name) const
     if (m_listing) {
         return m_listing->kindOf(name) == DirectoryListing::Kind::RegularFile;
     }
-    const QFileInfo info(pathOf(name));
+    const QFileInfo info(m_place.pathOf(name));
     return info.isFile() && !info.isSymLink();
 }
 
 bool LibraryWriter::isLink(const QString &name) const
 {
     const bool isOther = !m_listing || m_listing->kindOf(name) == DirectoryListing::Kind::Other;
-    return isOther && QFileInfo(pathOf(name)).isSymLink();
+    return isOther && QFileInfo(m_place.pathOf(name)).isSymLink();
 }
 
 bool LibraryWriter::scan()
 {
-    if (!LibraryPlace::isListable(m_directory)) {
+    if (!LibraryPlace::isListable(m_place.path())) {
         addProblem({}, tr("the path holds characters that keep the directory from being listed"));
         return false;
     }
-    m_listing = DirectoryListing::scan(m_directory);
+    m_listing = m_place.list();
     if (!m_listing) {
         addProblem({}, tr("the directory cannot be listed"));
     }
@@ -341,10 +345,6 @@ bool LibraryWriter::scan()
 
 void LibraryWriter::addProblem(const QString &name, const QString &reason)
 {
-    m_result.problems.append(tr("%1: %2").arg(name.isEmpty() ? m_directory : pathOf(name), reason));
-}
-
-QString LibraryWriter::pathOf(const QString &name) const
-{
-    return m_directory % u'/' % name;
+    m_result.problems.append(
+        Problem{.where = name.isEmpty() ? m_place.path() : m_place.pathOf(name), .why = reason}.text());
 }

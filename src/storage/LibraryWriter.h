@@ -3,9 +3,9 @@
 #include "BatchFiles.h"
 #include "DirectoryListing.h"
 #include "LibraryJournal.h"
-#include "LibraryJson.h"
+#include "LibraryPlace.h"
+#include "LibraryState.h"
 #include "LibraryWriteResult.h"
-#include "OpenDirectory.h"
 #include "PatchFileMatcher.h"
 
 #include <QCoreApplication>
@@ -39,28 +39,32 @@ private:
     /// The library with what could not be read of it, where it was.
     [[nodiscard]] LibraryState withUnread(const LibraryState &library);
     void forgetRemovalsOf(const QList<VelgorPatch> &patches);
-    [[nodiscard]] bool prepare(const QList<VelgorPatch> &patches);
-    [[nodiscard]] bool stage(const VelgorPatch &patch, const QString &name, BatchFiles &files);
+
+    // The steps of a save, but for those of the library file.
+    [[nodiscard]] bool prepareFiles(const QList<VelgorPatch> &patches);
     [[nodiscard]] bool writeJournal();
-    void carryOut();
+    void putFilesInPlace();
+    void removeFiles();
+    void endJournal();
+
+    /// Gives the name under which the file stands.
+    [[nodiscard]] Result<QString> stage(const VelgorPatch &patch, const QString &name, BatchFiles &files);
     void setDisplacedFilesAside();
     void moveFiles();
-    void putInPlace(BatchFiles &files, bool isInJournal);
-    void removeFiles();
+    void finish(BatchFiles &files, bool isInJournal);
 
     /// True when a file of the patch will be moved to its present name.
     [[nodiscard]] bool planMoves(const VelgorPatch &patch, const QString &currentName);
-    [[nodiscard]] bool canMove(const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch,
-        const QString &currentName, QString &reason);
+    [[nodiscard]] Result<> checkMove(
+        const PatchFileMatcher::Candidate &candidate, const VelgorPatch &patch, const QString &currentName);
     void reportMove(const PatchFileMatcher::Candidate &candidate, const QString &reason);
     [[nodiscard]] bool isStored(const QString &name) const;
     [[nodiscard]] bool isLink(const QString &name) const;
     [[nodiscard]] bool scan();
+    /// About the directory itself without a name.
     void addProblem(const QString &name, const QString &reason);
-    [[nodiscard]] QString pathOf(const QString &name) const;
 
-    QString m_directory;
-    OpenDirectory m_openDirectory;
+    LibraryPlace m_place;
     LibraryWriteResult m_result;
     BatchFiles m_files;
     std::optional<DirectoryListing> m_listing; ///< as it will be once everything planned is done

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QString>
+class LibraryPlace;
 
 /// The journal of a library file that could not be decoded.
 namespace OrphanedJournal {
 
 /// The library file may have held what the journal speaks of: what the journal prepared becomes files without an
-/// entry, which can be added, and what it wanted to remove stays. `directory` is a path without a slash at its end.
-void settle(const QString &directory);
+/// entry, which can be added, and what it wanted to remove stays.
+void settle(const LibraryPlace &place);
 
 } // namespace OrphanedJournal

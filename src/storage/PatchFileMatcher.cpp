@@ -1,8 +1,6 @@
 #include "PatchFileMatcher.h"
 
 #include "LibraryFileNames.h"
-#include "PatchFileHandler.h"
-#include "SPresetFile.h"
 
 #include <QSet>
 
@@ -34,21 +32,6 @@ QList<Candidate> candidates(const DirectoryListing &listing, quint64 id)
     std::stable_partition(
         result.begin(), result.end(), [](const Candidate &candidate) { return candidate.isNamedForPatch; });
     return result;
-}
-
-bool holdsPatch(const QByteArray &bytes, const VelgorPatch &patch)
-{
-    const std::optional<QByteArray> expected = PatchFileHandler::storedBytes(patch);
-    if (!expected || bytes == *expected) {
-        return expected.has_value();
-    }
-    // Another writer may have numbered it otherwise.
-    const std::optional<SPresetFile> file = SPresetFile::fromData(bytes);
-    if (!file || file->patches.size() != 1) {
-        return false;
-    }
-    return PatchFileHandler::storedBytes(VelgorPatch(file->patches.first(), file->userIRs.first(), file->headerDesc))
-        == expected;
 }
 
 } // namespace PatchFileMatcher

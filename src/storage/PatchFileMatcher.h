@@ -1,13 +1,9 @@
 #pragma once
 
 #include "DirectoryListing.h"
-#include "VelgorPatch.h"
 
-#include <QByteArray>
 #include <QList>
 #include <QString>
-
-#include <optional>
 
 /// Decides which files of a library directory count as a patch's own.
 namespace PatchFileMatcher {
@@ -22,9 +18,5 @@ struct Candidate {
 /// The files of this id, those named for the patch first. Left out are directories, the library's own files, and
 /// files named for another patch, which may hold this number by chance.
 [[nodiscard]] QList<Candidate> candidates(const DirectoryListing &listing, quint64 id);
-
-/// True when `bytes` are a preset file of just this patch: loading them gives the patch to the last byte that an
-/// export writes.
-[[nodiscard]] bool holdsPatch(const QByteArray &bytes, const VelgorPatch &patch);
 
 } // namespace PatchFileMatcher

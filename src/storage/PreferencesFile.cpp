@@ -11,10 +11,10 @@ namespace {
 
 /// The text with the value in it; nothing where it could not be made.
 std::optional<QByteArray> changed(
-    const QTemporaryDir &place, const std::optional<QByteArray> &text, const QString &key, const QVariant &value)
+    const QTemporaryDir &place, const Result<QByteArray> &text, const QString &key, const QVariant &value)
 {
     const QString path = place.filePath(QStringLiteral("changed.ini"));
-    if (text && !DiskFiles::replace(path, *text).isEmpty()) {
+    if (text && !DiskFiles::replace(path, *text)) {
         return std::nullopt;
     }
     QSettings settings(path, QSettings::IniFormat);
@@ -24,14 +24,15 @@ std::optional<QByteArray> changed(
         settings.remove(key);
     }
     settings.sync();
-    return DiskFiles::readRegular(path, DiskFiles::Links::Refuse).bytes;
+    const Result<QByteArray> made = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    return made ? std::optional(*made) : std::nullopt;
 }
 
 /// The text as it would be read by the next start gives this value.
 bool gives(const QTemporaryDir &place, const QByteArray &text, const QString &key, const QVariant &value)
 {
     const QString path = place.filePath(QStringLiteral("read.ini"));
-    if (!DiskFiles::replace(path, text).isEmpty()) {
+    if (!DiskFiles::replace(path, text)) {
         return false;
     }
     const QSettings settings(path, QSettings::IniFormat);
@@ -45,25 +46,23 @@ PreferencesFile::PreferencesFile(const QString &path)
 {
 }
 
-QString PreferencesFile::change(const QString &key, const QVariant &value) const
+Result<> PreferencesFile::change(const QString &key, const QVariant &value) const
 {
-    const FileReadResult former = DiskFiles::readRegular(m_path, DiskFiles::Links::Follow);
-    if (!former.bytes && QFileInfo::exists(m_path)) {
-        return tr("%1: %2").arg(m_path, former.error);
+    const Result<QByteArray> former = DiskFiles::readRegular(m_path, DiskFiles::Links::Follow);
+    if (!former && former.problem().what != Problem::What::Absent) {
+        return former.problem();
     }
     const QTemporaryDir place;
-    const std::optional<QByteArray> text = changed(place, former.bytes, key, value);
+    const std::optional<QByteArray> text = changed(place, former, key, value);
     if (!text || !gives(place, *text, key, value)) {
-        return tr("%1: the preferences could not be prepared in %2").arg(m_path, place.path());
+        return Problem{.where = m_path, .why = tr("the preferences could not be prepared in %1").arg(place.path())};
     }
-    QString error = DiskFiles::makeDirectory(QFileInfo(m_path).path());
-    if (error.isEmpty()) {
-        error = UserFiles().write(m_path, *text);
-    }
-    if (error.isEmpty()) {
-        return {};
+    const Result<> made = DiskFiles::makeDirectory(QFileInfo(m_path).path());
+    const Result<> written = made ? UserFiles().write(m_path, *text) : made;
+    if (written) {
+        return written;
     }
     // It may be in its place without being safe there.
-    std::ignore = former.bytes ? UserFiles().write(m_path, *former.bytes) : DiskFiles::remove(m_path);
-    return tr("%1: %2").arg(m_path, error);
+    std::ignore = former ? UserFiles().write(m_path, *former) : DiskFiles::remove(m_path);
+    return written.problem().in(m_path);
 }

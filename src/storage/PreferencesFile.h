@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QVariant>
@@ -13,8 +15,8 @@ public:
     explicit PreferencesFile(const QString &path);
 
     /// Gives a key another value, or takes it away where the value is invalid, and makes sure that the file says so.
-    /// The file stays as it was where that failed, which the reason tells; empty on success. Translated.
-    [[nodiscard]] QString change(const QString &key, const QVariant &value) const;
+    /// The file stays as it was where that failed.
+    [[nodiscard]] Result<> change(const QString &key, const QVariant &value) const;
 
 private:
     QString m_path;

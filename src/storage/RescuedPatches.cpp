@@ -1,8 +1,9 @@
 #include "RescuedPatches.h"
 
-#include "DiskFiles.h"
 #include "KeptLibraries.h"
 #include "LibraryFileNames.h"
+#include "LibraryJson.h"
+#include "LibraryPlace.h"
 #include "VelgorLibrary.h"
 
 #include <QHash>
@@ -12,9 +13,10 @@ namespace {
 QList<LibraryState> libraryFiles(const QString &directory)
 {
     QList<LibraryState> files;
+    const LibraryPlace place(directory);
     for (const QString &name : {LibraryFileNames::libraryFile(), LibraryFileNames::libraryCopy()}) {
-        const FileReadResult file = DiskFiles::readRegular(directory + u'/' + name, DiskFiles::Links::Refuse);
-        if (const auto content = file.bytes ? LibraryJson::decode(*file.bytes) : std::nullopt) {
+        const Result<QByteArray> text = place.read(name);
+        if (const auto content = text ? LibraryJson::decode(*text) : std::nullopt) {
             files.append(*content);
         }
     }

@@ -1,11 +1,8 @@
 #include "SinglePatchFile.h"
 
-#include "Diagnostics.h"
-#include "DiskFiles.h"
-#include "SPresetFile.h"
+#include "PatchFileHandler.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 
 namespace {
 
@@ -15,23 +12,28 @@ struct Texts {
 
 } // namespace
 
-SinglePatchFile::Result SinglePatchFile::read(const QString &path)
+Result<SPresetFile> SinglePatchFile::decode(const QByteArray &bytes)
 {
-    Result result;
-    const FileReadResult file = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    const QFileInfo info(path);
-    result.isThere = file.bytes || file.isUnreadable || info.exists() || info.isSymLink();
-    if (!file.bytes) {
-        result.reason = file.error;
-        return result;
+    Result<SPresetFile> file = SPresetFile::fromData(bytes);
+    if (file && file->patches.size() != 1) {
+        return Problem{.why = Texts::tr("a list of %1 patches").arg(file->patches.size())};
     }
-    const std::optional<SPresetFile> presets = SPresetFile::fromData(*file.bytes);
-    if (!presets) {
-        result.reason = Diagnostics::lastLine();
-    } else if (presets->patches.size() != 1) {
-        result.reason = Texts::tr("a list of %1 patches").arg(presets->patches.size());
-    } else {
-        result.patch = VelgorPatch(presets->patches.first(), presets->userIRs.first(), presets->headerDesc);
+    return file;
+}
+
+VelgorPatch SinglePatchFile::patchIn(const SPresetFile &file)
+{
+    return {file.patches.first(), file.userIRs.first(), file.headerDesc};
+}
+
+bool SinglePatchFile::holds(const QByteArray &bytes, const VelgorPatch &patch)
+{
+    const Result<QByteArray> expected = PatchFileHandler::storedBytes(patch);
+    if (!expected || bytes == *expected) {
+        return bool(expected);
     }
-    return result;
+    // Another writer may have numbered it otherwise.
+    const Result<SPresetFile> file = decode(bytes);
+    const Result<QByteArray> written = file ? PatchFileHandler::storedBytes(patchIn(*file)) : file.problem();
+    return written && *written == *expected;
 }

@@ -1,21 +1,20 @@
 #pragma once
 
+#include "Result.h"
+#include "SPresetFile.h"
 #include "VelgorPatch.h"
 
-#include <QString>
+#include <QByteArray>
 
-#include <optional>
-
-/// A preset file of one patch, as every patch of a library has one.
+/// A preset file of exactly one patch, as every patch of a library has one.
 namespace SinglePatchFile {
 
-struct Result {
-    std::optional<VelgorPatch> patch; ///< with the id and the name of its content
-    QString reason; ///< why there is none; translated
-    bool isThere = false; ///< something stands in this place, readable or not
-};
-
-/// Follows no link.
-[[nodiscard]] Result read(const QString &path);
+/// Malformed is what is no preset file at all; the problem of one with more patches is another.
+[[nodiscard]] Result<SPresetFile> decode(const QByteArray &bytes);
+/// Its patch, with the id and the name of its content.
+[[nodiscard]] VelgorPatch patchIn(const SPresetFile &file);
+/// True when `bytes` are such a file of just this patch: loading them gives the patch to the last byte that an export
+/// writes.
+[[nodiscard]] bool holds(const QByteArray &bytes, const VelgorPatch &patch);
 
 } // namespace SinglePatchFile

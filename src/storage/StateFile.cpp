@@ -35,26 +35,24 @@ bool isSomethingAt(const QString &path)
     return info.exists() || info.isSymLink();
 }
 
-/// The reason on failure. `to` is not replaced.
-QString moveFile(const QString &from, const QString &to)
+/// `to` is not replaced.
+Result<> moveFile(const QString &from, const QString &to)
 {
     // A link would lead elsewhere from its new place.
-    if (!QFileInfo(from).isSymLink() && DiskFiles::move(from, to).isEmpty()) {
-        return {};
+    if (!QFileInfo(from).isSymLink() && DiskFiles::move(from, to)) {
+        return Success();
     }
     // The places may be on two file systems.
-    const FileReadResult read = DiskFiles::readRegular(from, DiskFiles::Links::Follow);
-    if (!read.bytes) {
-        return read.error;
+    const Result<QByteArray> read = DiskFiles::readRegular(from, DiskFiles::Links::Follow);
+    if (!read) {
+        return read.problem();
     }
     const QString copy = TemporaryFiles::nameBeside(to);
-    QString error = DiskFiles::replace(copy, *read.bytes);
-    if (error.isEmpty()) {
-        error = DiskFiles::move(copy, to);
-    }
+    const Result<> copied = DiskFiles::replace(copy, *read);
+    Result<> moved = copied ? DiskFiles::move(copy, to) : copied;
     // Both may stay without harm.
-    std::ignore = DiskFiles::remove(error.isEmpty() ? from : copy);
-    return error;
+    std::ignore = DiskFiles::remove(moved ? from : copy);
+    return moved;
 }
 
 } // namespace
@@ -87,12 +85,10 @@ QString StateFile::takeOver(const QString &path, const QStringList &formerPaths)
     const QString latest = *std::max_element(former.begin(), former.end(),
         [](const QString &a, const QString &b) { return QFileInfo(a).lastModified() < QFileInfo(b).lastModified(); });
     const QString directory = QFileInfo(path).path();
-    QString error = DiskFiles::makeDirectory(directory);
-    if (error.isEmpty()) {
-        error = moveFile(latest, path);
-    }
-    if (!error.isEmpty()) {
-        Diagnostics::printLine(tr("%1 cannot be moved to %2: %3").arg(latest, path, error));
+    const Result<> made = DiskFiles::makeDirectory(directory);
+    const Result<> moved = made ? moveFile(latest, path) : made;
+    if (!moved) {
+        Diagnostics::printLine(tr("%1 cannot be moved to %2: %3").arg(latest, path, moved.problem().why));
         QDir().rmdir(directory);
         return isSomethingAt(path) ? path : latest;
     }

@@ -8,18 +8,20 @@
 #include <QDir>
 #include <QFileInfo>
 
-FileReadResult UserFiles::read(const QString &path)
+Result<QByteArray> UserFiles::read(const QString &path)
 {
     return DiskFiles::readRegular(path, DiskFiles::Links::Follow);
 }
 
-QString UserFiles::write(const QString &path, const QByteArray &bytes)
+Result<> UserFiles::write(const QString &path, const QByteArray &bytes)
 {
     const QFileInfo target(DiskFiles::endOfLinks(path));
     const bool isLibraryDirectory = LibraryPlace::holdsLibrary(target.absolutePath());
     const QString name = target.fileName();
     if (isLibraryDirectory && (LibraryFileNames::isReserved(name) || LibraryFileNames::patchFileId(name))) {
-        return tr("the file belongs to a library and is not replaced by an export");
+        return Problem{.what = Problem::What::Taken,
+            .where = path,
+            .why = tr("the file belongs to a library and is not replaced by an export")};
     }
     if (!isLibraryDirectory) {
         TemporaryFiles::sweep(target.absoluteDir());

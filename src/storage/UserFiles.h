@@ -10,8 +10,8 @@ class UserFiles : public FileAccess {
 
 public:
     /// Reads a regular file. Never waits for a pipe or a device.
-    [[nodiscard]] FileReadResult read(const QString &path) override;
+    [[nodiscard]] Result<QByteArray> read(const QString &path) override;
     /// Replaces a file safely: see DiskFiles::replace(). Refuses the files of a library, which an export would destroy.
     /// Removes what programs that were killed while they wrote into that directory left there.
-    [[nodiscard]] QString write(const QString &path, const QByteArray &bytes) override;
+    [[nodiscard]] Result<> write(const QString &path, const QByteArray &bytes) override;
 };

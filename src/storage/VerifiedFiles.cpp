@@ -1,7 +1,7 @@
 #include "VerifiedFiles.h"
 
 #include "DiskFiles.h"
-#include "PatchFileMatcher.h"
+#include "SinglePatchFile.h"
 
 #include <QSet>
 
@@ -16,11 +16,10 @@ bool VerifiedFiles::holds(const OpenDirectory &directory, const QString &name, c
     if (known != m_stamps.cend() && FileStamp::of(directory, name) == *known) {
         return true;
     }
-    FileStamp stamp;
-    const FileReadResult file = DiskFiles::readRegular(directory, name, DiskFiles::Links::Refuse, {}, &stamp);
-    const bool isHeld = file.bytes && PatchFileMatcher::holdsPatch(*file.bytes, patch);
+    const auto file = DiskFiles::readRegular(directory, name, DiskFiles::Links::Refuse);
+    const bool isHeld = file && SinglePatchFile::holds(file->bytes, patch);
     if (isHeld) {
-        insert(patch.id(), stamp);
+        insert(patch.id(), file->stamp);
     }
     return isHeld;
 }

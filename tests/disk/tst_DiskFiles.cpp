@@ -40,10 +40,10 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         for (const QByteArray &bytes : {QByteArray(), QByteArray("a\0b\r\n", 5), QByteArray(1 << 20, 'x')}) {
             directory.write(file, bytes);
-            const FileReadResult result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
-            QVERIFY(result.bytes);
-            QCOMPARE(*result.bytes, bytes);
-            QCOMPARE(result.error, QString());
+            const Result<QByteArray> result =
+                DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
+            QVERIFY(result);
+            QCOMPARE(*result, bytes);
         }
     }
 
@@ -79,11 +79,13 @@ private Q_SLOTS:
         const QString read = kind == QStringLiteral("device") ? QStringLiteral("/dev/zero") : path;
         QElapsedTimer timer;
         timer.start();
-        const FileReadResult refused = DiskFiles::readRegular(read, DiskFiles::Links::Refuse);
-        QVERIFY(!refused.bytes);
-        QVERIFY(!refused.error.isEmpty());
-        const FileReadResult followed = DiskFiles::readRegular(read, DiskFiles::Links::Follow);
-        QCOMPARE(followed.bytes.has_value(), kind == QStringLiteral("link"));
+        const Result<QByteArray> refused = DiskFiles::readRegular(read, DiskFiles::Links::Refuse);
+        QVERIFY(!refused);
+        QCOMPARE(refused.problem().where, read);
+        QVERIFY(!refused.problem().why.isEmpty());
+        QCOMPARE(refused.problem().what == Problem::What::Absent, kind == QStringLiteral("nothing"));
+        const Result<QByteArray> followed = DiskFiles::readRegular(read, DiskFiles::Links::Follow);
+        QCOMPARE(bool(followed), kind == QStringLiteral("link"));
         QVERIFY(timer.elapsed() < 2000);
     }
 
@@ -93,8 +95,8 @@ private Q_SLOTS:
         makePipe(directory.filePath(file));
         const qsizetype before = openHandles();
         for (int i = 0; i < 20; ++i) {
-            QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse).bytes);
-            QVERIFY(!DiskFiles::readRegular(directory.path(), DiskFiles::Links::Follow).bytes);
+            QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse));
+            QVERIFY(!DiskFiles::readRegular(directory.path(), DiskFiles::Links::Follow));
         }
         QCOMPARE(openHandles(), before);
     }
@@ -104,17 +106,17 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, {});
         QVERIFY(truncate(QFile::encodeName(directory.filePath(file)).constData(), DiskFiles::largestFile + 1) == 0);
-        QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse).bytes);
+        QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse));
     }
 
     static void replacingPutsANewFileInPlace()
     {
         const LibraryDirectory directory;
         const QString path = directory.filePath(file);
-        QCOMPARE(DiskFiles::replace(path, "first"), QString());
+        QVERIFY(DiskFiles::replace(path, "first"));
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
         const auto before = directory.stamps();
-        QCOMPARE(DiskFiles::replace(path, "second"), QString());
+        QVERIFY(DiskFiles::replace(path, "second"));
         QCOMPARE(directory.read(file), QByteArray("second"));
         QCOMPARE(directory.files(), QStringList{file});
         QVERIFY(directory.stamps().value(file).section(u' ', 0, 0) != before.value(file).section(u' ', 0, 0));
@@ -126,7 +128,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(QStringLiteral("target"), "mine");
         QVERIFY(QFile::link(directory.filePath(QStringLiteral("target")), directory.filePath(file)));
-        QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString());
+        QVERIFY(DiskFiles::replace(directory.filePath(file), "new"));
         QCOMPARE(directory.read(QStringLiteral("target")), QByteArray("mine"));
         QVERIFY(!QFileInfo(directory.filePath(file)).isSymLink());
         QCOMPARE(directory.read(file), QByteArray("new"));
@@ -137,9 +139,9 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QDir(directory.path()).mkdir(file);
         makePipe(directory.filePath(QStringLiteral("pipe")));
-        QVERIFY(!DiskFiles::replace(directory.filePath(file), "x").isEmpty());
-        QVERIFY(!DiskFiles::replace(directory.filePath(QStringLiteral("pipe")), "x").isEmpty());
-        QVERIFY(!DiskFiles::replace(directory.filePath(QStringLiteral("missing/file")), "x").isEmpty());
+        QVERIFY(!DiskFiles::replace(directory.filePath(file), "x"));
+        QVERIFY(!DiskFiles::replace(directory.filePath(QStringLiteral("pipe")), "x"));
+        QVERIFY(!DiskFiles::replace(directory.filePath(QStringLiteral("missing/file")), "x"));
         QCOMPARE(directory.files(), QStringList{QStringLiteral("pipe")});
         QVERIFY(QFileInfo(directory.filePath(file)).isDir());
     }
@@ -149,9 +151,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "a longer text");
         const QString before = directory.stamps().value(file).section(u' ', 0, 0);
-        bool wasTouched = false;
-        QCOMPARE(DiskFiles::overwriteInPlace(directory.filePath(file), "short", wasTouched), QString());
-        QVERIFY(wasTouched);
+        QVERIFY(DiskFiles::overwriteInPlace(directory.filePath(file), "short"));
         QCOMPARE(directory.read(file), QByteArray("short"));
         QCOMPARE(directory.stamps().value(file).section(u' ', 0, 0), before);
     }
@@ -164,10 +164,8 @@ private Q_SLOTS:
         makePipe(directory.filePath(QStringLiteral("pipe")));
         QDir(directory.path()).mkdir(QStringLiteral("directory"));
         for (const char *name : {"link", "pipe", "directory", "missing/file"}) {
-            bool wasTouched = true;
-            QVERIFY(
-                !DiskFiles::overwriteInPlace(directory.filePath(QString::fromLatin1(name)), "x", wasTouched).isEmpty());
-            QVERIFY(!wasTouched);
+            const auto written = DiskFiles::overwriteInPlace(directory.filePath(QString::fromLatin1(name)), "x");
+            QVERIFY(!written && written.problem().what != Problem::What::Touched);
         }
         QCOMPARE(directory.read(QStringLiteral("target")), QByteArray("mine"));
     }
@@ -183,7 +181,7 @@ private Q_SLOTS:
             std::signal(SIGXFSZ, SIG_IGN);
             const rlimit limit{.rlim_cur = 1000, .rlim_max = 1000};
             setrlimit(RLIMIT_FSIZE, &limit);
-            _exit(DiskFiles::replace(directory.filePath(file), many).isEmpty() ? 1 : 0);
+            _exit(DiskFiles::replace(directory.filePath(file), many) ? 1 : 0);
         }
         int status = 0;
         waitpid(child, &status, 0);
@@ -197,24 +195,24 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         const OpenDirectory open(directory.path());
         const QString name = QStringLiteral("lib-A.42.prst");
-        DiskFiles::Staged staged;
-        QCOMPARE(DiskFiles::stage(open, name, "x", {}, staged), QString());
-        QCOMPARE(directory.files(), QStringList{staged.name});
-        QVERIFY(staged.name.startsWith(TemporaryFiles::prefix()));
-        QCOMPARE(DiskFiles::commit(open, staged.name, name), QString());
+        const Result<DiskFiles::Staged> staged = DiskFiles::stage(open, name, "x", {});
+        QVERIFY(staged);
+        QCOMPARE(directory.files(), QStringList{staged->name});
+        QVERIFY(staged->name.startsWith(TemporaryFiles::prefix()));
+        QVERIFY(DiskFiles::commit(open, staged->name, name));
         QCOMPARE(directory.files(), QStringList{QStringLiteral("lib-A.42.prst")});
-        QCOMPARE(FileStamp::of(open, name), std::optional(staged.stamp));
+        QCOMPARE(FileStamp::of(open, name), std::optional(staged->stamp));
     }
 
     static void failedCommitKeepsTheStagedFile()
     {
         const LibraryDirectory directory;
         const OpenDirectory open(directory.path());
-        DiskFiles::Staged staged;
-        QCOMPARE(DiskFiles::stage(open, file, "x", {}, staged), QString());
+        const Result<DiskFiles::Staged> staged = DiskFiles::stage(open, file, "x", {});
+        QVERIFY(staged);
         directory.write(file + QStringLiteral("/inside"), "x");
-        QVERIFY(!DiskFiles::commit(open, staged.name, file).isEmpty());
-        QVERIFY(QFile::remove(directory.filePath(staged.name)));
+        QVERIFY(!DiskFiles::commit(open, staged->name, file));
+        QVERIFY(QFile::remove(directory.filePath(staged->name)));
         QCOMPARE(directory.files(), QStringList{file + QStringLiteral("/inside")});
     }
 
@@ -227,13 +225,11 @@ private Q_SLOTS:
         QDir(directory.path()).mkdir(QStringLiteral("d"));
         for (const char *to : {"b", "d"}) {
             QVERIFY(
-                !DiskFiles::move(directory.filePath(QStringLiteral("a")), directory.filePath(QString::fromLatin1(to)))
-                     .isEmpty());
+                !DiskFiles::move(directory.filePath(QStringLiteral("a")), directory.filePath(QString::fromLatin1(to))));
         }
         QCOMPARE(directory.read(QStringLiteral("a")), QByteArray("a"));
         QCOMPARE(directory.read(QStringLiteral("b")), QByteArray("b"));
-        QCOMPARE(DiskFiles::move(directory.filePath(QStringLiteral("a")), directory.filePath(QStringLiteral("e"))),
-            QString());
+        QVERIFY(DiskFiles::move(directory.filePath(QStringLiteral("a")), directory.filePath(QStringLiteral("e"))));
         QCOMPARE(directory.read(QStringLiteral("e")), QByteArray("a"));
         QVERIFY(!directory.has(QStringLiteral("a")));
     }
@@ -254,22 +250,22 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(QStringLiteral("target"), "x");
         QVERIFY(QFile::link(directory.filePath(QStringLiteral("target")), directory.filePath(file)));
-        QCOMPARE(DiskFiles::remove(directory.filePath(file)), QString());
+        QVERIFY(DiskFiles::remove(directory.filePath(file)));
         QCOMPARE(directory.files(), QStringList{QStringLiteral("target")});
-        QVERIFY(!DiskFiles::remove(directory.filePath(file)).isEmpty());
-        QVERIFY(!DiskFiles::remove(directory.path()).isEmpty());
+        QVERIFY(!DiskFiles::remove(directory.filePath(file)));
+        QVERIFY(!DiskFiles::remove(directory.path()));
     }
 
     static void directoriesAreMadeWithThoseAbove()
     {
         const LibraryDirectory directory;
         const QString path = directory.filePath(QStringLiteral("a/b c/ü"));
-        QCOMPARE(DiskFiles::makeDirectory(path), QString());
+        QVERIFY(DiskFiles::makeDirectory(path));
         QVERIFY(QFileInfo(path).isDir());
-        QCOMPARE(DiskFiles::makeDirectory(path), QString());
+        QVERIFY(DiskFiles::makeDirectory(path));
         directory.write(file, "x");
-        QVERIFY(!DiskFiles::makeDirectory(directory.filePath(file)).isEmpty());
-        QVERIFY(!DiskFiles::makeDirectory(directory.filePath(file + QStringLiteral("/below"))).isEmpty());
+        QVERIFY(!DiskFiles::makeDirectory(directory.filePath(file)));
+        QVERIFY(!DiskFiles::makeDirectory(directory.filePath(file + QStringLiteral("/below"))));
         QCOMPARE(directory.read(file), QByteArray("x"));
     }
 };

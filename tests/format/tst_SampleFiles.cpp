@@ -141,7 +141,7 @@ private Q_SLOTS:
         const Sample sample = load(path);
         DiagnosticRecorder recorder;
         const auto file = SPresetFile::fromData(sample.data);
-        QCOMPARE(file.has_value(), isReadable(sample.facts));
+        QCOMPARE(bool(file), isReadable(sample.facts));
         QCOMPARE(recorder.take(), stringList(sample.facts.at("diagnostics")));
     }
 

@@ -22,11 +22,26 @@ protected:
         m_recorder = std::make_unique<DiagnosticRecorder>();
     }
 
-    std::optional<SPresetFile> written() const
+    Result<SPresetFile> written() const
     {
         const auto bytes = m_files->files.constFind(out);
-        return bytes == m_files->files.constEnd() ? std::nullopt : SPresetFile::fromData(*bytes);
+        return bytes == m_files->files.constEnd() ? Problem() : SPresetFile::fromData(*bytes);
     }
+
+    Result<SPresetFile> open() const
+    {
+        const Result<QString> path = m_handler->askForFile();
+        return path ? m_handler->read(*path) : path.problem();
+    }
+
+    /// Writes the library's own file of a patch.
+    Result<> store(const VelgorPatch &patch) const
+    {
+        const Result<QByteArray> bytes = PatchFileHandler::storedBytes(patch);
+        return bytes ? m_files->write(out, *bytes) : bytes.problem();
+    }
+
+    static bool isCancelled(const Problem &problem) { return problem.what == Problem::What::Cancelled; }
 
     std::unique_ptr<FakeFileAccess> m_files;
     std::unique_ptr<FakeFileDialogs> m_dialogs;

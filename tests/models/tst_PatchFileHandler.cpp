@@ -27,12 +27,9 @@ private Q_SLOTS:
     {
         const QByteArray bytes = TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Lead"))});
         m_files->files.insert(out, bytes);
-        const VelgorContent content;
-        const auto presets = m_handler->open(content);
+        const Result<SPresetFile> presets = open();
         QVERIFY(presets && *presets == *SPresetFile::fromData(bytes));
         QCOMPARE(m_dialogs->asked, QStringList{QStringLiteral("Open patches list")});
-        QVERIFY(!m_handler->wasCancelled());
-        QCOMPARE(m_handler->problem(), QString());
     }
 
     void openGivesNothing_data()
@@ -56,22 +53,12 @@ private Q_SLOTS:
         if (isCancelled) {
             m_dialogs->answer.reset();
         }
-        QVERIFY(!m_handler->open(VelgorContent()));
-        QCOMPARE(m_handler->wasCancelled(), isCancelled);
+        const Result<SPresetFile> presets = open();
+        QVERIFY(!presets);
+        QCOMPARE(presets.problem().what == Problem::What::Cancelled, isCancelled);
         const QStringList lines = m_recorder->take();
         QCOMPARE(lines.isEmpty(), !problem.contains(u'%'));
-        QCOMPARE(m_handler->problem(), lines.isEmpty() ? problem : problem.arg(lines.last()));
-    }
-
-    void aProblemIsForgottenByTheNextOperation()
-    {
-        QVERIFY(!m_handler->read(QStringLiteral("missing")));
-        QVERIFY(!m_handler->problem().isEmpty());
-        m_dialogs->answer.reset();
-        QVERIFY(!m_handler->save(imported(QStringLiteral("Lead"))));
-        QVERIFY(m_handler->problem().isEmpty() && m_handler->wasCancelled());
-        QVERIFY(m_handler->save(imported(QStringLiteral("Lead")), out));
-        QVERIFY(!m_handler->wasCancelled());
+        QCOMPARE(presets.problem().text(), lines.isEmpty() ? problem : problem.arg(lines.last()));
     }
 
     void anEmptyContentIsNotSaved_data()
@@ -90,10 +77,11 @@ private Q_SLOTS:
             content.adjust(std::nullopt);
             content.setPatch(imported(QStringLiteral("Lead")), 1);
         }
-        QVERIFY(!m_handler->save(content));
+        const Result<QString> saved = m_handler->save(content);
+        QVERIFY(!saved);
         QCOMPARE(m_recorder->take(), QStringList{QStringLiteral("Cannot save empty VelgorContent")});
         QVERIFY(m_dialogs->asked.isEmpty() && m_files->files.isEmpty());
-        QVERIFY(!m_handler->wasCancelled() && !m_handler->problem().isEmpty());
+        QVERIFY(!isCancelled(saved.problem()) && !saved.problem().text().isEmpty());
         QVERIFY(!m_handler->exportTo(content, out));
         QVERIFY(m_files->files.isEmpty());
     }
@@ -122,12 +110,12 @@ private Q_SLOTS:
         m_dialogs->answer.reset();
         VelgorContent content;
         content.createNew(imported(QStringLiteral("Lead")));
-        QVERIFY(!m_handler->save(content));
-        QVERIFY(m_handler->wasCancelled());
-        QVERIFY(!m_handler->save(imported(QStringLiteral("Lead"))));
-        QVERIFY(m_handler->wasCancelled());
+        for (const Result<QString> &saved :
+            {m_handler->save(content), m_handler->save(imported(QStringLiteral("Lead")))}) {
+            QVERIFY(!saved && isCancelled(saved.problem()));
+            QCOMPARE(saved.problem().text(), QString());
+        }
         QVERIFY(m_files->files.isEmpty());
-        QCOMPARE(m_handler->problem(), QString());
         QCOMPARE(m_recorder->take(), QStringList());
     }
 
@@ -137,13 +125,13 @@ private Q_SLOTS:
         VelgorContent content;
         content.createNew(imported(QStringLiteral("Lead")));
         const VelgorPatch patch = imported(QStringLiteral("Lead"));
-        const auto isReported = [this](bool isDone) {
-            return !isDone && !m_handler->wasCancelled()
-                && m_handler->problem() == QStringLiteral("out.prst: disk full");
+        const auto isReported = [](const auto &saved) {
+            return !saved && !isCancelled(saved.problem())
+                && saved.problem().text() == QStringLiteral("out.prst: disk full");
         };
         QVERIFY(isReported(m_handler->save(content)));
         QVERIFY(isReported(m_handler->save(patch)));
-        QVERIFY(isReported(m_handler->save(patch, out)));
+        QVERIFY(isReported(store(patch)));
         QVERIFY(isReported(m_handler->exportTo(QList{patch}, out)));
     }
 
@@ -181,7 +169,7 @@ private Q_SLOTS:
         patch.records.reset();
         QVERIFY(!m_handler->save(patch));
         QCOMPARE(m_recorder->take(), QStringList{QStringLiteral("Cannot save empty VelgorPatch")});
-        QVERIFY(!m_handler->save(patch, out));
+        QVERIFY(!store(patch));
         QCOMPARE(m_recorder->take(), QStringList());
         QVERIFY(m_dialogs->asked.isEmpty() && m_files->files.isEmpty());
     }

@@ -14,7 +14,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         BatchFiles files(directory.path());
         for (int i = 0; i < 20; ++i) {
-            QCOMPARE(files.write(directory.filePath(QString::number(i)), QByteArray::number(i)), QString());
+            QVERIFY(files.write(QString::number(i), QByteArray::number(i)));
         }
         QVERIFY(!directory.has(QStringLiteral("0")));
         QVERIFY(files.finish().isEmpty());
@@ -36,8 +36,8 @@ private Q_SLOTS:
         directory.write(QStringLiteral("a"), "old");
         {
             BatchFiles files(directory.path());
-            QCOMPARE(files.write(directory.filePath(QStringLiteral("a")), "new"), QString());
-            QCOMPARE(files.write(directory.filePath(QStringLiteral("b")), "new"), QString());
+            QVERIFY(files.write(QStringLiteral("a"), "new"));
+            QVERIFY(files.write(QStringLiteral("b"), "new"));
             QCOMPARE(directory.files().size(), 3);
         }
         QCOMPARE(directory.files(), QStringList{QStringLiteral("a")});
@@ -49,13 +49,14 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         BatchFiles files(directory.path());
         for (const char *name : {"a", "b", "c"}) {
-            QCOMPARE(files.write(directory.filePath(QString::fromLatin1(name)), name), QString());
+            QVERIFY(files.write(QString::fromLatin1(name), name));
         }
         directory.write(QStringLiteral("b/inside"), "x");
         const QList<BatchFiles::Failure> failures = files.finish();
         QCOMPARE(failures.size(), 1);
-        QCOMPARE(failures.first().path, directory.filePath(QStringLiteral("b")));
-        QVERIFY(!failures.first().error.isEmpty());
+        QVERIFY(failures.first().problem);
+        QCOMPARE(failures.first().problem->where, directory.filePath(QStringLiteral("b")));
+        QVERIFY(!failures.first().problem->why.isEmpty());
         QVERIFY(QFile::remove(failures.first().temporary));
         QCOMPARE(
             directory.files(), (QStringList{QStringLiteral("a"), QStringLiteral("b/inside"), QStringLiteral("c")}));
@@ -66,7 +67,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QDir(directory.path()).mkdir(QStringLiteral("a"));
         BatchFiles files(directory.path());
-        QVERIFY(!files.write(directory.filePath(QStringLiteral("a")), "x").isEmpty());
+        QVERIFY(!files.write(QStringLiteral("a"), "x"));
         QVERIFY(files.finish().isEmpty());
         QCOMPARE(directory.files(), QStringList());
     }
@@ -75,11 +76,11 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         BatchFiles files(directory.path());
-        QCOMPARE(files.write(directory.filePath(QStringLiteral("a")), "x"), QString());
-        QCOMPARE(files.write(directory.filePath(QStringLiteral("b")), "x"), QString());
+        QVERIFY(files.write(QStringLiteral("a"), "x"));
+        QVERIFY(files.write(QStringLiteral("b"), "x"));
         QVERIFY(QDir(directory.path()).removeRecursively());
         QCOMPARE(files.finish().size(), 2);
-        QVERIFY(!files.write(directory.filePath(QStringLiteral("c")), "x").isEmpty());
+        QVERIFY(!files.write(QStringLiteral("c"), "x"));
     }
 
     static void nothingIsSaidToBeInAnotherDirectoryThatTookThePlace()
@@ -87,7 +88,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         const LibraryDirectory elsewhere;
         BatchFiles files(directory.path());
-        QCOMPARE(files.write(directory.filePath(QStringLiteral("a")), "x"), QString());
+        QVERIFY(files.write(QStringLiteral("a"), "x"));
         const QString moved = elsewhere.filePath(QStringLiteral("moved"));
         QVERIFY(QDir().rename(directory.path(), moved));
         QVERIFY(QDir().mkdir(directory.path()));
@@ -102,26 +103,16 @@ private Q_SLOTS:
         directory.write(QStringLiteral("b"), "old");
         BatchFiles files(directory.path());
         for (const char *name : {"a", "b", "c"}) {
-            QCOMPARE(files.write(directory.filePath(QString::fromLatin1(name)), name), QString());
+            QVERIFY(files.write(QString::fromLatin1(name), name));
         }
         files.leavePrepared(QStringLiteral("b"));
         files.leavePrepared(QStringLiteral("another"));
         const QList<BatchFiles::Failure> failures = files.finish();
         QCOMPARE(failures.size(), 1);
-        QCOMPARE(failures.first().path, directory.filePath(QStringLiteral("b")));
+        QVERIFY(!failures.first().problem);
         QCOMPARE(directory.read(QFileInfo(failures.first().temporary).fileName()), QByteArray("b"));
         QCOMPARE(directory.read(QStringLiteral("b")), QByteArray("old"));
         QVERIFY(directory.has(QStringLiteral("a")) && directory.has(QStringLiteral("c")));
-    }
-
-    static void linksAreNotReadThrough()
-    {
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("a"), "x");
-        QVERIFY(QFile::link(directory.filePath(QStringLiteral("a")), directory.filePath(QStringLiteral("link"))));
-        BatchFiles files(directory.path());
-        QVERIFY(files.read(directory.filePath(QStringLiteral("a"))).bytes);
-        QVERIFY(!files.read(directory.filePath(QStringLiteral("link"))).bytes);
     }
 };
 

@@ -63,7 +63,7 @@ private Q_SLOTS:
         file.close();
         {
             LibraryManagerPreferences preferences(store());
-            QCOMPARE(preferences.setLibraryDirectory(directory), QString());
+            QVERIFY(preferences.setLibraryDirectory(directory));
         }
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY(file.readAll().endsWith("; note\n"));
@@ -136,8 +136,8 @@ private Q_SLOTS:
         {
             LibraryManagerPreferences preferences(store());
             const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
-            QCOMPARE(preferences.setLibraryDirectory(path), QString());
-            QCOMPARE(preferences.setLibraryDirectory(path), QString());
+            QVERIFY(preferences.setLibraryDirectory(path));
+            QVERIFY(preferences.setLibraryDirectory(path));
             QCOMPARE(changes.size(), 1);
         }
         QCOMPARE(LibraryManagerPreferences(store()).libraryDirectory(), path);
@@ -152,7 +152,8 @@ private Q_SLOTS:
         LibraryManagerPreferences preferences(store());
         const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
         const QString former = preferences.libraryDirectory();
-        QVERIFY(preferences.setLibraryDirectory(m_directory.path()).contains(m_path));
+        const Result<> stored = preferences.setLibraryDirectory(m_directory.path());
+        QVERIFY(!stored && stored.problem().text().contains(m_path));
         QCOMPARE(preferences.libraryDirectory(), former);
         QCOMPARE(changes.size(), 0);
     }
@@ -161,7 +162,7 @@ private Q_SLOTS:
     {
         store()->setValue(QStringLiteral("other/key"), QStringLiteral("mine"));
         LibraryManagerPreferences preferences(store());
-        QCOMPARE(preferences.setLibraryDirectory(m_directory.path()), QString());
+        QVERIFY(preferences.setLibraryDirectory(m_directory.path()));
         preferences.setColorScheme(PrefColors::prefdark);
         QCOMPARE(store()->value(QStringLiteral("other/key")).toString(), QStringLiteral("mine"));
     }
@@ -229,8 +230,8 @@ private Q_SLOTS:
     {
         {
             LibraryManagerPreferences preferences(store());
-            QCOMPARE(preferences.setLibraryDirectory(m_directory.path()), QString());
-            QCOMPARE(preferences.setLibraryDirectory(LibraryManagerPreferences::defaultLibraryDirectory()), QString());
+            QVERIFY(preferences.setLibraryDirectory(m_directory.path()));
+            QVERIFY(preferences.setLibraryDirectory(LibraryManagerPreferences::defaultLibraryDirectory()));
             QCOMPARE(preferences.libraryDirectory(), LibraryManagerPreferences::defaultLibraryDirectory());
         }
         QVERIFY(!store()->contains(QStringLiteral("libraryDirectory")));
@@ -241,7 +242,7 @@ private Q_SLOTS:
         {
             LibraryManagerPreferences preferences(store());
             preferences.setColorScheme(PrefColors::prefdark);
-            QCOMPARE(preferences.setLibraryDirectory(m_directory.path()), QString());
+            QVERIFY(preferences.setLibraryDirectory(m_directory.path()));
         }
         QCOMPARE(store()->allKeys(), (QStringList{QStringLiteral("colorScheme"), QStringLiteral("libraryDirectory")}));
     }

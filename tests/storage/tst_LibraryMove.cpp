@@ -33,7 +33,7 @@ private Q_SLOTS:
         const LibraryDirectory former(QStringLiteral("my library"));
         const LibraryDirectory place;
         LibraryManagerPreferences preferences(settingsIn(place));
-        QCOMPARE(preferences.setLibraryDirectory(former.path()), QString());
+        QVERIFY(preferences.setLibraryDirectory(former.path()));
         LibraryStorageManager storage(preferences);
         VelgorLibrary library;
         fill(library);
@@ -41,7 +41,7 @@ private Q_SLOTS:
         const QStringList formerFiles = former.files();
 
         const QString target = place.filePath(QStringLiteral("moved"));
-        QCOMPARE(storage.moveTo(target, library), QString());
+        QVERIFY(storage.moveTo(target, library));
         QCOMPARE(storage.libDirectory(), target);
         QCOMPARE(preferences.libraryDirectory(), target);
         QCOMPARE(former.files(), formerFiles);
@@ -64,11 +64,11 @@ private Q_SLOTS:
         VelgorLibrary library;
         fill(library);
         QString taken;
-        const QString problem = storage.moveTo(place.path(), library, [&taken](const QString &directory) {
+        const Result<> moved = storage.moveTo(place.path(), library, [&taken](const QString &directory) {
             taken = directory;
-            return QStringLiteral("in use");
+            return Problem{.why = QStringLiteral("in use")};
         });
-        QCOMPARE(problem, QStringLiteral("in use"));
+        QCOMPARE(moved.problem().text(), QStringLiteral("in use"));
         QCOMPARE(taken, place.path());
         QCOMPARE(place.files(), QStringList());
         QCOMPARE(storage.libDirectory(), former.path());
@@ -88,18 +88,19 @@ private Q_SLOTS:
         const QString before = recorded.libDirectory();
         int taken = 0;
         const QString target = place.filePath(QStringLiteral("a/b/moved"));
-        const QString problem = recorded.moveTo(
+        const Result<> moved = recorded.moveTo(
             target, library,
-            [&taken](const QString &directory) {
+            [&taken](const QString &directory) -> Result<> {
                 ++taken;
                 QFile lock(directory + u'/' + LibraryFileNames::lockFile());
-                return lock.open(QIODevice::WriteOnly) ? QString() : QStringLiteral("cannot be locked");
+                return lock.open(QIODevice::WriteOnly) ? Result<>(Success())
+                                                       : Problem{.why = QStringLiteral("cannot be locked")};
             },
             [&taken, &target] {
                 --taken;
                 QFile::remove(target + u'/' + LibraryFileNames::lockFile());
             });
-        QVERIFY2(problem.contains(QStringLiteral("file/settings")), qPrintable(problem));
+        QVERIFY(!moved && moved.problem().text().contains(QStringLiteral("file/settings")));
         QCOMPARE(taken, 0);
         QCOMPARE(place.files(), QStringList{QStringLiteral("file")});
         QVERIFY(!QFileInfo::exists(place.filePath(QStringLiteral("a"))));
@@ -117,7 +118,7 @@ private Q_SLOTS:
         storage.save(library);
         const QString notes = QStringLiteral("notes.%1.txt").arg(library.patches().first().id());
         place.write(notes, "mine");
-        QCOMPARE(storage.moveTo(place.path(), library), QString());
+        QVERIFY(storage.moveTo(place.path(), library));
         QCOMPARE(storage.libDirectory(), place.path());
         QCOMPARE(place.read(notes), QByteArray("mine"));
         QVERIFY(storage.wasLastSaveWritten());
@@ -131,7 +132,7 @@ private Q_SLOTS:
         VelgorLibrary library;
         fill(library);
         storage.delayedSave(library);
-        QCOMPARE(storage.moveTo(place.path(), library), QString());
+        QVERIFY(storage.moveTo(place.path(), library));
         QVERIFY(!storage.hasUnsavedChanges());
         QVERIFY(!storage.waitingToSave());
         QVERIFY(QFile::exists(place.filePath(LibraryFileNames::libraryFile())));
@@ -165,8 +166,8 @@ private Q_SLOTS:
 
         LibraryStorageManager storage(former.path());
         storage.save(library);
-        const QString problem = storage.moveTo(place.filePath(name), library);
-        QVERIFY(problem.contains(place.filePath(name)));
+        const Result<> moved = storage.moveTo(place.filePath(name), library);
+        QVERIFY(!moved && moved.problem().text().contains(place.filePath(name)));
         QCOMPARE(storage.libDirectory(), former.path());
         QCOMPARE(place.files(), files);
         QVERIFY(!storage.writeError());

@@ -193,9 +193,9 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QVERIFY(!save(directory, three()).hasError());
         const auto before = directory.contents();
-        QVERIFY(!UserFiles().write(directory.filePath(name), "export").isEmpty());
+        QVERIFY(!UserFiles().write(directory.filePath(name), "export"));
         QCOMPARE(directory.contents(), before);
-        QCOMPARE(UserFiles().write(directory.filePath(QStringLiteral("gig.prst")), "export"), QString());
+        QVERIFY(UserFiles().write(directory.filePath(QStringLiteral("gig.prst")), "export"));
     }
 
     void chainOfLinksIsWrittenAtItsEnd()
@@ -204,7 +204,7 @@ private Q_SLOTS:
         directory.write(QStringLiteral("real"), "old");
         QFile::link(directory.filePath(QStringLiteral("real")), directory.filePath(QStringLiteral("middle")));
         QFile::link(directory.filePath(QStringLiteral("middle")), directory.filePath(QStringLiteral("top")));
-        QCOMPARE(UserFiles().write(directory.filePath(QStringLiteral("top")), "new"), QString());
+        QVERIFY(UserFiles().write(directory.filePath(QStringLiteral("top")), "new"));
         QCOMPARE(directory.read(QStringLiteral("real")), QByteArray("new"));
         QVERIFY(QFileInfo(directory.filePath(QStringLiteral("middle"))).isSymLink());
     }

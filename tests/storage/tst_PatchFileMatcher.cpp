@@ -1,5 +1,6 @@
 #include "LibraryDirectory.h"
 #include "PatchFileMatcher.h"
+#include "SinglePatchFile.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
 
@@ -111,7 +112,7 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, bytes);
         const VelgorPatch patch = TestPatches::imported(QStringLiteral("Lead")).withId(42);
-        QTEST(PatchFileMatcher::holdsPatch(bytes, patch), "isHeld");
+        QTEST(SinglePatchFile::holds(bytes, patch), "isHeld");
     }
 };
 

@@ -133,7 +133,7 @@ private Q_SLOTS:
         // It is gone at once, unless it cannot be removed.
         const LibraryDirectory place;
         LibraryManagerPreferences preferences(settingsIn(place));
-        QCOMPARE(preferences.setLibraryDirectory(place.filePath(QStringLiteral("new"))), QString());
+        QVERIFY(preferences.setLibraryDirectory(place.filePath(QStringLiteral("new"))));
         const FailingCall failing(Call::Unlink, EIO);
         const LibraryStorageManager storage(preferences);
         QVERIFY(failing.wasMade() && storage.writeError());
@@ -159,15 +159,15 @@ private Q_SLOTS:
             const QString former = place.filePath(QStringLiteral("former"));
             const QString other = place.filePath(QStringLiteral("other"));
             LibraryManagerPreferences preferences(settingsIn(place));
-            QCOMPARE(preferences.setLibraryDirectory(former), QString());
-            QString problem;
+            QVERIFY(preferences.setLibraryDirectory(former));
+            Result<> result = Success();
             {
                 const FailingCall failing(call, ENOSPC, before);
-                problem = preferences.setLibraryDirectory(other);
+                result = preferences.setLibraryDirectory(other);
                 wasMade = failing.wasMade();
             }
-            const QString expected = problem.isEmpty() ? other : former;
-            failures += problem.isEmpty() ? 0 : 1;
+            const QString expected = result ? other : former;
+            failures += result ? 0 : 1;
             QCOMPARE(preferences.libraryDirectory(), expected);
             QCOMPARE(storedDirectory(place), expected);
         }
@@ -193,7 +193,7 @@ private Q_SLOTS:
             const LibraryDirectory former;
             const LibraryDirectory place;
             LibraryManagerPreferences preferences(settingsIn(place));
-            QCOMPARE(preferences.setLibraryDirectory(former.path()), QString());
+            QVERIFY(preferences.setLibraryDirectory(former.path()));
             LibraryStorageManager storage(preferences);
             const VelgorLibrary library(three().patches, three().defaultPatch);
             storage.save(library);
@@ -204,21 +204,21 @@ private Q_SLOTS:
             place.write(QStringLiteral("new/x.43.prst"), patchBytes(three().patches.at(1)));
             const auto formerFiles = former.stamps();
             auto files = place.contents();
-            QString problem;
+            Result<> result = Success();
             {
                 const FailingCall failing(call, EIO, before);
-                problem = storage.moveTo(target, library);
+                result = storage.moveTo(target, library);
                 wasMade = failing.wasMade();
             }
             QCOMPARE(former.stamps(), formerFiles);
-            const QString expected = problem.isEmpty() ? target : former.path();
+            const QString expected = result ? target : former.path();
             QCOMPARE(storage.libDirectory(), expected);
             QCOMPARE(preferences.libraryDirectory(), expected);
             QCOMPARE(storedDirectory(place), expected);
             LibraryStorageManager again(expected);
             const auto found = libraryOf(again.decodeLibrary());
             QVERIFY(found && areIdentical(found->patches(), three().patches));
-            if (!problem.isEmpty()) {
+            if (!result) {
                 ++failures;
                 auto left = place.contents();
                 left.insert(QStringLiteral("settings.ini"), files.value(QStringLiteral("settings.ini")));

@@ -57,9 +57,9 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "bytes");
         const FailingCall failing(Call::Read, EIO);
-        const FileReadResult result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
-        QVERIFY(!result.bytes && result.isUnreadable);
-        QCOMPARE(result.error, QString::fromLocal8Bit(strerror(EIO)));
+        const Result<QByteArray> result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
+        QVERIFY(!result && result.problem().mayPass);
+        QCOMPARE(result.problem().why, QString::fromLocal8Bit(strerror(EIO)));
     }
 
     static void interruptedReadingGoesOn()
@@ -67,9 +67,9 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "bytes");
         const FailingCall failing(Call::Read, EINTR);
-        const FileReadResult result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
+        const Result<QByteArray> result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
         QVERIFY(failing.wasMade());
-        QCOMPARE(result.bytes, std::optional<QByteArray>("bytes"));
+        QCOMPARE(*result, QByteArray("bytes"));
     }
 
     static void fileThatShrinksMeanwhileIsReadToItsEnd()
@@ -77,8 +77,8 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "bytes");
         const FailingCall failing(Call::Read, FailingCall::endOfFile);
-        const FileReadResult result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
-        QCOMPARE(result.bytes, std::optional<QByteArray>(QByteArray()));
+        const Result<QByteArray> result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
+        QCOMPARE(*result, QByteArray());
     }
 
     static void fileOfUnknownKindIsNotRead()
@@ -86,7 +86,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "bytes");
         const FailingCall failing(Call::Stat, EIO);
-        QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse).bytes);
+        QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse));
     }
 
     static void failedReplacementLeavesTheOldFileAndNothingElse_data()
@@ -103,7 +103,8 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "old");
         const FailingCall failing(call, EIO);
-        QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString::fromLocal8Bit(strerror(EIO)));
+        QCOMPARE(
+            DiskFiles::replace(directory.filePath(file), "new").problem().why, QString::fromLocal8Bit(strerror(EIO)));
         QCOMPARE(directory.read(file), QByteArray("old"));
         QCOMPARE(directory.files(), QStringList{file});
     }
@@ -112,7 +113,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         const FailingCall failing(Call::Write, EINTR);
-        QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString());
+        QVERIFY(DiskFiles::replace(directory.filePath(file), "new"));
         QVERIFY(failing.wasMade());
         QCOMPARE(directory.read(file), QByteArray("new"));
     }
@@ -122,7 +123,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         directory.write(file, "old");
         const FailingCall failing(Call::Stat, EIO);
-        QVERIFY(!DiskFiles::replace(directory.filePath(file), "new").isEmpty());
+        QVERIFY(!DiskFiles::replace(directory.filePath(file), "new"));
         QVERIFY(failing.wasMade());
         QCOMPARE(directory.read(file), QByteArray("old"));
         QCOMPARE(directory.files(), QStringList{file});
@@ -132,7 +133,7 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         const FailingCall failing(Call::Open, EEXIST);
-        QCOMPARE(DiskFiles::replace(directory.filePath(file), "new"), QString());
+        QVERIFY(DiskFiles::replace(directory.filePath(file), "new"));
         QVERIFY(failing.wasMade());
         QCOMPARE(directory.files(), QStringList{file});
     }
@@ -177,7 +178,7 @@ private Q_SLOTS:
         QFETCH(const int, error);
         const LibraryDirectory directory;
         const FailingCall failing(Call::Sync, error);
-        QTEST(!DiskSync::syncDirectory(directory.path()).isEmpty(), "isFailure");
+        QTEST(!DiskSync::syncDirectory(directory.path()), "isFailure");
     }
 
     static void movingNeverReplacesWhereTheSystemHasNoSuchMove_data()
@@ -195,12 +196,12 @@ private Q_SLOTS:
         const QString a = directory.filePath(QStringLiteral("a"));
         {
             const FailingCall failing(Call::MoveOnly, error);
-            QVERIFY(!DiskFiles::move(a, directory.filePath(QStringLiteral("b"))).isEmpty());
+            QVERIFY(!DiskFiles::move(a, directory.filePath(QStringLiteral("b"))));
             QVERIFY(failing.wasMade());
         }
         QCOMPARE(directory.read(QStringLiteral("b")), QByteArray("b"));
         const FailingCall failing(Call::MoveOnly, error);
-        QCOMPARE(DiskFiles::move(a, directory.filePath(QStringLiteral("c"))), QString());
+        QVERIFY(DiskFiles::move(a, directory.filePath(QStringLiteral("c"))));
         QCOMPARE(directory.read(QStringLiteral("c")), QByteArray("a"));
         QVERIFY(!directory.has(QStringLiteral("a")));
     }
@@ -409,7 +410,7 @@ private Q_SLOTS:
         LibraryStorageManager storage(directory.path());
         const VelgorLibrary library(three().patches, three().defaultPatch);
         const FailingCall failing(Call::Sync, EIO);
-        QVERIFY(!storage.moveTo(target.path(), library).isEmpty());
+        QVERIFY(!storage.moveTo(target.path(), library));
         QCOMPARE(storage.libDirectory(), directory.path());
     }
 

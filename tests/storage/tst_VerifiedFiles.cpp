@@ -77,7 +77,8 @@ QByteArray exportedAfterRestart(const LibraryDirectory &directory)
     if (!library || !PatchFileHandler(files).exportTo(library->patches(), path)) {
         return {};
     }
-    return files.read(path).bytes.value_or(QByteArray());
+    const Result<QByteArray> bytes = files.read(path);
+    return bytes ? *bytes : QByteArray();
 }
 
 void setModified(const QString &path, const QDateTime &time)
@@ -266,7 +267,7 @@ private Q_SLOTS:
         LibraryStorageManager storage(former.path());
         const VelgorLibrary library(three().patches, three().defaultPatch);
         storage.save(library);
-        QCOMPARE(storage.moveTo(directory.path(), library), QString());
+        QVERIFY(storage.moveTo(directory.path(), library));
         QVERIFY(!storage.writeError());
         verifySetAside(directory, bytes, storage.keptFiles());
         QVERIFY(areIdentical(loaded(directory), three().patches));

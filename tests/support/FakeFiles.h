@@ -12,21 +12,21 @@ public:
     QMap<QString, QByteArray> files;
     QString writeError; ///< given for every write, which then changes nothing
 
-    FileReadResult read(const QString &path) override
+    Result<QByteArray> read(const QString &path) override
     {
         const auto found = files.constFind(path);
         if (found == files.constEnd()) {
-            return {.bytes = std::nullopt, .error = QStringLiteral("no such file")};
+            return Problem{.what = Problem::What::Absent, .why = QStringLiteral("no such file")};
         }
-        return {.bytes = *found, .error = {}};
+        return *found;
     }
 
-    QString write(const QString &path, const QByteArray &bytes) override
+    Result<> write(const QString &path, const QByteArray &bytes) override
     {
         if (writeError.isEmpty()) {
             files.insert(path, bytes);
         }
-        return writeError;
+        return writeError.isEmpty() ? Result<>(Success()) : Problem{.where = path, .why = writeError};
     }
 };
 

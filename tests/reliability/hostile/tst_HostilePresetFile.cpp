@@ -55,7 +55,7 @@ QString faultOf(const QByteArray &bytes, DiagnosticRecorder &recorder, int &read
     }
     const auto assembled =
         SPresetFile::fromRecords(report.file->headerDesc, report.file->patches, report.file->userIRs);
-    const auto written = assembled ? PatchWriter::encodePatches(*assembled) : std::nullopt;
+    const auto written = assembled ? PatchWriter::encodePatches(*assembled) : assembled.problem();
     const PresetFileReport again = written ? PresetFileChecker::check(*written) : PresetFileReport();
     if (!again.file || !again.roundTrip || again.file->patches.size() != report.file->patches.size()) {
         return QStringLiteral("read, but not written so that it can be read again");
