@@ -11,6 +11,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace ShownWidgets;
+
 /// How typing into the name and the comment goes on while every keystroke comes back from the library.
 class TestPatchDetailFields : public QObject {
     Q_OBJECT
