@@ -1,5 +1,6 @@
 #include "DiskSync.h"
 
+#include "FaultPoint.h"
 #include "SystemError.h"
 
 #include <cerrno>
@@ -61,13 +62,13 @@ Result<> syncFile(int handle)
         return Success();
     }
 #endif
-    return problemUnless(::fsync(handle) == 0);
+    return problemUnless(FaultPoint::isSet("no-synchronisation") || ::fsync(handle) == 0);
 }
 
 Result<> syncDirectory(const QString &directory)
 {
     return withOpenDirectory(directory, [](int handle) {
-        const int result = ::fsync(handle);
+        const int result = FaultPoint::isSet("no-synchronisation") ? 0 : ::fsync(handle);
         // Some network file systems have no such thing.
         return result != 0 && errno == EINVAL ? 0 : result;
     });
@@ -84,7 +85,8 @@ bool canSyncFileSystem()
 
 Result<> syncFileSystem(const QString &directory)
 {
-    return withOpenDirectory(directory, [](int handle) { return ::syncfs(handle); });
+    return withOpenDirectory(
+        directory, [](int handle) { return FaultPoint::isSet("no-synchronisation") ? 0 : ::syncfs(handle); });
 }
 
 #else

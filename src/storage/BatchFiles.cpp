@@ -3,6 +3,7 @@
 #include "DirectoryListing.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
+#include "FaultPoint.h"
 
 #include <utility>
 
@@ -40,7 +41,8 @@ void BatchFiles::leavePrepared(const QString &name)
 
 Result<> BatchFiles::sync() const
 {
-    const bool isNeeded = !m_staged.isEmpty() && DiskSync::canSyncFileSystem();
+    const bool isNeeded =
+        !m_staged.isEmpty() && DiskSync::canSyncFileSystem() && !FaultPoint::isSet("patch-files-unsynchronised");
     return isNeeded ? DiskSync::syncFileSystem(m_path) : Success();
 }
 

@@ -1,5 +1,6 @@
 #include "LibraryFileNames.h"
 
+#include "FaultPoint.h"
 #include "TemporaryFiles.h"
 #include "Utf8Text.h"
 
@@ -109,8 +110,12 @@ QString patchFile(const QString &patchName, quint64 patchID)
 {
     // Half a surrogate pair has no form in a file name.
     QString name = patchName.isValidUtf16() ? patchName : QString::fromUtf8(patchName.toUtf8());
-    name.remove(QChar(u'\0'));
-    name.replace(u'/', u'$');
+    if (!FaultPoint::isSet("null-character-kept")) {
+        name.remove(QChar(u'\0'));
+    }
+    if (!FaultPoint::isSet("slash-kept")) {
+        name.replace(u'/', u'$');
+    }
     const QString id = QString::number(patchID);
     const qsizetype rest = patchPrefix.size() + 1 + id.size() + patchSuffix.size();
     return patchPrefix % Utf8Text::longestPrefixWithin(name, longestFileName - rest) % u'.' % id % patchSuffix;

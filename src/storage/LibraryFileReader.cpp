@@ -1,6 +1,7 @@
 #include "LibraryFileReader.h"
 
 #include "Diagnostics.h"
+#include "FaultPoint.h"
 #include "FileContentStamp.h"
 #include "LibraryFileNames.h"
 #include "LibraryLoadResult.h"
@@ -44,7 +45,7 @@ std::optional<LibraryState> LibraryFileReader::read(LibraryLoadResult &result) c
     const bool isCut = content && (!isThere || (damaged && copy->startsWith(*damaged)));
     if (isCut) {
         result.leftovers.completeText = *copy;
-    } else if (isThere) {
+    } else if (isThere && !FaultPoint::isSet("refused-file-overwritten")) {
         result.writeState.filesToKeep.append(name);
     }
     if (content) {

@@ -3,6 +3,7 @@
 #include "Diagnostics.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
+#include "FaultPoint.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
 
@@ -26,7 +27,9 @@ bool LibraryFileWriter::writeCopy(const QByteArray &text)
             .why = tr("it is not replaced, because the old one could not be kept")});
         return false;
     }
-    const Result<> written = DiskFiles::replace(m_place.pathOf(LibraryFileNames::libraryCopy()), text);
+    const Result<> written = FaultPoint::isSet("library-file-without-copy")
+        ? Success()
+        : DiskFiles::replace(m_place.pathOf(LibraryFileNames::libraryCopy()), text);
     if (!written) {
         fail(written.problem());
     }

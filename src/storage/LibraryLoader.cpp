@@ -1,6 +1,7 @@
 #include "LibraryLoader.h"
 
 #include "Diagnostics.h"
+#include "FaultPoint.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileReader.h"
 #include "LibraryJson.h"
@@ -176,7 +177,7 @@ Result<LibraryLoader::Found> LibraryLoader::readPatch(const VelgorPatch &entry, 
         }
         return Found{*std::move(own), fileName};
     }
-    Result<Found> other = readFromOtherFile(entry);
+    Result<Found> other = FaultPoint::isSet("no-search-by-id") ? Problem() : readFromOtherFile(entry);
     if (other) {
         return other;
     }

@@ -3,6 +3,7 @@
 #include "Diagnostics.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
+#include "FaultPoint.h"
 #include "LibraryFileNames.h"
 #include "PatchFileMatcher.h"
 #include "TemporaryFiles.h"
@@ -33,7 +34,9 @@ void LibrarySweeper::sweep()
     completeLibraryFile();
     putInPlace();
     removePatchFiles();
-    removeTemporaryFiles();
+    if (!FaultPoint::isSet("no-sweep")) {
+        removeTemporaryFiles();
+    }
     // What was put in place must be on the disk before the last trace of it goes.
     if (m_leftovers.unfinished.isEmpty() && m_notRemoved.isEmpty() && DiskSync::syncDirectory(m_place.path())) {
         remove(LibraryFileNames::journalFile());

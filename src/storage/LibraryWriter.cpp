@@ -3,6 +3,7 @@
 #include "Diagnostics.h"
 #include "DiskFiles.h"
 #include "DiskSync.h"
+#include "FaultPoint.h"
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
 #include "LibraryJson.h"
@@ -37,6 +38,9 @@ LibraryWriteResult LibraryWriter::save(const LibraryState &library)
     // loading uses while the library file does not decode; of the rest, the new one, and the journal of what is left.
     LibraryFileWriter file(m_place, m_result);
     if (prepareFiles(library.patches) && writeJournal()) {
+        if (FaultPoint::isSet("removal-before-library-file")) {
+            removeFiles();
+        }
         const QByteArray json = text.get();
         if (file.writeCopy(json)) {
             file.writeFile(json);
@@ -80,7 +84,7 @@ LibraryState LibraryWriter::withUnread(const LibraryState &library)
         // The patch was imported anew, without what the user had said about it.
         state.filesToKeep.append(LibraryFileNames::libraryFile());
     }
-    return state.unread.joinedWith(library);
+    return FaultPoint::isSet("unread-entries-dropped") ? library : state.unread.joinedWith(library);
 }
 
 bool LibraryWriter::prepareFiles(const QList<VelgorPatch> &patches)
@@ -132,7 +136,7 @@ Result<QString> LibraryWriter::stage(const VelgorPatch &patch, const QString &na
 bool LibraryWriter::writeJournal()
 {
     m_journal.removed = m_result.state.idsToRemove;
-    if (m_journal.isEmpty()) {
+    if (m_journal.isEmpty() || FaultPoint::isSet("no-journal")) {
         // One of a removal that failed must not outlive the return of its patch. What cannot be read now may be in a
         // file that only the journal knows.
         m_hasJournal = m_result.state.unread.isEmpty() && m_place.has(LibraryFileNames::journalFile());
@@ -236,23 +240,22 @@ void LibraryWriter::finish(BatchFiles &files, bool isInJournal)
 
 void LibraryWriter::removeFiles()
 {
-    if (!m_result.isLibraryFileWritten) {
+    if (!m_result.isLibraryFileWritten && !FaultPoint::isSet("removal-before-library-file")) {
         return;
     }
     QList<quint64> &ids = m_result.state.idsToRemove;
     if (!ids.isEmpty() && !m_listing) {
         addProblem({}, tr("the files of removed patches stay in it"));
     }
-    QSet<QString> handled;
+    QHash<QString, bool> handled;
     QList<quint64> failed;
     for (const quint64 id : std::as_const(ids)) {
         const auto candidates =
             m_listing ? PatchFileMatcher::candidates(*m_listing, id) : QList<PatchFileMatcher::Candidate>();
         for (const PatchFileMatcher::Candidate &candidate : candidates) {
-            if (handled.contains(candidate.name)) {
+            if (std::exchange(handled[candidate.name], true)) {
                 continue;
             }
-            handled.insert(candidate.name);
             const Result<> removed = m_place.remove(candidate.name);
             if (!removed) {
                 Diagnostics::printLine(QStringLiteral("Could not remove file ") + candidate.name);
@@ -309,25 +312,23 @@ Result<> LibraryWriter::checkMove(
 
 void LibraryWriter::reportMove(const PatchFileMatcher::Candidate &candidate, const QString &reason)
 {
-    const QString address = LibraryFileNames::address(QDir::current().absoluteFilePath(candidate.path));
-    Diagnostics::printLine(QStringLiteral("Error renaming item ") + address);
+    const QString path = QDir::current().absoluteFilePath(candidate.path);
+    Diagnostics::printLine(QStringLiteral("Error renaming item ") + LibraryFileNames::address(path));
     addProblem(candidate.name, reason);
     m_result.isTidy = false;
 }
 
 bool LibraryWriter::isStored(const QString &name) const
 {
-    if (m_listing) {
-        return m_listing->kindOf(name) == DirectoryListing::Kind::RegularFile;
-    }
     const QFileInfo info(m_place.pathOf(name));
-    return info.isFile() && !info.isSymLink();
+    return m_listing ? m_listing->kindOf(name) == DirectoryListing::Kind::RegularFile
+                     : info.isFile() && !info.isSymLink();
 }
 
 bool LibraryWriter::isLink(const QString &name) const
 {
-    const bool isOther = !m_listing || m_listing->kindOf(name) == DirectoryListing::Kind::Other;
-    return isOther && QFileInfo(m_place.pathOf(name)).isSymLink();
+    return (!m_listing || m_listing->kindOf(name) == DirectoryListing::Kind::Other)
+        && QFileInfo(m_place.pathOf(name)).isSymLink();
 }
 
 bool LibraryWriter::scan()
@@ -336,8 +337,7 @@ bool LibraryWriter::scan()
         addProblem({}, tr("the path holds characters that keep the directory from being listed"));
         return false;
     }
-    m_listing = m_place.list();
-    if (!m_listing) {
+    if (!(m_listing = m_place.list())) {
         addProblem({}, tr("the directory cannot be listed"));
     }
     return m_listing.has_value();
