@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -96,7 +97,7 @@ bool LibrarySession::open(Access access)
         warnOfDoubtfulPatches();
     }
     if (loaded) {
-        m_library.takeOver(*loaded);
+        m_library.takeOver(*std::move(loaded));
     } else {
         warnOfOrphans();
     }

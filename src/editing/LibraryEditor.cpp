@@ -26,10 +26,10 @@ void LibraryEditor::edit(const VelgorPatch &patch)
     changed(patch.id());
 }
 
-void LibraryEditor::takeLoaded(const std::optional<LibraryState> &loaded, const AwaitedPatches &awaited)
+void LibraryEditor::takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited)
 {
     if (loaded) {
-        m_library.takeOver(*loaded);
+        m_library.takeOver(*std::move(loaded));
     }
     m_library.setAwaited(awaited);
 }

@@ -35,7 +35,7 @@ public:
     /// The library changed: its order is remembered and a save is asked for.
     void changed();
     /// Takes over a library that was loaded, if there is one. No patch gets an id of those that are awaited.
-    void takeLoaded(const std::optional<LibraryState> &loaded, const AwaitedPatches &awaited);
+    void takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited);
     void select(std::optional<quint64> id);
     void deselect();
     /// The list shows what passes this filter from now on. Another filter than before deselects.

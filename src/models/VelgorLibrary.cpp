@@ -60,10 +60,11 @@ void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
     setObservable(this, m_deleteConfirm, deleteConfirm, &VelgorLibrary::deleteConfirmChanged);
 }
 
-void VelgorLibrary::takeOver(const LibraryState &loaded)
+void VelgorLibrary::takeOver(LibraryState loaded)
 {
     Q_EMIT aboutToBeReset();
-    m_patches = loaded.patches;
+    // Many patches are not copied by the way.
+    m_patches = std::move(loaded.patches);
     m_patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
     if (m_patches.isEmpty()) {
         m_patches.append(placeholder());

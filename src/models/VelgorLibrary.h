@@ -65,7 +65,7 @@ public:
 
     /// Takes the patches, their order and the default patch of `loaded`, announced as one reset; selection, ticks,
     /// modes and the sort cycle start afresh. Everything is in place when wasReset() and the change signals come.
-    void takeOver(const LibraryState &loaded);
+    void takeOver(LibraryState loaded);
 
     /// Number of patches; a placeholder on its own counts as none.
     [[nodiscard]] qsizetype count() const;

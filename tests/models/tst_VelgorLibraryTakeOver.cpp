@@ -127,6 +127,15 @@ private Q_SLOTS:
         library.takeOver({.patches = loaded});
         QCOMPARE(names(library.patches()), three);
     }
+
+    void patchesThatAreHandedOverAreNotCopied()
+    {
+        LibraryState loaded{.patches = {TestPatches::stored(1, QStringLiteral("a")), TestPatches::stored(2, {})}};
+        const VelgorPatch *const first = loaded.patches.constData();
+        VelgorLibrary library;
+        library.takeOver(std::move(loaded));
+        QCOMPARE(library.patches().constData(), first);
+    }
 };
 
 VELGOR_TEST(TestVelgorLibraryTakeOver)
