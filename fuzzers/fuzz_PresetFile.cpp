@@ -29,9 +29,9 @@ SUserIR renumbered(SUserIR userIR, qsizetype index)
 void requireWritable(const SPresetFile &file)
 {
     const auto assembled = SPresetFile::fromRecords(file.headerDesc, file.patches, file.userIRs);
-    require(assembled.has_value(), "what was read is not assembled");
+    require(bool(assembled), "what was read is not assembled");
     const auto bytes = PatchWriter::encodePatches(*assembled);
-    require(bytes.has_value(), "what was assembled is not written");
+    require(bool(bytes), "what was assembled is not written");
 
     SPresetFile expected = *assembled;
     for (qsizetype i = 0; i < expected.patches.size(); ++i) {
@@ -45,7 +45,7 @@ void requireWritable(const SPresetFile &file)
     }
     expected.checksum = PatchWriter::calcChecksum(QByteArrayView(*bytes).chopped(2));
     const auto again = SPresetFile::fromData(*bytes);
-    require(again.has_value(), "what was written is not readable");
+    require(bool(again), "what was written is not readable");
     require(*again == expected, "what was written reads differently");
     require(PresetFileChecker::check(*bytes).roundTrip, "an export is not written again with the same bytes");
 }
