@@ -1,5 +1,6 @@
 #include "ContentEditor.h"
 #include "DirectoryListing.h"
+#include "EditHistory.h"
 #include "LibraryEditor.h"
 #include "LibraryStorage.h"
 #include "LibraryViewFilter.h"
@@ -53,21 +54,19 @@ void deleteHalf(benchmark::State &state)
 {
     const QList<quint64> ids = everySecondId(patchesOf(state));
     measureGrowth(state, "delete half", [&] {
-        NoStorage storage;
         VelgorLibrary library(patchesOf(state), patchesOf(state).last().id());
-        return secondsOf([&] { library.deletePatches(ids, storage); });
+        return secondsOf([&] { library.deletePatches(ids); });
     });
 }
 
 void duplicate(benchmark::State &state)
 {
     measureGrowth(state, "duplicate one patch again and again", [&] {
-        NoStorage storage;
         VelgorLibrary library(patchesOf(state).first(1), std::nullopt);
         const quint64 id = library.patches().first().id();
         return secondsOf([&] {
             for (int64_t i = 0; i < state.range(0); ++i) {
-                library.duplicateSelection(id, storage);
+                library.duplicateSelection(id);
             }
         });
     });
@@ -76,11 +75,10 @@ void duplicate(benchmark::State &state)
 void duplicateEach(benchmark::State &state)
 {
     measureGrowth(state, "duplicate every patch", [&] {
-        NoStorage storage;
         VelgorLibrary library(patchesOf(state), std::nullopt);
         return secondsOf([&] {
             for (const VelgorPatch &patch : patchesOf(state)) {
-                library.duplicateSelection(patch.id(), storage);
+                library.duplicateSelection(patch.id());
             }
         });
     });
@@ -142,8 +140,9 @@ struct Desk {
     NoStorage storage;
     VelgorLibrary library;
     VelgorContent content;
-    LibraryEditor libraryEditor{library, content, storage};
-    ContentEditor contentEditor{library, content};
+    EditHistory history{library, content, storage};
+    LibraryEditor libraryEditor{library, content, history};
+    ContentEditor contentEditor{library, content, history};
 };
 
 /// As many as a file can hold at most.

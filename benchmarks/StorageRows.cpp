@@ -134,7 +134,11 @@ void deleteTicked(benchmark::State &state)
         [&] {
             VelgorLibrary library(patches, std::nullopt);
             storage.save(library);
-            return secondsOf([&] { library.deletePatches(ids, storage); });
+            return secondsOf([&] {
+                library.deletePatches(ids);
+                storage.remove(ids);
+                storage.save(library);
+            });
         },
         [&] {
             storage.save(all);

@@ -26,11 +26,12 @@ Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     : storage(preferences)
     , m_dialogs(m_windowState)
     , m_files(m_userFiles, &m_dialogs)
-    , m_libraryEditor(velgorLibrary, velgorContent, storage)
-    , m_contentEditor(velgorLibrary, velgorContent)
-    , m_contentFiles(velgorContent, m_files)
+    , m_history(velgorLibrary, velgorContent, storage)
+    , m_libraryEditor(velgorLibrary, velgorContent, m_history)
+    , m_contentEditor(velgorLibrary, velgorContent, m_history)
+    , m_contentFiles(velgorContent, m_files, m_history)
     , m_desk{velgorLibrary, velgorContent, storage, preferences, m_libraryEditor, m_contentEditor, m_contentFiles,
-          [this] { return std::make_unique<LibraryCheck>(velgorLibrary, storage); }}
+          [this] { return std::make_unique<LibraryCheck>(velgorLibrary, storage, m_history); }}
 {
     m_desk.moveLibrary = [this] { moveLibrary(); };
     m_openAgain.setSingleShot(true);

@@ -5,6 +5,7 @@
 #include "ContentView.h"
 #include "Desk.h"
 #include "DesktopFileDialogs.h"
+#include "EditHistory.h"
 #include "LibraryEditor.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
@@ -56,6 +57,7 @@ private:
     UserFiles m_userFiles;
     DesktopFileDialogs m_dialogs;
     PatchFileHandler m_files;
+    EditHistory m_history;
     LibraryEditor m_libraryEditor;
     ContentEditor m_contentEditor;
     ContentFiles m_contentFiles;

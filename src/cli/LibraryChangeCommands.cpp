@@ -120,7 +120,7 @@ int CommandHandlers::librarySet(const Arguments &arguments)
         session.library().update(patch);
     }
     if (arguments.has(QStringLiteral("default"))) {
-        session.library().setDefaultPatch(edited.first().id(), session.storage());
+        session.library().setDefaultPatch(edited.first().id());
     }
     const int status = session.save();
     if (status == Done) {
@@ -167,8 +167,9 @@ int CommandHandlers::libraryRemove(const Arguments &arguments)
     for (const VelgorPatch &patch : *patches) {
         ids.append(patch.id());
     }
-    session.library().deletePatches(ids, session.storage());
-    const int status = session.report();
+    session.library().deletePatches(ids);
+    session.storage().remove(ids);
+    const int status = session.save();
     if (status == Done) {
         printLines(LibraryChangeCommands::tr("removed"), *patches);
     }

@@ -1,24 +1,29 @@
 #include "ContentEditor.h"
 
 #include "CommandTargets.h"
+#include "EditHistory.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
 #include <algorithm>
 
-ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content, QObject *parent)
+ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent)
     : QObject(parent)
     , m_library(library)
     , m_content(content)
+    , m_history(history)
 {
 }
 
 void ContentEditor::dropDest(quint64 id, qsizetype location)
 {
     m_lastPlacement = placementFor(id, location);
-    m_content.setPatches(m_lastPlacement.patches, location);
-    m_library.setIsMultiSel(false);
-    warnOfMixedVersions();
+    const qsizetype count = m_lastPlacement.patches.size();
+    m_history.perform(count == 1 ? tr("Placing of a Patch") : tr("Placing of %1 Patches").arg(count), [&] {
+        m_content.setPatches(m_lastPlacement.patches, location);
+        m_library.setIsMultiSel(false);
+        warnOfMixedVersions();
+    });
     if (!m_lastPlacement.patches.isEmpty()) {
         Q_EMIT placed();
     }
@@ -57,14 +62,16 @@ void ContentEditor::replaceSelectedSlots()
     }
     const VelgorPatch patch = *CommandTargets::one(m_library);
     const QList<qsizetype> rows = selectedRows();
-    m_content.replace(rows, patch);
     m_lastPlacement = {};
-    QSet<QUuid> slotIds;
-    for (const qsizetype row : rows) {
-        slotIds.insert(m_content.velgorContentPatchList().at(row).id);
-    }
-    m_content.setSelections(slotIds);
-    warnOfMixedVersions();
+    m_history.perform(rows.size() == 1 ? tr("Replacing of a Slot") : tr("Replacing of %1 Slots").arg(rows.size()), [&] {
+        m_content.replace(rows, patch);
+        QSet<QUuid> slotIds;
+        for (const qsizetype row : rows) {
+            slotIds.insert(m_content.velgorContentPatchList().at(row).id);
+        }
+        m_content.setSelections(slotIds);
+        warnOfMixedVersions();
+    });
     Q_EMIT replaced(patch.id(), rows);
 }
 
@@ -75,8 +82,10 @@ void ContentEditor::reset()
         m_content.setSelectDefault(true);
         return;
     }
-    m_content.createNew(*found->patch);
-    m_content.setSelections({});
+    m_history.perform(tr("New List"), [&] {
+        m_content.createNew(*found->patch);
+        m_content.setSelections({});
+    });
 }
 
 void ContentEditor::moveSlots(const QList<qsizetype> &rows, qsizetype offset)
@@ -84,7 +93,8 @@ void ContentEditor::moveSlots(const QList<qsizetype> &rows, qsizetype offset)
     const auto isAbove = [offset](qsizetype row) { return row < offset; };
     const qsizetype first = offset - std::count_if(rows.begin(), rows.end(), isAbove);
     const bool isMove = !rows.isEmpty() && (rows.first() != first || rows.last() != first + rows.size() - 1);
-    m_content.move(rows, offset);
+    m_history.perform(rows.size() == 1 ? tr("Move of a Slot") : tr("Move of %1 Slots").arg(rows.size()),
+        [&] { m_content.move(rows, offset); });
     if (isMove) {
         Q_EMIT moved(first, rows.size());
     }
@@ -149,7 +159,7 @@ void ContentEditor::select(const QSet<QUuid> &slotIds)
 
 void ContentEditor::setInverseTailBit(bool isInverse)
 {
-    m_content.setInverseTailBit(isInverse);
+    m_history.perform(tr("Inverting of the Tail Bit"), [&] { m_content.setInverseTailBit(isInverse); });
 }
 
 void ContentEditor::endSelectDefault()

@@ -8,11 +8,12 @@
 #include <QStringList>
 #include <QUuid>
 
+class EditHistory;
 class VelgorContent;
 class VelgorLibrary;
 
-/// What the user does to the list being composed. Operations that place patches warn of mixed firmware versions by
-/// the content's flag. User-interface thread only.
+/// What the user does to the list being composed: each change of it is a step of the history. Operations that place
+/// patches warn of mixed firmware versions by the content's flag. User-interface thread only.
 class ContentEditor : public QObject {
     Q_OBJECT
 
@@ -27,8 +28,8 @@ public:
         [[nodiscard]] qsizetype wanted() const { return patches.size() + leftOut; }
     };
 
-    /// Both must outlive the editor.
-    ContentEditor(VelgorLibrary &library, VelgorContent &content, QObject *parent = nullptr);
+    /// All three must outlive the editor.
+    ContentEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent = nullptr);
 
     /// A library patch was dropped on the slot at `location`: it goes there. When ticking, the ticked patches, if there
     /// are any, go there and into the slots behind it, as far as there are slots, and ticking ends.
@@ -75,5 +76,6 @@ private:
 
     VelgorLibrary &m_library;
     VelgorContent &m_content;
+    EditHistory &m_history;
     Placement m_lastPlacement;
 };

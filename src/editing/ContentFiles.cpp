@@ -1,5 +1,6 @@
 #include "ContentFiles.h"
 
+#include "EditHistory.h"
 #include "PatchFileHandler.h"
 #include "UnreadableNames.h"
 #include "VelgorContent.h"
@@ -65,10 +66,11 @@ std::optional<SHeaderDesc> exportedHeader(const QList<VelgorContentPatch> &list)
 
 } // namespace
 
-ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, QObject *parent)
+ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, EditHistory &history, QObject *parent)
     : QObject(parent)
     , m_content(content)
     , m_files(files)
+    , m_history(history)
 {
     connect(&content, &VelgorContent::rowsInserted, this, &ContentFiles::changed);
     connect(&content, &VelgorContent::rowsRemoved, this, &ContentFiles::changed);
@@ -84,12 +86,16 @@ ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, QObj
 
 void ContentFiles::importFile()
 {
-    finishImport(m_content.openPresetFile(m_files));
+    std::optional<Result<QString>> imported;
+    m_history.perform(tr("Import"), [&] { imported = m_content.openPresetFile(m_files); });
+    finishImport(*imported);
 }
 
 void ContentFiles::importFile(const QString &path)
 {
-    finishImport(m_content.openPresetFile(m_files, path));
+    std::optional<Result<QString>> imported;
+    m_history.perform(tr("Import"), [&] { imported = m_content.openPresetFile(m_files, path); });
+    finishImport(*imported);
 }
 
 void ContentFiles::finishImport(const Result<QString> &path)

@@ -9,6 +9,7 @@
 
 #include <optional>
 
+class EditHistory;
 class PatchFileHandler;
 class VelgorContent;
 
@@ -18,8 +19,8 @@ class ContentFiles : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive this object.
-    ContentFiles(VelgorContent &content, PatchFileHandler &files, QObject *parent = nullptr);
+    /// All three must outlive this object.
+    ContentFiles(VelgorContent &content, PatchFileHandler &files, EditHistory &history, QObject *parent = nullptr);
 
     /// Asks for a file and fills the list from it.
     void importFile();
@@ -60,6 +61,7 @@ private:
 
     VelgorContent &m_content;
     PatchFileHandler &m_files;
+    EditHistory &m_history;
     QString m_fileName;
     QString m_problem;
     QList<VelgorContentPatch> m_stored; ///< the slots as they are in the file

@@ -1,5 +1,6 @@
 #include "LibraryCheck.h"
 
+#include "EditHistory.h"
 #include "LibraryDoctor.h"
 #include "LibraryFileNames.h"
 #include "LibrarySnapshot.h"
@@ -20,9 +21,10 @@ struct Texts {
 
 } // namespace
 
-LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage)
+LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history)
     : m_library(library)
     , m_storage(storage)
+    , m_history(history)
 {
 }
 
@@ -81,7 +83,9 @@ void LibraryCheck::addRescued()
 {
     const QList<VelgorPatch> patches = rescued();
     if (!patches.isEmpty()) {
-        RescuedPatches::addTo(m_library, m_storage.libDirectory(), patches);
+        m_history.perform(patches.size() == 1 ? Texts::tr("Rescue of a Patch")
+                                              : Texts::tr("Rescue of %1 Patches").arg(patches.size()),
+            [&] { RescuedPatches::addTo(m_library, m_storage.libDirectory(), patches); });
         m_storage.save(m_library);
     }
 }
@@ -102,6 +106,7 @@ bool LibraryCheck::restore(const QString &file)
         return false;
     }
     m_library.takeOver({.patches = former->patches, .defaultPatch = former->defaultPatch});
+    m_history.forget();
     m_storage.keepLibraryFile();
     m_storage.save(m_library);
     return true;

@@ -9,6 +9,7 @@
 
 #include <optional>
 
+class EditHistory;
 class LibraryStorageManager;
 class VelgorLibrary;
 
@@ -16,8 +17,8 @@ class VelgorLibrary;
 /// fails raises the write error of the storage.
 class LibraryCheck {
 public:
-    /// Both must outlive the check. The library must have been loaded.
-    LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage);
+    /// All three must outlive the check. The library must have been loaded.
+    LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history);
     /// Writes what is not on disk yet and begins to look at the directory, on a thread of its own.
     void examine();
     /// Its progress counts patches. When it has finished, takeFindings() is to be called.
@@ -40,6 +41,7 @@ private:
 
     VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
+    EditHistory &m_history;
     LibraryHealth m_health;
     LibraryHealth m_found; ///< written by the examination, read after it
     BackgroundRun m_examination; ///< after what it writes, so that it ends first

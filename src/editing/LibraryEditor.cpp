@@ -3,7 +3,8 @@
 #include "AwaitedPatches.h"
 #include "CommandTargets.h"
 #include "Diagnostics.h"
-#include "LibraryStorage.h"
+#include "EditHistory.h"
+#include "ShownName.h"
 #include "VelgorLibrary.h"
 
 #include <QSet>
@@ -12,18 +13,39 @@
 #include <iterator>
 #include <utility>
 
-LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent)
+LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent)
     : QObject(parent)
     , m_library(library)
     , m_content(content)
-    , m_storage(storage)
+    , m_history(history)
 {
 }
 
 void LibraryEditor::edit(const VelgorPatch &patch)
 {
-    m_library.update(patch);
-    changed(patch.id());
+    m_history.perform(
+        tr("Edit of \"%1\"").arg(shownName(patch.name)),
+        [&] {
+            m_library.update(patch);
+            propagate(patch.id());
+            m_library.saveOrder();
+        },
+        typedField(patch));
+}
+
+QString LibraryEditor::typedField(const VelgorPatch &edited) const
+{
+    const auto found = m_library.getPatchFromId(edited.id());
+    if (!found) {
+        return {};
+    }
+    VelgorPatch patch = *found->patch;
+    patch.name = edited.name;
+    const bool isName = patch == edited && patch.name != found->patch->name;
+    patch.name = found->patch->name;
+    patch.comment = edited.comment;
+    const bool isComment = patch == edited && patch.comment != found->patch->comment;
+    return isName || isComment ? QStringLiteral("%1 %2").arg(edited.id()).arg(isName) : QString();
 }
 
 void LibraryEditor::takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited)
@@ -32,23 +54,24 @@ void LibraryEditor::takeLoaded(std::optional<LibraryState> loaded, const Awaited
         m_library.takeOver(*std::move(loaded));
     }
     m_library.setAwaited(awaited);
+    m_history.forget();
 }
 
 void LibraryEditor::changed()
 {
     m_library.saveOrder();
-    m_storage.delayedSave(m_library);
+    m_history.requestSave();
 }
 
 void LibraryEditor::changed(quint64 id)
 {
-    propagate(id);
+    m_history.perform(tr("Edit"), [&] { propagate(id); });
     changed();
 }
 
 void LibraryEditor::setDefaultPatch(quint64 id)
 {
-    m_library.setDefaultPatch(id, m_storage);
+    m_history.perform(tr("Choice of the Default Patch"), [&] { m_library.setDefaultPatch(id); });
 }
 
 bool LibraryEditor::isDefaultPatch(quint64 id) const
@@ -83,7 +106,7 @@ qsizetype LibraryEditor::hiddenCount(const QList<VelgorPatch> &patches) const
 void LibraryEditor::sort()
 {
     deselect();
-    m_library.sort();
+    m_history.perform(tr("Sort"), [this] { m_library.sort(); });
 }
 
 void LibraryEditor::flipMultiSelection()
@@ -152,7 +175,9 @@ void LibraryEditor::setDeleteConfirm(bool isAsked)
 void LibraryEditor::duplicateSelected()
 {
     const qsizetype former = m_library.count();
-    m_library.duplicatePatches(idsOfSeveral(), m_storage);
+    const QList<quint64> ids = idsOfSeveral();
+    m_history.perform(ids.size() == 1 ? tr("Duplicate of a Patch") : tr("Duplicates of %1 Patches").arg(ids.size()),
+        [&] { m_library.duplicatePatches(ids); });
     if (m_library.count() > former) {
         Q_EMIT duplicated(idsFrom(former));
     }
@@ -160,7 +185,9 @@ void LibraryEditor::duplicateSelected()
 
 void LibraryEditor::setSelectedAsDefault()
 {
-    m_library.setDefaultPatch(m_library.selection(), m_storage);
+    if (const std::optional<quint64> id = m_library.selection()) {
+        setDefaultPatch(*id);
+    }
 }
 
 void LibraryEditor::flipFlagOfSelected(Flag flag)
@@ -173,11 +200,13 @@ void LibraryEditor::flipFlagOfSelected(Flag flag)
     for (VelgorPatch &patch : patches) {
         patch.*flag = isSet;
     }
-    m_library.update(patches);
-    for (const VelgorPatch &patch : std::as_const(patches)) {
-        propagate(patch.id());
-    }
-    changed();
+    m_history.perform(patches.size() == 1 ? tr("Mark of a Patch") : tr("Mark of %1 Patches").arg(patches.size()), [&] {
+        m_library.update(patches);
+        for (const VelgorPatch &patch : std::as_const(patches)) {
+            propagate(patch.id());
+        }
+        m_library.saveOrder();
+    });
     Q_EMIT classified(idsOfSeveral(), flag, isSet);
 }
 
@@ -197,30 +226,28 @@ QList<quint64> LibraryEditor::idsOfSeveral() const
     return ids;
 }
 
-void LibraryEditor::deleteAll(const QList<quint64> &ids)
+void LibraryEditor::deleteAll(const QList<quint64> &ids, std::optional<quint64> next)
 {
-    if (!ids.isEmpty()) {
-        m_library.deletePatches(ids, m_storage);
-    }
+    m_history.perform(ids.size() == 1 ? tr("Delete of a Patch") : tr("Delete of %1 Patches").arg(ids.size()), [&] {
+        // Selected first, so that what shows the selected patch is not without one in between.
+        m_library.setSelection(next);
+        if (!ids.isEmpty()) {
+            m_library.deletePatches(ids);
+        }
+    });
 }
 
 void LibraryEditor::deleteSelected()
 {
-    deleteAll(idsOfSeveral());
-    deselect();
-    changed();
+    deleteAll(idsOfSeveral(), std::nullopt);
 }
 
 void LibraryEditor::deleteAndGoOn()
 {
-    const std::optional<quint64> next = CommandTargets::nextToDeleted(m_library, m_filter);
     const QList<quint64> ids = idsOfSeveral();
     const auto first = ids.isEmpty() ? std::nullopt : m_library.getPatchFromId(ids.first());
     const QString firstName = first ? first->patch->name : QString();
-    // Selected first, so that what shows the selected patch is not without one in between.
-    m_library.setSelection(next);
-    deleteAll(ids);
-    changed();
+    deleteAll(ids, CommandTargets::nextToDeleted(m_library, m_filter));
     if (!ids.isEmpty()) {
         Q_EMIT deleted(firstName, ids.size());
     }
@@ -230,7 +257,7 @@ void LibraryEditor::deleteAndGoOn()
 void LibraryEditor::deleteFromId(quint64 id)
 {
     if (m_library.getPatchFromId(id)) {
-        m_library.deletePatch(id, m_storage);
+        deleteAll({id}, m_library.selection());
     }
 }
 
@@ -250,8 +277,10 @@ void LibraryEditor::move(quint64 id, qsizetype location)
         return;
     }
     const qsizetype former = found->index;
-    m_library.move(former, std::clamp<qsizetype>(location, 0, m_library.patches().size()));
-    changed();
+    m_history.perform(tr("Move of \"%1\"").arg(shownName(found->patch->name)), [&] {
+        m_library.move(former, std::clamp<qsizetype>(location, 0, m_library.patches().size()));
+        m_library.saveOrder();
+    });
     if (m_library.getPatchFromId(id)->index != former) {
         Q_EMIT moved(id);
     }
@@ -267,12 +296,15 @@ void LibraryEditor::keep(const QList<VelgorPatch> &patches, bool isFirstSelected
         patch.date = ReferenceDate::now();
     }
     const qsizetype former = m_library.count();
-    const QList<quint64> ids = m_library.appendNew(dated);
-    changed();
-    if (isFirstSelected) {
-        Diagnostics::printLine(QStringLiteral("Select %1").arg(ids.first()));
-        m_library.setSelection(ids.first());
-    }
+    QList<quint64> ids;
+    m_history.perform(
+        dated.size() == 1 ? tr("Keeping of a Patch") : tr("Keeping of %1 Patches").arg(dated.size()), [&] {
+            ids = m_library.appendNew(dated);
+            if (isFirstSelected) {
+                Diagnostics::printLine(QStringLiteral("Select %1").arg(ids.first()));
+                m_library.setSelection(ids.first());
+            }
+        });
     const QList<quint64> fresh = idsFrom(former);
     QSet<quint64> unseen(fresh.begin(), fresh.end());
     QList<quint64> known;

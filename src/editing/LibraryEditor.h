@@ -9,13 +9,13 @@
 
 struct AwaitedPatches;
 struct LibraryState;
-class LibraryStorage;
+class EditHistory;
 class VelgorContent;
 class VelgorLibrary;
 
-/// What the user does to the library, by mouse, keyboard or menu: each operation changes the library, lets the list
-/// being composed follow, and asks for a save. Which patches it means is up to CommandTargets. Unknown ids do nothing.
-/// User-interface thread only.
+/// What the user does to the library, by mouse, keyboard or menu: each operation is a step of the history that changes
+/// the library and lets the list being composed follow. Which patches it means is up to CommandTargets. Unknown ids do
+/// nothing. User-interface thread only.
 class LibraryEditor : public QObject, public LibraryCallbacks {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ public:
     using Flag = bool VelgorPatch::*;
 
     /// All three must outlive the editor.
-    LibraryEditor(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent = nullptr);
+    LibraryEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent = nullptr);
 
     void edit(const VelgorPatch &patch) override;
     void changed(quint64 id) override;
@@ -34,7 +34,8 @@ public:
 
     /// The library changed: its order is remembered and a save is asked for.
     void changed();
-    /// Takes over a library that was loaded, if there is one. No patch gets an id of those that are awaited.
+    /// Takes over a library that was loaded, if there is one; no step leads back behind that. No patch gets an id of
+    /// those that are awaited.
     void takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited);
     void select(std::optional<quint64> id);
     void deselect();
@@ -102,18 +103,20 @@ Q_SIGNALS:
     void moved(quint64 id);
 
 private:
+    /// Which text is typed, where nothing else differs from what the library has; empty otherwise.
+    [[nodiscard]] QString typedField(const VelgorPatch &edited) const;
     /// The slots that hold this patch follow its edits.
     void propagate(quint64 id);
     /// Whether what a slot holds counts as a use of this patch.
     [[nodiscard]] bool isOfSlot(const VelgorPatch &patch, const VelgorPatch &held) const;
     [[nodiscard]] QList<TransferablePatch> selectedSlots() const;
     [[nodiscard]] QList<quint64> idsOfSeveral() const;
-    void deleteAll(const QList<quint64> &ids);
+    void deleteAll(const QList<quint64> &ids, std::optional<quint64> next);
     void keepSlots(const QList<TransferablePatch> &items);
     [[nodiscard]] QList<quint64> idsFrom(qsizetype row) const;
 
     VelgorLibrary &m_library;
     VelgorContent &m_content;
-    LibraryStorage &m_storage;
+    EditHistory &m_history;
     LibraryViewFilter m_filter;
 };

@@ -5,15 +5,17 @@
 #include "PatchIdentity.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 VelgorContent::VelgorContent(QObject *parent)
-    : QObject(parent)
+    : RecordedRows(parent)
 {
 }
 
 void VelgorContent::setLimit(int limit)
 {
-    setObservable(this, m_limit, limit, &VelgorContent::limitChanged);
+    setObservable(this, m_marks.limit, limit, &VelgorContent::limitChanged);
 }
 
 void VelgorContent::setOpenError(bool openError)
@@ -43,17 +45,17 @@ void VelgorContent::setMixVersions(bool mixVersions)
 
 void VelgorContent::setInverseTailBit(bool inverseTailBit)
 {
-    setObservable(this, m_inverseTailBit, inverseTailBit, &VelgorContent::inverseTailBitChanged);
+    setObservable(this, m_marks.inverseTailBit, inverseTailBit, &VelgorContent::inverseTailBitChanged);
 }
 
 void VelgorContent::setSelections(const QSet<QUuid> &selections)
 {
-    setObservable(this, m_selections, selections, &VelgorContent::selectionsChanged);
+    setObservable(this, m_marks.selections, selections, &VelgorContent::selectionsChanged);
 }
 
 void VelgorContent::setVersions(const QMap<QString, int> &versions)
 {
-    setObservable(this, m_versions, versions, &VelgorContent::versionsChanged);
+    setObservable(this, m_marks.versions, versions, &VelgorContent::versionsChanged);
 }
 
 void VelgorContent::populate(const SPresetFile &presets)
@@ -66,54 +68,52 @@ void VelgorContent::populate(const SPresetFile &presets)
     if (presets.patches.size() < count || presets.userIRs.size() < count) {
         Diagnostics::fatalStop("preset file with fewer records than it counts");
     }
-    Q_EMIT aboutToBeReset();
-    changingSlots().clear();
-    setLimit(count);
-    fill(std::nullopt);
+    QList<VelgorContentPatch> slotsOfFile;
+    slotsOfFile.reserve(count);
+    // As patches count that are placed one by one where nothing was.
+    const QString placeholderVersion = VelgorPatch(QString(), false).version;
     QMap<QString, int> versions;
-    for (int i = 0; i < count; ++i) {
-        place(VelgorPatch(presets.patches.at(i), presets.userIRs.at(i), presets.headerDesc), i, versions);
+    for (int row = 0; row < count; ++row) {
+        slotsOfFile.append(
+            VelgorContentPatch(VelgorPatch(presets.patches.at(row), presets.userIRs.at(row), presets.headerDesc)));
+        slotsOfFile.last().standAt(row);
+        versions[placeholderVersion] = std::max(0, versions.value(placeholderVersion, 0) - 1);
+        ++versions[slotsOfFile.last().patch.version];
     }
-    Q_EMIT wasReset();
+    exchangeRows(slotsOfFile);
     setVersions(versions);
 }
 
 void VelgorContent::createNew(const VelgorPatch &fillwith)
 {
-    // Copied before the former slots go, as the patch may stand in one of them.
-    const std::optional<VelgorPatch> filler(fillwith);
-    Q_EMIT aboutToBeReset();
-    changingSlots().clear();
-    setLimit(newListSize);
-    fill(filler);
-    Q_EMIT wasReset();
+    exchangeRows(filled(0, newListSize, fillwith));
 }
 
 void VelgorContent::adjust(const std::optional<VelgorPatch> &fillwith)
 {
-    const qsizetype before = m_slots.size();
-    const qsizetype after = std::max(m_limit, 0);
+    const qsizetype before = rows().size();
+    const qsizetype after = std::max(limit(), 0);
     if (after > before) {
-        Q_EMIT rowsAboutToBeInserted(before, after - 1);
-        fill(fillwith);
-        Q_EMIT rowsInserted(before, after - 1);
+        insertRows(before, filled(before, after - before, fillwith));
     } else if (after < before) {
-        Q_EMIT rowsAboutToBeRemoved(after, before - 1);
-        changingSlots().remove(after, before - after);
-        Q_EMIT rowsRemoved(after, before - 1);
+        QList<qsizetype> dropped(before - after);
+        std::iota(dropped.begin(), dropped.end(), after);
+        removeRows(dropped);
     }
     renum();
 }
 
-void VelgorContent::fill(const std::optional<VelgorPatch> &fillwith)
+QList<VelgorContentPatch> VelgorContent::filled(
+    qsizetype first, qsizetype count, const std::optional<VelgorPatch> &fillwith)
 {
-    QList<VelgorContentPatch> &list = changingSlots();
-    list.reserve(m_limit);
-    while (list.size() < m_limit) {
+    QList<VelgorContentPatch> list;
+    list.reserve(count);
+    while (list.size() < count) {
         VelgorContentPatch slot(fillwith ? *fillwith : VelgorPatch(QStringLiteral("-empty-"), false));
-        slot.standAt(list.size());
+        slot.standAt(first + list.size());
         list.append(slot);
     }
+    return list;
 }
 
 void VelgorContent::setPatch(const VelgorPatch &patch, qsizetype location)
@@ -126,48 +126,39 @@ void VelgorContent::setPatches(const QList<VelgorPatch> &patches, qsizetype loca
     if (location < 0) {
         Diagnostics::fatalStop("slot location below 0");
     }
-    if (location >= m_slots.size() || patches.isEmpty()) {
-        return;
+    QList<qsizetype> filledRows;
+    QList<VelgorContentPatch> values;
+    QMap<QString, int> versions = m_marks.versions;
+    for (qsizetype row = location; row < rows().size() && row - location < patches.size(); ++row) {
+        VelgorContentPatch slot = rows().at(row);
+        const VelgorPatch &patch = patches.at(row - location);
+        versions[slot.patch.version] = std::max(0, versions.value(slot.patch.version, 0) - 1);
+        ++versions[patch.version];
+        slot.patch = patch;
+        filledRows.append(row);
+        values.append(slot);
     }
-    const qsizetype end = location + std::min(patches.size(), m_slots.size() - location);
-    QMap<QString, int> versions = m_versions;
-    for (qsizetype row = location; row < end; ++row) {
-        place(patches.at(row - location), row, versions);
-    }
-    Q_EMIT rowsChanged(location, end - 1);
+    changeRows(filledRows, values);
     setVersions(versions);
-}
-
-void VelgorContent::place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions)
-{
-    VelgorPatch &held = changingSlots()[location].patch;
-    versions[held.version] = std::max(0, versions.value(held.version, 0) - 1);
-    ++versions[patch.version];
-    held = patch;
 }
 
 void VelgorContent::replace(const QUuid &id, const VelgorPatch &with)
 {
     const auto found =
-        std::find_if(m_slots.begin(), m_slots.end(), [&id](const VelgorContentPatch &slot) { return slot.id == id; });
-    if (found != m_slots.end()) {
-        replace(QList{found - m_slots.begin()}, with);
+        std::find_if(rows().begin(), rows().end(), [&id](const VelgorContentPatch &slot) { return slot.id == id; });
+    if (found != rows().end()) {
+        replace(QList{found - rows().begin()}, with);
     }
 }
 
 void VelgorContent::replace(const QList<qsizetype> &rows, const VelgorPatch &with)
 {
-    if (rows.isEmpty()) {
-        return;
-    }
-    // Copied before the former slots go, as the patch may stand in one of them.
-    const VelgorContentPatch filler(with);
+    QList<VelgorContentPatch> values;
+    values.reserve(rows.size());
     for (const qsizetype row : rows) {
-        VelgorContentPatch slot(filler.patch);
-        slot.standAt(row);
-        changingSlots()[row] = slot;
+        values.append(filled(row, 1, with));
     }
-    Q_EMIT rowsChanged(rows.first(), rows.last());
+    changeRows(rows, values);
 }
 
 void VelgorContent::move(qsizetype from, qsizetype offset)
@@ -177,91 +168,96 @@ void VelgorContent::move(qsizetype from, qsizetype offset)
 
 void VelgorContent::move(const QList<qsizetype> &rows, qsizetype offset)
 {
-    if (!rows.isEmpty()
-        && (rows.first() < 0 || rows.last() >= m_slots.size() || offset < 0 || offset > m_slots.size())) {
+    const qsizetype count = this->rows().size();
+    if (!rows.isEmpty() && (rows.first() < 0 || rows.last() >= count || offset < 0 || offset > count)) {
         Diagnostics::fatalStop("slot out of range");
     }
     if (rows.size() == 1) {
-        moveOne(rows.first(), offset);
+        moveRow(rows.first(), offset);
     } else if (rows.size() > 1) {
-        moveMany(rows, offset);
+        QList<qsizetype> formerRows;
+        QList<qsizetype> behind;
+        auto moved = rows.begin();
+        for (qsizetype row = 0; row < count; ++row) {
+            if (moved != rows.end() && *moved == row) {
+                ++moved;
+            } else {
+                (row < offset ? formerRows : behind).append(row);
+            }
+        }
+        reorderRows(formerRows + rows + behind);
     }
-    if (!m_slots.isEmpty()) {
+    if (count > 0) {
         renum();
     }
 }
 
-void VelgorContent::moveOne(qsizetype from, qsizetype offset)
-{
-    if (offset == from || offset == from + 1) {
-        return;
-    }
-    Q_EMIT rowAboutToBeMoved(from, offset);
-    changingSlots().move(from, offset > from ? offset - 1 : offset);
-    Q_EMIT rowMoved(from, offset);
-}
-
-void VelgorContent::moveMany(const QList<qsizetype> &rows, qsizetype offset)
-{
-    QList<qsizetype> formerRows;
-    QList<qsizetype> behind;
-    auto moved = rows.begin();
-    for (qsizetype row = 0; row < m_slots.size(); ++row) {
-        if (moved != rows.end() && *moved == row) {
-            ++moved;
-        } else {
-            (row < offset ? formerRows : behind).append(row);
-        }
-    }
-    formerRows += rows;
-    formerRows += behind;
-    if (std::is_sorted(formerRows.begin(), formerRows.end())) {
-        return;
-    }
-    Q_EMIT aboutToBeReordered();
-    QList<VelgorContentPatch> &former = changingSlots();
-    QList<VelgorContentPatch> reorderedSlots;
-    reorderedSlots.reserve(former.size());
-    for (const qsizetype row : std::as_const(formerRows)) {
-        reorderedSlots.append(std::move(former[row]));
-    }
-    m_slots = reorderedSlots;
-    Q_EMIT reordered(formerRows);
-}
-
 void VelgorContent::propagateChangedPatch(
-    const VelgorPatch &velgorPatch, const std::function<bool(const VelgorPatch &held)> &isHeld)
+    const VelgorPatch &patch, const std::function<bool(const VelgorPatch &held)> &isHeld)
 {
-    // Copied, as the patch may stand in one of the slots.
-    const VelgorPatch patch = velgorPatch;
     QList<quint64> ids{patch.id()};
     if (isHeld && patch.records) {
         ids += {VelgorPatch::staticSimpleHash(patch), PatchIdentity::freshId(patch, 1)};
     }
-    qsizetype first = -1;
-    qsizetype last = -1;
-    for (qsizetype row = 0; row < m_slots.size(); ++row) {
-        const VelgorPatch &held = m_slots.at(row).patch;
-        if (ids.contains(held.id()) && PatchIdentity::isSameContent(held, patch) && (!isHeld || isHeld(held))) {
-            m_slots[row].patch.takeEdits(patch);
-            first = first < 0 ? row : first;
-            last = row;
+    QList<qsizetype> holding;
+    QList<VelgorContentPatch> values;
+    for (qsizetype row = 0; row < rows().size(); ++row) {
+        const VelgorContentPatch &slot = rows().at(row);
+        if (ids.contains(slot.patch.id()) && PatchIdentity::isSameContent(slot.patch, patch)
+            && (!isHeld || isHeld(slot.patch))) {
+            holding.append(row);
+            values.append(slot);
+            values.last().patch.takeEdits(patch);
         }
     }
-    if (last >= 0) {
-        Q_EMIT rowsChanged(first, last);
+    changeRows(holding, values);
+}
+
+void VelgorContent::startChange()
+{
+    m_marksBefore = m_marks;
+    startRecording();
+}
+
+ContentChange VelgorContent::endChange()
+{
+    return {.deltas = takeRecorded(), .before = std::exchange(m_marksBefore, {}), .after = m_marks};
+}
+
+void VelgorContent::apply(const ContentChange &change)
+{
+    applyDeltas(change.deltas);
+    setLimit(change.after.limit);
+    if (!rows().isEmpty()) {
+        renum();
     }
+    setVersions(change.after.versions);
+    setInverseTailBit(change.after.inverseTailBit);
+    setSelections(change.after.selections);
+}
+
+void VelgorContent::followChanged(qsizetype row, const VelgorContentPatch &before)
+{
+    if (!PatchIdentity::isSameSound(before.patch, rows().at(row).patch)) {
+        m_soundHashes.reset();
+    }
+}
+
+void VelgorContent::followExchanged()
+{
+    m_soundHashes.reset();
+    setLimit(static_cast<int>(rows().size()));
 }
 
 void VelgorContent::renum()
 {
-    if (m_slots.isEmpty()) {
+    if (rows().isEmpty()) {
         Diagnostics::fatalStop("an empty list has no slots to number");
     }
-    qsizetype first = m_slots.size();
+    qsizetype first = rows().size();
     qsizetype last = -1;
-    for (qsizetype row = 0; row < m_slots.size(); ++row) {
-        if (m_slots[row].standAt(row)) {
+    for (qsizetype row = 0; row < rows().size(); ++row) {
+        if (unrecordedRows()[row].standAt(row)) {
             first = std::min(first, row);
             last = row;
         }
@@ -273,7 +269,7 @@ void VelgorContent::renum()
 
 void VelgorContent::checkVersions()
 {
-    QMap<QString, int> versions = m_versions;
+    QMap<QString, int> versions = m_marks.versions;
     versions.removeIf([](QMap<QString, int>::iterator entry) { return entry.value() == 0; });
     setVersions(versions);
     setMixVersions(versions.size() > 1);
@@ -282,24 +278,18 @@ void VelgorContent::checkVersions()
 void VelgorContent::recountVersions()
 {
     QMap<QString, int> versions;
-    for (const VelgorContentPatch &slot : std::as_const(m_slots)) {
+    for (const VelgorContentPatch &slot : rows()) {
         ++versions[slot.patch.version];
     }
     setVersions(versions);
-}
-
-QList<VelgorContentPatch> &VelgorContent::changingSlots()
-{
-    m_soundHashes.reset();
-    return m_slots;
 }
 
 const RowValues<std::optional<quint64>> &VelgorContent::soundHashes() const
 {
     if (!m_soundHashes) {
         m_soundHashes.emplace();
-        m_soundHashes->reserve(m_slots.size());
-        for (const VelgorContentPatch &slot : m_slots) {
+        m_soundHashes->reserve(rows().size());
+        for (const VelgorContentPatch &slot : rows()) {
             m_soundHashes->append(slot.patch.soundHash());
         }
     }
@@ -308,11 +298,11 @@ const RowValues<std::optional<quint64>> &VelgorContent::soundHashes() const
 
 std::pair<QList<SPatch>, QList<SUserIR>> VelgorContent::getPatchesAndUserIRs() const
 {
-    if (m_slots.isEmpty()) {
+    if (rows().isEmpty()) {
         Diagnostics::fatalStop("an empty list has no records");
     }
     std::pair<QList<SPatch>, QList<SUserIR>> records;
-    for (const VelgorContentPatch &slot : m_slots) {
+    for (const VelgorContentPatch &slot : rows()) {
         if (const std::optional<PresetRecords> &held = slot.patch.records) {
             records.first.append(held->patchData);
             records.first.last().rename(slot.patch.name);

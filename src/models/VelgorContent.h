@@ -1,12 +1,13 @@
 #pragma once
 
+#include "ContentMarks.h"
+#include "RecordedRows.h"
 #include "RowValues.h"
 #include "SPresetFile.h"
 #include "VelgorContentPatch.h"
 
 #include <QList>
 #include <QMap>
-#include <QObject>
 #include <QSet>
 
 #include <functional>
@@ -17,7 +18,7 @@ class PatchFileHandler;
 
 /// The preset list being composed: slots in the unit's order, each holding a patch.
 /// User-interface thread only. Every change is announced, as in VelgorLibrary.
-class VelgorContent : public QObject {
+class VelgorContent : public RecordedRows<VelgorContentPatch> {
     Q_OBJECT
 
 public:
@@ -26,20 +27,27 @@ public:
 
     explicit VelgorContent(QObject *parent = nullptr);
 
+    /// Records what happens to the list until endChange(), which gives it.
+    void startChange();
+    [[nodiscard]] ContentChange endChange();
+    /// Does a recorded change again, or takes it back where it is the inverse of one. The list must be as it was when
+    /// that began.
+    void apply(const ContentChange &change);
+
     /// Number of slots that adjust() makes the list have.
-    [[nodiscard]] int limit() const { return m_limit; }
+    [[nodiscard]] int limit() const { return m_marks.limit; }
     void setLimit(int limit);
-    [[nodiscard]] const QList<VelgorContentPatch> &velgorContentPatchList() const { return m_slots; }
+    [[nodiscard]] const QList<VelgorContentPatch> &velgorContentPatchList() const { return rows(); }
     /// How many slots hold a patch of each firmware version; entries of 0 stay until checkVersions().
-    [[nodiscard]] const QMap<QString, int> &versions() const { return m_versions; }
+    [[nodiscard]] const QMap<QString, int> &versions() const { return m_marks.versions; }
     [[nodiscard]] bool openError() const { return m_openError; }
     /// The list was imported with names that cannot be read, and the user was not told yet.
     [[nodiscard]] bool unreadableNames() const { return m_unreadableNames; }
     [[nodiscard]] bool saveError() const { return m_saveError; }
     [[nodiscard]] bool selectDefault() const { return m_selectDefault; }
     [[nodiscard]] bool mixVersions() const { return m_mixVersions; }
-    [[nodiscard]] bool inverseTailBit() const { return m_inverseTailBit; }
-    [[nodiscard]] const QSet<QUuid> &selections() const { return m_selections; }
+    [[nodiscard]] bool inverseTailBit() const { return m_marks.inverseTailBit; }
+    [[nodiscard]] const QSet<QUuid> &selections() const { return m_marks.selections; }
 
     void setOpenError(bool openError);
     void setUnreadableNames(bool unreadableNames);
@@ -91,21 +99,6 @@ public:
     [[nodiscard]] std::pair<QList<SPatch>, QList<SUserIR>> getPatchesAndUserIRs() const;
 
 Q_SIGNALS:
-    void rowsAboutToBeInserted(qsizetype first, qsizetype last);
-    void rowsInserted(qsizetype first, qsizetype last);
-    void rowsAboutToBeRemoved(qsizetype first, qsizetype last);
-    void rowsRemoved(qsizetype first, qsizetype last);
-    void rowAboutToBeMoved(qsizetype from, qsizetype offset);
-    void rowMoved(qsizetype from, qsizetype offset);
-    void rowsChanged(qsizetype first, qsizetype last);
-    /// Several slots moved at once: formerRows holds, for each row, the row that its slot had before.
-    /// rowsChanged() follows, for the numbers of the slots.
-    void aboutToBeReordered();
-    void reordered(const QList<qsizetype> &formerRows);
-    /// The whole list was exchanged.
-    void aboutToBeReset();
-    void wasReset();
-
     void limitChanged();
     void versionsChanged();
     void openErrorChanged();
@@ -117,23 +110,23 @@ Q_SIGNALS:
     void selectionsChanged();
 
 private:
-    void moveOne(qsizetype from, qsizetype offset);
-    void moveMany(const QList<qsizetype> &rows, qsizetype offset);
-    void fill(const std::optional<VelgorPatch> &fillwith);
-    void place(const VelgorPatch &patch, qsizetype location, QMap<QString, int> &versions);
+    /// The slots of a list without those that are there.
+    [[nodiscard]] static QList<VelgorContentPatch> filled(
+        qsizetype first, qsizetype count, const std::optional<VelgorPatch> &fillwith);
     void setVersions(const QMap<QString, int> &versions);
-    /// For changes of patches or rows: the sound hashes are forgotten.
-    [[nodiscard]] QList<VelgorContentPatch> &changingSlots();
+    void followInserted(const QList<qsizetype> & /*rows*/) override { m_soundHashes.reset(); }
+    void followRemoved(const QList<qsizetype> & /*formerRows*/) override { m_soundHashes.reset(); }
+    void followMoved(qsizetype /*from*/, qsizetype /*to*/) override { m_soundHashes.reset(); }
+    void followReordered(const QList<qsizetype> & /*formerRows*/) override { m_soundHashes.reset(); }
+    void followChanged(qsizetype row, const VelgorContentPatch &before) override;
+    void followExchanged() override;
 
-    int m_limit = 0;
-    QList<VelgorContentPatch> m_slots;
+    ContentMarks m_marks;
+    ContentMarks m_marksBefore; ///< while a change is recorded
     mutable std::optional<RowValues<std::optional<quint64>>> m_soundHashes; ///< made when asked for
-    QMap<QString, int> m_versions;
     bool m_openError = false;
     bool m_unreadableNames = false;
     bool m_saveError = false;
     bool m_selectDefault = false;
     bool m_mixVersions = false;
-    bool m_inverseTailBit = false;
-    QSet<QUuid> m_selections;
 };

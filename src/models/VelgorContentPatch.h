@@ -30,3 +30,6 @@ struct VelgorContentPatch {
     /// Takes the bank and number of a slot, counted from 0. False when it had them.
     bool standAt(qsizetype slot);
 };
+
+/// Every member is, so that lists move slots as plain bytes.
+Q_DECLARE_TYPEINFO(VelgorContentPatch, Q_RELOCATABLE_TYPE);

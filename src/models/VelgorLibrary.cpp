@@ -25,34 +25,34 @@ bool isSame(const VelgorPatch &one, const VelgorPatch &other)
 } // namespace
 
 VelgorLibrary::VelgorLibrary(QObject *parent)
-    : QObject(parent)
+    : RecordedRows(parent)
 {
     manageDummy();
     saveOrder();
 }
 
 VelgorLibrary::VelgorLibrary(const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent)
-    : QObject(parent)
-    , m_patches(patches)
-    , m_defaultPatch(defaultPatch)
+    : RecordedRows(parent)
+    , m_marks{.defaultPatch = defaultPatch}
 {
-    countEmpty();
+    unrecordedRows() = patches;
+    followExchanged();
 }
 
 void VelgorLibrary::setSelection(std::optional<quint64> selection)
 {
-    setObservable(this, m_selection, selection, &VelgorLibrary::selectionChanged);
+    setObservable(this, m_marks.selection, selection, &VelgorLibrary::selectionChanged);
 }
 
 void VelgorLibrary::setIsMultiSel(bool isMultiSel)
 {
-    setObservable(this, m_isMultiSel, isMultiSel, &VelgorLibrary::isMultiSelChanged);
+    setObservable(this, m_marks.isMultiSel, isMultiSel, &VelgorLibrary::isMultiSelChanged);
 }
 
 void VelgorLibrary::setMultiSelections(const MultiSelections &multiSelections)
 {
     m_tickedCount.reset();
-    setObservable(this, m_multiSelections, multiSelections, &VelgorLibrary::multiSelectionsChanged);
+    setObservable(this, m_marks.multiSelections, multiSelections, &VelgorLibrary::multiSelectionsChanged);
 }
 
 void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
@@ -62,83 +62,101 @@ void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
 
 void VelgorLibrary::takeOver(LibraryState loaded)
 {
-    Q_EMIT aboutToBeReset();
     // Many patches are not copied by the way.
-    m_patches = std::move(loaded.patches);
-    m_patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
-    if (m_patches.isEmpty()) {
-        m_patches.append(placeholder());
+    QList<VelgorPatch> patches = std::move(loaded.patches);
+    patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
+    const bool isEmpty = patches.isEmpty();
+    if (isEmpty) {
+        patches.append(placeholder());
     }
-    m_index.invalidate();
-    countEmpty();
-    m_order.clear();
-    m_orderIsList = count() > 0;
-    m_isSorted = false;
-    QList<void (VelgorLibrary::*)()> changes;
-    const auto assign = [&changes](auto &member, const auto &value, void (VelgorLibrary::*changed)()) {
-        if (!(member == value)) {
-            member = value;
-            changes.append(changed);
+    QList<Announcement> announcements =
+        takeMarks({.order = {.isList = !isEmpty}, .defaultPatch = loaded.defaultPatch, .awaited = m_marks.awaited});
+    if (std::exchange(m_deleteConfirm, false)) {
+        announcements.append(&VelgorLibrary::deleteConfirmChanged);
+    }
+    exchangeRows(std::move(patches));
+    for (const Announcement announcement : announcements) {
+        Q_EMIT(this->*announcement)();
+    }
+}
+
+QList<VelgorLibrary::Announcement> VelgorLibrary::takeMarks(const LibraryMarks &marks)
+{
+    const LibraryMarks before = std::exchange(m_marks, marks);
+    m_tickedCount.reset();
+    QList<Announcement> announcements;
+    const auto announceIf = [&announcements](bool isChanged, Announcement announcement) {
+        if (isChanged) {
+            announcements.append(announcement);
         }
     };
-    assign(m_selection, std::optional<quint64>(), &VelgorLibrary::selectionChanged);
-    assign(m_isMultiSel, false, &VelgorLibrary::isMultiSelChanged);
-    m_tickedCount.reset();
-    assign(m_multiSelections, MultiSelections(), &VelgorLibrary::multiSelectionsChanged);
-    assign(m_deleteConfirm, false, &VelgorLibrary::deleteConfirmChanged);
-    assign(m_inverseSort, TripleBool::tripleFalse, &VelgorLibrary::inverseSortChanged);
-    assign(m_defaultPatch, loaded.defaultPatch, &VelgorLibrary::defaultPatchChanged);
-    Q_EMIT wasReset();
-    for (const auto changed : changes) {
-        Q_EMIT(this->*changed)();
+    announceIf(before.selection != marks.selection, &VelgorLibrary::selectionChanged);
+    announceIf(before.isMultiSel != marks.isMultiSel, &VelgorLibrary::isMultiSelChanged);
+    announceIf(before.multiSelections != marks.multiSelections, &VelgorLibrary::multiSelectionsChanged);
+    announceIf(before.order.inverseSort != marks.order.inverseSort, &VelgorLibrary::inverseSortChanged);
+    announceIf(before.defaultPatch != marks.defaultPatch, &VelgorLibrary::defaultPatchChanged);
+    return announcements;
+}
+
+void VelgorLibrary::startChange()
+{
+    m_marksBefore = m_marks;
+    startRecording();
+}
+
+LibraryChange VelgorLibrary::endChange()
+{
+    return {.deltas = takeRecorded(), .before = std::exchange(m_marksBefore, {}), .after = m_marks};
+}
+
+void VelgorLibrary::apply(const LibraryChange &change)
+{
+    const QList<Announcement> announcements = takeMarks(change.after);
+    applyDeltas(change.deltas);
+    for (const Announcement announcement : announcements) {
+        Q_EMIT(this->*announcement)();
     }
 }
 
 qsizetype VelgorLibrary::count() const
 {
-    return m_patches.size() == 1 && m_patches.first().empty ? 0 : m_patches.size();
+    return rows().size() == 1 && rows().first().empty ? 0 : rows().size();
 }
 
 std::optional<VelgorLibrary::Found> VelgorLibrary::getPatchFromId(std::optional<quint64> id) const
 {
-    const qsizetype index = id ? m_index.positionOf(*id, m_patches) : -1;
+    const qsizetype index = id ? m_index.positionOf(*id, rows()) : -1;
     if (index < 0) {
         return std::nullopt;
     }
-    return Found{index, &m_patches.at(index)};
+    return Found{index, &rows().at(index)};
 }
 
 bool VelgorLibrary::update(const QList<VelgorPatch> &patches)
 {
     bool areKnown = true;
-    qsizetype first = m_patches.size();
-    qsizetype last = -1;
+    QList<qsizetype> changedRows;
+    QList<VelgorPatch> values;
     for (const VelgorPatch &patch : patches) {
         const auto found = getPatchFromId(patch.id());
-        if (!found || isSame(*found->patch, patch)) {
-            areKnown = areKnown && found;
-            continue;
+        areKnown = areKnown && found;
+        if (found && !isSame(*found->patch, patch)) {
+            changedRows.append(found->index);
+            values.append(patch);
         }
-        m_index.changed(found->index, *found->patch, patch);
-        m_emptyCount += (patch.empty ? 1 : 0) - (found->patch->empty ? 1 : 0);
-        m_patches[found->index] = patch;
-        first = std::min(first, found->index);
-        last = std::max(last, found->index);
     }
-    if (first <= last) {
-        Q_EMIT rowsChanged(first, last);
-    }
+    changeRows(changedRows, values);
     return areKnown;
 }
 
-void VelgorLibrary::duplicateSelection(std::optional<quint64> id, LibraryStorage &storage)
+void VelgorLibrary::duplicateSelection(std::optional<quint64> id)
 {
     if (id) {
-        duplicatePatches({*id}, storage);
+        duplicatePatches({*id});
     }
 }
 
-void VelgorLibrary::duplicatePatches(const QList<quint64> &ids, LibraryStorage &storage)
+void VelgorLibrary::duplicatePatches(const QList<quint64> &ids)
 {
     bool isAnyKnown = false;
     for (const quint64 id : ids) {
@@ -150,119 +168,104 @@ void VelgorLibrary::duplicatePatches(const QList<quint64> &ids, LibraryStorage &
     if (isAnyKnown) {
         manageDummy();
         saveOrder();
-        storage.delayedSave(*this);
     }
 }
 
-void VelgorLibrary::deletePatches(const QList<quint64> &ids, LibraryStorage &storage)
+void VelgorLibrary::deletePatches(const QList<quint64> &ids)
 {
     materializeOrder();
-    QList<qsizetype> rows;
-    MultiSelections ticks = m_multiSelections;
+    QList<qsizetype> deletedRows;
+    MultiSelections ticks = m_marks.multiSelections;
     for (const quint64 id : ids) {
         if (const auto found = getPatchFromId(id)) {
-            rows.append(found->index);
+            deletedRows.append(found->index);
         }
         ticks.multiSelections[id] = false;
     }
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    removeRows(rows);
-    if (m_defaultPatch && ids.contains(*m_defaultPatch)) {
-        m_defaultPatch.reset();
+    std::sort(deletedRows.begin(), deletedRows.end());
+    deletedRows.erase(std::unique(deletedRows.begin(), deletedRows.end()), deletedRows.end());
+    removeRows(deletedRows);
+    if (m_marks.defaultPatch && ids.contains(*m_marks.defaultPatch)) {
+        m_marks.defaultPatch.reset();
         Q_EMIT defaultPatchChanged();
     }
-    storage.remove(ids);
-    storage.save(*this);
     setMultiSelections(ticks);
     manageDummy();
     saveOrder();
 }
 
-void VelgorLibrary::setDefaultPatch(std::optional<quint64> id, LibraryStorage &storage)
+bool VelgorLibrary::setDefaultPatch(std::optional<quint64> id)
 {
     const auto found = getPatchFromId(id);
     if (!found || found->patch->empty) {
-        return;
+        return false;
     }
-    setObservable(this, m_defaultPatch, id, &VelgorLibrary::defaultPatchChanged);
-    storage.delayedSave(*this);
+    setObservable(this, m_marks.defaultPatch, id, &VelgorLibrary::defaultPatchChanged);
+    return true;
 }
 
-void VelgorLibrary::insertAt(qsizetype position, const QList<VelgorPatch> &patches)
+void VelgorLibrary::followInserted(const QList<qsizetype> &rows)
 {
-    if (position < 0) {
-        Diagnostics::fatalStop("library position below 0");
-    }
-    const bool isAtEnd = position == m_patches.size();
-    Q_EMIT rowsAboutToBeInserted(position, position + patches.size() - 1);
-    if (isAtEnd) {
-        for (const VelgorPatch &patch : patches) {
-            m_index.appended(patch, m_patches.size());
-            m_patches.append(patch);
-        }
-    } else {
-        m_patches = m_patches.first(position) + patches + m_patches.sliced(position);
+    const auto &patches = this->rows();
+    const bool isAtEnd = rows.first() + rows.size() == patches.size();
+    if (!isAtEnd) {
         m_index.invalidate();
     }
-    m_emptyCount += std::count_if(patches.begin(), patches.end(), [](const VelgorPatch &patch) { return patch.empty; });
-    Q_EMIT rowsInserted(position, position + patches.size() - 1);
-}
-
-void VelgorLibrary::removeRows(const QList<qsizetype> &ascendingRows)
-{
-    if (ascendingRows.isEmpty()) {
-        return;
-    }
-    const qsizetype first = ascendingRows.first();
-    const qsizetype last = ascendingRows.last();
-    const bool isOneBlock = last - first + 1 == ascendingRows.size();
-    if (isOneBlock) {
-        Q_EMIT rowsAboutToBeRemoved(first, last);
-    } else {
-        Q_EMIT aboutToBeReset();
-    }
-    auto removed = ascendingRows.begin();
-    qsizetype end = 0;
-    for (qsizetype row = 0; row < m_patches.size(); ++row) {
-        if (removed != ascendingRows.end() && *removed == row) {
-            ++removed;
-        } else {
-            if (end != row) {
-                m_patches[end] = std::move(m_patches[row]);
-            }
-            ++end;
+    for (const qsizetype row : rows) {
+        m_emptyCount += patches.at(row).empty ? 1 : 0;
+        if (isAtEnd) {
+            m_index.appended(patches.at(row), row);
         }
     }
-    m_patches.remove(end, m_patches.size() - end);
-    m_index.removed(ascendingRows);
+}
+
+void VelgorLibrary::followRemoved(const QList<qsizetype> &formerRows)
+{
+    m_index.removed(formerRows);
     countEmpty();
-    if (isOneBlock) {
-        Q_EMIT rowsRemoved(first, last);
-    } else {
-        Q_EMIT wasReset();
-    }
+}
+
+void VelgorLibrary::followChanged(qsizetype row, const VelgorPatch &before)
+{
+    const VelgorPatch &after = rows().at(row);
+    m_index.changed(row, before, after);
+    m_emptyCount += (after.empty ? 1 : 0) - (before.empty ? 1 : 0);
+}
+
+void VelgorLibrary::followMoved(qsizetype from, qsizetype to)
+{
+    m_index.moved(from, to);
+}
+
+void VelgorLibrary::followReordered(const QList<qsizetype> &formerRows)
+{
+    m_index.reordered(formerRows);
+}
+
+void VelgorLibrary::followExchanged()
+{
+    m_index.invalidate();
+    countEmpty();
 }
 
 void VelgorLibrary::manageDummy()
 {
-    if (m_patches.size() > 1 && m_emptyCount > 0) {
-        QList<qsizetype> rows;
-        for (qsizetype row = 0; row < m_patches.size(); ++row) {
-            if (m_patches.at(row).empty) {
-                rows.append(row);
+    if (rows().size() > 1 && m_emptyCount > 0) {
+        QList<qsizetype> emptyRows;
+        for (qsizetype row = 0; row < rows().size(); ++row) {
+            if (rows().at(row).empty) {
+                emptyRows.append(row);
             }
         }
-        removeRows(rows);
+        removeRows(emptyRows);
     }
-    if (m_patches.isEmpty()) {
-        insertAt(0, {placeholder()});
+    if (rows().isEmpty()) {
+        insertRows(0, {placeholder()});
         setIsMultiSel(false);
     }
 }
 
 void VelgorLibrary::countEmpty()
 {
-    m_emptyCount =
-        std::count_if(m_patches.begin(), m_patches.end(), [](const VelgorPatch &patch) { return patch.empty; });
+    m_emptyCount = std::count_if(rows().begin(), rows().end(), [](const VelgorPatch &patch) { return patch.empty; });
 }

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "AwaitedPatches.h"
+#include "LibraryMarks.h"
 #include "LibraryState.h"
-#include "LibraryStorage.h"
-#include "MultiSelections.h"
 #include "PatchIdentity.h"
 #include "PatchIndex.h"
+#include "RecordedRows.h"
 #include "SPresetFile.h"
-#include "TripleBool.h"
-#include "VelgorPatch.h"
 
 #include <QHash>
 #include <QList>
@@ -20,9 +17,8 @@
 /// The user's collection of patches: an ordered list with unique ids, a selection, ticks and a default patch.
 ///
 /// When it would be empty it holds one placeholder patch ("Empty library", `empty` set), which count() and every
-/// decision on emptiness leave out. Every change is announced; structural ones in pairs of a signal before and a
-/// signal after, made for an item model to translate one to one. User-interface thread only.
-class VelgorLibrary : public QObject {
+/// decision on emptiness leave out. Every change is announced, and can be recorded. User-interface thread only.
+class VelgorLibrary : public RecordedRows<VelgorPatch> {
     Q_OBJECT
 
 public:
@@ -39,24 +35,24 @@ public:
     /// A library as it was stored, without placeholder even if the list is empty.
     VelgorLibrary(const QList<VelgorPatch> &patches, std::optional<quint64> defaultPatch, QObject *parent = nullptr);
 
-    [[nodiscard]] const QList<VelgorPatch> &patches() const { return m_patches; }
+    [[nodiscard]] const QList<VelgorPatch> &patches() const { return rows(); }
     /// The lower-cased names and comments by row. The references are good until the next change of the library.
-    [[nodiscard]] const CaselessTexts &caselessNames() const { return m_index.names(m_patches); }
-    [[nodiscard]] const CaselessTexts &caselessComments() const { return m_index.comments(m_patches); }
+    [[nodiscard]] const CaselessTexts &caselessNames() const { return m_index.names(rows()); }
+    [[nodiscard]] const CaselessTexts &caselessComments() const { return m_index.comments(rows()); }
     /// The ids in the order that sort() can go back to.
     [[nodiscard]] const QList<quint64> &order();
     /// The patches as they are stored: as long as sorting only shows them in another order, that is the former one.
     [[nodiscard]] QList<VelgorPatch> patchesInOwnOrder() const;
-    [[nodiscard]] std::optional<quint64> selection() const { return m_selection; }
-    [[nodiscard]] bool isMultiSel() const { return m_isMultiSel; }
-    [[nodiscard]] const MultiSelections &multiSelections() const { return m_multiSelections; }
+    [[nodiscard]] std::optional<quint64> selection() const { return m_marks.selection; }
+    [[nodiscard]] bool isMultiSel() const { return m_marks.isMultiSel; }
+    [[nodiscard]] const MultiSelections &multiSelections() const { return m_marks.multiSelections; }
     [[nodiscard]] bool deleteConfirm() const { return m_deleteConfirm; }
-    [[nodiscard]] TripleBool inverseSort() const { return m_inverseSort; }
-    [[nodiscard]] std::optional<quint64> defaultPatch() const { return m_defaultPatch; }
+    [[nodiscard]] TripleBool inverseSort() const { return m_marks.order.inverseSort; }
+    [[nodiscard]] std::optional<quint64> defaultPatch() const { return m_marks.defaultPatch; }
 
     /// They are no part of the library, but no other patch gets one of these ids: only what comes under the same name
     /// is taken for the one that is awaited, and gets what the user had said about it.
-    void setAwaited(const AwaitedPatches &awaited) { m_awaited = awaited; }
+    void setAwaited(const AwaitedPatches &awaited) { m_marks.awaited = awaited; }
 
     void setSelection(std::optional<quint64> selection);
     void setIsMultiSel(bool isMultiSel);
@@ -66,6 +62,13 @@ public:
     /// Takes the patches, their order and the default patch of `loaded`, announced as one reset; selection, ticks,
     /// modes and the sort cycle start afresh. Everything is in place when wasReset() and the change signals come.
     void takeOver(LibraryState loaded);
+
+    /// Records what happens to the library until endChange(), which gives it.
+    void startChange();
+    [[nodiscard]] LibraryChange endChange();
+    /// Does a recorded change again, or takes it back where it is the inverse of one. The library must be as it was
+    /// when that began.
+    void apply(const LibraryChange &change);
 
     /// Number of patches; a placeholder on its own counts as none.
     [[nodiscard]] qsizetype count() const;
@@ -95,15 +98,16 @@ public:
     /// Moves one patch; `offset` counts in the list as it is before the move, as a drop between rows does.
     void move(qsizetype from, qsizetype offset);
 
-    void duplicateSelection(std::optional<quint64> id, LibraryStorage &storage);
-    /// The same for many, with one save for all of them. The order is remembered when the last copy is there.
-    void duplicatePatches(const QList<quint64> &ids, LibraryStorage &storage);
-    /// Removes the patch with this id and its files, and saves at once.
-    void deletePatch(quint64 id, LibraryStorage &storage) { deletePatches({id}, storage); }
-    /// The same for many, with one removal and one save for all of them.
-    void deletePatches(const QList<quint64> &ids, LibraryStorage &storage);
-    /// Makes a real patch the default; an absent or unknown id and the placeholder change nothing.
-    void setDefaultPatch(std::optional<quint64> id, LibraryStorage &storage);
+    /// Puts a copy under a new name at the end, unless `id` is unknown or absent.
+    void duplicateSelection(std::optional<quint64> id);
+    /// The same for many. The order is remembered when the last copy is there.
+    void duplicatePatches(const QList<quint64> &ids);
+    /// Removes the patch with this id, its tick, and the default mark where it has it.
+    void deletePatch(quint64 id) { deletePatches({id}); }
+    /// The same for many, announced as one removal.
+    void deletePatches(const QList<quint64> &ids);
+    /// Makes a real patch the default; an absent or unknown id and the placeholder change nothing. False then.
+    bool setDefaultPatch(std::optional<quint64> id);
 
     /// Remembers the present order, unless the library is empty. Where that is the order of a sort, it is announced.
     void saveOrder();
@@ -118,20 +122,6 @@ public:
     [[nodiscard]] qsizetype tickedCount() const;
 
 Q_SIGNALS:
-    void rowsAboutToBeInserted(qsizetype first, qsizetype last);
-    void rowsInserted(qsizetype first, qsizetype last);
-    void rowsAboutToBeRemoved(qsizetype first, qsizetype last);
-    void rowsRemoved(qsizetype first, qsizetype last);
-    void rowAboutToBeMoved(qsizetype from, qsizetype offset);
-    void rowMoved(qsizetype from, qsizetype offset);
-    void rowsChanged(qsizetype first, qsizetype last);
-    /// The same patches in another order: formerRows holds, for each row, the row that its patch had before.
-    void aboutToBeReordered();
-    void reordered(const QList<qsizetype> &formerRows);
-    /// Rows went in several places at once.
-    void aboutToBeReset();
-    void wasReset();
-
     void selectionChanged();
     void isMultiSelChanged();
     void multiSelectionsChanged();
@@ -142,8 +132,17 @@ Q_SIGNALS:
     void sortedOrderKept();
 
 private:
-    void insertAt(qsizetype position, const QList<VelgorPatch> &patches);
-    void removeRows(const QList<qsizetype> &ascendingRows);
+    using Announcement = void (VelgorLibrary::*)();
+
+    void followInserted(const QList<qsizetype> &rows) override;
+    void followRemoved(const QList<qsizetype> &formerRows) override;
+    void followChanged(qsizetype row, const VelgorPatch &before) override;
+    void followMoved(qsizetype from, qsizetype to) override;
+    void followReordered(const QList<qsizetype> &formerRows) override;
+    void followExchanged() override;
+
+    /// What is to be announced once the rows fit.
+    [[nodiscard]] QList<Announcement> takeMarks(const LibraryMarks &marks);
     void replaceRecords(qsizetype row, const std::optional<PresetRecords> &records);
     /// `alsoHere` finds patches that are about to be appended.
     [[nodiscard]] bool isAwaitedAsAnother(quint64 id, const QString &name) const;
@@ -169,19 +168,10 @@ private:
     [[nodiscard]] QList<qsizetype> rowsByRememberedOrder() const;
     void reorder(const QList<qsizetype> &formerRows);
 
-    QList<VelgorPatch> m_patches;
-    AwaitedPatches m_awaited;
+    LibraryMarks m_marks;
+    LibraryMarks m_marksBefore; ///< while a change is recorded
     mutable PatchIndex m_index;
     qsizetype m_emptyCount = 0;
-    /// The remembered order is written out only when it is about to differ from the list or is asked for.
-    QList<quint64> m_order;
-    bool m_orderIsList = false;
-    bool m_isSorted = false; ///< by a sort, into another order than the remembered one
-    std::optional<quint64> m_selection;
-    bool m_isMultiSel = false;
-    MultiSelections m_multiSelections;
     mutable std::optional<qsizetype> m_tickedCount; ///< made when asked for
     bool m_deleteConfirm = false;
-    TripleBool m_inverseSort = TripleBool::tripleFalse;
-    std::optional<quint64> m_defaultPatch;
 };

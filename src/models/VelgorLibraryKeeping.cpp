@@ -27,42 +27,43 @@ const VelgorPatch *nobodyElse(quint64 id)
 
 bool VelgorLibrary::isAwaitedAsAnother(quint64 id, const QString &name) const
 {
-    const auto awaited = m_awaited.patches.constFind(id);
-    return awaited != m_awaited.patches.cend() && PatchName::fitted(awaited->name) != PatchName::fitted(name);
+    const auto awaited = m_marks.awaited.patches.constFind(id);
+    return awaited != m_marks.awaited.patches.cend() && PatchName::fitted(awaited->name) != PatchName::fitted(name);
 }
 
 VelgorPatch VelgorLibrary::takeAwaited(VelgorPatch patch)
 {
-    const auto awaited = patch.records ? m_awaited.patches.constFind(patch.id()) : m_awaited.patches.cend();
-    if (awaited == m_awaited.patches.cend()) {
+    const auto awaited = patch.records ? m_marks.awaited.patches.constFind(patch.id()) : m_marks.awaited.patches.cend();
+    if (awaited == m_marks.awaited.patches.cend()) {
         return patch;
     }
     patch.takeEdits(*awaited);
-    m_awaited.patches.erase(awaited);
+    m_marks.awaited.patches.erase(awaited);
     return patch;
 }
 
 void VelgorLibrary::settleAwaitedDefault()
 {
-    if (m_awaited.defaultPatch && getPatchFromId(m_awaited.defaultPatch)) {
-        const std::optional<quint64> id = std::exchange(m_awaited.defaultPatch, std::nullopt);
-        setObservable(this, m_defaultPatch, m_defaultPatch ? m_defaultPatch : id, &VelgorLibrary::defaultPatchChanged);
+    if (m_marks.awaited.defaultPatch && getPatchFromId(m_marks.awaited.defaultPatch)) {
+        const std::optional<quint64> id = std::exchange(m_marks.awaited.defaultPatch, std::nullopt);
+        setObservable(this, m_marks.defaultPatch, m_marks.defaultPatch ? m_marks.defaultPatch : id,
+            &VelgorLibrary::defaultPatchChanged);
     }
 }
 
 bool VelgorLibrary::restoreSound(const VelgorPatch &patch)
 {
-    const auto held = m_awaited.doubtful.contains(patch.id()) ? getPatchFromId(patch.id()) : std::nullopt;
+    const auto held = m_marks.awaited.doubtful.contains(patch.id()) ? getPatchFromId(patch.id()) : std::nullopt;
     // The id does not see every damage; where the damage is certain, the held bytes prove nothing.
     const bool isOriginal = held && held->patch->records && patch.records
         && held->patch->records->patchData.nameField() == patch.records->patchData.nameField()
         && VelgorPatch::staticSimpleHash(patch) == patch.id()
-        && (m_awaited.damaged.contains(patch.id())
+        && (m_marks.awaited.damaged.contains(patch.id())
             || !PatchIdentity::mayHaveId(*held->patch, patch.id(), held->patch->name));
     if (isOriginal) {
         if (!PatchIdentity::isSameSound(*held->patch, patch)) {
             // Another sound that gives the same id is another patch from now on.
-            m_awaited.damaged.remove(patch.id());
+            m_marks.awaited.damaged.remove(patch.id());
         }
         replaceRecords(held->index, patch.records);
     }
@@ -84,7 +85,7 @@ PatchIdentity::Place VelgorLibrary::placeOf(const VelgorPatch &patch, const Patc
         return place;
     }
     std::optional<Found> first;
-    for (const quint64 id : m_index.otherIds(VelgorPatch::staticSimpleHash(patch), m_patches)) {
+    for (const quint64 id : m_index.otherIds(VelgorPatch::staticSimpleHash(patch), rows())) {
         const auto found = getPatchFromId(id);
         if (found && (!first || found->index < first->index) && PatchIdentity::isSameContent(*found->patch, patch)) {
             first = found;
@@ -147,7 +148,7 @@ quint64 VelgorLibrary::appendOrReplace(
     }
     if (!found) {
         const bool isInside = location != atEnd && location <= count();
-        insertAt(isInside ? location : count(), {takeAwaited(patch.withId(id))});
+        insertRows(isInside ? location : count(), {takeAwaited(patch.withId(id))});
     } else if (duplicate && !found->patch->empty) {
         id = appendDuplicate(patch, found->patch->name);
     } else if (replace && !found->patch->empty) {
@@ -198,7 +199,7 @@ void VelgorLibrary::restore(const QList<VelgorPatch> &patches)
 void VelgorLibrary::appendAll(const QList<VelgorPatch> &patches)
 {
     if (!patches.isEmpty()) {
-        insertAt(count(), patches);
+        insertRows(count(), patches);
     }
     settleAwaitedDefault();
     manageDummy();
@@ -207,20 +208,19 @@ void VelgorLibrary::appendAll(const QList<VelgorPatch> &patches)
 
 void VelgorLibrary::replaceRecords(qsizetype row, const std::optional<PresetRecords> &records)
 {
-    VelgorPatch &stored = m_patches[row];
+    VelgorPatch stored = rows().at(row);
     stored.records = records;
-    m_index.presetDataReplaced(row, stored);
-    Q_EMIT rowsChanged(row, row);
+    changeRows({row}, {stored});
 }
 
 quint64 VelgorLibrary::appendDuplicate(const VelgorPatch &patch, const QString &foundName)
 {
     VelgorPatch copy = VelgorPatch::copyNamed(patch, findNewNameForDuplicate(foundName));
     // Names of nine bytes that differ in the last one hash alike.
-    for (quint32 attempt = 1; getPatchFromId(copy.id()) || m_awaited.patches.contains(copy.id()); ++attempt) {
+    for (quint32 attempt = 1; getPatchFromId(copy.id()) || m_marks.awaited.patches.contains(copy.id()); ++attempt) {
         copy = copy.withId(copy.records ? PatchIdentity::freshId(copy, attempt) : randomId());
     }
-    insertAt(m_patches.size(), {copy});
+    insertRows(rows().size(), {copy});
     return copy.id();
 }
 
@@ -232,7 +232,7 @@ QString VelgorLibrary::findNewNameForDuplicate(const QString &fromname)
         const qsizetype baseSize = std::max<qsizetype>(longestBase - digits, 0);
         const QString base = Utf8Text::longestPrefixWithin(PatchName::fitted(fromname), baseSize);
         const QString stem = base + u'-';
-        if (const auto number = m_index.freeNumber(stem, digits, m_patches)) {
+        if (const auto number = m_index.freeNumber(stem, digits, rows())) {
             return stem + QString::number(*number);
         }
     }

@@ -6,9 +6,6 @@
 #include "ObservableProperty.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstring>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -43,41 +40,19 @@ QList<qsizetype> rowsByPlace(const std::vector<qsizetype> &places, qsizetype las
     return rows;
 }
 
-/// Gives each row of `patches` the patch of its former row.
-void rearrange(QList<VelgorPatch> &patches, const QList<qsizetype> &formerRows)
-{
-    // As bytes, around each circle of rows: a copy of the list, or moves member by member, take several times as long.
-    static_assert(QTypeInfo<VelgorPatch>::isRelocatable);
-    auto *const bytes = reinterpret_cast<std::byte *>(patches.data());
-    const auto patchAt = [bytes](size_t row) { return bytes + row * sizeof(VelgorPatch); };
-    std::vector<size_t> sources(formerRows.begin(), formerRows.end());
-    for (size_t start = 0; start < sources.size(); ++start) {
-        if (sources[start] == start) {
-            continue;
-        }
-        std::array<std::byte, sizeof(VelgorPatch)> first{};
-        std::memcpy(first.data(), patchAt(start), first.size());
-        size_t row = start;
-        for (size_t source = 0; (source = std::exchange(sources[row], row)) != start; row = source) {
-            std::memcpy(patchAt(row), patchAt(source), first.size());
-        }
-        std::memcpy(patchAt(row), first.data(), first.size());
-    }
-}
-
 } // namespace
 
 const QList<quint64> &VelgorLibrary::order()
 {
     materializeOrder();
-    return m_order;
+    return m_marks.order.ids;
 }
 
 void VelgorLibrary::saveOrder()
 {
-    const bool wasSorted = std::exchange(m_isSorted, false);
+    const bool wasSorted = std::exchange(m_marks.order.isListSorted, false);
     if (count() > 0) {
-        m_orderIsList = true;
+        m_marks.order.isList = true;
         if (wasSorted) {
             Q_EMIT sortedOrderKept();
         }
@@ -86,36 +61,31 @@ void VelgorLibrary::saveOrder()
 
 void VelgorLibrary::materializeOrder()
 {
-    if (!m_orderIsList) {
+    if (!m_marks.order.isList) {
         return;
     }
-    m_orderIsList = false;
-    m_order.clear();
-    m_order.reserve(m_patches.size());
-    for (const VelgorPatch &patch : std::as_const(m_patches)) {
-        m_order.append(patch.id());
+    m_marks.order.isList = false;
+    m_marks.order.ids.clear();
+    m_marks.order.ids.reserve(rows().size());
+    for (const VelgorPatch &patch : patches()) {
+        m_marks.order.ids.append(patch.id());
     }
 }
 
 void VelgorLibrary::move(qsizetype from, qsizetype offset)
 {
-    if (from < 0 || from >= m_patches.size() || offset < 0 || offset > m_patches.size()) {
+    if (from < 0 || from >= rows().size() || offset < 0 || offset > rows().size()) {
         Diagnostics::fatalStop("library row out of range");
     }
-    if (offset == from || offset == from + 1) {
-        return;
+    if (offset != from && offset != from + 1) {
+        materializeOrder();
+        moveRow(from, offset);
     }
-    materializeOrder();
-    Q_EMIT rowAboutToBeMoved(from, offset);
-    const qsizetype to = offset > from ? offset - 1 : offset;
-    m_patches.move(from, to);
-    m_index.moved(from, to);
-    Q_EMIT rowMoved(from, offset);
 }
 
 void VelgorLibrary::sort()
 {
-    switch (m_inverseSort) {
+    switch (m_marks.order.inverseSort) {
     case TripleBool::tripleFalse:
         reorder(caselessNames().sortedRows(true));
         break;
@@ -127,25 +97,26 @@ void VelgorLibrary::sort()
         reorder(caselessNames().sortedRows(false));
         break;
     }
-    m_isSorted = !m_orderIsList && !isInRememberedOrder();
-    setObservable(this, m_inverseSort, nextStep(m_inverseSort), &VelgorLibrary::inverseSortChanged);
+    m_marks.order.isListSorted = !m_marks.order.isList && !isInRememberedOrder();
+    setObservable(
+        this, m_marks.order.inverseSort, nextStep(m_marks.order.inverseSort), &VelgorLibrary::inverseSortChanged);
 }
 
 bool VelgorLibrary::isInRememberedOrder() const
 {
-    return std::equal(m_patches.begin(), m_patches.end(), m_order.begin(), m_order.end(),
+    return std::equal(rows().begin(), rows().end(), m_marks.order.ids.begin(), m_marks.order.ids.end(),
         [](const VelgorPatch &patch, quint64 id) { return patch.id() == id; });
 }
 
 QList<VelgorPatch> VelgorLibrary::patchesInOwnOrder() const
 {
-    if (!m_isSorted) {
-        return m_patches;
+    if (!m_marks.order.isListSorted) {
+        return rows();
     }
     QList<VelgorPatch> patches;
-    patches.reserve(m_patches.size());
+    patches.reserve(rows().size());
     for (const qsizetype row : rowsByRememberedOrder()) {
-        patches.append(m_patches.at(row));
+        patches.append(rows().at(row));
     }
     return patches;
 }
@@ -153,29 +124,25 @@ QList<VelgorPatch> VelgorLibrary::patchesInOwnOrder() const
 QList<qsizetype> VelgorLibrary::rowsByRememberedOrder() const
 {
     QHash<quint64, qsizetype> places;
-    places.reserve(m_order.size());
+    places.reserve(m_marks.order.ids.size());
     // From the end, so that the first place of an id is the one that stays.
-    for (qsizetype place = m_order.size(); place-- > 0;) {
-        places.insert(m_order.at(place), place);
+    for (qsizetype place = m_marks.order.ids.size(); place-- > 0;) {
+        places.insert(m_marks.order.ids.at(place), place);
     }
     std::vector<qsizetype> keys;
-    keys.reserve(static_cast<size_t>(m_patches.size()));
-    for (const VelgorPatch &patch : std::as_const(m_patches)) {
-        keys.push_back(places.value(patch.id(), m_patches.size()));
+    keys.reserve(static_cast<size_t>(rows().size()));
+    for (const VelgorPatch &patch : patches()) {
+        keys.push_back(places.value(patch.id(), rows().size()));
     }
-    return rowsByPlace(keys, std::max(m_order.size(), m_patches.size()));
+    return rowsByPlace(keys, std::max(m_marks.order.ids.size(), rows().size()));
 }
 
 void VelgorLibrary::reorder(const QList<qsizetype> &formerRows)
 {
-    if (std::is_sorted(formerRows.begin(), formerRows.end())) {
-        return;
+    if (!std::is_sorted(formerRows.begin(), formerRows.end())) {
+        materializeOrder();
+        reorderRows(formerRows);
     }
-    materializeOrder();
-    Q_EMIT aboutToBeReordered();
-    rearrange(m_patches, formerRows);
-    m_index.reordered(formerRows);
-    Q_EMIT reordered(formerRows);
 }
 
 MultiSelections VelgorLibrary::findSimilarPatches(quint64 id) const
@@ -185,11 +152,11 @@ MultiSelections VelgorLibrary::findSimilarPatches(quint64 id) const
     if (!found || found->patch->empty) {
         return result;
     }
-    const PatchIndex::SoundHashes &hashes = m_index.soundHashes(m_patches);
+    const PatchIndex::SoundHashes &hashes = m_index.soundHashes(rows());
     const std::optional<quint64> target = hashes.at(found->index);
-    result.multiSelections.reserve(m_patches.size());
-    for (qsizetype row = 0; row < m_patches.size(); ++row) {
-        const VelgorPatch &patch = m_patches.at(row);
+    result.multiSelections.reserve(rows().size());
+    for (qsizetype row = 0; row < rows().size(); ++row) {
+        const VelgorPatch &patch = rows().at(row);
         if (!patch.empty) {
             const std::optional<quint64> hash = hashes.at(row);
             // Two patches without preset data have nothing in common; each is similar to itself.
@@ -205,8 +172,8 @@ QList<VelgorPatch> VelgorLibrary::getMultiSelection(qsizetype atMost) const
     QList<VelgorPatch> ticked;
     const qsizetype most = std::min(tickedCount(), atMost);
     ticked.reserve(most);
-    for (auto patch = m_patches.begin(); patch != m_patches.end() && ticked.size() < most; ++patch) {
-        if (m_multiSelections.isTicked(patch->id())) {
+    for (auto patch = rows().begin(); patch != rows().end() && ticked.size() < most; ++patch) {
+        if (m_marks.multiSelections.isTicked(patch->id())) {
             ticked.append(*patch);
         }
     }
@@ -216,7 +183,7 @@ QList<VelgorPatch> VelgorLibrary::getMultiSelection(qsizetype atMost) const
 qsizetype VelgorLibrary::tickedCount() const
 {
     if (!m_tickedCount) {
-        m_tickedCount = m_multiSelections.count(true);
+        m_tickedCount = m_marks.multiSelections.count(true);
     }
     return *m_tickedCount;
 }

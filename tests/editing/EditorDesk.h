@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EditHistory.h"
 #include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "TestPatches.h"
@@ -14,7 +15,8 @@ struct Desk {
     VelgorLibrary library;
     VelgorContent content;
     FakeLibraryStorage storage;
-    LibraryEditor editor{library, content, storage};
+    EditHistory history{library, content, storage};
+    LibraryEditor editor{library, content, history};
 
     /// A library of these patches, one sound each, and a list of others.
     explicit Desk(const QString &libraryNames = {}, const QString &slotNames = {})

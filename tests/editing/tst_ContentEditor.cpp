@@ -1,4 +1,5 @@
 #include "ContentEditor.h"
+#include "EditHistory.h"
 #include "FakeLibraryStorage.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
@@ -19,7 +20,8 @@ struct Desk {
     VelgorLibrary library;
     VelgorContent content;
     FakeLibraryStorage storage;
-    ContentEditor editor{library, content};
+    EditHistory history{library, content, storage};
+    ContentEditor editor{library, content, history};
 
     explicit Desk(const QString &libraryNames, const QString &slotNames = fiveSlots)
     {
@@ -215,7 +217,7 @@ private Q_SLOTS:
     {
         Desk desk(QStringLiteral("A"));
         desk.library.append(imported(QStringLiteral("Other"), 9, {}, "V1.21"), false, false);
-        desk.library.setDefaultPatch(desk.idOf(1), desk.storage);
+        desk.library.setDefaultPatch(desk.idOf(1));
         desk.editor.reset();
         desk.editor.dropDest(desk.idOf(1), 0);
         QVERIFY(!desk.content.mixVersions());
@@ -241,7 +243,7 @@ private Q_SLOTS:
     {
         Desk desk(QStringLiteral("A B"));
         desk.select({0});
-        desk.library.setDefaultPatch(desk.idOf(1), desk.storage);
+        desk.library.setDefaultPatch(desk.idOf(1));
         desk.editor.reset();
         QCOMPARE(desk.content.velgorContentPatchList().size(), 99);
         QCOMPARE(desk.content.velgorContentPatchList().last().patch.id(), desk.idOf(1));
@@ -261,8 +263,8 @@ private Q_SLOTS:
     void resetWithADeletedDefaultPatchAsksForOne()
     {
         Desk desk(QStringLiteral("A B"));
-        desk.library.setDefaultPatch(desk.idOf(0), desk.storage);
-        desk.library.deletePatch(desk.idOf(0), desk.storage);
+        desk.library.setDefaultPatch(desk.idOf(0));
+        desk.library.deletePatch(desk.idOf(0));
         desk.editor.reset();
         QVERIFY(desk.content.selectDefault());
         QCOMPARE(desk.shown(), fiveSlots);

@@ -1,6 +1,8 @@
 #include "ContentFiles.h"
 #include "DiagnosticRecorder.h"
+#include "EditHistory.h"
 #include "FakeFiles.h"
+#include "FakeLibraryStorage.h"
 #include "PatchFileHandler.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
@@ -38,7 +40,10 @@ class TestContentFiles : public QObject {
         FakeFileDialogs dialogs;
         PatchFileHandler handler{files, &dialogs};
         VelgorContent content;
-        ContentFiles contentFiles{content, handler};
+        VelgorLibrary library;
+        FakeLibraryStorage storage;
+        EditHistory history{library, content, storage};
+        ContentFiles contentFiles{content, handler, history};
 
         Desk()
         {

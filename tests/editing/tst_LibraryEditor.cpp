@@ -41,7 +41,8 @@ private Q_SLOTS:
         desk.editor.drop({desk.row(row)}, location);
         QCOMPARE(desk.shown(), order);
         QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave ") + QString(order).replace(u' ', u',')});
+        const QStringList save{QStringLiteral("delayedSave ") + QString(order).replace(u' ', u',')};
+        QCOMPARE(desk.storage.calls, order == abc ? QStringList() : save);
     }
 
     void movingInASortedLibraryMakesTheSortedOrderTheRememberedOne()
@@ -142,7 +143,7 @@ private Q_SLOTS:
         QCOMPARE(desk.shown(), abc);
         QVERIFY(isIdentical(desk.library.patches().at(1), known));
         QCOMPARE(desk.library.selection(), std::optional(known.id()));
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+        QCOMPARE(desk.storage.calls, QStringList());
     }
 
     void twoSlotsWithOnePatchAreKeptOnce()

@@ -1,4 +1,5 @@
 #include "DiagnosticRecorder.h"
+#include "EditHistory.h"
 #include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "TestPatches.h"
@@ -18,7 +19,8 @@ struct Desk {
     VelgorLibrary library;
     VelgorContent content;
     FakeLibraryStorage storage;
-    LibraryEditor editor{library, content, storage};
+    EditHistory history{library, content, storage};
+    LibraryEditor editor{library, content, history};
     DiagnosticRecorder recorder;
 
     explicit Desk(const QStringList &slotNames)
@@ -156,7 +158,7 @@ private Q_SLOTS:
         Desk desk(presets);
         desk.keep({0, 1});
         desk.content.setPatch(desk.library.patches().at(1), 2);
-        desk.library.deletePatches(TestPatches::ids(desk.library.patches()), desk.storage);
+        desk.library.deletePatches(TestPatches::ids(desk.library.patches()));
         desk.keep({1});
         QVERIFY(desk.slot(2).id() != desk.idOf(0));
         desk.rename(desk.idOf(0), QStringLiteral("Lead"));

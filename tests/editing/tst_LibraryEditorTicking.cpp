@@ -1,3 +1,4 @@
+#include "EditHistory.h"
 #include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "TestPatches.h"
@@ -19,7 +20,8 @@ struct Desk {
     VelgorLibrary library;
     VelgorContent content;
     FakeLibraryStorage storage;
-    LibraryEditor editor{library, content, storage};
+    EditHistory history{library, content, storage};
+    LibraryEditor editor{library, content, history};
 
     explicit Desk(const QString &libraryNames)
     {

@@ -21,9 +21,7 @@ private Q_SLOTS:
         QVERIFY(desk.editor.isDefaultPatch(id));
         desk.storage.calls.clear();
         desk.editor.deleteSelected();
-        QCOMPARE(desk.storage.calls,
-            (QStringList{
-                QStringLiteral("remove %1").arg(id), QStringLiteral("save A,C"), QStringLiteral("delayedSave A,C")}));
+        QCOMPARE(desk.storage.calls, (QStringList{QStringLiteral("remove %1").arg(id), QStringLiteral("save A,C")}));
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
         QVERIFY(!desk.editor.isDefaultPatch(id));
         QVERIFY(!desk.library.multiSelections().isTicked(id));
@@ -39,15 +37,15 @@ private Q_SLOTS:
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
         QVERIFY(desk.library.isMultiSel());
         QCOMPARE(desk.library.multiSelections().count(true), 0);
-        QCOMPARE(desk.storage.calls.last(), QStringLiteral("delayedSave B,D"));
+        QCOMPARE(desk.storage.calls.last(), QStringLiteral("save B,D"));
     }
 
-    void deletingWithoutASelectionOnlyAsksForASave()
+    void deletingWithoutASelectionOnlyDeselects()
     {
         Desk desk(abc);
         desk.library.setSelection(12);
         desk.editor.deleteSelected();
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+        QCOMPARE(desk.storage.calls, QStringList());
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
     }
 

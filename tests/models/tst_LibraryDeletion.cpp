@@ -1,4 +1,3 @@
-#include "FakeLibraryStorage.h"
 #include "LibraryAnnouncements.h"
 #include "StoredLibraries.h"
 #include "TestPatches.h"
@@ -15,14 +14,12 @@ class TestLibraryDeletion : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void deletingRemovesSavesAndUnticks()
+    void deletingUnticksAndClearsTheDefault()
     {
         VelgorLibrary library(abc, 2);
         library.setIsMultiSel(true);
         library.setMultiSelections({{{1, true}, {2, true}}});
-        FakeLibraryStorage storage;
-        library.deletePatch(2, storage);
-        QCOMPARE(storage.calls, (QStringList{QStringLiteral("remove 2"), QStringLiteral("save a,c")}));
+        library.deletePatch(2);
         QVERIFY(!library.defaultPatch());
         QCOMPARE(library.multiSelections(), (MultiSelections{{{1, true}, {2, false}}}));
         QCOMPARE(library.order(), (QList<quint64>{1, 3}));
@@ -32,25 +29,22 @@ private Q_SLOTS:
     void tickedCountAndTheFirstTickedFollowTheTicks()
     {
         VelgorLibrary library(abc, 2);
-        FakeLibraryStorage storage;
         QCOMPARE(library.tickedCount(), 0);
         library.setMultiSelections({{{1, true}, {2, false}, {3, true}}});
         QCOMPARE(library.tickedCount(), 2);
         QCOMPARE(TestPatches::ids(library.getMultiSelection()), (QList<quint64>{1, 3}));
         QCOMPARE(TestPatches::ids(library.getMultiSelection(1)), QList<quint64>{1});
         QCOMPARE(library.getMultiSelection(0).size(), 0);
-        library.deletePatch(1, storage);
+        library.deletePatch(1);
         QCOMPARE(library.tickedCount(), 1);
         library.takeOver({.patches = abc, .defaultPatch = 2});
         QCOMPARE(library.tickedCount(), 0);
     }
 
-    void deletingAnUnknownPatchStillRemovesItsFiles()
+    void deletingAnUnknownPatchChangesNoOther()
     {
         VelgorLibrary library(abc, 2);
-        FakeLibraryStorage storage;
-        library.deletePatch(9, storage);
-        QCOMPARE(storage.calls, (QStringList{QStringLiteral("remove 9"), QStringLiteral("save a,b,c")}));
+        library.deletePatch(9);
         QCOMPARE(library.defaultPatch(), std::optional<quint64>(2));
         QCOMPARE(library.multiSelections(), (MultiSelections{{{9, false}}}));
         QCOMPARE(library.order(), (QList<quint64>{1, 2, 3}));
@@ -62,25 +56,20 @@ private Q_SLOTS:
         const VelgorPatch patch = imported(lead);
         library.append(patch, false, false);
         library.setIsMultiSel(true);
-        FakeLibraryStorage storage;
-        library.setDefaultPatch(patch.id(), storage);
-        library.deletePatch(patch.id(), storage);
+        library.setDefaultPatch(patch.id());
+        library.deletePatch(patch.id());
         QCOMPARE(names(library), QStringLiteral("Empty library"));
         QCOMPARE(library.count(), 0);
         QVERIFY(!library.isMultiSel() && !library.defaultPatch());
         QCOMPARE(library.order(), QList{patch.id()});
-        QCOMPARE(storage.calls.last(), QStringLiteral("save "));
     }
 
-    void deletingManyRemovesAndSavesOnce()
+    void deletingManyIsAnnouncedOnce()
     {
         VelgorLibrary library(abc, 3);
-        FakeLibraryStorage storage;
         LibraryAnnouncements announcements(library);
-        library.deletePatches({3, 1, 3, 9}, storage);
+        library.deletePatches({3, 1, 3, 9});
         QCOMPARE(names(library), QStringLiteral("b"));
-        QCOMPARE(storage.calls.size(), 2);
-        QCOMPARE(storage.calls.last(), QStringLiteral("save b"));
         QCOMPARE(announcements.take(), QStringLiteral("+reset; reset; default; ticks"));
         QCOMPARE(library.multiSelections().count(false), 3);
     }
@@ -99,22 +88,19 @@ private Q_SLOTS:
         QFETCH(const std::optional<quint64>, id);
         QFETCH(const bool, isTaken);
         VelgorLibrary library(abc, 3);
-        FakeLibraryStorage storage;
         QSignalSpy spy(&library, &VelgorLibrary::defaultPatchChanged);
-        library.setDefaultPatch(id, storage);
+        QCOMPARE(library.setDefaultPatch(id), isTaken);
         QCOMPARE(library.defaultPatch(), isTaken ? id : std::optional<quint64>(3));
-        QCOMPARE(storage.calls, isTaken ? QStringList{QStringLiteral("delayedSave a,b,c")} : QStringList());
         QCOMPARE(spy.count(), isTaken ? 1 : 0);
-        library.setDefaultPatch(id, storage);
+        library.setDefaultPatch(id);
         QCOMPARE(spy.count(), isTaken ? 1 : 0);
     }
 
     void thePlaceholderIsNoDefault()
     {
         VelgorLibrary library;
-        FakeLibraryStorage storage;
-        library.setDefaultPatch(library.patches().first().id(), storage);
-        QVERIFY(!library.defaultPatch() && storage.calls.isEmpty());
+        library.setDefaultPatch(library.patches().first().id());
+        QVERIFY(!library.defaultPatch());
     }
 };
 

@@ -1,4 +1,3 @@
-#include "FakeLibraryStorage.h"
 #include "StoredLibraries.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
@@ -116,22 +115,21 @@ private Q_SLOTS:
         QVERIFY(library.patches().last().id() != 1);
     }
 
-    void duplicatingTheSelectionSavesLater_data()
+    void duplicatingTheSelectionNeedsOne_data()
     {
         QTest::addColumn<std::optional<quint64>>("id");
-        QTest::addColumn<QStringList>("calls");
-        QTest::newRow("a patch") << std::optional<quint64>(2) << QStringList{QStringLiteral("delayedSave a,b,c,b")};
-        QTest::newRow("unknown") << std::optional<quint64>(9) << QStringList();
-        QTest::newRow("absent") << std::optional<quint64>() << QStringList();
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("a patch") << std::optional<quint64>(2) << QStringLiteral("a,b,c,b");
+        QTest::newRow("unknown") << std::optional<quint64>(9) << QStringLiteral("a,b,c");
+        QTest::newRow("absent") << std::optional<quint64>() << QStringLiteral("a,b,c");
     }
 
-    void duplicatingTheSelectionSavesLater()
+    void duplicatingTheSelectionNeedsOne()
     {
         QFETCH(const std::optional<quint64>, id);
         VelgorLibrary library(abc, std::nullopt);
-        FakeLibraryStorage storage;
-        library.duplicateSelection(id, storage);
-        QTEST(storage.calls, "calls");
+        library.duplicateSelection(id);
+        QTEST(names(library), "expected");
     }
 };
 

@@ -1,5 +1,4 @@
 #include "DiagnosticRecorder.h"
-#include "FakeLibraryStorage.h"
 #include "FatalStop.h"
 #include "LibraryAnnouncements.h"
 #include "StoredLibraries.h"
@@ -272,7 +271,6 @@ private Q_SLOTS:
     void everyChangeIsAnnouncedOnce()
     {
         VelgorLibrary library;
-        FakeLibraryStorage storage;
         LibraryAnnouncements announcements(library);
         const VelgorPatch patch = imported(lead);
         library.append(patch, false, false);
@@ -281,15 +279,15 @@ private Q_SLOTS:
         QCOMPARE(announcements.take(), QStringLiteral("+insert 0 0; insert 0 0"));
         library.append(patch, false, true);
         QCOMPARE(announcements.take(), QStringLiteral("change 1 1"));
-        library.duplicateSelection(patch.id(), storage);
+        library.duplicateSelection(patch.id());
         QCOMPARE(announcements.take(), QStringLiteral("+insert 2 2; insert 2 2"));
-        library.setDefaultPatch(patch.id(), storage);
+        library.setDefaultPatch(patch.id());
         QCOMPARE(announcements.take(), QStringLiteral("default"));
         library.setIsMultiSel(true);
         QCOMPARE(announcements.take(), QStringLiteral("mode"));
-        library.deletePatches({patch.id(), library.patches().last().id()}, storage);
+        library.deletePatches({patch.id(), library.patches().last().id()});
         QCOMPARE(announcements.take(), QStringLiteral("+remove 1 2; remove 1 2; default; ticks"));
-        library.deletePatch(library.patches().first().id(), storage);
+        library.deletePatch(library.patches().first().id());
         QCOMPARE(announcements.take(), QStringLiteral("+remove 0 0; remove 0 0; ticks; +insert 0 0; insert 0 0; mode"));
         library.saveOrder();
         QCOMPARE(announcements.take(), QString());

@@ -1,4 +1,3 @@
-#include "FakeLibraryStorage.h"
 #include "LibraryAnnouncements.h"
 #include "PatchIdentity.h"
 #include "PatchName.h"
@@ -106,10 +105,9 @@ private Q_SLOTS:
     void aPatchIsRecognisedWhenTheOneWithItsIdIsGone()
     {
         const QList<VelgorPatch> patches = presets(3);
-        FakeLibraryStorage storage;
         VelgorLibrary library;
         const QList<quint64> kept = library.appendNew(patches);
-        library.deletePatch(kept.first(), storage);
+        library.deletePatch(kept.first());
         QCOMPARE(library.appendNew({patches.at(2), patches.at(1)}), (QList<quint64>{kept.at(2), kept.at(1)}));
         QCOMPARE(library.count(), 2);
         QCOMPARE(library.appendNew(patches), kept);
@@ -150,8 +148,7 @@ private Q_SLOTS:
         library.append(imported(QStringLiteral("Clean"), 3), false, false);
         QCOMPARE(library.append(patch, false, false), 5U);
         QCOMPARE(library.count(), 3);
-        FakeLibraryStorage storage;
-        library.deletePatch(5, storage);
+        library.deletePatch(5);
         QVERIFY(!library.knownId(patch));
         QCOMPARE(library.append(patch, false, false), patch.id());
     }

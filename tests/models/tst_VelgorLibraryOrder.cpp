@@ -1,4 +1,3 @@
-#include "FakeLibraryStorage.h"
 #include "LibraryAnnouncements.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
@@ -94,10 +93,9 @@ private Q_SLOTS:
     void deletingASortedLibraryWholeAnnouncesNothing()
     {
         const auto library = libraryOf(QStringLiteral("b,a"));
-        FakeLibraryStorage storage;
         const QSignalSpy kept(library.get(), &VelgorLibrary::sortedOrderKept);
         library->sort();
-        library->deletePatches({1, 2}, storage);
+        library->deletePatches({1, 2});
         library->append(stored(4, QStringLiteral("d")), false, false);
         QCOMPARE(kept.count(), 0);
     }
@@ -182,7 +180,6 @@ private Q_SLOTS:
     void theOrderFollowsInsertionsAndDeletionsOnly()
     {
         const auto library = libraryOf(QStringLiteral("b,c,a"));
-        FakeLibraryStorage storage;
         library->move(0, 3);
         QCOMPARE(library->order(), (QList<quint64>{1, 2, 3}));
         library->sort();
@@ -192,7 +189,7 @@ private Q_SLOTS:
         library->sort();
         library->sort();
         QCOMPARE(library->order(), (QList<quint64>{3, 1, 2, 4}));
-        library->deletePatch(1, storage);
+        library->deletePatch(1);
         QCOMPARE(library->order(), (QList<quint64>{4, 2, 3}));
         library->move(0, 3);
         library->saveOrder();
@@ -202,11 +199,10 @@ private Q_SLOTS:
     void deletingEveryPatchKeepsTheOrderFromBeforeTheLastDeletion()
     {
         const auto library = libraryOf(QStringLiteral("a,b,c"));
-        FakeLibraryStorage storage;
-        library->deletePatch(1, storage);
-        library->deletePatch(3, storage);
+        library->deletePatch(1);
+        library->deletePatch(3);
         QCOMPARE(library->order(), QList<quint64>{2});
-        library->deletePatch(2, storage);
+        library->deletePatch(2);
         QCOMPARE(library->order(), QList<quint64>{2});
         library->saveOrder();
         QCOMPARE(library->order(), QList<quint64>{2});
@@ -265,11 +261,10 @@ private Q_SLOTS:
     void copiesMadeHereAreSimilar()
     {
         VelgorLibrary library;
-        FakeLibraryStorage storage;
         const VelgorPatch patch = imported(QStringLiteral("Lead xx"));
         library.append(patch, false, false);
-        library.duplicateSelection(patch.id(), storage);
-        library.duplicateSelection(patch.id(), storage);
+        library.duplicateSelection(patch.id());
+        library.duplicateSelection(patch.id());
         for (const VelgorPatch &each : library.patches()) {
             QCOMPARE(library.findSimilarPatches(each.id()).count(true), 3);
         }
@@ -296,8 +291,7 @@ private Q_SLOTS:
         QCOMPARE(TestPatches::names(library->getMultiSelection()).join(u','), QStringLiteral("c,a"));
         library->sort();
         QCOMPARE(TestPatches::names(library->getMultiSelection()).join(u','), QStringLiteral("a,c"));
-        FakeLibraryStorage storage;
-        library->deletePatch(4, storage);
+        library->deletePatch(4);
         QCOMPARE(TestPatches::names(library->getMultiSelection()).join(u','), QStringLiteral("c"));
         QCOMPARE(library->multiSelections().count(false), 2);
     }

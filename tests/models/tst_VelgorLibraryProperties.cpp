@@ -1,6 +1,5 @@
 // A library and a plain model of it go through the same random operations and must agree after each.
 
-#include "FakeLibraryStorage.h"
 #include "LibraryViewFilter.h"
 #include "PlainLibrary.h"
 #include "TestPatches.h"
@@ -118,7 +117,6 @@ private:
 
     static void step(QRandomGenerator &random, VelgorLibrary &library, PlainLibrary &model)
     {
-        FakeLibraryStorage storage;
         const auto anyId = [&]() -> quint64 {
             const auto &patches = library.patches();
             const bool isKnown = !model.patches.isEmpty() && random.bounded(8) != 0;
@@ -152,7 +150,7 @@ private:
             const quint64 id = anyId();
             const qsizetype before = model.patches.size();
             const qsizetype at = model.positionOf(id);
-            library.duplicateSelection(id, storage);
+            library.duplicateSelection(id);
             if (at >= 0) {
                 const VelgorPatch source = model.patches.at(at);
                 takeOverCopy(library, model, before, source, source.name);
@@ -162,7 +160,7 @@ private:
         case 4:
         case 10: {
             const quint64 id = anyId();
-            library.deletePatch(id, storage);
+            library.deletePatch(id);
             model.remove({id});
             break;
         }
@@ -194,7 +192,7 @@ private:
         }
         case 8: {
             const quint64 id = anyId();
-            library.setDefaultPatch(id, storage);
+            library.setDefaultPatch(id);
             if (model.positionOf(id) >= 0) {
                 model.defaultPatch = id;
             }
@@ -217,7 +215,7 @@ private:
             for (int count = random.bounded(60); count >= 0; --count) {
                 ids.append(anyId());
             }
-            library.deletePatches(ids, storage);
+            library.deletePatches(ids);
             model.remove(ids);
         }
         }

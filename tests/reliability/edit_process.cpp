@@ -11,6 +11,7 @@
 #include "LibraryLock.h"
 #include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
+#include "StoredEdits.h"
 #include "TestPatches.h"
 
 #include <QCoreApplication>
@@ -112,15 +113,15 @@ private:
             }
             m_library.appendNew(patches);
         } else if (kind == 1 && count < 200) {
-            m_library.duplicateSelection(randomPatch().id(), *this);
+            StoredEdits::duplicate(m_library, randomPatch().id(), *this);
             announce();
             return;
         } else if (kind == 2) {
-            m_library.deletePatches({randomPatch().id(), randomPatch().id()}, *this);
+            StoredEdits::deletePatches(m_library, {randomPatch().id(), randomPatch().id()}, *this);
             reportSaved();
             return;
         } else if (kind == 3) {
-            m_library.setDefaultPatch(randomPatch().id(), *this);
+            StoredEdits::setDefault(m_library, randomPatch().id(), *this);
         } else {
             VelgorPatch patch = randomPatch();
             patch.comment = QStringLiteral("edit %1").arg(m_edit);

@@ -1,5 +1,6 @@
 #include "Diagnostics.h"
 #include "LibraryStorageManager.h"
+#include "StoredEdits.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -235,7 +236,7 @@ public:
         case 0:
             if (m_library.patches().size() > fewestPatches && m_random.bounded(4) == 0) {
                 m_writing.hold();
-                m_library.deletePatch(patch.id(), m_storage);
+                StoredEdits::deletePatches(m_library, {patch.id()}, m_storage);
                 m_writing.release();
                 return;
             }
@@ -249,7 +250,7 @@ public:
             }
             return;
         case 3:
-            m_library.setDefaultPatch(patch.id(), m_storage);
+            StoredEdits::setDefault(m_library, patch.id(), m_storage);
             return;
         case 4:
             m_library.move(row, 1);

@@ -1,6 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
 #include "LoadedLibrary.h"
+#include "StoredEdits.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -157,7 +158,7 @@ void make(Change change, VelgorLibrary &library, LibraryStorageManager &manager)
         library.appendNew({patch(QStringLiteral("New"), 50, 7), patch(QStringLiteral("Newer"), 51, 8)});
         break;
     case Change::Deletion:
-        library.deletePatches({42, 44}, manager);
+        StoredEdits::deletePatches(library, {42, 44}, manager);
         return;
     }
     manager.delayedSave(library);

@@ -1,5 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "LibraryStorageManager.h"
+#include "StoredEdits.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 #include "ThreadGate.h"
@@ -247,7 +248,7 @@ private Q_SLOTS:
         const auto library = threePatches();
         manager.delayedSave(*library);
         QTRY_VERIFY(gate.isHolding());
-        library->deletePatch(42, manager);
+        StoredEdits::deletePatches(*library, {42}, manager);
         QTRY_VERIFY(!manager.waitingToSave());
         QTest::qWait(4 * shortPeriod.count());
         QCOMPARE(directory.files(),
@@ -262,7 +263,7 @@ private Q_SLOTS:
         LibraryStorageManager manager(directory.path(), shortPeriod);
         const auto library = threePatches();
         manager.delayedSave(*library);
-        library->deletePatch(42, manager);
+        StoredEdits::deletePatches(*library, {42}, manager);
         QTRY_VERIFY(!manager.waitingToSave());
         QVERIFY(!directory.has(leadFile));
         QVERIFY(areIdentical(loaded(directory), library->patches()));

@@ -4,6 +4,7 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "LoadedLibrary.h"
+#include "StoredEdits.h"
 #include "TemporaryFiles.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -280,7 +281,7 @@ private Q_SLOTS:
         library.sort();
         const QStringList sorted = TestPatches::names(library.patches());
         QVERIFY(sorted != own);
-        library.setDefaultPatch(library.patches().first().id(), storage);
+        StoredEdits::setDefault(library, library.patches().first().id(), storage);
         storage.save(library);
         QCOMPARE(TestLibraries::loadedNames(directory), own);
         QCOMPARE(TestPatches::names(library.patches()), sorted);
@@ -313,7 +314,7 @@ private Q_SLOTS:
         const auto library = threePatches();
         manager.save(*library);
         directory.write(QStringLiteral("notes.42.txt"), "x");
-        library->deletePatch(42, manager);
+        StoredEdits::deletePatches(*library, {42}, manager);
         QCOMPARE(directory.files(),
             (QStringList{QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), libraryFile}));
         QCOMPARE(loadedNames(directory), TestPatches::names(library->patches()));
@@ -328,7 +329,7 @@ private Q_SLOTS:
         const auto library = threePatches();
         manager.save(*library);
         DirectoryWatch watch(directory.path());
-        library->deletePatches({42, 44}, manager);
+        StoredEdits::deletePatches(*library, {42, 44}, manager);
         watch.look();
         QCOMPARE(watch.scans, 1);
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
@@ -342,7 +343,7 @@ private Q_SLOTS:
         LibraryStorageManager manager(directory.path());
         VelgorLibrary library(one(QStringLiteral("Lead")).patches, 42);
         manager.save(library);
-        library.deletePatch(42, manager);
+        StoredEdits::deletePatches(library, {42}, manager);
         QCOMPARE(directory.files(), QStringList{libraryFile});
         QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
     }

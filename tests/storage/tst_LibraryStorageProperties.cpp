@@ -2,6 +2,7 @@
 #include "LibraryStorageManager.h"
 #include "LoadedLibrary.h"
 #include "PatchName.h"
+#include "StoredEdits.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -88,11 +89,11 @@ void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRa
         break;
     }
     case 4:
-        library.deletePatch(*id, manager);
+        StoredEdits::deletePatches(library, {*id}, manager);
         break;
     case 5:
         if (library.count() < mostPatches) {
-            library.duplicateSelection(id, manager);
+            StoredEdits::duplicate(library, *id, manager);
         }
         break;
     case 6:
@@ -102,7 +103,7 @@ void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRa
         library.move(random.bounded(library.count()), random.bounded(library.count() + 1));
         break;
     default:
-        library.setDefaultPatch(id, manager);
+        StoredEdits::setDefault(library, *id, manager);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryStorageManager.h"
 #include "LoadedLibrary.h"
+#include "StoredEdits.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 
@@ -44,7 +45,7 @@ class TestStorageFaults : public QObject {
         storage.save(*library);
         // The first that is removed is the copy of the library file.
         const FailingCall failing(Call::Unlink, EIO, 1);
-        library->deletePatch(42, storage);
+        StoredEdits::deletePatches(*library, {42}, storage);
         return failing.wasMade() && storage.writeError() ? std::move(library) : nullptr;
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EditHistory.h"
 #include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "LibraryListModel.h"
@@ -31,7 +32,8 @@ struct Shown {
     VelgorLibrary library;
     FakeLibraryStorage storage;
     VelgorContent content;
-    LibraryEditor editor{library, content, storage};
+    EditHistory history{library, content, storage};
+    LibraryEditor editor{library, content, history};
     LibraryListModel model{library, editor};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     QSignalSpy resets{&model, &QAbstractItemModel::modelReset};

@@ -4,6 +4,7 @@
 #include "ContentFiles.h"
 #include "Desk.h"
 #include "DiagnosticRecorder.h"
+#include "EditHistory.h"
 #include "FakeFiles.h"
 #include "LibraryCheck.h"
 #include "LibraryDirectory.h"
@@ -30,11 +31,12 @@ struct TestDesk {
     FakeFileAccess files;
     FakeFileDialogs dialogs;
     PatchFileHandler handler{files, &dialogs};
-    LibraryEditor libraryEditor{library, content, storage};
-    ContentEditor contentEditor{library, content};
-    ContentFiles contentFiles{content, handler};
+    EditHistory history{library, content, storage};
+    LibraryEditor libraryEditor{library, content, history};
+    ContentEditor contentEditor{library, content, history};
+    ContentFiles contentFiles{content, handler, history};
     Desk desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles,
-        [this] { return std::make_unique<LibraryCheck>(library, storage); }};
+        [this] { return std::make_unique<LibraryCheck>(library, storage, history); }};
 
     /// A library of these patches, one sound each.
     explicit TestDesk(const QString &names = {}, const QString &directoryName = QStringLiteral("library"))

@@ -58,11 +58,12 @@ WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::mil
     , calls(storage)
     , state(directory.parentPath() + QStringLiteral("/state.ini"))
     , files(userFiles, &dialogs)
-    , libraryEditor(library, content, calls)
-    , contentEditor(library, content)
-    , contentFiles(content, files)
+    , history(library, content, calls)
+    , libraryEditor(library, content, history)
+    , contentEditor(library, content, history)
+    , contentFiles(content, files, history)
     , desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles,
-          [this] { return std::make_unique<LibraryCheck>(library, storage); }}
+          [this] { return std::make_unique<LibraryCheck>(library, storage, history); }}
     , m_parentPath(directory.parentPath())
 {
     if (!qobject_cast<VelgorStyle *>(QApplication::style())) {

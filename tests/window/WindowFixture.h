@@ -6,6 +6,7 @@
 #include "ContentView.h"
 #include "Desk.h"
 #include "DiagnosticRecorder.h"
+#include "EditHistory.h"
 #include "FakeFiles.h"
 #include "LibraryDirectory.h"
 #include "LibraryEditor.h"
@@ -91,6 +92,7 @@ struct WindowFixture {
     UserFiles userFiles;
     FakeFileDialogs dialogs;
     PatchFileHandler files;
+    EditHistory history;
     LibraryEditor libraryEditor;
     ContentEditor contentEditor;
     ContentFiles contentFiles;

@@ -1,4 +1,3 @@
-#include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "LibraryListModel.h"
 #include "PatchPayload.h"
@@ -57,13 +56,13 @@ private Q_SLOTS:
         row("shown patch moved over a shown one", "0 0 0 0 1 0", "ya xa",
             [](Shown &shown) { shown.library.move(3, 0); });
         row("hidden patch deleted", "0 0 0 0 0 0", "xa ya",
-            [](Shown &shown) { shown.library.deletePatch(shown.idOf(2), shown.storage); });
+            [](Shown &shown) { shown.library.deletePatch(shown.idOf(2)); });
         row("sort", "0 1 0 0 0 0", "xa ya", [](Shown &shown) { shown.library.sort(); });
         row("neighbours deleted", "0 0 0 1 0 0", "ya", [](Shown &shown) {
-            shown.library.deletePatches({shown.idOf(0), shown.idOf(1)}, shown.storage);
+            shown.library.deletePatches({shown.idOf(0), shown.idOf(1)});
         });
         row("patches apart deleted", "1 0 0 0 0 0", "", [](Shown &shown) {
-            shown.library.deletePatches({shown.idOf(0), shown.idOf(3)}, shown.storage);
+            shown.library.deletePatches({shown.idOf(0), shown.idOf(3)});
         });
         row("another library", "1 0 0 0 0 0", "ma",
             [](Shown &shown) { shown.library.takeOver({.patches = {patch(QStringLiteral("ma"))}}); });
@@ -75,7 +74,7 @@ private Q_SLOTS:
             [](Shown &shown) { shown.model.setFilter(named(QStringLiteral("y"))); });
         row("other selection", "0 0 0 0 0 0", "xa ya", [](Shown &shown) { shown.library.setSelection(12); });
         row("other default patch", "0 0 0 0 0 1", "xa ya",
-            [](Shown &shown) { shown.library.setDefaultPatch(shown.idOf(0), shown.storage); });
+            [](Shown &shown) { shown.library.setDefaultPatch(shown.idOf(0)); });
         row("ticking", "0 0 0 0 0 1", "xa ya", [](Shown &shown) { shown.library.setIsMultiSel(true); });
     }
 
@@ -177,7 +176,7 @@ private:
             library.move(upTo(library.patches().size()), upTo(library.patches().size() + 1));
             break;
         case 8:
-            library.deletePatch(id, shown.storage);
+            library.deletePatch(id);
             break;
         case 9: {
             QList<quint64> ids;
@@ -186,19 +185,19 @@ private:
                     ids.append(patch.id());
                 }
             }
-            library.deletePatches(ids, shown.storage);
+            library.deletePatches(ids);
             break;
         }
         case 10:
             library.sort();
             break;
         case 11:
-            library.duplicateSelection(id, shown.storage);
+            library.duplicateSelection(id);
             break;
         case 12: {
             library.setIsMultiSel(random.bounded(2) == 0);
             library.setMultiSelections({{{id, random.bounded(2) == 0}}});
-            library.setDefaultPatch(id, shown.storage);
+            library.setDefaultPatch(id);
             break;
         }
         default:

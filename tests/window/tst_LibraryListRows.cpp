@@ -1,4 +1,3 @@
-#include "FakeLibraryStorage.h"
 #include "LibraryEditor.h"
 #include "LibraryListModel.h"
 #include "PatchPayload.h"
@@ -33,7 +32,7 @@ private Q_SLOTS:
         QCOMPARE(shown.data(1, PatchRoles::Version).toString(), QStringLiteral("V1.21"));
         QVERIFY(shown.data(1, Qt::AccessibleDescriptionRole).toString().contains(QStringLiteral("1.21")));
         QVERIFY(!shown.data(1, PatchRoles::IsDefault).toBool());
-        shown.library.setDefaultPatch(shown.idOf(1), shown.storage);
+        shown.library.setDefaultPatch(shown.idOf(1));
         QVERIFY(shown.data(1, PatchRoles::IsDefault).toBool());
         QVERIFY(!shown.data(0, PatchRoles::IsDefault).toBool());
         QVERIFY(shown.data(1, Qt::AccessibleDescriptionRole).toString().endsWith(QStringLiteral("default patch")));

@@ -225,7 +225,7 @@ private Q_SLOTS:
         const auto window = listed();
         VelgorPatch other = VelgorPatch::copyNamed(window->library.patches().at(1), QStringLiteral("Chimes"));
         window->library.append(other, false, false);
-        window->library.deletePatch(window->library.patches().at(1).id(), window->calls);
+        window->library.deletePatch(window->library.patches().at(1).id());
         WindowFixture::click(window->contentList(), 2);
         QVERIFY(window->choose(QStringLiteral("Show in Library")));
         QCOMPARE(window->selectedName(), QStringLiteral("Chimes"));

@@ -1,6 +1,5 @@
 #include "DetailFixture.h"
 #include "EmptyDetails.h"
-#include "FakeLibraryStorage.h"
 #include "LookMeasures.h"
 #include "PlaceBadges.h"
 #include "PresetsVersionManager.h"
@@ -117,8 +116,7 @@ private Q_SLOTS:
     void anEmptyLibraryHasItsOwnText()
     {
         DetailFixture details({TestPatches::imported(QStringLiteral("Lead"))});
-        FakeLibraryStorage storage;
-        details.library.deletePatch(details.patch().id(), storage);
+        details.library.deletePatch(details.patch().id());
         QCOMPARE(labels(details.view), QStringList{QStringLiteral("Empty library") + importHint});
         DetailFixture none(QList<VelgorPatch>{});
         QCOMPARE(labels(none.view), QStringList{QStringLiteral("Empty library") + importHint});
@@ -127,9 +125,8 @@ private Q_SLOTS:
     void thePlaceholderHasItsOwnTextAndRefusesEdits()
     {
         DetailFixture details({TestPatches::imported(QStringLiteral("Lead"))});
-        FakeLibraryStorage storage;
         QLineEdit *name = details.name();
-        details.library.deletePatch(details.patch().id(), storage);
+        details.library.deletePatch(details.patch().id());
         details.select(0);
         QCOMPARE(labels(details.view), QStringList{QStringLiteral("Nothing in library") + importHint});
         details.view.focusName();

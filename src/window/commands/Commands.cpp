@@ -46,23 +46,25 @@ void Commands::followDesk()
     const VelgorLibrary &library = m_desk.library;
     for (const auto signal :
         {&VelgorLibrary::selectionChanged, &VelgorLibrary::isMultiSelChanged, &VelgorLibrary::multiSelectionsChanged,
-            &VelgorLibrary::inverseSortChanged, &VelgorLibrary::defaultPatchChanged, &VelgorLibrary::wasReset}) {
+            &VelgorLibrary::inverseSortChanged, &VelgorLibrary::defaultPatchChanged}) {
         connect(&library, signal, this, &Commands::refresh);
     }
     for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowMoved,
              &VelgorLibrary::rowsChanged}) {
         connect(&library, signal, this, &Commands::refresh);
     }
+    connect(&library, &VelgorLibrary::wasReset, this, &Commands::refresh);
     connect(&library, &VelgorLibrary::reordered, this, &Commands::refresh);
     const VelgorContent &content = m_desk.content;
     for (const auto signal :
-        {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged, &VelgorContent::wasReset}) {
+        {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged}) {
         connect(&content, signal, this, &Commands::refresh);
     }
     for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
              &VelgorContent::rowsChanged}) {
         connect(&content, signal, this, &Commands::refresh);
     }
+    connect(&content, &VelgorContent::wasReset, this, &Commands::refresh);
     connect(&m_desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);
 }
 

@@ -2,6 +2,7 @@
 #include "LibraryStorageManager.h"
 #include "LoadedLibrary.h"
 #include "PatchFileHandler.h"
+#include "StoredEdits.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
 #include "TreeRecord.h"
@@ -154,7 +155,9 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(target));
         QCOMPARE(outside(), m_outside);
 
-        run([](VelgorLibrary &library, LibraryStorageManager &storage) { library.deletePatches({42}, storage); });
+        run([](VelgorLibrary &library, LibraryStorageManager &storage) {
+            StoredEdits::deletePatches(library, {42}, storage);
+        });
         hold({second, third});
     }
 
@@ -172,7 +175,7 @@ private Q_SLOTS:
         hold(names);
         QVERIFY(areIdentical(loaded(*m_directory), content.patches));
         run([](VelgorLibrary &library, LibraryStorageManager &storage) {
-            library.deletePatches({42, 45, 48}, storage);
+            StoredEdits::deletePatches(library, {42, 45, 48}, storage);
         });
         QCOMPARE(loadedNames(*m_directory).size(), names.size() - 3);
         QCOMPARE(load(*m_directory).droppedPatches, QStringList());
