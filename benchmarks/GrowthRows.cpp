@@ -19,7 +19,7 @@ namespace {
 class NoStorage : public LibraryStorage {
 public:
     void remove(const QList<quint64> &patchIDs) override { Q_UNUSED(patchIDs) }
-    void save(const VelgorLibrary &library) override { Q_UNUSED(library) }
+    void startSave(const VelgorLibrary &library) override { Q_UNUSED(library) }
     void delayedSave(const VelgorLibrary &library) override { Q_UNUSED(library) }
 };
 

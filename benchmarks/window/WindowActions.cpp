@@ -32,7 +32,7 @@ WindowActions::WindowActions(const LibraryDirectory &directory)
 {
     // As the application does.
     QObject::connect(m_window.window.get(), &ContentView::libraryLoaded, &m_window.storage,
-        [this] { m_window.storage.sweepLeftovers(); });
+        [this] { m_window.storage.startSweeping(); });
 }
 
 QList<WindowActions::Row> WindowActions::load()
@@ -220,7 +220,8 @@ void WindowActions::remove()
     const auto accept = [&yes] { QTest::mouseClick(yes, Qt::LeftButton); };
     qsizetype left = m_window.library.count();
     add(QStringLiteral("window, delete %1 ticked").arg(count), rounds, accept, prepare, [this, &left, count] {
-        const bool isDone = m_window.library.count() == left - count;
+        // The files go beside the window, which is to answer meanwhile.
+        const bool isDone = m_window.library.count() == left - count && !m_window.storage.isSaving();
         left = isDone ? left - count : left;
         return isDone;
     });

@@ -76,7 +76,7 @@ int Velgor_Library_ManagerApp::run(const StartRequest &request)
     connect(
         qApp, &QGuiApplication::commitDataRequest, this, [this] { storage.saveUnsaved(); }, Qt::DirectConnection);
     connect(m_instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
-    connect(m_window.get(), &ContentView::libraryLoaded, this, [this] { storage.sweepLeftovers(); });
+    connect(m_window.get(), &ContentView::libraryLoaded, this, [this] { storage.startSweeping(); });
     connect(m_window.get(), &ContentView::libraryLoaded, this, &Velgor_Library_ManagerApp::tellOfDirectory,
         Qt::SingleShotConnection);
     m_window->show();
@@ -140,23 +140,25 @@ void Velgor_Library_ManagerApp::moveLibrary()
         QDir(*chosen).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System)
         ? *chosen
         : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
-    std::unique_ptr<SingleInstance> instance;
-    const Result<> moved = storage.moveTo(
-        directory, velgorLibrary,
-        [&instance](const QString &target) -> Result<> {
-            instance = std::make_unique<SingleInstance>(target);
-            const bool isFirst = instance->start(StartRequest()) == SingleInstance::Outcome::First;
-            return isFirst ? Result<>(Success())
-                           : Problem{.where = target, .why = tr("another program uses the folder"), .mayPass = true};
-        },
-        [&instance] { instance.reset(); });
-    if (!moved) {
-        m_window->alerts().show(AlertTexts::cannotMoveLibrary(moved.problem().text()), [](bool) {});
-        return;
-    }
-    connect(instance.get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
-    m_instance = std::move(instance);
-    m_window->statusLine().say(StatusText::ofLibraryMove(directory));
+    const auto instance = std::make_shared<std::unique_ptr<SingleInstance>>();
+    LibraryMove::Steps steps;
+    steps.take = [instance](const QString &target) -> Result<> {
+        *instance = std::make_unique<SingleInstance>(target);
+        const bool isFirst = (*instance)->start(StartRequest()) == SingleInstance::Outcome::First;
+        return isFirst ? Result<>(Success())
+                       : Problem{.where = target, .why = tr("another program uses the folder"), .mayPass = true};
+    };
+    steps.giveBack = [instance] { instance->reset(); };
+    steps.ended = [this, instance, directory](const Result<> &moved, const LibraryWriteResult &) {
+        if (!moved) {
+            m_window->alerts().show(AlertTexts::cannotMoveLibrary(moved.problem().text()), [](bool) {});
+            return;
+        }
+        connect(instance->get(), &SingleInstance::activated, this, &Velgor_Library_ManagerApp::open);
+        m_instance = std::move(*instance);
+        m_window->statusLine().say(StatusText::ofLibraryMove(directory));
+    };
+    storage.startMove(directory, velgorLibrary, steps);
 }
 
 void Velgor_Library_ManagerApp::terminate()

@@ -62,7 +62,7 @@ int repair(const Arguments &arguments)
     }
     const QString directory = session.storage().libDirectory();
     const QList<VelgorPatch> rescued = LibraryDoctor(directory).examine().rescuedPatches();
-    RescuedPatches::addTo(session.library(), directory, rescued);
+    RescuedPatches::addTo(session.library(), rescued, RescuedPatches::libraryFiles(directory));
     const int status = rescued.isEmpty() ? session.report() : session.save();
     const LibraryHealth left = LibraryDoctor(directory).examine();
     DoctorReport report(directory, left);

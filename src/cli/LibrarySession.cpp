@@ -199,6 +199,7 @@ int LibrarySession::save()
 
 int LibrarySession::report()
 {
+    m_storage.finish();
     const QList<quint64> due = m_storage.removalsDue();
     const bool areRemoved = m_storage.wereFilesRemoved()
         || std::all_of(due.begin(), due.end(), [this](quint64 id) { return m_removalsDueBefore.contains(id); });

@@ -1,77 +1,45 @@
 #include "FilePresence.h"
 
+#include "Worker.h"
+
+#include <QDeadlineTimer>
 #include <QFileInfo>
-#include <QSet>
+#include <QPointer>
 
-#include <algorithm>
-#include <condition_variable>
-#include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
-
-/// Outlives the object as long as a file system does not answer.
-struct FilePresence::Answers {
-    std::mutex mutex;
-    std::condition_variable changed;
-    QSet<QString> awaited;
-    QSet<QString> missing;
-    FilePresence *asking = nullptr; ///< null when nobody is interested any more
-
-    void add(const QString &file, bool isThere)
-    {
-        const std::scoped_lock lock(mutex);
-        awaited.remove(file);
-        if (isThere) {
-            missing.remove(file);
-        } else {
-            missing.insert(file);
-        }
-        changed.notify_all();
-        if (asking) {
-            QMetaObject::invokeMethod(asking, &FilePresence::answered, Qt::QueuedConnection);
-        }
-    }
-};
 
 FilePresence::FilePresence(QObject *parent, IsThere isThere)
     : QObject(parent)
     , m_isThere(isThere ? std::move(isThere) : [](const QString &file) { return QFileInfo(file).isFile(); })
-    , m_answers(std::make_shared<Answers>())
 {
-    m_answers->asking = this;
-}
-
-FilePresence::~FilePresence()
-{
-    const std::scoped_lock lock(m_answers->mutex);
-    m_answers->asking = nullptr;
 }
 
 void FilePresence::look(const QStringList &files, std::chrono::milliseconds patience)
 {
-    std::unique_lock lock(m_answers->mutex);
     for (const QString &file : files) {
-        if (m_answers->awaited.contains(file)) {
-            continue;
-        }
-        m_answers->awaited.insert(file);
-        try {
-            std::thread([answers = m_answers, isThere = m_isThere, file] {
-                answers->add(file, isThere(file));
-            }).detach();
-        } catch (const std::system_error &) {
-            m_answers->awaited.remove(file);
+        if (!m_awaited.contains(file)) {
+            auto *const worker = new Worker(this, std::chrono::milliseconds::zero());
+            m_awaited.insert(file, worker);
+            worker->start(
+                this, [isThere = m_isThere, file](const Worker::Report &) { return isThere(file); },
+                [this, file](bool isThere) { take(file, isThere); });
         }
     }
-    m_answers->changed.wait_for(lock, patience, [&] {
-        return std::none_of(
-            files.begin(), files.end(), [this](const QString &file) { return m_answers->awaited.contains(file); });
-    });
+    const QDeadlineTimer deadline(patience);
+    for (const QString &file : files) {
+        if (const QPointer<Worker> worker = m_awaited.value(file)) {
+            worker->finishWithin(std::chrono::milliseconds(deadline.remainingTime()));
+        }
+    }
 }
 
-bool FilePresence::isMissing(const QString &file) const
+void FilePresence::take(const QString &file, bool isThere)
 {
-    const std::scoped_lock lock(m_answers->mutex);
-    return m_answers->missing.contains(file);
+    m_awaited.take(file)->deleteLater();
+    if (isThere) {
+        m_missing.remove(file);
+    } else {
+        m_missing.insert(file);
+    }
+    Q_EMIT answered();
 }

@@ -1,15 +1,18 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <chrono>
 #include <functional>
-#include <memory>
+
+class Worker;
 
 /// Finds out which files are there without waiting for a file system that does not answer, as one whose network is
-/// gone: each file is looked for on a thread of its own, which nobody waits for at the end of the program either.
+/// gone: each file is looked for by a worker of its own, which nobody waits for at the end of the program either.
 /// User-interface thread only.
 class FilePresence : public QObject {
     Q_OBJECT
@@ -20,22 +23,21 @@ public:
 
     /// Looks for regular files, links followed, unless told otherwise.
     explicit FilePresence(QObject *parent = nullptr, IsThere isThere = {});
-    ~FilePresence() override;
-    Q_DISABLE_COPY_MOVE(FilePresence)
 
     /// Looks for these files anew, and waits for the answers, but no longer than that. Those that come later are
-    /// announced. A file for which an earlier call still waits is not looked for a second time.
+    /// announced too. A file for which an earlier call still waits is not looked for a second time.
     void look(const QStringList &files, std::chrono::milliseconds patience);
     /// The last answer for the file was that it is not there. False while there is none.
-    [[nodiscard]] bool isMissing(const QString &file) const;
+    [[nodiscard]] bool isMissing(const QString &file) const { return m_missing.contains(file); }
 
 Q_SIGNALS:
     /// Answers have come, perhaps others than before.
     void answered();
 
 private:
-    struct Answers;
+    void take(const QString &file, bool isThere);
 
     IsThere m_isThere;
-    std::shared_ptr<Answers> m_answers;
+    QHash<QString, Worker *> m_awaited;
+    QSet<QString> m_missing;
 };

@@ -58,7 +58,7 @@ void EditHistory::requestSaveOf(const LibraryChange &change)
     const QList<quint64> removed = EditDeed::removedIds(change);
     if (!removed.isEmpty()) {
         m_storage.remove(removed);
-        m_storage.save(m_library);
+        m_storage.startSave(m_library);
     } else if (EditDeed::concernsStorage(change)) {
         requestSave();
     }

@@ -7,22 +7,19 @@
 #include "LibraryStorageManager.h"
 #include "RescuedPatches.h"
 #include "VelgorLibrary.h"
+#include "Worker.h"
 
-#include <QCoreApplication>
 #include <QSet>
 
-#include <utility>
-
-namespace {
-
-struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(LibraryCheck)
+struct LibraryCheck::Examination {
+    LibraryHealth health;
+    Preview onDisk; ///< nothing where the library was loaded whole
 };
 
-} // namespace
-
-LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history)
-    : m_library(library)
+LibraryCheck::LibraryCheck(
+    VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history, QObject *parent)
+    : QObject(parent)
+    , m_library(library)
     , m_storage(storage)
     , m_history(history)
 {
@@ -30,16 +27,32 @@ LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storag
 
 void LibraryCheck::examine()
 {
-    m_storage.saveUnsaved();
-    m_examination.start([this, directory = m_storage.libDirectory()](const BackgroundRun::Report &report) {
-        m_found = LibraryDoctor(directory, report).examine();
-    });
+    m_storage.startSavingUnsaved();
+    // A file that was put back is no finding on disk, but the library was loaded without its patch.
+    const bool isPartial = !m_storage.droppedPatches().isEmpty() || !m_storage.readProblem().isEmpty();
+    const auto look = [directory = m_storage.libDirectory(), isPartial, present = LibrarySnapshot::take(m_library)](
+                          const Worker::Report &report) {
+        Examination examination;
+        qsizetype all = 0;
+        const auto count = [&report, &all](qsizetype done, qsizetype total) {
+            all = total;
+            return report(done, total);
+        };
+        const auto goOn = [&report, &all](qsizetype, qsizetype) { return report(all, all); };
+        examination.health = LibraryDoctor(directory, count).examine();
+        if (isPartial && goOn(0, 0)) {
+            examination.onDisk = KeptLibraries::preview(directory, LibraryFileNames::libraryFile(), present, goOn);
+        }
+        return examination;
+    };
+    m_storage.worker().start(
+        this, look, [this](const Examination &examination) { takeFindings(examination); },
+        [this](qsizetype done, qsizetype total) { Q_EMIT progress(done, total); });
 }
 
-void LibraryCheck::takeFindings()
+bool LibraryCheck::finishWithin(std::chrono::milliseconds time)
 {
-    m_health = std::exchange(m_found, {});
-    notePatchesThatCanBeReadAgain();
+    return m_storage.worker().finishWithin(time);
 }
 
 bool LibraryCheck::isMissing(const VelgorPatch &patch) const
@@ -47,23 +60,20 @@ bool LibraryCheck::isMissing(const VelgorPatch &patch) const
     return !patch.empty && !m_library.getPatchFromId(patch.id());
 }
 
-void LibraryCheck::notePatchesThatCanBeReadAgain()
+void LibraryCheck::takeFindings(const Examination &examination)
 {
-    // A file that was put back is no finding on disk, but the library was loaded without its patch.
-    if (m_storage.droppedPatches().isEmpty() && m_storage.readProblem().isEmpty()) {
-        return;
-    }
-    const auto onDisk = preview(LibraryFileNames::libraryFile());
-    for (const VelgorPatch &patch : onDisk ? onDisk->patches : QList<VelgorPatch>()) {
+    m_health = examination.health;
+    for (const VelgorPatch &patch : examination.onDisk ? examination.onDisk->patches : QList<VelgorPatch>()) {
         if (isMissing(patch)) {
             m_health.findings.append({.kind = LibraryFinding::Kind::PatchWithoutFile,
                 .file = LibraryFileNames::patchFile(patch.name, patch.id()),
                 .id = patch.id(),
                 .name = patch.name,
-                .reason = Texts::tr("its file can be read again"),
+                .reason = tr("its file can be read again"),
                 .rescued = patch});
         }
     }
+    Q_EMIT examined();
 }
 
 QList<VelgorPatch> LibraryCheck::rescued() const
@@ -81,33 +91,50 @@ QList<VelgorPatch> LibraryCheck::rescued() const
 
 void LibraryCheck::addRescued()
 {
-    const QList<VelgorPatch> patches = rescued();
-    if (!patches.isEmpty()) {
-        m_history.perform(patches.size() == 1 ? Texts::tr("Rescue of a Patch")
-                                              : Texts::tr("Rescue of %1 Patches").arg(patches.size()),
-            [&] { RescuedPatches::addTo(m_library, m_storage.libDirectory(), patches); });
-        m_storage.save(m_library);
-    }
+    m_storage.worker().start(
+        this, [directory = m_storage.libDirectory()] { return RescuedPatches::libraryFiles(directory); },
+        [this](const QList<LibraryState> &files) {
+            const QList<VelgorPatch> patches = rescued();
+            if (patches.isEmpty()) {
+                Q_EMIT ended(false);
+                return;
+            }
+            m_history.perform(
+                patches.size() == 1 ? tr("Rescue of a Patch") : tr("Rescue of %1 Patches").arg(patches.size()),
+                [&] { RescuedPatches::addTo(m_library, patches, files); });
+            save();
+        });
 }
 
-std::optional<KeptLibraries::Preview> LibraryCheck::preview(const QString &file) const
+void LibraryCheck::preview(const QString &file, QObject *asking, const std::function<void(const Preview &)> &then) const
 {
-    return KeptLibraries::preview(m_storage.libDirectory(), file, LibrarySnapshot::take(m_library));
+    const auto read = [directory = m_storage.libDirectory(), file, present = LibrarySnapshot::take(m_library)](
+                          const Worker::Report &report) {
+        return KeptLibraries::preview(directory, file, present, report);
+    };
+    m_storage.worker().start(asking, read, then);
 }
 
-bool LibraryCheck::restore(const QString &file)
+void LibraryCheck::restore(const QString &file)
 {
-    // Patches that are in no file yet could not be brought back.
-    if (!m_storage.saveUnsaved()) {
-        return false;
-    }
-    const auto former = preview(file);
-    if (!former || former->patches.isEmpty()) {
-        return false;
-    }
-    m_library.takeOver({.patches = former->patches, .defaultPatch = former->defaultPatch});
-    m_history.forget();
-    m_storage.keepLibraryFile();
-    m_storage.save(m_library);
-    return true;
+    m_storage.startSavingUnsaved();
+    preview(file, this, [this](const Preview &former) {
+        // Patches that are in no file yet could not be brought back.
+        if (m_storage.hasUnsavedChanges() || !former || former->patches.isEmpty()) {
+            Q_EMIT ended(false);
+            return;
+        }
+        m_library.takeOver({.patches = former->patches, .defaultPatch = former->defaultPatch});
+        m_history.forget();
+        m_storage.keepLibraryFile();
+        save();
+    });
+}
+
+void LibraryCheck::save()
+{
+    connect(
+        &m_storage, &LibraryStorageManager::saveFinished, this, [this] { Q_EMIT ended(true); },
+        Qt::SingleShotConnection);
+    m_storage.startSave(m_library);
 }

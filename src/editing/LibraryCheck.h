@@ -1,48 +1,65 @@
 #pragma once
 
-#include "BackgroundRun.h"
 #include "KeptLibraries.h"
 #include "LibraryHealth.h"
 
 #include <QList>
+#include <QObject>
 #include <QString>
 
+#include <chrono>
+#include <functional>
 #include <optional>
 
 class EditHistory;
 class LibraryStorageManager;
 class VelgorLibrary;
 
-/// Compares the library with its directory, adds what can be rescued, and restores former libraries. A save that
-/// fails raises the write error of the storage.
-class LibraryCheck {
+/// Compares the library with its directory, adds what can be rescued, and restores former libraries: all of it beside
+/// the window, in the order in which it is asked for. A save that fails raises the write error of the storage.
+/// User-interface thread only.
+class LibraryCheck : public QObject {
+    Q_OBJECT
+
 public:
+    using Preview = std::optional<KeptLibraries::Preview>;
+
     /// All three must outlive the check. The library must have been loaded.
-    LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history);
-    /// Writes what is not on disk yet and begins to look at the directory, on a thread of its own.
+    LibraryCheck(
+        VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history, QObject *parent = nullptr);
+
+    /// Begins to write what is not on disk yet, and then to look at the directory.
     void examine();
-    /// Its progress counts patches. When it has finished, takeFindings() is to be called.
-    [[nodiscard]] BackgroundRun &examination() { return m_examination; }
-    void takeFindings();
-    /// What the last examination found whose findings were taken.
+    /// Waits for what was begun and what comes of it, but no longer than that. False when it is still under way.
+    bool finishWithin(std::chrono::milliseconds time);
+    /// What the last examination found.
     [[nodiscard]] const LibraryHealth &health() const { return m_health; }
     /// What addRescued() would add.
     [[nodiscard]] QList<VelgorPatch> rescued() const;
     void addRescued();
-    /// What restoring a former library file would come to; nothing when it cannot be read.
-    [[nodiscard]] std::optional<KeptLibraries::Preview> preview(const QString &file) const;
-    /// Puts a former library in the place of the present one, whose file is kept as well. Does nothing while
-    /// the present one cannot be saved, and when no patch would come back. False when nothing was done.
-    bool restore(const QString &file);
+    /// Begins to find out what restoring a former library file would come to, and calls `then` unless `asking` is gone:
+    /// with nothing when the file cannot be read.
+    void preview(const QString &file, QObject *asking, const std::function<void(const Preview &)> &then) const;
+    /// Begins to put a former library in the place of the present one, whose file is kept as well. Does nothing while
+    /// the present one cannot be saved, and when no patch would come back.
+    void restore(const QString &file);
+
+Q_SIGNALS:
+    /// How many patches have been looked at.
+    void progress(qsizetype examined, qsizetype total);
+    void examined();
+    /// addRescued() or restore() has ended. The library was changed and saved, or that failed; or nothing was done.
+    void ended(bool isDone);
 
 private:
+    struct Examination;
+
+    void save();
     [[nodiscard]] bool isMissing(const VelgorPatch &patch) const;
-    void notePatchesThatCanBeReadAgain();
+    void takeFindings(const Examination &examination);
 
     VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
     EditHistory &m_history;
     LibraryHealth m_health;
-    LibraryHealth m_found; ///< written by the examination, read after it
-    BackgroundRun m_examination; ///< after what it writes, so that it ends first
 };

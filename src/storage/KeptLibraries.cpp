@@ -2,7 +2,6 @@
 
 #include "LibraryFileNames.h"
 #include "LibraryJson.h"
-#include "LibraryLoader.h"
 #include "LibraryPlace.h"
 
 #include <QDir>
@@ -65,14 +64,15 @@ Found find(const QString &directory)
     return found;
 }
 
-std::optional<Preview> preview(const QString &directory, const QString &file, const LibraryState &present)
+std::optional<Preview> preview(
+    const QString &directory, const QString &file, const LibraryState &present, const LibraryLoader::Report &report)
 {
     const LibraryPlace place(directory);
     const std::optional<LibraryState> content = contentOf(place, file);
     if (!content) {
         return std::nullopt;
     }
-    const LibraryLoadResult loaded = LibraryLoader(directory).loadEntries(*content);
+    const LibraryLoadResult loaded = LibraryLoader(directory, report).loadEntries(*content);
     Preview result;
     for (const VelgorPatch &dropped : loaded.droppedEntries) {
         const QString name = LibraryFileNames::patchFile(dropped.name, dropped.id());

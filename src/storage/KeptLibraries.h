@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LibraryHealth.h"
+#include "LibraryLoader.h"
 
 #include <QList>
 #include <QString>
@@ -39,8 +40,9 @@ struct Preview {
     bool isOrderChanging = false; ///< patches that both libraries have stand in another order
 };
 
-/// What restoring `file` would make of `present`; nothing when it cannot be read as a library file.
-[[nodiscard]] std::optional<Preview> preview(
-    const QString &directory, const QString &file, const LibraryState &present);
+/// What restoring `file` would make of `present`; nothing when it cannot be read as a library file. `report` is called
+/// as in loading.
+[[nodiscard]] std::optional<Preview> preview(const QString &directory, const QString &file, const LibraryState &present,
+    const LibraryLoader::Report &report = {});
 
 } // namespace KeptLibraries

@@ -74,7 +74,9 @@ LibraryHealth LibraryDoctor::examine()
         QStringList names = m_listing->names();
         names.sort();
         for (const QString &name : std::as_const(names)) {
-            reportStillBusy();
+            if (!reportStillBusy()) {
+                return m_health;
+            }
             examineFile(name);
         }
         examineStaged();
@@ -85,11 +87,10 @@ LibraryHealth LibraryDoctor::examine()
     return m_health;
 }
 
-void LibraryDoctor::reportStillBusy() const
+bool LibraryDoctor::reportStillBusy() const
 {
-    if (m_report) {
-        m_report(m_loaded.size() + m_dropped.size(), m_loaded.size() + m_dropped.size());
-    }
+    const qsizetype all = m_loaded.size() + m_dropped.size();
+    return !m_report || m_report(all, all);
 }
 
 void LibraryDoctor::noteJournal()
@@ -234,7 +235,9 @@ void LibraryDoctor::examineStaged()
 void LibraryDoctor::examineContents()
 {
     for (const VelgorPatch &patch : std::as_const(m_loaded)) {
-        reportStillBusy();
+        if (!reportStillBusy()) {
+            return;
+        }
         if (const auto damaged = m_damaged.constFind(patch.id()); damaged != m_damaged.cend()) {
             add(LibraryFinding::Kind::UnreadableFile, *damaged, patch.id(), patch.name, tr("its checksum is wrong"));
         } else if (!PatchIdentity::mayHaveId(patch, patch.id(), patch.name)) {

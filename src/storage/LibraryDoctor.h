@@ -19,13 +19,15 @@ class LibraryDoctor {
 
 public:
     /// `directory` is a path without a slash at its end. `report` is called on the thread that examines, for each
-    /// patch of the library file, and goes on with the last number while what follows takes its time.
+    /// patch of the library file, and goes on with the last number while what follows takes its time. The examination
+    /// ends when it returns false.
     explicit LibraryDoctor(const QString &directory, LibraryLoader::Report report = {});
 
     [[nodiscard]] LibraryHealth examine();
 
 private:
-    void reportStillBusy() const;
+    /// False when the examination is to end.
+    [[nodiscard]] bool reportStillBusy() const;
     void noteLibraryFile(const LibraryLoadResult &loaded);
     void noteJournal();
     void examineFile(const QString &name);

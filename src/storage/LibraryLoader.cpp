@@ -47,6 +47,9 @@ void LibraryLoader::fill(const LibraryState &stored, LibraryLoadResult &result)
     m_entries = LibraryEntries(stored.patches);
     QList<VelgorPatch> patches = m_entries.patches();
     const Progress progress = loadPatches(patches, result);
+    if (progress.isStopped) {
+        return;
+    }
     if (progress.loaded > 0) {
         patches.removeIf([](const VelgorPatch &patch) { return patch.empty; });
     }
@@ -149,8 +152,9 @@ LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, 
             progress.complete = false;
         }
         ++done;
-        if (m_report) {
-            m_report(done, patches.size());
+        if (m_report && !m_report(done, patches.size())) {
+            progress.isStopped = true;
+            return progress;
         }
     }
     m_doubts.note(m_entries, patches, result);

@@ -26,10 +26,11 @@ class LibraryLoader {
     Q_DECLARE_TR_FUNCTIONS(LibraryLoader)
 
 public:
-    using Report = std::function<void(qsizetype loaded, qsizetype total)>;
+    /// Called after each patch, readable or not, on the thread that loads. Loading ends when it returns false; what it
+    /// came to until then means nothing.
+    using Report = std::function<bool(qsizetype loaded, qsizetype total)>;
 
-    /// `directory` is a path without a slash at its end. `report` is called after each patch, readable or not, on
-    /// the thread that loads.
+    /// `directory` is a path without a slash at its end.
     explicit LibraryLoader(const QString &directory, Report report = {});
 
     [[nodiscard]] LibraryLoadResult load();
@@ -41,6 +42,7 @@ private:
     void fill(const LibraryState &stored, LibraryLoadResult &result);
     struct Progress {
         bool complete = true;
+        bool isStopped = false;
         qsizetype loaded = 0;
     };
 

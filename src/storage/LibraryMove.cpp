@@ -13,9 +13,44 @@
 #include <algorithm>
 #include <iterator>
 
-LibraryMove::LibraryMove(const QString &directory)
-    : m_directory(directory)
+void LibraryMove::start(
+    Worker &worker, QObject *asking, const QString &directory, const Result<> &obstacle, const Steps &steps)
 {
+    const std::shared_ptr<LibraryMove> move(new LibraryMove(directory));
+    const auto giveUp = [&worker, asking, move, steps](const Problem &reason, bool isTaken) {
+        const auto takeBack = [move, reason] {
+            const Result<> undone = move->takeBackFiles();
+            return undone ? reason : Problem{.why = reason.text() + u'\n' + undone.problem().text()};
+        };
+        worker.start(asking, takeBack, [&worker, asking, move, steps, isTaken](const Problem &problem) {
+            if (isTaken && steps.giveBack) {
+                steps.giveBack();
+            }
+            const auto removeDirectories = [move, problem] {
+                move->removeDirectories();
+                return problem;
+            };
+            worker.start(asking, removeDirectories, [steps](const Problem &told) { steps.ended(told, {}); });
+        });
+    };
+    const auto settle = [move, steps, giveUp](const Result<> &written) {
+        const Result<> recorded = written ? steps.record() : written;
+        if (recorded) {
+            steps.ended(recorded, move->m_result);
+        } else {
+            giveUp(recorded.problem(), true);
+        }
+    };
+    const auto make = [move, obstacle] { return obstacle ? move->makeDirectory() : obstacle; };
+    worker.start(asking, make, [&worker, asking, move, steps, giveUp, settle](const Result<> &made) {
+        const Result<> taken = made && steps.take ? steps.take(move->m_directory) : made;
+        if (taken) {
+            worker.start(
+                asking, [move, library = steps.library()] { return move->write(library); }, settle);
+        } else {
+            giveUp(taken.problem(), bool(made));
+        }
+    });
 }
 
 Result<> LibraryMove::makeDirectory()

@@ -3,33 +3,54 @@
 #include "LibraryJson.h"
 #include "LibraryWriteResult.h"
 #include "Result.h"
+#include "Worker.h"
 
 #include <QCoreApplication>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <memory>
+
 /// Writes a library to a directory that is to be its new place, and can take back everything that it did there.
 class LibraryMove {
     Q_DECLARE_TR_FUNCTIONS(LibraryMove)
 
 public:
-    /// `directory` is an absolute path without a slash at its end.
-    explicit LibraryMove(const QString &directory);
+    /// What is done on the thread of the worker's owner while the files move.
+    struct Steps {
+        /// Keeps other programs from the directory once it is there, and undoes that where the move failed.
+        std::function<Result<>(const QString &directory)> take = {};
+        std::function<void()> giveBack = {};
+        /// What is to be written.
+        std::function<LibraryState()> library = {};
+        /// Records the new place once everything is written.
+        std::function<Result<>()> record = {};
+        /// Where the move failed, the directory is as it was.
+        std::function<void(const Result<> &moved, const LibraryWriteResult &result)> ended = {};
+    };
 
-    /// Makes the directory where there is none. Refuses one that holds a library or cannot be listed.
+    /// `directory` is an absolute path without a slash at its end; it is made where there is none. One that holds a
+    /// library or cannot be listed is refused. Files there that are in the way of a patch's are set aside. An obstacle
+    /// is known before. Nothing more is told once `asking` is gone.
+    static void start(
+        Worker &worker, QObject *asking, const QString &directory, const Result<> &obstacle, const Steps &steps);
+
+private:
+    explicit LibraryMove(const QString &directory)
+        : m_directory(directory)
+    {
+    }
+
     [[nodiscard]] Result<> makeDirectory();
-    /// Writes the whole library. Files there that are in the way of a patch's are set aside.
+    /// Writes the whole library.
     [[nodiscard]] Result<> write(const LibraryState &library);
-    /// What write() came to.
-    [[nodiscard]] const LibraryWriteResult &result() const { return m_result; }
-
     /// Removes what was written, and gives files of others their names back.
     [[nodiscard]] Result<> takeBackFiles();
     /// Removes the directories that were made, where nothing is in them.
     void removeDirectories();
 
-private:
     QString m_directory;
     QStringList m_madeDirectories; ///< the innermost first
     bool m_isBegun = false; ///< something may have been written

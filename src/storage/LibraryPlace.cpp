@@ -1,5 +1,6 @@
 #include "LibraryPlace.h"
 
+#include "Diagnostics.h"
 #include "FileExistence.h"
 #include "LibraryFileNames.h"
 #include "SinglePatchFile.h"
@@ -18,6 +19,18 @@ bool isSomethingAt(const QString &path)
     return info.exists() || info.isSymLink();
 }
 
+Result<> testWrite(const QString &directory)
+{
+    const QString path = LibraryFileNames::writeTestFile(directory);
+    const Result<QByteArray> there = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
+    if (there && !LibraryFileNames::writeTestText().startsWith(*there)) {
+        // Somebody else's; that the directory could be made says enough.
+        return Success();
+    }
+    const auto written = DiskFiles::overwriteInPlace(path, LibraryFileNames::writeTestText());
+    return written ? DiskFiles::remove(path) : written.problem();
+}
+
 } // namespace
 
 bool LibraryPlace::holdsLibrary(const QString &directory)
@@ -31,6 +44,19 @@ bool LibraryPlace::holdsLibrary(const QString &directory)
 bool LibraryPlace::isListable(const QString &directory)
 {
     return QUrl::fromLocalFile(directory).path(QUrl::FullyEncoded) == directory;
+}
+
+Result<> LibraryPlace::make(const QString &directory)
+{
+    if (existence(directory) == FileExistence::directory) {
+        return Success();
+    }
+    const Result<> made = DiskFiles::makeDirectory(directory);
+    if (made) {
+        return testWrite(directory);
+    }
+    Diagnostics::printLine(QStringLiteral("Cannot create library directory"));
+    return made;
 }
 
 LibraryPlace::LibraryPlace(const QString &directory)

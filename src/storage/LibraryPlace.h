@@ -20,6 +20,9 @@ public:
     /// False when the path of a directory changes by percent-encoding. Such a directory is not listed.
     [[nodiscard]] static bool isListable(const QString &directory);
 
+    /// Makes the directory where there is none, and tries to write there then.
+    [[nodiscard]] static Result<> make(const QString &directory);
+
     /// `directory` is a path without a slash at its end.
     explicit LibraryPlace(const QString &directory);
 

@@ -1,21 +1,16 @@
 #include "LibraryStorageManager.h"
 
-#include "Diagnostics.h"
 #include "DirectoryListing.h"
-#include "DiskFiles.h"
 #include "FaultPoint.h"
 #include "FileExistence.h"
-#include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
 #include "LibraryMove.h"
 #include "LibraryPlace.h"
 #include "LibrarySnapshot.h"
-#include "LibraryWriter.h"
 #include "ObservableProperty.h"
 
 #include <QDir>
 
-#include <system_error>
 #include <utility>
 
 LibraryStorageManager::LibraryStorageManager(
@@ -36,20 +31,15 @@ LibraryStorageManager::LibraryStorageManager(
     : QObject(parent)
     , m_preferences(preferences)
     , m_directory(QDir(directory).absolutePath())
+    , m_stored(std::make_shared<LibraryOnDisk>(m_directory))
     , m_delay(period)
 {
-    connect(&m_delay, &DelayedSave::due, this, &LibraryStorageManager::startBackgroundSave);
+    connect(&m_delay, &DelayedSave::due, this, [this] {
+        m_isDelayedSaveDue = true;
+        startSavesDue();
+    });
     connect(&m_delay, &DelayedSave::waitingToSaveChanged, this, &LibraryStorageManager::waitingToSaveChanged);
     connect(&m_delay, &DelayedSave::waitMoreChanged, this, &LibraryStorageManager::waitMoreChanged);
-    connect(&m_loading, &LibraryLoading::progress, this, &LibraryStorageManager::loadProgress);
-    connect(&m_loading, &LibraryLoading::finished, this, &LibraryStorageManager::endLoading);
-}
-
-LibraryStorageManager::~LibraryStorageManager()
-{
-    if (m_thread.joinable()) {
-        m_thread.join();
-    }
 }
 
 void LibraryStorageManager::setWriteError(bool writeError)
@@ -68,35 +58,13 @@ void LibraryStorageManager::setReadError(bool readError)
 
 void LibraryStorageManager::createDirectoryLibrary()
 {
-    if (existence(m_directory) != FileExistence::directory) {
-        if (const Result<> made = DiskFiles::makeDirectory(m_directory); !made) {
-            Diagnostics::printLine(QStringLiteral("Cannot create library directory"));
-            m_isDirectoryMissed = true;
-            addWriteError(made.problem().text());
-            return;
-        }
-        testWrite();
+    Result<> made = LibraryPlace::make(m_directory);
+    m_isDirectoryMissed = !made;
+    if (made && m_preferences) {
+        made = m_preferences->setLibraryDirectory(m_directory);
     }
-    m_isDirectoryMissed = false;
-    const bool isRecorded = !m_writeError && m_preferences;
-    const Result<> recorded = isRecorded ? m_preferences->setLibraryDirectory(m_directory) : Success();
-    if (!recorded) {
-        addWriteError(recorded.problem().text());
-    }
-}
-
-void LibraryStorageManager::testWrite()
-{
-    const QString path = LibraryFileNames::writeTestFile(m_directory);
-    const Result<QByteArray> there = DiskFiles::readRegular(path, DiskFiles::Links::Refuse);
-    if (there && !LibraryFileNames::writeTestText().startsWith(*there)) {
-        // Somebody else's; that the directory could be made says enough.
-        return;
-    }
-    const auto written = DiskFiles::overwriteInPlace(path, LibraryFileNames::writeTestText());
-    const Result<> removed = written ? DiskFiles::remove(path) : written.problem();
-    if (!removed) {
-        addWriteError(removed.problem().text());
+    if (!made) {
+        addWriteError(made.problem().text());
     }
 }
 
@@ -109,105 +77,96 @@ void LibraryStorageManager::openLibraryInFinder() const
 
 std::optional<LibraryState> LibraryStorageManager::decodeLibrary()
 {
-    finishBackgroundWork();
-    return takeLoad(LibraryLoader(m_directory).load());
+    finish();
+    takeLoad(m_stored->load());
+    return takeLoadedLibrary();
 }
 
 void LibraryStorageManager::startLoading()
 {
-    if (!isLoading()) {
-        finishBackgroundSave();
-        m_loadedLibrary.reset();
-        m_loading.start(m_directory);
+    if (m_isLoading) {
+        return;
     }
+    m_isLoading = true;
+    m_load.library.reset();
+    const auto load = [stored = m_stored](const Worker::Report &report) { return stored->load(report); };
+    const auto end = [this](LibraryLoadResult result) {
+        m_isLoading = false;
+        takeLoad(std::move(result));
+        Q_EMIT loadFinished();
+        startSavesDue();
+    };
+    m_worker.start(this, load, end, [this](qsizetype loaded, qsizetype total) { Q_EMIT loadProgress(loaded, total); });
 }
 
-void LibraryStorageManager::endLoading()
+void LibraryStorageManager::takeLoad(LibraryLoadResult result)
 {
-    m_loadedLibrary = takeLoad(m_loading.takeResult());
-    Q_EMIT loadFinished();
-    if (std::exchange(m_isSaveDue, false)) {
-        startBackgroundSave();
+    m_load = std::move(result);
+    if (m_isDirectoryMissed && existence(m_directory) != FileExistence::directory) {
+        // Where no directory could be made, that was the problem, and was told.
+        m_load.problem.clear();
     }
-}
-
-std::optional<LibraryState> LibraryStorageManager::takeLoad(LibraryLoadResult result)
-{
-    // Where no directory could be made, that was the problem, and was told.
-    m_readProblem =
-        m_isDirectoryMissed && existence(m_directory) != FileExistence::directory ? QString() : result.problem;
-    m_droppedPatches = result.droppedPatches;
-    m_droppedProblems = result.droppedProblems;
-    m_doubtfulPatches = result.doubtfulPatches;
-    m_awaitedPatches = {.patches = result.writeState.unread.patches,
-        .defaultPatch = result.droppedDefault,
-        .doubtful = result.doubtfulIds,
-        .damaged = QSet(result.damagedFiles.keyBegin(), result.damagedFiles.keyEnd())};
-    for (const VelgorPatch &entry : std::as_const(result.droppedEntries)) {
+    m_awaitedPatches = {.patches = m_load.writeState.unread.patches,
+        .defaultPatch = m_load.droppedDefault,
+        .doubtful = m_load.doubtfulIds,
+        .damaged = QSet(m_load.damagedFiles.keyBegin(), m_load.damagedFiles.keyEnd())};
+    for (const VelgorPatch &entry : std::as_const(m_load.droppedEntries)) {
         if (!entry.empty && !m_awaitedPatches.patches.contains(entry.id())) {
             m_awaitedPatches.patches.insert(entry.id(), entry);
         }
     }
-    m_leftovers = result.leftovers;
-    m_writeState = result.writeState;
-    if (result.readError) {
+    m_removalsLeft.clear();
+    m_unreadPatches = m_load.writeState.unread.patches.size();
+    if (m_load.readError) {
         setReadError(true);
     }
-    return std::move(result.library);
 }
 
-Result<> LibraryStorageManager::moveTo(const QString &directory, const VelgorLibrary &library,
-    const TakeDirectory &take, const GiveDirectoryBack &giveBack)
+void LibraryStorageManager::startMove(const QString &directory, const VelgorLibrary &library, LibraryMove::Steps steps)
 {
+    if (std::exchange(m_isMoving, true)) {
+        return;
+    }
     const QString target = QDir(directory).absolutePath();
-    finishBackgroundWork();
-    if (!m_writeState.unread.isEmpty()) {
-        return Problem{.where = m_directory,
-            .why = tr("%1 patch files cannot be read now, and would be left behind")
-                       .arg(m_writeState.unread.patches.size()),
+    const Result<> obstacle = m_unreadPatches == 0
+        ? Result<>(Success())
+        : Problem{.where = m_directory,
+            .why = tr("%1 patch files cannot be read now, and would be left behind").arg(m_unreadPatches),
             .mayPass = true};
-    }
-    LibraryMove move(target);
-    Result<> moved = move.makeDirectory();
-    const bool isTaken = moved && take;
-    if (isTaken) {
-        moved = take(target);
-    }
-    if (moved) {
-        moved = move.write(LibrarySnapshot::take(library));
-    }
-    if (moved && m_preferences) {
-        moved = m_preferences->setLibraryDirectory(target);
-    }
-    if (!moved) {
-        const Result<> undone = move.takeBackFiles();
-        if (isTaken && giveBack) {
-            giveBack();
+    const auto revision = std::make_shared<quint64>();
+    steps.library = [this, revision, library = &library] {
+        *revision = m_revision;
+        return LibrarySnapshot::take(*library);
+    };
+    steps.record = [this, target] { return m_preferences ? m_preferences->setLibraryDirectory(target) : Success(); };
+    steps.ended = [this, target, revision, ended = steps.ended](
+                      const Result<> &moved, const LibraryWriteResult &result) {
+        m_isMoving = false;
+        if (moved) {
+            m_directory = target;
+            m_stored = std::make_shared<LibraryOnDisk>(target, result.state);
+            takeResult(result, *revision);
+            if (!hasUnsavedChanges()) {
+                endWaiting();
+            }
         }
-        move.removeDirectories();
-        return undone ? moved : Problem{.why = moved.problem().text() + u'\n' + undone.problem().text()};
-    }
-    m_delay.cancel();
-    setLibraryToSave(nullptr);
-    m_directory = target;
-    takeResult(move.result(), &library);
-    return Success();
+        ended(moved, result);
+        startSavesDue();
+    };
+    LibraryMove::start(m_worker, this, target, obstacle, steps);
 }
 
 void LibraryStorageManager::sweepLeftovers()
 {
-    finishBackgroundWork();
-    LibrarySweeper sweeper(m_directory, m_leftovers);
-    sweeper.sweep();
-    m_writeState.idsToRemove.append(sweeper.notRemoved());
-    if (sweeper.isLibraryFileCompleted()) {
-        m_writeState.libraryFile = sweeper.stamp();
-        // What the copy held that could not be loaded is in the library file now.
-        if (m_writeState.filesToKeep.removeAll(LibraryFileNames::libraryCopy()) > 0) {
-            m_writeState.filesToKeep.append(LibraryFileNames::libraryFile());
-        }
-    }
-    m_leftovers = {};
+    startSweeping();
+    finish();
+}
+
+void LibraryStorageManager::startSweeping()
+{
+    m_worker.start(
+        this, [stored = m_stored] { return stored->sweep(); },
+        [this](const QList<quint64> &left) { m_removalsLeft = left; });
 }
 
 QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
@@ -220,93 +179,110 @@ QStringList LibraryStorageManager::getPathsForPatchID(quint64 patchID)
     return listing->pathsFor(patchID);
 }
 
-void LibraryStorageManager::remove(const QList<quint64> &patchIDs)
+void LibraryStorageManager::startSave(const VelgorLibrary &library)
 {
-    finishBackgroundWork();
-    m_writeState.idsToRemove.append(patchIDs);
-}
-
-void LibraryStorageManager::keepLibraryFile()
-{
-    finishBackgroundWork();
-    if (!m_writeState.filesToKeep.contains(LibraryFileNames::libraryFile())) {
-        m_writeState.filesToKeep.append(LibraryFileNames::libraryFile());
-    }
+    note(library);
+    m_isSaveDue = true;
+    startSavesDue();
 }
 
 void LibraryStorageManager::save(const VelgorLibrary &library)
 {
-    finishBackgroundWork();
-    takeResult(LibraryWriter(m_directory, m_writeState).save(LibrarySnapshot::take(library)), &library);
+    finish();
+    note(library);
+    takeResult(saveJob(library)(), m_revision);
 }
 
 void LibraryStorageManager::delayedSave(const VelgorLibrary &library)
 {
-    m_unsaved = &library;
+    note(library);
     setLibraryToSave(&library);
     m_delay.request();
 }
 
+bool LibraryStorageManager::hasUnsavedChanges() const
+{
+    return m_savesUnderWay > 0 || (m_latest && m_savedRevision != m_revision);
+}
+
+void LibraryStorageManager::startSavingUnsaved()
+{
+    if (!m_isDelayedSaveUnderWay) {
+        endWaiting();
+    }
+    const bool isUnderWay = m_savesUnderWay > 0 && m_startedRevision == m_revision;
+    m_isSaveDue = m_isSaveDue || (hasUnsavedChanges() && !isUnderWay);
+    startSavesDue();
+}
+
 bool LibraryStorageManager::saveUnsaved()
 {
-    finishBackgroundSave();
+    // What is under way may fail, and is tried again then. A move that is not ended leaves the library in two places.
+    if (hasUnsavedChanges() || m_isMoving) {
+        finish();
+    }
+    startSavingUnsaved();
+    if (hasUnsavedChanges()) {
+        finish();
+    }
+    return !hasUnsavedChanges();
+}
+
+void LibraryStorageManager::endWaiting()
+{
+    m_isDelayedSaveDue = false;
     m_delay.cancel();
     setLibraryToSave(nullptr);
-    if (m_unsaved) {
-        save(*m_unsaved);
-    }
-    return m_unsaved.isNull();
 }
 
-void LibraryStorageManager::finishBackgroundWork()
+void LibraryStorageManager::note(const VelgorLibrary &library)
 {
-    // The end of a load may start a save.
-    m_loading.finish();
-    finishBackgroundSave();
+    m_latest = &library;
+    ++m_revision;
 }
 
-void LibraryStorageManager::startBackgroundSave()
+std::function<LibraryWriteResult()> LibraryStorageManager::saveJob(const VelgorLibrary &library)
 {
-    if (isLoading()) {
-        m_isSaveDue = true;
-        return;
-    }
-    if (!m_libraryToSave) {
-        m_delay.saveFinished();
-        return;
-    }
-    m_libraryBeingSaved = m_libraryToSave;
-    m_unsaved.clear();
-    const LibraryState content = LibrarySnapshot::take(*m_libraryToSave);
-    const auto write = [directory = m_directory, state = m_writeState, content] {
-        return LibraryWriter(directory, state).save(content);
+    m_startedRevision = m_revision;
+    return [stored = m_stored, content = LibrarySnapshot::take(library), removed = std::exchange(m_removalsWanted, {}),
+               isFileToKeep = std::exchange(m_isFileToKeep, false)] {
+        return stored->save(content, removed, isFileToKeep);
     };
-    try {
-        m_thread = std::thread([this, write] {
-            m_backgroundResult = write();
-            QMetaObject::invokeMethod(this, &LibraryStorageManager::finishBackgroundSave, Qt::QueuedConnection);
-        });
-    } catch (const std::system_error &) {
-        // Without another thread to be had, the save takes place on this one.
-        const LibraryWriteResult result = write();
-        setLibraryToSave(nullptr);
-        m_delay.saveFinished();
-        takeResult(result, m_libraryBeingSaved);
-    }
 }
 
-void LibraryStorageManager::finishBackgroundSave()
+void LibraryStorageManager::startSaveJob(const VelgorLibrary &library, bool isDelayed)
 {
-    if (!m_thread.joinable()) {
+    ++m_savesUnderWay;
+    m_isDelayedSaveUnderWay = m_isDelayedSaveUnderWay || isDelayed;
+    const auto end = [this, isDelayed, revision = m_revision](const LibraryWriteResult &result) {
+        --m_savesUnderWay;
+        takeResult(result, revision);
+        if (isDelayed) {
+            m_isDelayedSaveUnderWay = false;
+            setLibraryToSave(nullptr);
+            m_delay.saveFinished();
+        }
+        Q_EMIT saveFinished();
+    };
+    m_worker.start(this, saveJob(library), end);
+}
+
+void LibraryStorageManager::startSavesDue()
+{
+    if (m_isLoading || m_isMoving) {
         return;
     }
-    m_thread.join();
-    const LibraryWriteResult result = *std::exchange(m_backgroundResult, std::nullopt);
-    const bool wasChangedMeanwhile = !m_unsaved.isNull();
-    setLibraryToSave(nullptr);
-    m_delay.saveFinished();
-    const bool isSaved = !wasChangedMeanwhile || FaultPoint::isSet("saved-too-early");
-    takeResult(result, isSaved ? m_libraryBeingSaved.data() : nullptr);
+    if (std::exchange(m_isSaveDue, false) && m_latest) {
+        startSaveJob(*m_latest, false);
+    }
+    if (!std::exchange(m_isDelayedSaveDue, false)) {
+        return;
+    }
+    if (m_libraryToSave) {
+        startSaveJob(*m_libraryToSave, true);
+    } else {
+        m_delay.saveFinished();
+    }
 }
 
 void LibraryStorageManager::setLibraryToSave(const VelgorLibrary *library)
@@ -317,17 +293,18 @@ void LibraryStorageManager::setLibraryToSave(const VelgorLibrary *library)
     }
 }
 
-void LibraryStorageManager::takeResult(const LibraryWriteResult &result, const VelgorLibrary *library)
+void LibraryStorageManager::takeResult(const LibraryWriteResult &result, quint64 revision)
 {
-    m_writeState = result.state;
+    m_removalsLeft = result.state.idsToRemove;
+    m_unreadPatches = result.state.unread.patches.size();
     m_wasLastSaveWritten = result.isLibraryFileWritten && result.arePatchesWritten;
     m_wereFilesRemoved = result.areFilesRemoved;
     if (!result.keptFiles.isEmpty()) {
         m_keptFiles = result.keptFiles;
         m_wasChangedByOthers = result.wasChangedByOthers;
     }
-    if (library) {
-        m_unsaved = m_wasLastSaveWritten ? nullptr : library;
+    if (m_wasLastSaveWritten) {
+        m_savedRevision = FaultPoint::isSet("saved-too-early") ? m_revision : revision;
     }
     m_saveProblems = result.problems;
     if (result.hasError()) {

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "AwaitedPatches.h"
 #include "DelayedSave.h"
-#include "LibraryLoading.h"
+#include "LibraryMove.h"
+#include "LibraryOnDisk.h"
 #include "LibraryStorage.h"
-#include "LibrarySweeper.h"
-#include "LibraryWriteResult.h"
 #include "VelgorLibrary.h"
+#include "Worker.h"
 
 #include <QObject>
 #include <QPointer>
@@ -14,23 +15,20 @@
 #include <QUrl>
 
 #include <functional>
-#include <optional>
-#include <thread>
-#include <utility>
+#include <memory>
 
 class LibraryManagerPreferences;
 
-/// Keeps a patch library in a directory: loads and saves it, at once or in the background, and removes patch files.
+/// Keeps a patch library in a directory: loads and saves it, and removes patch files.
 ///
-/// A background save works on a snapshot taken on the user-interface thread; loads and saves never overlap. All
-/// functions belong to that thread, which must run an event loop for what happens in the background. Failures set a
-/// flag that stays until the user has seen it, and the texts that go with it.
+/// What touches the directory is a job of one worker, so that loads, saves and whatever else is given to that worker
+/// never overlap. A save works on a snapshot taken on the user-interface thread. All functions belong to that thread,
+/// which must run an event loop; those that begin with "start" return at once, the others wait for what is under way.
+/// Failures set a flag that stays until the user has seen it, and the texts that go with it.
 class LibraryStorageManager : public QObject, public LibraryStorage {
     Q_OBJECT
 
 public:
-    using TakeDirectory = std::function<Result<>(const QString &directory)>;
-    using GiveDirectoryBack = std::function<void()>;
     using ShowDirectory = std::function<void(const QUrl &directory)>;
 
     /// The directory of the preferences, made if it is missing and recorded there if it can be used.
@@ -40,9 +38,12 @@ public:
     /// A directory that is neither made nor recorded.
     explicit LibraryStorageManager(const QString &directory,
         std::chrono::milliseconds period = DelayedSave::usualPeriod, QObject *parent = nullptr);
-    /// Ends a load, and waits for a save that is being written. What is not on disk yet is for saveUnsaved().
-    ~LibraryStorageManager() override;
+    /// Ends a load, and waits for saves that were begun. What is not on disk yet is for saveUnsaved().
+    ~LibraryStorageManager() override = default;
     Q_DISABLE_COPY_MOVE(LibraryStorageManager)
+
+    /// For whatever else looks into the directory or changes it.
+    [[nodiscard]] Worker &worker() { return m_worker; }
 
     /// An absolute path without a slash at its end.
     [[nodiscard]] QString libDirectory() const { return m_directory; }
@@ -56,15 +57,15 @@ public:
     /// What is behind writeError since it was last cleared: one text for each failure, naming file and reason.
     [[nodiscard]] QStringList writeProblems() const { return m_otherProblems + m_saveProblems; }
     /// Why the last load found a library file but no library; empty otherwise.
-    [[nodiscard]] QString readProblem() const { return m_readProblem; }
+    [[nodiscard]] QString readProblem() const { return m_load.problem; }
     /// Names of the patches that the last load had to leave out.
-    [[nodiscard]] QStringList droppedPatches() const { return m_droppedPatches; }
+    [[nodiscard]] QStringList droppedPatches() const { return m_load.droppedPatches; }
     /// For each of them its name, why it could not be loaded, and its file.
-    [[nodiscard]] QStringList droppedProblems() const { return m_droppedProblems; }
+    [[nodiscard]] QStringList droppedProblems() const { return m_load.droppedProblems; }
     /// For each patch of the last load whose file may hold another one: its name, the name in the file, and the file.
-    [[nodiscard]] QStringList doubtfulPatches() const { return m_doubtfulPatches; }
+    [[nodiscard]] QStringList doubtfulPatches() const { return m_load.doubtfulPatches; }
     /// How many of them stay in the library file, as their files may be readable another time.
-    [[nodiscard]] qsizetype unreadPatches() const { return m_writeState.unread.patches.size(); }
+    [[nodiscard]] qsizetype unreadPatches() const { return m_unreadPatches; }
     /// What the library file says of the patches that the last load had to leave out, by their ids.
     [[nodiscard]] const AwaitedPatches &awaitedPatches() const { return m_awaitedPatches; }
     /// Where the last save that had to keep something aside put it: old library files under dated names, and patch
@@ -78,7 +79,7 @@ public:
     /// The last save left none of the files of removed patches behind.
     [[nodiscard]] bool wereFilesRemoved() const { return m_wereFilesRemoved; }
     /// The removed patches whose files the next save is to remove.
-    [[nodiscard]] QList<quint64> removalsDue() const { return m_writeState.idsToRemove; }
+    [[nodiscard]] QList<quint64> removalsDue() const { return m_removalsLeft + m_removalsWanted; }
 
     /// Makes sure that the directory exists, and records it in the preferences, if there are any.
     void createDirectoryLibrary();
@@ -88,37 +89,43 @@ public:
 
     /// The stored library, complete with preset data; nothing when there is none, it is empty or not readable.
     [[nodiscard]] std::optional<LibraryState> decodeLibrary();
-    /// Does the same in the background; does nothing while a load is under way. The library is to be taken, and put
-    /// where it will be saved from, by what loadFinished() calls: a save requested during the load comes right
-    /// after that. save(), remove() and sweepLeftovers() wait for the load, and loadFinished() comes before they act.
+    /// Begins to do the same; does nothing while a load is under way. The library is to be taken, and put where it will
+    /// be saved from, by what loadFinished() calls: a save asked for during the load comes right after that.
     void startLoading();
     /// True from startLoading() until right before loadFinished().
-    [[nodiscard]] bool isLoading() const { return m_loading.isRunning(); }
+    [[nodiscard]] bool isLoading() const { return m_isLoading; }
     /// What decodeLibrary() would have returned, once.
-    [[nodiscard]] std::optional<LibraryState> takeLoadedLibrary() { return std::exchange(m_loadedLibrary, {}); }
-    /// Saves the library in another directory, which is made if need be, and keeps it there from then on; the former
-    /// directory stays as it is. Refuses a directory that holds a library or cannot be listed. `take` is called once
-    /// the directory is there, to keep other programs from it. When that or the move
-    /// failed, after `giveBack` undid what `take` did, the library is where it was, the preferences say so, and the
-    /// other directory is as it was.
-    [[nodiscard]] Result<> moveTo(const QString &directory, const VelgorLibrary &library,
-        const TakeDirectory &take = {}, const GiveDirectoryBack &giveBack = {});
+    [[nodiscard]] std::optional<LibraryState> takeLoadedLibrary() { return std::exchange(m_load.library, {}); }
+    /// Begins to save the library, which must live until then, in another directory, and keeps it there once that is
+    /// done; the former directory stays as it is, and saves wait. Of the steps, `library` and `record` need not be
+    /// given. Where the move failed, the library is where it was, and the preferences say so. Does nothing while the
+    /// library is moving already.
+    void startMove(const QString &directory, const VelgorLibrary &library, LibraryMove::Steps steps);
     /// Finishes what an interrupted program began, and removes what it left behind. To be called after loading, which
     /// finds out what is still needed, and only while this program alone uses the directory.
     void sweepLeftovers();
+    void startSweeping();
+    /// Waits for all that was begun, and for what comes of it.
+    void finish() { m_worker.finish(); }
     /// Relative paths of the files that carry this patch id.
     [[nodiscard]] QStringList getPathsForPatchID(quint64 patchID);
 
     /// The files go with the next save, once the library file does not hold the patches any more.
-    void remove(const QList<quint64> &patchIDs) override;
+    void remove(const QList<quint64> &patchIDs) override { m_removalsWanted.append(patchIDs); }
     /// The next save keeps the present library file under a dated name, for a change that may be taken back by it.
-    void keepLibraryFile();
-    void save(const VelgorLibrary &library) override;
+    void keepLibraryFile() { m_isFileToKeep = true; }
+    void startSave(const VelgorLibrary &library) override;
+    /// Saves before it returns.
+    void save(const VelgorLibrary &library);
     void delayedSave(const VelgorLibrary &library) override;
 
-    /// A change was handed to delayedSave() that no finished save holds.
-    [[nodiscard]] bool hasUnsavedChanges() const { return !m_unsaved.isNull() || m_thread.joinable(); }
-    /// Ends the waiting and writes what is not on disk yet, before the program ends. False when that failed.
+    /// A save was begun that has not ended.
+    [[nodiscard]] bool isSaving() const { return m_savesUnderWay > 0; }
+    /// A change was handed to delayedSave() or startSave() that no finished save holds.
+    [[nodiscard]] bool hasUnsavedChanges() const;
+    /// Ends the waiting and begins to write what is not on disk yet.
+    void startSavingUnsaved();
+    /// The same, and waits for it, before the program ends. False when that failed.
     bool saveUnsaved();
 
 Q_SIGNALS:
@@ -130,48 +137,56 @@ Q_SIGNALS:
     /// How many patches have been looked at, at most thirty times a second.
     void loadProgress(qsizetype loaded, qsizetype total);
     void loadFinished();
+    /// A save has ended, whether it succeeded or not, and what it came to is known.
+    void saveFinished();
 
 private:
     LibraryStorageManager(LibraryManagerPreferences *preferences, const QString &directory,
         std::chrono::milliseconds period, QObject *parent);
 
-    void testWrite();
-    [[nodiscard]] std::optional<LibraryState> takeLoad(LibraryLoadResult result);
-    void endLoading();
-    void finishBackgroundWork();
-    void startBackgroundSave();
-    void finishBackgroundSave();
+    void takeLoad(LibraryLoadResult result);
+    void note(const VelgorLibrary &library);
+    /// What is to be done to save this library now.
+    [[nodiscard]] std::function<LibraryWriteResult()> saveJob(const VelgorLibrary &library);
+    void startSaveJob(const VelgorLibrary &library, bool isDelayed);
+    /// Unless a load or a move comes first.
+    void startSavesDue();
+    /// No delayed save comes any more.
+    void endWaiting();
     void setLibraryToSave(const VelgorLibrary *library);
-    void takeResult(const LibraryWriteResult &result, const VelgorLibrary *library);
+    void takeResult(const LibraryWriteResult &result, quint64 revision);
     void addWriteError(const QString &problem);
 
     LibraryManagerPreferences *m_preferences;
     QString m_directory;
+    std::shared_ptr<LibraryOnDisk> m_stored; ///< for jobs, and for whoever has waited for all of them
     ShowDirectory m_showDirectory;
     DelayedSave m_delay;
     QPointer<const VelgorLibrary> m_libraryToSave;
-    QPointer<const VelgorLibrary> m_unsaved;
+    QPointer<const VelgorLibrary> m_latest; ///< the last one that was to be saved
+    quint64 m_revision = 0; ///< of m_latest: each request is one
+    quint64 m_startedRevision = 0; ///< of the last save that was begun
+    quint64 m_savedRevision = 0;
+    int m_savesUnderWay = 0;
+    bool m_isDelayedSaveUnderWay = false;
+    bool m_isSaveDue = false; ///< as soon as saves need not wait
+    bool m_isDelayedSaveDue = false; ///< the same
+    bool m_isLoading = false;
+    bool m_isMoving = false;
+    bool m_isFileToKeep = false; ///< by the next save
+    QList<quint64> m_removalsWanted; ///< for the next save
+    QList<quint64> m_removalsLeft; ///< by the last one
+    qsizetype m_unreadPatches = 0;
     bool m_writeError = false;
     bool m_readError = false;
-    bool m_isDirectoryMissed = false; ///< it could not be made
+    bool m_isDirectoryMissed = false; ///< it could not be made, or not used
     QStringList m_saveProblems; ///< of the last save
     QStringList m_otherProblems; ///< of directories and removals, since writeError was last cleared
-    QString m_readProblem;
-    QStringList m_droppedPatches;
-    QStringList m_droppedProblems;
-    QStringList m_doubtfulPatches;
+    LibraryLoadResult m_load; ///< what the last load gave
     AwaitedPatches m_awaitedPatches;
     QStringList m_keptFiles;
     bool m_wasLastSaveWritten = true;
     bool m_wereFilesRemoved = true;
     bool m_wasChangedByOthers = false;
-    LibraryLeftovers m_leftovers;
-    LibraryWriteState m_writeState;
-    LibraryLoading m_loading;
-    std::optional<LibraryState> m_loadedLibrary;
-    bool m_isSaveDue = false; ///< the delay is over, but a load is not
-
-    std::thread m_thread;
-    QPointer<const VelgorLibrary> m_libraryBeingSaved;
-    std::optional<LibraryWriteResult> m_backgroundResult; ///< written by the thread, read after joining it
+    Worker m_worker; ///< last, so that what it tells finds the rest
 };

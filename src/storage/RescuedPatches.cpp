@@ -10,24 +10,6 @@
 
 namespace {
 
-QList<LibraryState> libraryFiles(const QString &directory)
-{
-    QList<LibraryState> files;
-    const LibraryPlace place(directory);
-    for (const QString &name : {LibraryFileNames::libraryFile(), LibraryFileNames::libraryCopy()}) {
-        const Result<QByteArray> text = place.read(name);
-        if (const auto content = text ? LibraryJson::decode(*text) : std::nullopt) {
-            files.append(*content);
-        }
-    }
-    for (const KeptLibrary &kept : KeptLibraries::find(directory).libraries) {
-        if (kept.content) {
-            files.append(*kept.content);
-        }
-    }
-    return files;
-}
-
 /// Finds rows for patches that are to come between those of a library.
 class Places {
 public:
@@ -95,10 +77,28 @@ private:
 
 } // namespace
 
-void RescuedPatches::addTo(VelgorLibrary &library, const QString &directory, const QList<VelgorPatch> &patches)
+QList<LibraryState> RescuedPatches::libraryFiles(const QString &directory)
+{
+    QList<LibraryState> files;
+    const LibraryPlace place(directory);
+    for (const QString &name : {LibraryFileNames::libraryFile(), LibraryFileNames::libraryCopy()}) {
+        const Result<QByteArray> text = place.read(name);
+        if (const auto content = text ? LibraryJson::decode(*text) : std::nullopt) {
+            files.append(*content);
+        }
+    }
+    for (const KeptLibrary &kept : KeptLibraries::find(directory).libraries) {
+        if (kept.content) {
+            files.append(*kept.content);
+        }
+    }
+    return files;
+}
+
+void RescuedPatches::addTo(VelgorLibrary &library, const QList<VelgorPatch> &patches, const QList<LibraryState> &files)
 {
     Places places(library, patches);
-    for (const LibraryState &file : libraryFiles(directory)) {
+    for (const LibraryState &file : files) {
         places.take(file);
     }
     places.takeRest(patches);

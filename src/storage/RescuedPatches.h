@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelgorPatch.h"
+#include "LibraryState.h"
 
 #include <QList>
 #include <QString>
@@ -10,10 +10,11 @@ class VelgorLibrary;
 /// Patches that come back into a library.
 namespace RescuedPatches {
 
-/// Adds those that the library does not have, each behind its nearest predecessor of the library file of `directory`
-/// that names it, or of the latest of the kept ones; at the beginning where that file names only successors of it,
-/// and at the end where nothing of that file is left, or none names it. In several places they are announced as a
-/// reset; selection and ticks stay.
-void addTo(VelgorLibrary &library, const QString &directory, const QList<VelgorPatch> &patches);
+/// What says where they were: the library file of a directory and its copy, then the kept ones, the latest first.
+[[nodiscard]] QList<LibraryState> libraryFiles(const QString &directory);
+/// Adds those that the library does not have, each behind its nearest predecessor of the first of the files that names
+/// it; at the beginning where that file names only successors of it, and at the end where nothing of that file is left,
+/// or none names it. In several places they are announced as a reset; selection and ticks stay.
+void addTo(VelgorLibrary &library, const QList<VelgorPatch> &patches, const QList<LibraryState> &files);
 
 } // namespace RescuedPatches

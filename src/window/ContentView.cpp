@@ -84,8 +84,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     connect(&desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &ContentView::applyColorScheme);
     connect(&systemColorScheme, &SystemColorScheme::changed, this, &ContentView::applyColorScheme);
     connect(&desk.contentFiles, &ContentFiles::changed, m_refresh, &OneRefresh::ask);
-    for (const auto signal :
-        {&LibraryStorageManager::waitingToSaveChanged, &LibraryStorageManager::libraryToSaveChanged}) {
+    for (const auto signal : {&LibraryStorageManager::waitingToSaveChanged,
+             &LibraryStorageManager::libraryToSaveChanged, &LibraryStorageManager::saveFinished}) {
         connect(&desk.storage, signal, m_status, &StatusLine::refresh);
         connect(&desk.storage, signal, m_refresh, &OneRefresh::ask);
     }

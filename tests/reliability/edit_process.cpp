@@ -54,10 +54,7 @@ public:
             m_library.takeOver(*loaded);
         }
         m_storage.sweepLeftovers();
-        QObject::connect(&m_storage, &LibraryStorageManager::waitingToSaveChanged, &m_timer, [this] {
-            // What the storage knows of a finished save is in place when the signals of its end are through.
-            QTimer::singleShot(0ms, &m_timer, [this] { reportSaved(); });
-        });
+        QObject::connect(&m_storage, &LibraryStorageManager::saveFinished, &m_timer, [this] { reportSaved(); });
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { step(); });
         m_timer.setSingleShot(true);
         announce();
@@ -65,10 +62,10 @@ public:
     }
 
     void remove(const QList<quint64> &patchIDs) override { m_storage.remove(patchIDs); }
-    void save(const VelgorLibrary &library) override
+    void startSave(const VelgorLibrary &library) override
     {
         announce();
-        m_storage.save(library);
+        m_storage.startSave(library);
     }
     void delayedSave(const VelgorLibrary &library) override { m_storage.delayedSave(library); }
 

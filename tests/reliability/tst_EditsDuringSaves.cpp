@@ -87,10 +87,10 @@ public:
     }
 
     void remove(const QList<quint64> &patchIDs) override { m_manager.remove(patchIDs); }
-    void save(const VelgorLibrary &library) override
+    void startSave(const VelgorLibrary &library) override
     {
         m_states.note(library);
-        m_manager.save(library);
+        m_manager.startSave(library);
     }
     void delayedSave(const VelgorLibrary &library) override
     {
@@ -305,7 +305,8 @@ private Q_SLOTS:
         States states;
         NotingStorage storage(manager, states);
         const auto library = startLibrary();
-        storage.save(*library);
+        storage.startSave(*library);
+        manager.finish();
         writing.endAll();
 
         int saves = 0;

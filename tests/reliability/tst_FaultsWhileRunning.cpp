@@ -159,6 +159,7 @@ void make(Change change, VelgorLibrary &library, LibraryStorageManager &manager)
         break;
     case Change::Deletion:
         StoredEdits::deletePatches(library, {42, 44}, manager);
+        manager.finish();
         return;
     }
     manager.delayedSave(library);

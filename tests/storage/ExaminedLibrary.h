@@ -45,7 +45,8 @@ inline void repair(const LibraryDirectory &directory)
         library = std::make_unique<VelgorLibrary>();
     }
     manager.sweepLeftovers();
-    RescuedPatches::addTo(*library, directory.path(), examine(directory).rescuedPatches());
+    RescuedPatches::addTo(
+        *library, examine(directory).rescuedPatches(), RescuedPatches::libraryFiles(directory.path()));
     manager.save(*library);
 }
 

@@ -221,13 +221,31 @@ private Q_SLOTS:
         QCOMPARE(loaded(directory).size(), 3);
     }
 
+    static void saveStartedDuringTheLoadComesAfterItWithWhatWasTakenOver()
+    {
+        const DiagnosticRecorder silence;
+        const LibraryDirectory directory;
+        storeMany(directory);
+        LibraryStorageManager manager(directory.path(), 60s);
+        VelgorLibrary library;
+        takeOverWhenLoaded(manager, library);
+        manager.startLoading();
+        manager.startSave(library);
+        QVERIFY(manager.isLoading() && manager.hasUnsavedChanges() && !manager.isSaving());
+        QTRY_VERIFY_WITH_TIMEOUT(!manager.hasUnsavedChanges(), 60'000);
+        QCOMPARE(loaded(directory).size(), 3);
+    }
+
     static void directCallsWaitForTheLoad_data()
     {
         using Call = std::function<void(LibraryStorageManager &, VelgorLibrary &)>;
         QTest::addColumn<Call>("call");
         QTest::addColumn<int>("stored");
         QTest::newRow("save") << Call([](auto &manager, auto &library) { manager.save(library); }) << 3;
-        QTest::newRow("remove") << Call([](auto &manager, auto &) { manager.remove({42}); }) << 3;
+        QTest::newRow("remove") << Call([](auto &manager, auto &) {
+            manager.remove({42});
+            manager.finish();
+        }) << 3;
         QTest::newRow("save at the end") << Call([](auto &manager, auto &library) {
             manager.delayedSave(library);
             QVERIFY(manager.saveUnsaved());

@@ -249,7 +249,7 @@ private Q_SLOTS:
         manager.delayedSave(*library);
         QTRY_VERIFY(gate.isHolding());
         StoredEdits::deletePatches(*library, {42}, manager);
-        QTRY_VERIFY(!manager.waitingToSave());
+        QTRY_VERIFY(!manager.hasUnsavedChanges());
         QTest::qWait(4 * shortPeriod.count());
         QCOMPARE(directory.files(),
             (QStringList{QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), libraryFile}));
@@ -267,6 +267,68 @@ private Q_SLOTS:
         QTRY_VERIFY(!manager.waitingToSave());
         QVERIFY(!directory.has(leadFile));
         QVERIFY(areIdentical(loaded(directory), library->patches()));
+    }
+
+    static void startedSaveHoldsNothingUpAndIsTold()
+    {
+        ThreadGate gate(longest);
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path(), 60s);
+        const auto library = threePatches();
+        int told = 0;
+        connect(&manager, &LibraryStorageManager::saveFinished, &manager, [&] {
+            ++told;
+            QVERIFY(manager.wasLastSaveWritten() && !manager.isSaving());
+        });
+        manager.startSave(*library);
+        QVERIFY(manager.isSaving() && manager.hasUnsavedChanges() && !manager.waitingToSave());
+        QTRY_VERIFY(gate.isHolding());
+        QCOMPARE(directory.files(), QStringList());
+        gate.open();
+        QTRY_COMPARE(told, 1);
+        QVERIFY(!manager.hasUnsavedChanges());
+        QVERIFY(areIdentical(loaded(directory), three().patches));
+    }
+
+    static void startedSavesComeInTheirOrderEachWithItsRemovals()
+    {
+        ThreadGate gate(longest);
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path(), shortPeriod);
+        const auto library = threePatches();
+        manager.startSave(*library);
+        QTRY_VERIFY(gate.isHolding());
+        StoredEdits::deletePatches(*library, {42}, manager);
+        rename(*library, 44, QStringLiteral("Changed"));
+        manager.delayedSave(*library);
+        QTest::qWait(4 * shortPeriod.count());
+        StoredEdits::deletePatches(*library, {43}, manager);
+        QCOMPARE(manager.removalsDue(), QList<quint64>());
+        gate.open();
+        QTRY_VERIFY(!manager.hasUnsavedChanges());
+        QCOMPARE(directory.files(), (QStringList{QStringLiteral("lib-Changed.44.prst"), libraryFile}));
+        QVERIFY(areIdentical(loaded(directory), library->patches()));
+        QCOMPARE(gate.lines().filter(QStringLiteral("Saving done")).size(), 4);
+    }
+
+    static void whatIsWrittenForACheckEndsTheWaitingButLosesNoLaterRequest()
+    {
+        ThreadGate gate(longest);
+        const LibraryDirectory directory;
+        LibraryStorageManager manager(directory.path(), shortPeriod);
+        const auto library = threePatches();
+        manager.delayedSave(*library);
+        manager.startSavingUnsaved();
+        QVERIFY(!manager.waitingToSave() && manager.isSaving());
+        QTRY_VERIFY(gate.isHolding());
+        // That is all there is to write.
+        manager.startSavingUnsaved();
+        rename(*library, 42, QStringLiteral("Changed"));
+        manager.delayedSave(*library);
+        gate.open();
+        QTRY_VERIFY(!manager.hasUnsavedChanges());
+        QVERIFY(areIdentical(loaded(directory), library->patches()));
+        QCOMPARE(gate.lines().count(QStringLiteral("Saving in progress...")), 2);
     }
 
     static void destructionWaitsForTheSave()

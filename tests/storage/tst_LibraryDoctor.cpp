@@ -45,9 +45,23 @@ private Q_SLOTS:
         QList<qsizetype> reported;
         std::ignore = LibraryDoctor(directory.path(), [&reported](qsizetype done, qsizetype) {
             reported.append(done);
+            return true;
         }).examine();
         const qsizetype later = directory.files().size() + importedThree().patches.size();
         QCOMPARE(reported, (QList<qsizetype>{1, 2, 3} + QList<qsizetype>(later, 3)));
+    }
+
+    void examinationEndsWithTheReportThatSaysSo()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, importedThree()).hasError());
+        for (const int last : {1, 2, 3, 5, 8}) {
+            int reports = 0;
+            std::ignore =
+                LibraryDoctor(directory.path(), [&](qsizetype, qsizetype) { return ++reports < last; }).examine();
+            // Where the loading ends, the examination of what was loaded asks once more.
+            QVERIFY2(reports >= last && reports <= last + 2, qPrintable(QString::number(reports)));
+        }
     }
 
     void whatAJournalNamesAndIsNoPatchIsALeftover()

@@ -250,16 +250,19 @@ private Q_SLOTS:
         stored(directory);
         const QString former = directory.path() + QStringLiteral(".former");
         // As a program does that restores the directory from a backup.
-        const auto replaceOnce = [&](qsizetype loaded, qsizetype) {
-            if (loaded != 1) {
-                return;
-            }
+        const auto replace = [&] {
             QVERIFY(QDir().rename(directory.path(), former));
             QVERIFY(QDir().mkdir(directory.path()));
             for (const QString &name : QDir(former).entryList(QDir::Files)) {
                 QVERIFY(QFile::copy(former + u'/' + name, directory.filePath(name)));
             }
             QVERIFY(QDir(former).removeRecursively());
+        };
+        const auto replaceOnce = [&replace](qsizetype loaded, qsizetype) {
+            if (loaded == 1) {
+                replace();
+            }
+            return true;
         };
         const LibraryLoadResult result = LibraryLoader(directory.path(), replaceOnce).load();
         QVERIFY(result.library);

@@ -2,13 +2,18 @@
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
 #include "LibraryManagerPreferences.h"
-#include "LibraryStorageManager.h"
+#include "LibraryMoving.h"
 #include "LoadedLibrary.h"
+#include "StoredEdits.h"
+#include "TestLibraries.h"
 #include "TestPatches.h"
 #include "TestProgram.h"
+#include "ThreadGate.h"
 
 #include <QCoreApplication>
 #include <QTest>
+
+using namespace std::chrono_literals;
 
 /// A library moves to another directory, and the former one stays as it is.
 class TestLibraryMove : public QObject {
@@ -41,7 +46,7 @@ private Q_SLOTS:
         const QStringList formerFiles = former.files();
 
         const QString target = place.filePath(QStringLiteral("moved"));
-        QVERIFY(storage.moveTo(target, library));
+        QVERIFY(moveLibrary(storage, target, library));
         QCOMPARE(storage.libDirectory(), target);
         QCOMPARE(preferences.libraryDirectory(), target);
         QCOMPARE(former.files(), formerFiles);
@@ -56,6 +61,47 @@ private Q_SLOTS:
             QStringList({QStringLiteral("Lead"), QStringLiteral("Clean"), QStringLiteral("Later")}));
     }
 
+    void whatIsSavedDuringTheMoveIsInTheNewDirectory_data()
+    {
+        QTest::addColumn<bool>("isQuitting");
+        QTest::newRow("and the move goes on") << false;
+        QTest::newRow("and the program ends") << true;
+    }
+    void whatIsSavedDuringTheMoveIsInTheNewDirectory()
+    {
+        QFETCH(const bool, isQuitting);
+        const LibraryDirectory former;
+        const LibraryDirectory place;
+        LibraryStorageManager storage(former.path(), 1ms);
+        VelgorLibrary library;
+        fill(library);
+        storage.save(library);
+        const auto formerFiles = former.stamps();
+        ThreadGate gate(isQuitting ? 50ms : 10s);
+        LibraryMove::Steps steps;
+        QList<bool> ends;
+        steps.ended = [&ends](const Result<> &moved, const LibraryWriteResult &) { ends.append(bool(moved)); };
+        storage.startMove(place.path(), library, steps);
+        storage.startMove(former.path(), library, steps);
+        QTRY_VERIFY(gate.isHolding());
+        library.append(TestPatches::imported(QStringLiteral("Later"), 3), false, false);
+        storage.delayedSave(library);
+        StoredEdits::deletePatches(library, {library.patches().first().id()}, storage);
+        QTest::qWait(5);
+        QVERIFY(storage.hasUnsavedChanges() && !storage.isSaving());
+        QCOMPARE(storage.libDirectory(), former.path());
+        if (isQuitting) {
+            QVERIFY(storage.saveUnsaved());
+        } else {
+            gate.open();
+            QTRY_VERIFY(!storage.hasUnsavedChanges());
+        }
+        QCOMPARE(ends, QList{true});
+        QCOMPARE(storage.libDirectory(), place.path());
+        QCOMPARE(former.stamps(), formerFiles);
+        QCOMPARE(TestLibraries::loadedNames(place), (QStringList{QStringLiteral("Clean"), QStringLiteral("Later")}));
+    }
+
     void directoryThatAnotherProgramUsesIsNotWrittenTo()
     {
         const LibraryDirectory former;
@@ -64,10 +110,12 @@ private Q_SLOTS:
         VelgorLibrary library;
         fill(library);
         QString taken;
-        const Result<> moved = storage.moveTo(place.path(), library, [&taken](const QString &directory) {
+        LibraryMove::Steps steps;
+        steps.take = [&taken](const QString &directory) {
             taken = directory;
             return Problem{.why = QStringLiteral("in use")};
-        });
+        };
+        const Result<> moved = moveLibrary(storage, place.path(), library, steps);
         QCOMPARE(moved.problem().text(), QStringLiteral("in use"));
         QCOMPARE(taken, place.path());
         QCOMPARE(place.files(), QStringList());
@@ -88,18 +136,18 @@ private Q_SLOTS:
         const QString before = recorded.libDirectory();
         int taken = 0;
         const QString target = place.filePath(QStringLiteral("a/b/moved"));
-        const Result<> moved = recorded.moveTo(
-            target, library,
-            [&taken](const QString &directory) -> Result<> {
-                ++taken;
-                QFile lock(directory + u'/' + LibraryFileNames::lockFile());
-                return lock.open(QIODevice::WriteOnly) ? Result<>(Success())
-                                                       : Problem{.why = QStringLiteral("cannot be locked")};
-            },
-            [&taken, &target] {
-                --taken;
-                QFile::remove(target + u'/' + LibraryFileNames::lockFile());
-            });
+        LibraryMove::Steps steps;
+        steps.take = [&taken](const QString &directory) -> Result<> {
+            ++taken;
+            QFile lock(directory + u'/' + LibraryFileNames::lockFile());
+            return lock.open(QIODevice::WriteOnly) ? Result<>(Success())
+                                                   : Problem{.why = QStringLiteral("cannot be locked")};
+        };
+        steps.giveBack = [&taken, &target] {
+            --taken;
+            QFile::remove(target + u'/' + LibraryFileNames::lockFile());
+        };
+        const Result<> moved = moveLibrary(recorded, target, library, steps);
         QVERIFY(!moved && moved.problem().text().contains(QStringLiteral("file/settings")));
         QCOMPARE(taken, 0);
         QCOMPARE(place.files(), QStringList{QStringLiteral("file")});
@@ -118,7 +166,7 @@ private Q_SLOTS:
         storage.save(library);
         const QString notes = QStringLiteral("notes.%1.txt").arg(library.patches().first().id());
         place.write(notes, "mine");
-        QVERIFY(storage.moveTo(place.path(), library));
+        QVERIFY(moveLibrary(storage, place.path(), library));
         QCOMPARE(storage.libDirectory(), place.path());
         QCOMPARE(place.read(notes), QByteArray("mine"));
         QVERIFY(storage.wasLastSaveWritten());
@@ -132,7 +180,7 @@ private Q_SLOTS:
         VelgorLibrary library;
         fill(library);
         storage.delayedSave(library);
-        QVERIFY(storage.moveTo(place.path(), library));
+        QVERIFY(moveLibrary(storage, place.path(), library));
         QVERIFY(!storage.hasUnsavedChanges());
         QVERIFY(!storage.waitingToSave());
         QVERIFY(QFile::exists(place.filePath(LibraryFileNames::libraryFile())));
@@ -166,7 +214,7 @@ private Q_SLOTS:
 
         LibraryStorageManager storage(former.path());
         storage.save(library);
-        const Result<> moved = storage.moveTo(place.filePath(name), library);
+        const Result<> moved = moveLibrary(storage, place.filePath(name), library);
         QVERIFY(!moved && moved.problem().text().contains(place.filePath(name)));
         QCOMPARE(storage.libDirectory(), former.path());
         QCOMPARE(place.files(), files);

@@ -315,6 +315,7 @@ private Q_SLOTS:
         manager.save(*library);
         directory.write(QStringLiteral("notes.42.txt"), "x");
         StoredEdits::deletePatches(*library, {42}, manager);
+        manager.finish();
         QCOMPARE(directory.files(),
             (QStringList{QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), libraryFile}));
         QCOMPARE(loadedNames(directory), TestPatches::names(library->patches()));
@@ -330,6 +331,7 @@ private Q_SLOTS:
         manager.save(*library);
         DirectoryWatch watch(directory.path());
         StoredEdits::deletePatches(*library, {42, 44}, manager);
+        manager.finish();
         watch.look();
         QCOMPARE(watch.scans, 1);
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
@@ -344,6 +346,7 @@ private Q_SLOTS:
         VelgorLibrary library(one(QStringLiteral("Lead")).patches, 42);
         manager.save(library);
         StoredEdits::deletePatches(library, {42}, manager);
+        manager.finish();
         QCOMPARE(directory.files(), QStringList{libraryFile});
         QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
     }

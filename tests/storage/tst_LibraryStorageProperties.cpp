@@ -90,6 +90,7 @@ void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRa
     }
     case 4:
         StoredEdits::deletePatches(library, {*id}, manager);
+        manager.finish();
         break;
     case 5:
         if (library.count() < mostPatches) {

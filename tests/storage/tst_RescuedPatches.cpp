@@ -70,7 +70,7 @@ private Q_SLOTS:
             LibraryJson::encode({patches(former), std::nullopt}));
         VelgorLibrary library;
         library.appendNew(patches(present));
-        RescuedPatches::addTo(library, directory.path(), patches(rescued));
+        RescuedPatches::addTo(library, patches(rescued), RescuedPatches::libraryFiles(directory.path()));
         QTEST(lettersOf(library), "result");
         QCOMPARE(library.count(), library.order().size());
     }
@@ -84,7 +84,7 @@ private Q_SLOTS:
         library.setIsMultiSel(true);
         const MultiSelections ticks = library.findSimilarPatches('c');
         library.setMultiSelections(ticks);
-        RescuedPatches::addTo(library, directory.path(), patches(QStringLiteral("b")));
+        RescuedPatches::addTo(library, patches(QStringLiteral("b")), RescuedPatches::libraryFiles(directory.path()));
         QCOMPARE(lettersOf(library), QStringLiteral("abc"));
         QCOMPARE(library.selection(), std::optional<quint64>('a'));
         QCOMPARE(library.defaultPatch(), std::optional<quint64>('c'));
@@ -97,7 +97,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         VelgorLibrary library(patches(QStringLiteral("ac")), std::nullopt);
         LibraryAnnouncements announcements(library);
-        RescuedPatches::addTo(library, directory.path(), patches(QStringLiteral("xy")));
+        RescuedPatches::addTo(library, patches(QStringLiteral("xy")), RescuedPatches::libraryFiles(directory.path()));
         QCOMPARE(announcements.take(), QStringLiteral("+insert 2 3; insert 2 3"));
     }
 };

@@ -1,7 +1,7 @@
 #include "DiagnosticRecorder.h"
 #include "FailingCall.h"
 #include "LibraryManagerPreferences.h"
-#include "LibraryStorageManager.h"
+#include "LibraryMoving.h"
 #include "LoadedLibrary.h"
 #include "StoredEdits.h"
 #include "TestLibraries.h"
@@ -46,6 +46,7 @@ class TestStorageFaults : public QObject {
         // The first that is removed is the copy of the library file.
         const FailingCall failing(Call::Unlink, EIO, 1);
         StoredEdits::deletePatches(*library, {42}, storage);
+        storage.finish();
         return failing.wasMade() && storage.writeError() ? std::move(library) : nullptr;
     }
 
@@ -208,7 +209,7 @@ private Q_SLOTS:
             Result<> result = Success();
             {
                 const FailingCall failing(call, EIO, before);
-                result = storage.moveTo(target, library);
+                result = moveLibrary(storage, target, library);
                 wasMade = failing.wasMade();
             }
             QCOMPARE(former.stamps(), formerFiles);

@@ -4,7 +4,7 @@
 #include "DiskSync.h"
 #include "FailingCall.h"
 #include "LibraryJournal.h"
-#include "LibraryStorageManager.h"
+#include "LibraryMoving.h"
 #include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -410,7 +410,7 @@ private Q_SLOTS:
         LibraryStorageManager storage(directory.path());
         const VelgorLibrary library(three().patches, three().defaultPatch);
         const FailingCall failing(Call::Sync, EIO);
-        QVERIFY(!storage.moveTo(target.path(), library));
+        QVERIFY(!moveLibrary(storage, target.path(), library));
         QCOMPARE(storage.libDirectory(), directory.path());
     }
 

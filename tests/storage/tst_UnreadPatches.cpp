@@ -1,6 +1,6 @@
 #include "DiagnosticRecorder.h"
 #include "FailingCall.h"
-#include "LibraryStorageManager.h"
+#include "LibraryMoving.h"
 #include "LoadedLibrary.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -161,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(library->count(), 2);
         QCOMPARE(storage.unreadPatches(), 1);
         const LibraryDirectory target;
-        const Result<> moved = storage.moveTo(target.path(), *library);
+        const Result<> moved = moveLibrary(storage, target.path(), *library);
         QVERIFY(!moved && moved.problem().text().contains(directory.path()));
         QCOMPARE(target.files(), QStringList());
         QCOMPARE(storage.libDirectory(), directory.path());

@@ -1,5 +1,5 @@
 #include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
+#include "LibraryMoving.h"
 #include "LoadedLibrary.h"
 #include "OrdinaryUser.h"
 #include "PatchFileHandler.h"
@@ -267,7 +267,7 @@ private Q_SLOTS:
         LibraryStorageManager storage(former.path());
         const VelgorLibrary library(three().patches, three().defaultPatch);
         storage.save(library);
-        QVERIFY(storage.moveTo(directory.path(), library));
+        QVERIFY(moveLibrary(storage, directory.path(), library));
         QVERIFY(!storage.writeError());
         verifySetAside(directory, bytes, storage.keptFiles());
         QVERIFY(areIdentical(loaded(directory), three().patches));

@@ -19,7 +19,7 @@ public:
         calls.append(QStringLiteral("remove ") + ids.join(u','));
     }
 
-    void save(const VelgorLibrary &library) override { calls.append(QStringLiteral("save ") + namesOf(library)); }
+    void startSave(const VelgorLibrary &library) override { calls.append(QStringLiteral("save ") + namesOf(library)); }
 
     void delayedSave(const VelgorLibrary &library) override
     {

@@ -10,7 +10,7 @@ inline void deletePatches(VelgorLibrary &library, const QList<quint64> &ids, Lib
 {
     library.deletePatches(ids);
     storage.remove(ids);
-    storage.save(library);
+    storage.startSave(library);
 }
 
 inline void duplicate(VelgorLibrary &library, quint64 id, LibraryStorage &storage)

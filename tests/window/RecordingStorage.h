@@ -21,10 +21,10 @@ public:
         m_storage.remove(patchIDs);
     }
 
-    void save(const VelgorLibrary &library) override
+    void startSave(const VelgorLibrary &library) override
     {
         calls.append(QStringLiteral("save"));
-        m_storage.save(library);
+        m_storage.startSave(library);
     }
 
     void delayedSave(const VelgorLibrary &library) override

@@ -134,7 +134,7 @@ private Q_SLOTS:
             QTRY_VERIFY(gate.isHolding());
             QTest::mouseClick(check.button(QStringLiteral("Close")), Qt::LeftButton);
             QTRY_VERIFY(check.window.window->findChildren<LibraryCheckDialog *>().isEmpty());
-            QVERIFY(!gate.isHolding());
+            check.window.storage.finish();
             QCOMPARE(gate.lines().count(damagedLine), 1);
         }
         QVERIFY(check.check());
@@ -158,6 +158,28 @@ private Q_SLOTS:
         gate.open();
         QVERIFY(check.isExamined());
         QVERIFY(restore->isEnabled() && restore->hasFocus());
+    }
+
+    void restoringHoldsNothingUp()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
+        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        Checked check(directory);
+        QVERIFY(check.open());
+        ThreadGate gate(longest);
+        QTest::mouseClick(check.button(QStringLiteral("Restore")), Qt::LeftButton);
+        QTRY_VERIFY(gate.isHolding());
+        QCOMPARE(check.window.libraryRows(), QStringLiteral("A"));
+        QVERIFY(check.isSaid(QStringLiteral("Checking the library folder...")));
+        QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
+        QVERIFY(check.button(QStringLiteral("Close"))->isEnabled());
+        gate.open();
+        QVERIFY(check.isExamined());
+        QVERIFY(check.isSaid(
+            QStringLiteral("The former library is back. The one that it replaced is the first in the list.")));
+        QCOMPARE(TestLibraries::loadedNames(directory), QStringList{QStringLiteral("A")});
+        QCOMPARE(check.window.message(), QString());
     }
 
     void theFolderIsShownFromHere()

@@ -2,6 +2,7 @@
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
+#include "ThreadGate.h"
 #include "WindowFixture.h"
 
 #include <QAction>
@@ -190,7 +191,25 @@ private Q_SLOTS:
         QCOMPARE(window->selectedRows(window->libraryList()), QString::number(nextRow));
         QVERIFY(!window->isSaid(noSelection));
         QCOMPARE(window->calls.calls.first(2), (QStringList{call, QStringLiteral("save")}));
+        window->storage.finish();
         QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), window->libraryRows());
+    }
+
+    void deletingWaitsForNoDisk()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
+        WindowFixture::click(window->libraryList(), 1);
+        ThreadGate gate(std::chrono::seconds(10));
+        QVERIFY(window->press(QStringLiteral("Delete")));
+        QVERIFY(window->answer(QStringLiteral("Yes")));
+        QCOMPARE(window->libraryRows(), QStringLiteral("Lead Choir"));
+        QTRY_VERIFY(gate.isHolding());
+        QCOMPARE(window->libraryStatus(), QStringLiteral("Saving changes"));
+        WindowFixture::click(window->libraryList(), 0);
+        QCOMPARE(window->selectedName(), QStringLiteral("Lead"));
+        gate.open();
+        QTRY_VERIFY(!window->storage.isSaving());
+        QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), QStringLiteral("Lead Choir"));
     }
 
     void theLastDeletionLeavesTheEmptyLibrary()

@@ -61,6 +61,7 @@ private Q_SLOTS:
         QVERIFY(window.answer(QStringLiteral("Yes")));
         QCOMPARE(window.library.count(), count - deleted);
         QCOMPARE(window.calls.calls, (QStringList{QStringLiteral("remove %1").arg(deleted), QStringLiteral("save")}));
+        window.storage.finish();
         QCOMPARE(directory.files().size(), count - deleted + 1);
     }
 };

@@ -71,9 +71,11 @@ LibraryCheckDialog::LibraryCheckDialog(
     addColumns();
     addBottom();
     resize(LookMeasures::scaledToText(startSize, fontMetrics()).boundedTo(LookMeasures::roomForWindow(*screen())));
-    connect(&m_check->examination(), &BackgroundRun::progress, this, &LibraryCheckDialog::showProgress);
-    connect(&m_check->examination(), &BackgroundRun::finished, this, &LibraryCheckDialog::showExamined);
-    examine({});
+    connect(m_check.get(), &LibraryCheck::progress, this, &LibraryCheckDialog::showProgress);
+    connect(m_check.get(), &LibraryCheck::examined, this, &LibraryCheckDialog::showExamined);
+    connect(m_check.get(), &LibraryCheck::ended, this, &LibraryCheckDialog::takeEnd);
+    m_check->examine();
+    await({});
 }
 
 void LibraryCheckDialog::addColumns()
@@ -114,14 +116,13 @@ void LibraryCheckDialog::addBottom()
     connect(m_close, &QPushButton::clicked, this, &QDialog::accept);
 }
 
-void LibraryCheckDialog::examine(const QString &done)
+void LibraryCheckDialog::await(const QString &done)
 {
     m_doneText = done;
     {
         const Waiting waiting;
-        m_check->examine();
         // Most libraries take no longer, and nothing flickers.
-        if (m_check->examination().finishWithin(patience)) {
+        if (m_check->finishWithin(patience)) {
             return;
         }
     }
@@ -145,7 +146,6 @@ void LibraryCheckDialog::showProgress(qsizetype examined, qsizetype total)
 
 void LibraryCheckDialog::showExamined()
 {
-    m_check->takeFindings();
     const qsizetype patches = m_library.count();
     const QString place = StatusText::directory(m_storage.libDirectory());
     m_summary->setText(LibraryFindingText::summary(m_check->health().findings.size()));
@@ -187,39 +187,46 @@ void LibraryCheckDialog::showKept()
 void LibraryCheckDialog::describeKept()
 {
     const LibraryCheckRow row = m_kept->list()->selectedRow();
+    m_previewed.reset();
     if (row.keptLibrary.isEmpty()) {
         m_kept->button()->setEnabled(false);
         m_kept->setDetails(row.details);
         return;
     }
+    const auto show = [this, row](const LibraryCheck::Preview &preview) {
+        m_kept->button()->setEnabled(preview && !preview->patches.isEmpty());
+        m_kept->setDetails(row.details + QStringLiteral("\n\n") + KeptLibraryText::preview(preview));
+    };
+    m_previewed = std::make_unique<QObject>();
+    m_check->preview(row.keptLibrary, m_previewed.get(), show);
     const Waiting waiting;
-    const auto preview = m_check->preview(row.keptLibrary);
-    m_kept->button()->setEnabled(preview && !preview->patches.isEmpty());
-    m_kept->setDetails(row.details + QStringLiteral("\n\n") + KeptLibraryText::preview(preview));
+    if (!m_check->finishWithin(patience)) {
+        m_kept->button()->setEnabled(false);
+        m_kept->setDetails(row.details);
+    }
 }
 
 void LibraryCheckDialog::addRescued()
 {
     const qsizetype count = m_check->rescued().size();
-    {
-        const Waiting waiting;
-        m_check->addRescued();
-    }
-    Q_EMIT libraryChanged();
-    examine(
+    m_check->addRescued();
+    await(
         count == 1 ? tr("1 patch was added to the library.") : tr("%1 patches were added to the library.").arg(count));
 }
 
 void LibraryCheckDialog::restore()
 {
-    bool isRestored = false;
-    {
-        const Waiting waiting;
-        isRestored = m_check->restore(m_kept->list()->selectedRow().keptLibrary);
+    m_check->restore(m_kept->list()->selectedRow().keptLibrary);
+    await(tr("The former library is back. The one that it replaced is the first in the list."));
+}
+
+void LibraryCheckDialog::takeEnd(bool isDone)
+{
+    if (!isDone) {
+        m_doneText = tr("Nothing was restored.");
     }
     Q_EMIT libraryChanged();
-    examine(isRestored ? tr("The former library is back. The one that it replaced is the first in the list.")
-                       : tr("Nothing was restored."));
+    m_check->examine();
 }
 
 void LibraryCheckDialog::keepFocus()

@@ -31,8 +31,9 @@ Q_SIGNALS:
 private:
     void addColumns();
     void addBottom();
-    /// `done` is what is said when it is over.
-    void examine(const QString &done);
+    /// Shows that something is under way, unless it is over at once. `done` is what is said then.
+    void await(const QString &done);
+    void takeEnd(bool isDone);
     void showProgress(qsizetype examined, qsizetype total);
     void showExamined();
     void showFindings();
@@ -46,6 +47,7 @@ private:
     const VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;
     std::unique_ptr<LibraryCheck> m_check;
+    std::unique_ptr<QObject> m_previewed; ///< asks for what is shown of the selected former library
     QVBoxLayout *m_layout;
     QLabel *m_summary;
     QLabel *m_place;

@@ -157,6 +157,7 @@ private Q_SLOTS:
 
         run([](VelgorLibrary &library, LibraryStorageManager &storage) {
             StoredEdits::deletePatches(library, {42}, storage);
+            storage.finish();
         });
         hold({second, third});
     }
@@ -176,6 +177,7 @@ private Q_SLOTS:
         QVERIFY(areIdentical(loaded(*m_directory), content.patches));
         run([](VelgorLibrary &library, LibraryStorageManager &storage) {
             StoredEdits::deletePatches(library, {42, 45, 48}, storage);
+            storage.finish();
         });
         QCOMPARE(loadedNames(*m_directory).size(), names.size() - 3);
         QCOMPARE(load(*m_directory).droppedPatches, QStringList());
