@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import collections
 import dataclasses
 import errno
 import os
@@ -22,13 +23,13 @@ CALLS = (
 SYNCHRONISING = ("fsync", "fdatasync", "syncfs")
 NOT_THE_LIBRARY = re.compile(r"\.velgorlibrary\.lock|\.testfile\.txt")
 # A thread's number, the call and its arguments, of one line of a trace.
-LINE = re.compile(r"^\d+\s+(\w+)\((.*)$")
+LINE = re.compile(r"^(\d+)\s+(\w+)\((.*)$")
 IS_CHANGING_OPEN = re.compile(r"O_(WRONLY|RDWR|CREAT|TRUNC)")
 
 
 @dataclasses.dataclass(frozen=True)
 class Call:
-    """The `number`-th call of this name in a run of the program."""
+    """The `number`-th call of this name in its thread, as faults are counted."""
 
     name: str
     number: int
@@ -49,18 +50,18 @@ def changing_calls(scenario: Scenario, trace: pathlib.Path) -> list[Call]:
     done = scenario.run([*TRACER, "-y", "-o", str(trace), "-e", f"trace={CALLS}"])
     if done.returncode != 0:
         raise RuntimeError(f"{scenario.name} fails without any fault: {done.stderr}")
-    counts: dict[str, int] = {}
+    counts: collections.Counter[tuple[str, str]] = collections.Counter()
     calls = []
     has_begun = False
     for line in trace.read_text(errors="replace").splitlines():
         match = LINE.match(line)
         if match is None:
             continue
-        name, arguments = match.groups()
-        counts[name] = counts.get(name, 0) + 1
+        thread, name, arguments = match.groups()
+        counts[thread, name] += 1
         is_reading = name == "openat" and not IS_CHANGING_OPEN.search(arguments)
         if str(scenario.place) in arguments and not is_reading:
-            calls.append(Call(name, counts[name], has_begun))
+            calls.append(Call(name, counts[thread, name], has_begun))
             has_begun = has_begun or (name == "write" and not NOT_THE_LIBRARY.search(arguments))
     return calls
 

@@ -204,7 +204,7 @@ private Q_SLOTS:
         QVERIFY(window->answer(QStringLiteral("Yes")));
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead Choir"));
         QTRY_VERIFY(gate.isHolding());
-        QCOMPARE(window->libraryStatus(), QStringLiteral("Saving changes"));
+        QTRY_COMPARE(window->libraryStatus(), QStringLiteral("Saving changes"));
         WindowFixture::click(window->libraryList(), 0);
         QCOMPARE(window->selectedName(), QStringLiteral("Lead"));
         gate.open();

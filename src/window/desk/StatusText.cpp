@@ -41,7 +41,7 @@ QString StatusText::ofLibrary(const VelgorLibrary &library, const LibraryStorage
     if (storage.isLoading()) {
         return Texts::tr("Loading the library");
     }
-    if (storage.waitingToSave()) {
+    if (storage.waitingToSave() || storage.isSaving()) {
         return Texts::tr("Saving changes");
     }
     if (storage.hasUnsavedChanges()) {

@@ -227,6 +227,7 @@ QString UserActions::doubleClickRow()
 QString UserActions::clearFilter()
 {
     m_window.window->columns().library()->filter()->clear();
+    WindowFixture::settle();
     return QStringLiteral("cleared the filter");
 }
 
@@ -276,6 +277,7 @@ QString UserActions::startOver()
 {
     std::ignore = settle();
     m_window.window->columns().library()->filter()->clear();
+    WindowFixture::settle();
     if (choose(static_cast<int>(CommandId::SelectAll), true) && !choose(static_cast<int>(CommandId::Delete), true)) {
         return QStringLiteral("what is ticked cannot be deleted");
     }
