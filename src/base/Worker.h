@@ -36,7 +36,7 @@ public:
     /// Has `work` done, and calls `then` with what it returned, unless `asking` is gone. Work that takes a Report is
     /// told by it when that is so; work that takes nothing is done to its end.
     template <typename Work, typename Then>
-    void start(QObject *asking, Work work, Then then, Progress progress = {});
+    void start(QObject *asking, Work work, Then then, const Progress &progress = {});
     /// True from start() until right before `then` of the last job.
     [[nodiscard]] bool isBusy() const { return !m_jobs.empty(); }
     /// Waits until everything is done and told, what is started meanwhile included.
@@ -62,17 +62,17 @@ private:
 };
 
 template <typename Work, typename Then>
-void Worker::start(QObject *asking, Work work, Then then, Progress progress)
+void Worker::start(QObject *asking, Work work, Then then, const Progress &progress)
 {
     if constexpr (std::is_invocable_v<Work &, const Report &>) {
         const auto result = std::make_shared<std::optional<std::invoke_result_t<Work &, const Report &>>>();
         add(
             asking, [work, result](const Report &report) mutable { result->emplace(work(report)); },
-            [then, result]() mutable { then(std::move(**result)); }, std::move(progress), false);
+            [then, result]() mutable { then(std::move(**result)); }, progress, false);
     } else {
         const auto result = std::make_shared<std::optional<std::invoke_result_t<Work &>>>();
         add(
             asking, [work, result](const Report &) mutable { result->emplace(work()); },
-            [then, result]() mutable { then(std::move(**result)); }, std::move(progress), true);
+            [then, result]() mutable { then(std::move(**result)); }, progress, true);
     }
 }

@@ -53,6 +53,15 @@ bool LibrarySession::exists() const
     return !m_isNameEmpty && found == FileExistence::directory;
 }
 
+bool LibrarySession::create()
+{
+    m_storage.createDirectoryLibrary();
+    if (m_storage.writeError()) {
+        Output::fail(m_storage.writeProblems().join(QStringLiteral("; ")));
+    }
+    return !m_storage.writeError();
+}
+
 bool LibrarySession::open(Access access)
 {
     const QString directory = m_storage.libDirectory();
@@ -67,18 +76,14 @@ bool LibrarySession::open(Access access)
         }
         return true;
     }
-    if (access == Access::Create) {
-        m_storage.createDirectoryLibrary();
-        if (m_storage.writeError()) {
-            Output::fail(m_storage.writeProblems().join(QStringLiteral("; ")));
-            return false;
-        }
+    if (access == Access::Create && !create()) {
+        return false;
     }
     const bool isChange = access != Access::Read && access != Access::Inspect;
     if (isChange && !lock()) {
         return false;
     }
-    const std::optional<LibraryState> loaded = load(access);
+    std::optional<LibraryState> loaded = load(access);
     const bool isRescue = (access == Access::Rescue || access == Access::Inspect) && m_storage.readError();
     if (!m_storage.readProblem().isEmpty() && !isRescue) {
         Output::fail(m_storage.readProblem());

@@ -49,6 +49,7 @@ public:
 
 private:
     [[nodiscard]] bool isUsable(FileExistence found) const;
+    [[nodiscard]] bool create();
     [[nodiscard]] bool lock();
     [[nodiscard]] std::optional<LibraryState> load(Access access);
     void warnOfDoubtfulPatches() const;

@@ -55,7 +55,7 @@ void EditHistory::doAgain(const EditDeed &deed)
 
 void EditHistory::requestSaveOf(const LibraryChange &change)
 {
-    const QList<quint64> removed = EditDeed::removedIds(change);
+    const QList<quint64> removed = EditDeed::removedIds(change, m_library);
     if (!removed.isEmpty()) {
         m_storage.remove(removed);
         m_storage.startSave(m_library);

@@ -1,6 +1,6 @@
 #include "EditStep.h"
 
-#include <QSet>
+#include "VelgorLibrary.h"
 
 #include <algorithm>
 #include <utility>
@@ -32,20 +32,14 @@ bool EditDeed::isEmpty() const
         && content.before.inverseTailBit == content.after.inverseTailBit;
 }
 
-QList<quint64> EditDeed::removedIds(const LibraryChange &change)
+QList<quint64> EditDeed::removedIds(const LibraryChange &change, const VelgorLibrary &library)
 {
     QList<quint64> ids;
-    QSet<quint64> present;
-    for (auto delta = change.deltas.rbegin(); delta != change.deltas.rend(); ++delta) {
-        if (const auto *inserted = std::get_if<LibraryDelta::Inserted>(&delta->step)) {
-            for (const VelgorPatch &patch : inserted->values) {
-                present.insert(patch.id());
-            }
-        } else if (const auto *removed = std::get_if<LibraryDelta::Removed>(&delta->step)) {
-            for (const VelgorPatch &patch : removed->values) {
-                if (!patch.empty && !present.contains(patch.id())) {
-                    ids.append(patch.id());
-                }
+    for (const LibraryDelta &delta : change.deltas) {
+        const auto *removed = std::get_if<LibraryDelta::Removed>(&delta.step);
+        for (const VelgorPatch &patch : removed ? removed->values : QList<VelgorPatch>()) {
+            if (!patch.empty && !library.getPatchFromId(patch.id())) {
+                ids.append(patch.id());
             }
         }
     }

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QUndoCommand>
 
+class VelgorLibrary;
+
 /// What one deed of the user did to library and list. A value.
 struct EditDeed {
     LibraryChange sorting; ///< how the library was shown in another order since the deed before
@@ -17,8 +19,8 @@ struct EditDeed {
     [[nodiscard]] bool isEmpty() const;
     /// The library is to be stored anew.
     [[nodiscard]] static bool concernsStorage(const LibraryChange &change);
-    /// The patches that it takes from the library and does not bring back.
-    [[nodiscard]] static QList<quint64> removedIds(const LibraryChange &change);
+    /// The patches that it took from the library, which has not got them now.
+    [[nodiscard]] static QList<quint64> removedIds(const LibraryChange &change, const VelgorLibrary &library);
 };
 
 /// What deeds are done to.

@@ -65,16 +65,13 @@ bool LibraryJsonReader::takeDate(double seconds)
 
 bool LibraryJsonReader::fillMissing()
 {
-    for (const PatchField &field : m_rows) {
-        if ((m_seenFields & bitOf(field)) != 0) {
-            continue;
+    return std::all_of(m_rows.begin(), m_rows.end(), [this](const PatchField &field) {
+        const bool isSeen = (m_seenFields & bitOf(field)) != 0;
+        if (!isSeen && field.setMissing) {
+            field.setMissing(m_patch);
         }
-        if (!field.setMissing) {
-            return false;
-        }
-        field.setMissing(m_patch);
-    }
-    return true;
+        return isSeen || field.setMissing;
+    });
 }
 
 bool LibraryJsonReader::null()

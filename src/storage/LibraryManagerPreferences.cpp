@@ -69,7 +69,7 @@ void LibraryManagerPreferences::setColorScheme(PrefColors colorScheme)
 Result<> LibraryManagerPreferences::setLibraryDirectory(const QString &libraryDirectory)
 {
     const bool isDefault = libraryDirectory == defaultLibraryDirectory();
-    const auto stored = store(libraryDirectoryKey, isDefault ? QVariant() : QDir(libraryDirectory).absolutePath());
+    Result<> stored = store(libraryDirectoryKey, isDefault ? QVariant() : QDir(libraryDirectory).absolutePath());
     if (stored) {
         setObservable(this, m_libraryDirectory, libraryDirectory, &LibraryManagerPreferences::libraryDirectoryChanged);
     }

@@ -51,7 +51,7 @@ Result<> LibraryPlace::make(const QString &directory)
     if (existence(directory) == FileExistence::directory) {
         return Success();
     }
-    const Result<> made = DiskFiles::makeDirectory(directory);
+    Result<> made = DiskFiles::makeDirectory(directory);
     if (made) {
         return testWrite(directory);
     }

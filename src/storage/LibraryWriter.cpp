@@ -94,32 +94,37 @@ bool LibraryWriter::prepareFiles(const QList<VelgorPatch> &patches)
         m_result.isTidy = scan();
     }
     m_files.setListing(m_listing ? &*m_listing : nullptr);
-    for (const VelgorPatch &patch : patches) {
-        const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
-        const bool isAlone = m_listing && m_listing->hasOnly(patch.id(), name);
-        if (m_listing && !isAlone && planMoves(patch, name)) {
-            continue;
-        }
-        const bool isThere = isAlone || isStored(name);
-        if (isThere && m_result.state.verified.holds(m_place.directory(), name, patch)) {
-            continue;
-        }
-        const Result<QString> temporary = stage(patch, name, m_files);
-        if (temporary) {
-            m_journal.staged.insert(patch.id(), *temporary);
-            if (isThere || isLink(name)) {
-                m_displaced.insert(name, patch.id());
-            }
-        } else if (patch.records && temporary.problem().what != Problem::What::Taken) {
-            // The reason lies with the disk or the directory, and not with this file.
-            return false;
-        }
+    if (!std::all_of(patches.begin(), patches.end(), [this](const VelgorPatch &patch) { return prepareFile(patch); })) {
+        return false;
     }
     const Result<> synced = m_files.sync();
     if (!synced) {
         m_result.problems.append(synced.problem().text());
     }
     return bool(synced);
+}
+
+bool LibraryWriter::prepareFile(const VelgorPatch &patch)
+{
+    const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
+    const bool isAlone = m_listing && m_listing->hasOnly(patch.id(), name);
+    if (m_listing && !isAlone && planMoves(patch, name)) {
+        return true;
+    }
+    const bool isThere = isAlone || isStored(name);
+    if (isThere && m_result.state.verified.holds(m_place.directory(), name, patch)) {
+        return true;
+    }
+    const Result<QString> temporary = stage(patch, name, m_files);
+    if (!temporary) {
+        // Unless the reason lies with this file, it lies with the disk or the directory.
+        return !patch.records || temporary.problem().what == Problem::What::Taken;
+    }
+    m_journal.staged.insert(patch.id(), *temporary);
+    if (isThere || isLink(name)) {
+        m_displaced.insert(name, patch.id());
+    }
+    return true;
 }
 
 Result<QString> LibraryWriter::stage(const VelgorPatch &patch, const QString &name, BatchFiles &files)

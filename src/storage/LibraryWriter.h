@@ -42,6 +42,8 @@ private:
 
     // The steps of a save, but for those of the library file.
     [[nodiscard]] bool prepareFiles(const QList<VelgorPatch> &patches);
+    /// False when no other file could be prepared either.
+    [[nodiscard]] bool prepareFile(const VelgorPatch &patch);
     [[nodiscard]] bool writeJournal();
     void putFilesInPlace();
     void removeFiles();

@@ -58,7 +58,7 @@ Result<> PreferencesFile::change(const QString &key, const QVariant &value) cons
         return Problem{.where = m_path, .why = tr("the preferences could not be prepared in %1").arg(place.path())};
     }
     const Result<> made = DiskFiles::makeDirectory(QFileInfo(m_path).path());
-    const Result<> written = made ? UserFiles().write(m_path, *text) : made;
+    Result<> written = made ? UserFiles().write(m_path, *text) : made;
     if (written) {
         return written;
     }

@@ -76,8 +76,10 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     const auto isShown = [this](quint64 id) { return m_columns->library()->isShown(id); };
     m_status = new StatusLine(desk, isShown, this);
     setStatusBar(m_status);
-    m_drops =
+    // Not in the list of members, as it takes what is made here.
+    auto *const drops =
         new FileDrops(desk.storage, desk.libraryEditor, desk.contentFiles, *m_columns, *m_alerts, *m_status, this);
+    m_drops = drops;
     // It may say what the filter hides.
     connect(m_columns->library()->filter(), &LibraryViewFilterView::filterChanged, m_status, &StatusLine::clear);
 

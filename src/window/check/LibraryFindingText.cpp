@@ -9,7 +9,7 @@
 
 namespace {
 
-using Kind = LibraryFinding::Kind;
+using FindingKind = LibraryFinding::Kind;
 
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(LibraryFindingText)
@@ -22,30 +22,30 @@ struct KindText {
 };
 
 /// In no place but here: the compiler names a kind that is missing.
-KindText textOf(Kind kind)
+KindText textOf(FindingKind kind)
 {
     switch (kind) {
-    case Kind::DamagedLibraryFile:
+    case FindingKind::DamagedLibraryFile:
         return {Texts::tr("Library file not readable"),
             Texts::tr(
                 "This file holds the list of the patches with their comments and marks. It stays as it is until the "
                 "first change is saved, and is then kept under a dated name."),
             Texts::tr("Restore a former library, or add the patches whose files are there; they are listed below.")};
-    case Kind::UnlistedDirectory:
+    case FindingKind::UnlistedDirectory:
         return {Texts::tr("Library folder not readable"),
             Texts::tr(
                 "The names of the files in the library folder cannot be read, so that there may be more to find."),
             Texts::tr("Give yourself the right to read the folder, and check the library again.")};
-    case Kind::PatchWithoutFile:
+    case FindingKind::PatchWithoutFile:
         return {Texts::tr("Patches without a file"),
             Texts::tr(
                 "The library file names this patch, but its preset file was not there when the library was loaded."),
             Texts::tr("If you have the file in a backup, put it into the library folder and check the library again.")};
-    case Kind::FileWithoutEntry:
+    case FindingKind::FileWithoutEntry:
         return {Texts::tr("Unknown files"),
             Texts::tr("This preset file is whole, but belongs to no patch of the library."),
             Texts::tr("Nothing is done about it.")};
-    case Kind::FileOfOtherContent:
+    case FindingKind::FileOfOtherContent:
         return {Texts::tr("Mixed-up files"),
             Texts::tr(
                 "The number in the name of this preset file is not that of the patch in it. Files that were renamed or "
@@ -53,23 +53,23 @@ KindText textOf(Kind kind)
             Texts::tr(
                 "Nothing is done about it. If a patch does not sound as it should, put its file from a backup in this "
                 "place. If it is right as it is, duplicate it and delete the original.")};
-    case Kind::UnreadableFile:
+    case FindingKind::UnreadableFile:
         return {Texts::tr("Files not readable"),
             Texts::tr(
                 "This preset file is damaged, or may not be read. It is never deleted: where a good one takes its "
                 "place, it is set aside."),
             Texts::tr("If you have the file in a backup, put it in this place and check the library again.")};
-    case Kind::ForeignFile:
+    case FindingKind::ForeignFile:
         return {Texts::tr("Other files with the number of a patch"),
             Texts::tr(
                 "The library did not make this file, but the number in its name is that of a patch: it is removed when "
                 "the patch is deleted, and may be moved when the patch is renamed."),
             Texts::tr("If you need it, move it to another folder.")};
-    case Kind::Leftover:
+    case FindingKind::Leftover:
         return {Texts::tr("Left by an interruption"), Texts::tr("The program was ended while it wrote this file."),
             Texts::tr(
                 "You need not do anything. The next start of the program takes over what is in it and removes it.")};
-    case Kind::SpareFile:
+    case FindingKind::SpareFile:
         return {Texts::tr("Files that are not needed"),
             Texts::tr("This preset file is not the one that the library uses, and holds just what the library has."),
             Texts::tr("You may delete it or leave it there.")};
@@ -118,7 +118,7 @@ QString detailsOf(const LibraryFinding &finding, const KindText &kind)
 QList<LibraryCheckRow> LibraryFindingText::rows(const QList<LibraryFinding> &findings)
 {
     // In the order of the kinds.
-    std::map<Kind, QList<LibraryFinding>> groups;
+    std::map<FindingKind, QList<LibraryFinding>> groups;
     for (const LibraryFinding &finding : findings) {
         groups[finding.kind].append(finding);
     }

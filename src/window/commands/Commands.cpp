@@ -56,8 +56,7 @@ void Commands::followDesk()
     connect(&library, &VelgorLibrary::wasReset, this, &Commands::refresh);
     connect(&library, &VelgorLibrary::reordered, this, &Commands::refresh);
     const VelgorContent &content = m_desk.content;
-    for (const auto signal :
-        {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged}) {
+    for (const auto signal : {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged}) {
         connect(&content, signal, this, &Commands::refresh);
     }
     for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,

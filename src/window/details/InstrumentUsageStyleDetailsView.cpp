@@ -93,15 +93,18 @@ void InstrumentUsageStyleDetailsView::arrange()
     for (int row = 0; row < m_grid->rowCount(); ++row) {
         m_grid->setRowMinimumHeight(row, 0);
     }
+    const int kindGap = m_isStacked ? stackedRowGap : rowGap;
+    const int labelColumns = m_isStacked ? m_togglesInRow : 1;
+    const int below = m_isStacked ? 1 : 0;
     int row = 0;
     for (const Kind &kind : std::as_const(m_kinds)) {
         if (row > 0) {
-            m_grid->setRowMinimumHeight(row, m_isStacked ? stackedRowGap : rowGap);
+            m_grid->setRowMinimumHeight(row, kindGap);
             ++row;
         }
-        m_grid->addWidget(kind.label, row, m_isStacked ? 1 : 0, 1, m_isStacked ? m_togglesInRow : 1);
-        kind.label->setContentsMargins(0, 0, 0, m_isStacked ? 1 : 0);
-        row += m_isStacked ? 1 : 0;
+        m_grid->addWidget(kind.label, row, below, 1, labelColumns);
+        kind.label->setContentsMargins(0, 0, 0, below);
+        row += below;
         const int count = static_cast<int>(kind.toggles.size());
         for (int i = 0; i < count; ++i) {
             m_grid->addWidget(kind.toggles.at(i).button, row + i / m_togglesInRow, 1 + i % m_togglesInRow);

@@ -39,7 +39,7 @@ private:
         ToggleButton *button;
     };
     struct Kind {
-        QLabel *label;
+        QLabel *label = nullptr;
         QList<Toggle> toggles;
     };
 
