@@ -36,7 +36,7 @@ VelgorLibrary::VelgorLibrary(const QList<VelgorPatch> &patches, std::optional<qu
     , m_marks{.defaultPatch = defaultPatch}
 {
     unrecordedRows() = patches;
-    followExchanged();
+    countEmpty();
 }
 
 void VelgorLibrary::setSelection(std::optional<quint64> selection)

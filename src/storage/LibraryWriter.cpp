@@ -55,12 +55,9 @@ LibraryWriteResult LibraryWriter::save(const LibraryState &library)
     if (library.patches.isEmpty()) {
         Diagnostics::printLine(QStringLiteral("Nothing to save in library"));
     }
-    if (m_result.arePatchesWritten) {
-        Diagnostics::printLine(QStringLiteral("Saving done %1 patches").arg(m_result.written));
-    } else {
-        Diagnostics::printLine(
-            QStringLiteral("Error: %1 patches stored out of %2").arg(m_result.written).arg(library.patches.size()));
-    }
+    Diagnostics::printLine(m_result.arePatchesWritten
+            ? QStringLiteral("Saving done %1 patches").arg(m_result.written)
+            : QStringLiteral("Error: %1 patches stored out of %2").arg(m_result.written).arg(library.patches.size()));
     return m_result;
 }
 
@@ -108,11 +105,9 @@ bool LibraryWriter::prepareFile(const VelgorPatch &patch)
 {
     const QString name = LibraryFileNames::patchFile(patch.name, patch.id());
     const bool isAlone = m_listing && m_listing->hasOnly(patch.id(), name);
-    if (m_listing && !isAlone && planMoves(patch, name)) {
-        return true;
-    }
-    const bool isThere = isAlone || isStored(name);
-    if (isThere && m_result.state.verified.holds(m_place.directory(), name, patch)) {
+    const bool isToMove = m_listing && !isAlone && planMoves(patch, name);
+    const bool isThere = !isToMove && (isAlone || isStored(name));
+    if (isToMove || (isThere && m_result.state.verified.holds(m_place.directory(), name, patch))) {
         return true;
     }
     const Result<QString> temporary = stage(patch, name, m_files);
