@@ -128,11 +128,7 @@ public:
         m_isHeld = true;
         m_begun.fetch_add(1, std::memory_order_relaxed);
     }
-    void release()
-    {
-        m_isHeld = false;
-        endAll();
-    }
+    void release() { m_isHeld = false; }
     /// Everything that has begun has ended.
     void endAll()
     {
@@ -313,8 +309,9 @@ private Q_SLOTS:
         int editsDuringSaves = 0;
         std::size_t lastSaved = 0;
         QString problem;
-        QObject::connect(&manager, &LibraryStorageManager::waitingToSaveChanged, [&] {
-            if (manager.waitingToSave()) {
+        QObject::connect(&manager, &LibraryStorageManager::saveFinished, [&] {
+            // The next one may be writing already.
+            if (manager.isSaving()) {
                 return;
             }
             writing.endAll();
