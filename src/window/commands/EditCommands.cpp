@@ -19,7 +19,7 @@ Command markCommand(const PatchField &field, PatchFields::Rows rows)
 {
     return {.id = markId(field.flag, rows),
         .menu = CommandMenu::Classify,
-        .isFirstOfGroup = &field == PatchFlags::style(rows).first(),
+        .isFirstOfGroup = &field == PatchFlags::style(rows).constFirst(),
         .needsLibrary = true,
         .shortcuts = {QKeySequence(QString::fromLatin1(field.shortcut))},
         .label = [text = field.command](const Desk &) { return Texts::tr(text); },
