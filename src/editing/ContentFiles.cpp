@@ -86,23 +86,22 @@ ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, Edit
 
 void ContentFiles::importFile()
 {
-    std::optional<Result<QString>> imported;
-    m_history.perform(tr("Import"), [&] { imported = m_content.openPresetFile(m_files); });
-    finishImport(*imported);
+    // Not as a part of the step: while the user chooses, other things may happen.
+    const Result<QString> path = m_files.askForFile();
+    if (path) {
+        importFile(*path);
+    } else {
+        m_problem = path.problem().text();
+    }
 }
 
 void ContentFiles::importFile(const QString &path)
 {
-    std::optional<Result<QString>> imported;
-    m_history.perform(tr("Import"), [&] { imported = m_content.openPresetFile(m_files, path); });
-    finishImport(*imported);
-}
-
-void ContentFiles::finishImport(const Result<QString> &path)
-{
-    m_problem = path ? QString() : path.problem().text();
-    if (path) {
-        markStored(*path);
+    Result<QString> read = path;
+    m_history.perform(tr("Import"), [&] { read = m_content.openPresetFile(m_files, path); });
+    m_problem = read ? QString() : read.problem().text();
+    if (read) {
+        markStored(path);
         m_content.setUnreadableNames(UnreadableNames(m_content).count() > 0);
         Q_EMIT imported(m_stored.size(), m_fileName);
     }

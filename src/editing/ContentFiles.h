@@ -55,7 +55,6 @@ Q_SIGNALS:
     void patchExported(const QString &name, const QString &path);
 
 private:
-    void finishImport(const Result<QString> &path);
     [[nodiscard]] bool finishExport(const Result<QString> &path);
     void markStored(const QString &path);
 

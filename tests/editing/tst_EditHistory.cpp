@@ -1,10 +1,14 @@
 #include "ContentEditor.h"
+#include "ContentFiles.h"
 #include "EditorDesk.h"
+#include "FakeFiles.h"
+#include "PatchFileHandler.h"
 #include "TestProgram.h"
 
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <functional>
 
 using EditorDesk::abc;
 using EditorDesk::Desk;
@@ -45,6 +49,17 @@ struct State {
             && std::equal(list.begin(), list.end(), other.list.begin(), other.list.end(), isSameSlot)
             && defaultPatch == other.defaultPatch && versions == other.versions
             && isTailBitInverse == other.isTailBitInverse;
+    }
+};
+
+/// While the user chooses a file, something else is done.
+struct SlowChoice : FakeFileDialogs {
+    std::function<void()> meanwhile;
+
+    std::optional<QString> askOpenFile(const QString &title) override
+    {
+        meanwhile();
+        return FakeFileDialogs::askOpenFile(title);
     }
 };
 
@@ -207,6 +222,29 @@ private Q_SLOTS:
         const std::optional loaded = LibraryState();
         desk.editor.takeLoaded(loaded, {});
         QVERIFY(!desk.history.steps().canUndo());
+    }
+
+    void whatHappensWhileAFileIsChosenIsNoPartOfTheImport()
+    {
+        Desk desk(abc);
+        FakeFileAccess access;
+        SlowChoice dialogs;
+        PatchFileHandler handler(access, &dialogs);
+        ContentFiles contentFiles(desk.content, handler, desk.history);
+        const QString path = QStringLiteral("/list.prst");
+        access.files.insert(path, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("X"))}, {SUserIR()}));
+        dialogs.answer = path;
+        dialogs.meanwhile = [&] { desk.editor.drop({desk.row(0)}, 3); };
+        contentFiles.importFile();
+        QCOMPARE(namesOf(desk.history.steps()).join(u';'), QStringLiteral("Move of \"A\";Import"));
+        desk.history.steps().undo();
+        QVERIFY(desk.content.velgorContentPatchList().isEmpty());
+        QCOMPARE(desk.shown(), QStringLiteral("B C A"));
+        dialogs.meanwhile = [&] { desk.editor.takeLoaded(LibraryState(), {}); };
+        contentFiles.importFile();
+        QCOMPARE(namesOf(desk.history.steps()), QStringList{QStringLiteral("Import")});
+        desk.history.steps().undo();
+        QCOMPARE(desk.library.count(), 0);
     }
 
     void stepsAreCalledByWhatWasDone()
