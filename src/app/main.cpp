@@ -5,11 +5,14 @@
 #include "StartRequest.h"
 #include "VelgorStyle.h"
 #include "Velgor_Library_ManagerApp.h"
+#include "Worker.h"
 
 #include <QApplication>
 #include <QIcon>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <tuple>
 
 namespace {
@@ -62,7 +65,12 @@ int main(int argc, char *argv[])
         return wrongUsage;
     }
     QApplication::setStyle(new VelgorStyle);
-    Velgor_Library_ManagerApp app;
     request->activation = activation;
-    return app.run(*request);
+    const int status = Velgor_Library_ManagerApp().run(*request);
+    if (Worker::isAnyLeftBehind()) {
+        // It goes on, whatever is destroyed.
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    return status;
 }

@@ -11,21 +11,16 @@ namespace Diagnostics {
 
 namespace {
 
-std::mutex &mutex()
-{
-    static std::mutex instance;
-    return instance;
-}
+struct State {
+    std::mutex mutex;
+    Sink sink;
+    DiagnosticLog log;
+};
 
-Sink &currentSink()
+/// Never destroyed, as a thread that was left behind may still print while the program ends.
+State &state()
 {
-    static Sink instance;
-    return instance;
-}
-
-DiagnosticLog &keptLog()
-{
-    static DiagnosticLog instance;
+    static State &instance = *new State;
     return instance;
 }
 
@@ -40,10 +35,10 @@ void writeLine(std::FILE *stream, const QString &line)
 
 void printLine(const QString &line)
 {
-    const std::scoped_lock lock(mutex());
-    keptLog().add(line);
-    if (currentSink()) {
-        currentSink()(line);
+    const std::scoped_lock lock(state().mutex);
+    state().log.add(line);
+    if (state().sink) {
+        state().sink(line);
     } else {
         writeLine(stdout, line);
     }
@@ -51,14 +46,14 @@ void printLine(const QString &line)
 
 QStringList keptLines()
 {
-    const std::scoped_lock lock(mutex());
-    return keptLog().lines();
+    const std::scoped_lock lock(state().mutex);
+    return state().log.lines();
 }
 
 Sink setSink(Sink sink)
 {
-    const std::scoped_lock lock(mutex());
-    return std::exchange(currentSink(), std::move(sink));
+    const std::scoped_lock lock(state().mutex);
+    return std::exchange(state().sink, std::move(sink));
 }
 
 Sink standardOutput()

@@ -8,6 +8,12 @@
 #include <mutex>
 #include <system_error>
 
+namespace {
+
+std::atomic<bool> anyLeftBehind = false;
+
+} // namespace
+
 struct Worker::Job {
     std::function<void(const Report &)> work;
     std::function<void()> then;
@@ -94,10 +100,16 @@ Worker::~Worker()
         isLeftBehind = !isAnyAwaited && !m_queue->changed.wait_for(lock, m_patience, isDone);
     }
     if (isLeftBehind) {
+        anyLeftBehind = true;
         m_thread.detach();
     } else if (m_thread.joinable()) {
         m_thread.join();
     }
+}
+
+bool Worker::isAnyLeftBehind()
+{
+    return anyLeftBehind;
 }
 
 void Worker::add(QObject *asking, std::function<void(const Report &)> work, std::function<void()> then,

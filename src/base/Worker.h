@@ -33,6 +33,10 @@ public:
     ~Worker() override;
     Q_DISABLE_COPY_MOVE(Worker)
 
+    /// A job was left behind. Its thread may go on until the program ends, which is to end at once then: what is
+    /// destroyed after main() would be taken from under it.
+    [[nodiscard]] static bool isAnyLeftBehind();
+
     /// Has `work` done, and calls `then` with what it returned, unless `asking` is gone. Work that takes a Report is
     /// told by it when that is so; work that takes nothing is done to its end.
     template <typename Work, typename Then>

@@ -234,6 +234,7 @@ private Q_SLOTS:
             QVERIFY(!worker.finishWithin(1ms));
         }
         QVERIFY(clock.elapsed() < std::chrono::milliseconds(longest).count());
+        QVERIFY(Worker::isAnyLeftBehind());
         held->letGo.release();
         QTRY_COMPARE(held.use_count(), 1);
     }
