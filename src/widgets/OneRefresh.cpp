@@ -1,7 +1,6 @@
 #include "OneRefresh.h"
 
 #include <QCoreApplication>
-#include <QEvent>
 
 #include <utility>
 
@@ -15,7 +14,7 @@ void OneRefresh::ask()
 {
     if (!std::exchange(m_isDue, true)) {
         qApp->installEventFilter(this);
-        QMetaObject::invokeMethod(this, &OneRefresh::catchUp, Qt::QueuedConnection);
+        QCoreApplication::postEvent(this, new QEvent(dueEvent()));
     }
 }
 
@@ -26,6 +25,21 @@ void OneRefresh::catchUp()
         m_refresh();
         Q_EMIT done();
     }
+}
+
+QEvent::Type OneRefresh::dueEvent()
+{
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
+bool OneRefresh::event(QEvent *event)
+{
+    if (event->type() == dueEvent()) {
+        catchUp();
+        return true;
+    }
+    return QObject::event(event);
 }
 
 bool OneRefresh::eventFilter(QObject *watched, QEvent *event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QObject>
 
 #include <functional>
@@ -16,6 +17,10 @@ public:
     /// Does what was asked for, if it was.
     void catchUp();
 
+    /// Waits for a refresh that is due.
+    [[nodiscard]] static QEvent::Type dueEvent();
+
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "OneRefresh.h"
+
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -12,10 +13,10 @@
 /// Finds what stands in a view by what users and scripts know it by.
 namespace ShownWidgets {
 
-/// Lets refreshes happen that were put off until the program waits for the user.
+/// Lets refreshes happen that were put off until the program waits for the user, and nothing else.
 inline void catchUp()
 {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+    QCoreApplication::sendPostedEvents(nullptr, OneRefresh::dueEvent());
 }
 
 /// The one visible widget of the class with this accessible name; a null pointer when it is not the only one.
