@@ -89,14 +89,7 @@ void printJson(const QList<VelgorPatch> &patches, const VelgorLibrary &library, 
         json["defaultPatch"] = std::to_string(*library.defaultPatch());
     }
     json["total"] = library.count();
-    json["patches"] = nlohmann::ordered_json::array();
-    for (const VelgorPatch &patch : patches) {
-        const QByteArray text = LibraryJson::encodePatch(patch);
-        nlohmann::ordered_json entry = nlohmann::ordered_json::parse(text.begin(), text.end());
-        entry["id"] = std::to_string(patch.id());
-        json["patches"].push_back(entry);
-    }
-    Output::printJson(json);
+    Output::printJson(json, "patches", LibraryJson::listing(patches));
 }
 
 void printIds(const QList<VelgorPatch> &patches)

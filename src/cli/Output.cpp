@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <string_view>
 
 namespace Output {
 
@@ -18,6 +19,11 @@ bool allWritten = true;
 void write(const char *bytes, std::size_t size)
 {
     allWritten = std::fwrite(bytes, 1, size, stdout) == size && std::fflush(stdout) == 0 && allWritten;
+}
+
+std::string textOf(const nlohmann::ordered_json &document)
+{
+    return document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 } // namespace
@@ -34,8 +40,18 @@ void printBytes(const QByteArray &bytes)
 
 void printJson(const nlohmann::ordered_json &document)
 {
-    const std::string text = document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
+    const std::string text = textOf(document) + '\n';
     write(text.data(), text.size());
+}
+
+void printJson(const nlohmann::ordered_json &members, const char *key, const QByteArray &entries)
+{
+    const std::string text = textOf(members);
+    const std::string_view withoutEnd = std::string_view(text).substr(0, text.size() - std::string_view("\n}").size());
+    write(withoutEnd.data(), withoutEnd.size());
+    printBytes(QByteArray(",\n  \"") + key + (entries.isEmpty() ? "\": []" : "\": [\n"));
+    printBytes(entries);
+    printBytes(entries.isEmpty() ? "\n}\n" : "\n  ]\n}\n");
 }
 
 bool isComplete()

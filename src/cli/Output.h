@@ -14,6 +14,9 @@ void print(const QString &text);
 void printBytes(const QByteArray &bytes);
 /// One JSON document and a line feed.
 void printJson(const nlohmann::ordered_json &document);
+/// The same of a document of these members and one more, a list whose entries are written already, as
+/// LibraryJson::listing() writes them; a large library never stands in memory as a tree.
+void printJson(const nlohmann::ordered_json &members, const char *key, const QByteArray &entries);
 /// False when anything could not be written to standard output.
 [[nodiscard]] bool isComplete();
 

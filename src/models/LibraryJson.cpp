@@ -11,6 +11,7 @@ namespace LibraryJson {
 namespace {
 
 constexpr qsizetype usualPatchSize = 320; // bytes of text
+constexpr qsizetype usualIndent = 130; // the same, for spaces and ends of lines
 
 /// A field and what stands before its value: the bracket or the comma, and the key.
 struct Member {
@@ -18,13 +19,30 @@ struct Member {
     QByteArray lead;
 };
 
-QList<Member> membersOf(PatchFields::Rows rows)
-{
+/// How patches are written.
+struct Form {
     QList<Member> members;
+    QByteArray end = "}"; ///< of a patch
+    QByteArray aroundId = {};
+};
+
+Form storedForm(PatchFields::Rows rows)
+{
+    Form form;
     for (const PatchField &field : rows) {
-        members.append({&field, (members.isEmpty() ? "{\"" : ",\"") + QByteArray(field.key) + "\":"});
+        form.members.append({&field, (form.members.isEmpty() ? "{\"" : ",\"") + QByteArray(field.key) + "\":"});
     }
-    return members;
+    return form;
+}
+
+Form listedForm()
+{
+    Form form{.members = {}, .end = "\n    }", .aroundId = "\""};
+    for (const PatchField &field : PatchFields::all()) {
+        form.members.append(
+            {&field, (form.members.isEmpty() ? "    {\n      \"" : ",\n      \"") + QByteArray(field.key) + "\": "});
+    }
+    return form;
 }
 
 void appendEscaped(QByteArray &text, char byte)
@@ -65,9 +83,9 @@ void appendNumber(QByteArray &text, double value)
 }
 
 /// Each patch is written out at once, so that a large library never stands in memory as a tree.
-void appendPatch(QByteArray &text, const VelgorPatch &patch, const QList<Member> &members)
+void appendPatch(QByteArray &text, const VelgorPatch &patch, const Form &form)
 {
-    for (const auto &[field, lead] : members) {
+    for (const auto &[field, lead] : form.members) {
         text += lead;
         if (field->flag) {
             text += patch.*field->flag ? "true" : "false";
@@ -76,10 +94,20 @@ void appendPatch(QByteArray &text, const VelgorPatch &patch, const QList<Member>
         } else if (field->date) {
             appendNumber(text, (patch.*field->date).seconds);
         } else {
-            text += QByteArray::number(patch.id());
+            text += form.aroundId + QByteArray::number(patch.id()) + form.aroundId;
         }
     }
-    text += '}';
+    text += form.end;
+}
+
+void appendPatches(QByteArray &text, const QList<VelgorPatch> &patches, const Form &form, QByteArrayView between)
+{
+    for (const VelgorPatch &patch : patches) {
+        if (&patch != &patches.first()) {
+            text += between;
+        }
+        appendPatch(text, patch, form);
+    }
 }
 
 } // namespace
@@ -87,22 +115,24 @@ void appendPatch(QByteArray &text, const VelgorPatch &patch, const QList<Member>
 QByteArray encodePatch(const VelgorPatch &patch, PatchFields::Rows rows)
 {
     QByteArray text;
-    appendPatch(text, patch, membersOf(rows));
+    appendPatch(text, patch, storedForm(rows));
+    return text;
+}
+
+QByteArray listing(const QList<VelgorPatch> &patches)
+{
+    QByteArray text;
+    text.reserve(patches.size() * (usualPatchSize + usualIndent));
+    appendPatches(text, patches, listedForm(), ",\n");
     return text;
 }
 
 QByteArray encode(const LibraryState &library, PatchFields::Rows rows)
 {
-    const QList<Member> members = membersOf(rows);
     QByteArray text;
     text.reserve(library.patches.size() * usualPatchSize);
     text += R"({"patches":[)";
-    for (const VelgorPatch &patch : library.patches) {
-        if (&patch != &library.patches.first()) {
-            text += ',';
-        }
-        appendPatch(text, patch, members);
-    }
+    appendPatches(text, library.patches, storedForm(rows), ",");
     text += R"(],"defaultPatch":)";
     text += library.defaultPatch ? QByteArray::number(*library.defaultPatch) : QByteArray("null");
     text += '}';

@@ -72,6 +72,7 @@ private Q_SLOTS:
         const Json expected{{"directory", m_directory->path().toStdString()}, {"defaultPatch", slashed.toStdString()},
             {"total", 3}, {"patches", stored.at("patches")}};
         QCOMPARE(result.json().dump(), expected.dump());
+        QCOMPARE(QString::fromUtf8(result.output), QString::fromStdString(expected.dump(2) + '\n'));
         QCOMPARE(m_directory->read(QStringLiteral("velgorlibrary.json")), bytes);
     }
 
@@ -114,6 +115,7 @@ private Q_SLOTS:
         const Json json = result.json();
         QCOMPARE(namesIn(json), names.isEmpty() ? QStringList() : words(names));
         QVERIFY(json.at("total") == 3);
+        QCOMPARE(QString::fromUtf8(result.output), QString::fromStdString(json.dump(2) + '\n'));
     }
 
     void wrongCommandChangesNothing_data()

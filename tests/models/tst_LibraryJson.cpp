@@ -190,6 +190,22 @@ private Q_SLOTS:
         }
     }
 
+    void listingIsThatOfAJsonTreeWithIdsAsText()
+    {
+        QRandomGenerator random(6);
+        QList<VelgorPatch> patches;
+        nlohmann::ordered_json tree;
+        for (int count = 0; count < 100; ++count) {
+            patches.append(randomPatch(random));
+            const QByteArray text = LibraryJson::encodePatch(patches.last());
+            tree["patches"].push_back(nlohmann::ordered_json::parse(text.begin(), text.end()));
+            tree["patches"].back()["id"] = std::to_string(patches.last().id());
+            QCOMPARE("{\n  \"patches\": [\n" + LibraryJson::listing(patches) + "\n  ]\n}",
+                QByteArray::fromStdString(tree.dump(2)));
+        }
+        QCOMPARE(LibraryJson::listing({}), QByteArray());
+    }
+
     void dates_data()
     {
         QTest::addColumn<QByteArray>("text");
