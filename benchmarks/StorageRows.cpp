@@ -23,12 +23,11 @@ void load(benchmark::State &state)
         paths.push_back((directory + u'/' + LibraryFileNames::patchFile(patch.name, patch.id())).toStdString());
     }
     measurePairs(
-        state, "load", {.ratio = 2.0, .patches = many, .growth = 18},
+        state, "load", {.ratio = 1.5, .patches = many, .growth = 18},
         [&] {
             LibraryStorageManager storage(directory);
             VelgorLibrary library;
-            const double seconds =
-                secondsOf([&] { library.takeOver(storage.decodeLibrary().value_or(LibraryState())); });
+            const double seconds = secondsOf([&] { library.adopt(storage.decodeLibrary().value_or(LibraryState())); });
             if (library.count() != state.range(0)) {
                 state.SkipWithError("the library was not loaded");
             }

@@ -94,6 +94,7 @@ void WindowActions::filter()
             // Where the same patches match, nothing would be painted that could be waited for.
             list().update();
         };
+        add(QStringLiteral("window, first k") + row.sliced(QStringLiteral("window, k").size()), 1, strike);
         add(row, manyRounds, strike);
         edit->clear();
         WindowFixture::settle();

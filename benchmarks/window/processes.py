@@ -53,6 +53,23 @@ def milliseconds(command: list, home: Home) -> float:
     return taken * 1000
 
 
+def whole_milliseconds(command: list, home: Home) -> float:
+    """From the start of a process to its end, whatever it prints."""
+    start = time.perf_counter()
+    subprocess.run(command, env=home.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+    return (time.perf_counter() - start) * 1000
+
+
+def whole_peak_megabytes(command: list, home: Home) -> float:
+    """The most memory that a process had which ends by itself."""
+    with subprocess.Popen(command, env=home.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        sys.exit(f"{command} ended with {process.returncode}")
+    return usage.ru_maxrss * 1024 / MEGABYTE
+
+
 def processor_time(pid: int) -> int:
     fields = Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rpartition(")")[2].split()
     return int(fields[11]) + int(fields[12])
@@ -96,11 +113,47 @@ def pairs(ours, baseline, rounds: int) -> tuple:
     )
 
 
-def report(row: str, patches: int, unit: str, measured: tuple, target: float) -> None:
+def report(row: str, patches: int, unit: str, measured: tuple, target: float | None) -> None:
     ours, baseline, ratio = measured
     line = {"row": row, "patches": patches, "ours_ms": None, "baseline_ms": None, "ours_mb": None, "baseline_mb": None}
     line |= {f"ours_{unit}": round(ours, 3), f"baseline_{unit}": round(baseline, 3)}
     print(json.dumps(line | {"ratio": round(ratio, 3), "target": target}), flush=True)
+
+
+def measure_command_line(build: Path, place: Path) -> None:
+    """`velgor library list --json`, and `set`, of 10,000 patches."""
+    patches = 10_000
+    velgor = build / "src" / "cli" / "velgor"
+    library = place / "command-library"
+    home = Home(place / "command-home", library)
+    empty = Home(place / "command-empty", place / "command-empty-library")
+    make = build / "benchmarks" / "window" / "window_process"
+    subprocess.run([make, "make", library, str(patches)], env=home.environment, stdout=subprocess.DEVNULL, check=True)
+    payload = bytes_below(library) / MEGABYTE
+
+    def reading() -> float:
+        return whole_milliseconds([build / "benchmarks" / "window" / "read_files", library], home)
+
+    def listing() -> float:
+        return whole_milliseconds([velgor, "library", "list", "--json"], home)
+
+    report("command line, library list --json", patches, "ms", pairs(listing, reading, 2 * PAIRS), 2.2)
+
+    ids = subprocess.run(
+        [velgor, "library", "list", "--ids"], env=home.environment, capture_output=True, text=True, check=True
+    ).stdout.split()
+    comments = iter(range(1000))
+
+    def setting() -> float:
+        return whole_milliseconds([velgor, "library", "set", ids[0], "--comment", str(next(comments))], home)
+
+    report("command line, library set of one patch", patches, "ms", pairs(setting, reading, 2 * PAIRS), None)
+
+    def above_empty() -> float:
+        command = [velgor, "library", "list", "--json"]
+        return whole_peak_megabytes(command, home) - whole_peak_megabytes(command, empty)
+
+    report("command line, peak memory of list --json", patches, "mb", pairs(above_empty, lambda: payload, 3), 1.6)
 
 
 def main() -> None:
@@ -117,7 +170,7 @@ def main() -> None:
             0,
             "ms",
             pairs(lambda: milliseconds([process, "window"], empty), lambda: milliseconds([bare], empty), 2 * PAIRS),
-            2.5,
+            1.8,
         )
         library = place / "library"
         home = Home(place / "home", library)
@@ -138,6 +191,7 @@ def main() -> None:
             return peak_megabytes(program, home) - peak_megabytes(program, empty)
 
         report("window, peak memory above an empty library", patches, "mb", pairs(above_empty, lambda: payload, 3), 1.4)
+        measure_command_line(build, place)
 
 
 if __name__ == "__main__":

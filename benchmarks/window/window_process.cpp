@@ -42,7 +42,7 @@ int makeRecords(const QString &directory)
         return 1;
     }
     VelgorLibrary library;
-    library.takeOver(*loaded);
+    library.adopt(*loaded);
     PaintSignal::writeLine();
     return 0;
 }
