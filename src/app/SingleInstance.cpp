@@ -34,11 +34,11 @@ SingleInstance::Outcome SingleInstance::start(const StartRequest &request)
     const QByteArray message = InstanceMessage::encode(request);
     const QDeadlineTimer deadline(m_patience);
     while (true) {
-        if (m_lock.tryLock()) {
+        const Result<> locked = m_lock.tryLock();
+        if (locked) {
             listen();
             return Outcome::First;
         }
-        const bool isHeld = m_lock.isHeldElsewhere();
         // A command holds the lock for a moment, and so does an application that is ending.
         const Reply reply = handOver(message, deadline);
         if (reply == Reply::Yes) {
@@ -55,13 +55,13 @@ SingleInstance::Outcome SingleInstance::start(const StartRequest &request)
                            .arg(m_directory);
             return Outcome::Refused;
         }
-        if (!isHeld) {
-            m_reason = m_lock.reason();
+        if (locked.problem().what != Problem::What::Taken) {
+            m_reason = locked.problem().text();
             listen();
             return Outcome::First;
         }
         if (deadline.hasExpired()) {
-            m_reason = m_lock.reason();
+            m_reason = locked.problem().text();
             return Outcome::Refused;
         }
         std::this_thread::sleep_for(pause);

@@ -59,7 +59,7 @@ int Velgor_Library_ManagerApp::run(const StartRequest &request)
     }
     if (outcome == SingleInstance::Outcome::First) {
         // Not before: a former version that has the directory still uses its file.
-        m_windowState.open(StateFile::takeOver(StateFile::usualPath(), StateFile::formerPaths()));
+        m_windowState.open(StateFile::inherit(StateFile::usualPath(), StateFile::formerPaths()));
     }
     m_window = std::make_unique<ContentView>(m_desk, m_systemColorScheme, m_windowState);
     if (outcome == SingleInstance::Outcome::Refused) {
@@ -93,7 +93,7 @@ int Velgor_Library_ManagerApp::run(const StartRequest &request)
 void Velgor_Library_ManagerApp::tellOfDirectory()
 {
     // A directory that cannot be locked because it cannot be used at all has its message already.
-    const bool isTold = storage.readError() || storage.writeError() || !storage.readProblem().isEmpty();
+    const bool isTold = storage.readError() || storage.writeError() || storage.readProblem();
     if (!m_instance->reason().isEmpty() && !isTold) {
         m_window->alerts().show(AlertTexts::directoryInUse(m_instance->reason()), [](bool) {});
     }
@@ -142,13 +142,13 @@ void Velgor_Library_ManagerApp::moveLibrary()
         : QDir(*chosen).filePath(QStringLiteral("VelgorLibrary"));
     const auto instance = std::make_shared<std::unique_ptr<SingleInstance>>();
     LibraryMove::Steps steps;
-    steps.take = [instance](const QString &target) -> Result<> {
+    steps.acquire = [instance](const QString &target) -> Result<> {
         *instance = std::make_unique<SingleInstance>(target);
         const bool isFirst = (*instance)->start(StartRequest()) == SingleInstance::Outcome::First;
         return isFirst ? Result<>(Success())
                        : Problem{.where = target, .why = tr("another program uses the folder"), .mayPass = true};
     };
-    steps.giveBack = [instance] { instance->reset(); };
+    steps.release = [instance] { instance->reset(); };
     steps.ended = [this, instance, directory](const Result<> &moved, const LibraryWriteResult &) {
         if (!moved) {
             m_window->alerts().show(AlertTexts::cannotMoveLibrary(moved.problem().text()), [](bool) {});

@@ -4,7 +4,6 @@
 #include "KeptLibraries.h"
 #include "LibraryDoctor.h"
 #include "LibrarySession.h"
-#include "LibrarySnapshot.h"
 #include "Output.h"
 #include "RescuedPatches.h"
 #include "SettledExamination.h"
@@ -36,7 +35,7 @@ std::optional<KeptLibraries::Preview> previewOf(const QString &file, LibrarySess
         Output::fail(DoctorCommand::tr("%1: no former library file of %2").arg(file, directory));
         return std::nullopt;
     }
-    auto preview = KeptLibraries::preview(directory, info.fileName(), LibrarySnapshot::take(session.library()));
+    auto preview = KeptLibraries::preview(directory, info.fileName(), session.library().state());
     if (!preview) {
         Output::fail(DoctorCommand::tr("%1: not a complete library file").arg(file));
     }
@@ -100,7 +99,7 @@ int restore(const Arguments &arguments)
         return Output::fail(
             DoctorCommand::tr("none of its patches has a file that could be read; nothing was changed"));
     }
-    session.library().takeOver({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
+    session.library().adopt({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
     session.storage().keepLibraryFile();
     const int status = session.save();
     if (status == Done) {

@@ -85,8 +85,8 @@ bool LibrarySession::open(Access access)
     }
     std::optional<LibraryState> loaded = load(access);
     const bool isRescue = (access == Access::Rescue || access == Access::Inspect) && m_storage.readError();
-    if (!m_storage.readProblem().isEmpty() && !isRescue) {
-        Output::fail(m_storage.readProblem());
+    if (m_storage.readProblem() && !isRescue) {
+        Output::fail(m_storage.readProblem()->text());
         return false;
     }
     if (isChange) {
@@ -102,7 +102,7 @@ bool LibrarySession::open(Access access)
         warnOfDoubtfulPatches();
     }
     if (loaded) {
-        m_library.takeOver(*std::move(loaded));
+        m_library.adopt(*std::move(loaded));
     } else {
         warnOfOrphans();
     }
@@ -119,7 +119,7 @@ std::optional<LibraryState> LibrarySession::load(Access access)
     for (int attempt = 1;; ++attempt) {
         const QDateTime before = QFileInfo(file).lastModified();
         std::optional<LibraryState> loaded = m_storage.decodeLibrary();
-        const bool isWhole = m_storage.droppedPatches().isEmpty() && m_storage.readProblem().isEmpty();
+        const bool isWhole = m_storage.droppedPatches().isEmpty() && !m_storage.readProblem();
         // Without a lock, reading may fall into another program's change and miss files that are about to be there.
         const bool isChanging =
             directory.exists(LibraryFileNames::lockFile()) || QFileInfo(file).lastModified() != before;
@@ -159,11 +159,11 @@ void LibrarySession::warnOfOrphans() const
 bool LibrarySession::lock()
 {
     m_lock = std::make_unique<LibraryLock>(m_storage.libDirectory());
-    if (m_lock->tryLock()) {
-        return true;
+    const Result<> locked = m_lock->tryLock();
+    if (!locked) {
+        Output::fail(locked.problem().text());
     }
-    Output::fail(m_lock->reason());
-    return false;
+    return bool(locked);
 }
 
 std::optional<VelgorPatch> LibrarySession::patch(const QString &id) const

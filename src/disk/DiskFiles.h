@@ -1,6 +1,5 @@
 #pragma once
 
-#include "FileContentStamp.h"
 #include "FileStamp.h"
 #include "OpenDirectory.h"
 #include "Result.h"

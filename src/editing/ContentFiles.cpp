@@ -77,11 +77,8 @@ ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, Edit
     connect(&content, &VelgorContent::rowMoved, this, &ContentFiles::changed);
     connect(&content, &VelgorContent::rowsChanged, this, &ContentFiles::changed);
     connect(&content, &VelgorContent::inverseTailBitChanged, this, &ContentFiles::changed);
-    connect(&content, &VelgorContent::wasReset, this, [this] {
-        m_fileName.clear();
-        m_stored.clear();
-        Q_EMIT changed();
-    });
+    connect(&content, &VelgorContent::wasReset, this, &ContentFiles::changed);
+    connect(&content, &VelgorContent::originChanged, this, &ContentFiles::changed);
 }
 
 void ContentFiles::importFile()
@@ -98,12 +95,16 @@ void ContentFiles::importFile()
 void ContentFiles::importFile(const QString &path)
 {
     Result<QString> read = path;
-    m_history.perform(tr("Import"), [&] { read = m_content.openPresetFile(m_files, path); });
+    m_history.perform(tr("Import"), [&] {
+        read = m_content.openPresetFile(m_files, path);
+        if (read) {
+            m_content.setFile(path);
+        }
+    });
     m_problem = read ? QString() : read.problem().text();
     if (read) {
-        markStored(path);
         m_content.setUnreadableNames(UnreadableNames(m_content).count() > 0);
-        Q_EMIT imported(m_stored.size(), m_fileName);
+        Q_EMIT imported(m_content.velgorContentPatchList().size(), path);
     }
 }
 
@@ -120,11 +121,12 @@ QList<VelgorPatch> ContentFiles::patchesIn(const QString &path)
 
 bool ContentFiles::exportList()
 {
-    const auto path = m_files.save(m_content, m_fileName.isEmpty() ? std::nullopt : std::optional(m_fileName));
+    const ContentOrigin *origin = m_content.origin();
+    const auto path = m_files.save(m_content, origin ? std::optional(origin->file) : std::nullopt);
     if (path) {
-        markStored(*path);
+        m_content.setFile(*path);
         // A slot without preset data writes nothing.
-        Q_EMIT exported(m_content.getPatchesAndUserIRs().first.size(), m_fileName);
+        Q_EMIT exported(m_content.getPatchesAndUserIRs().first.size(), *path);
     }
     return finishExport(path);
 }
@@ -145,14 +147,22 @@ bool ContentFiles::finishExport(const Result<QString> &path)
     return bool(path);
 }
 
+QString ContentFiles::fileName() const
+{
+    const ContentOrigin *origin = m_content.origin();
+    return origin ? origin->file : QString();
+}
+
 bool ContentFiles::isModified() const
 {
+    const ContentOrigin *origin = m_content.origin();
     const auto &list = m_content.velgorContentPatchList();
-    if (list.isEmpty()) {
-        return false;
+    if (list.isEmpty() || !origin) {
+        return !list.isEmpty();
     }
-    return m_content.inverseTailBit() != m_isTailBitInverseStored || exportedHeader(list) != exportedHeader(m_stored)
-        || !std::equal(list.begin(), list.end(), m_stored.begin(), m_stored.end(), isExportedAlike);
+    const auto &stored = origin->list;
+    return m_content.inverseTailBit() != origin->inverseTailBit || exportedHeader(list) != exportedHeader(stored)
+        || !std::equal(list.begin(), list.end(), stored.begin(), stored.end(), isExportedAlike);
 }
 
 void ContentFiles::endOpenError()
@@ -168,12 +178,4 @@ void ContentFiles::endSaveError()
 void ContentFiles::endUnreadableNames()
 {
     m_content.setUnreadableNames(false);
-}
-
-void ContentFiles::markStored(const QString &path)
-{
-    m_fileName = path;
-    m_stored = m_content.velgorContentPatchList();
-    m_isTailBitInverseStored = m_content.inverseTailBit();
-    Q_EMIT changed();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Result.h"
-#include "VelgorContentPatch.h"
+#include "VelgorPatch.h"
 
 #include <QList>
 #include <QObject>
@@ -40,7 +40,7 @@ public:
     void endUnreadableNames();
 
     /// The file that the list was imported from or exported to last; empty for a new list.
-    [[nodiscard]] QString fileName() const { return m_fileName; }
+    [[nodiscard]] QString fileName() const;
     /// The list holds something that was neither imported nor exported in that form.
     [[nodiscard]] bool isModified() const;
     /// Why the last import or export failed, naming the file; translated.
@@ -56,13 +56,9 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] bool finishExport(const Result<QString> &path);
-    void markStored(const QString &path);
 
     VelgorContent &m_content;
     PatchFileHandler &m_files;
     EditHistory &m_history;
-    QString m_fileName;
     QString m_problem;
-    QList<VelgorContentPatch> m_stored; ///< the slots as they are in the file
-    bool m_isTailBitInverseStored = false;
 };

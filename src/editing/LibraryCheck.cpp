@@ -3,7 +3,6 @@
 #include "EditHistory.h"
 #include "LibraryDoctor.h"
 #include "LibraryFileNames.h"
-#include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
 #include "RescuedPatches.h"
 #include "VelgorLibrary.h"
@@ -29,8 +28,8 @@ void LibraryCheck::examine()
 {
     m_storage.startSavingUnsaved();
     // A file that was put back is no finding on disk, but the library was loaded without its patch.
-    const bool isPartial = !m_storage.droppedPatches().isEmpty() || !m_storage.readProblem().isEmpty();
-    const auto look = [directory = m_storage.libDirectory(), isPartial, present = LibrarySnapshot::take(m_library)](
+    const bool isPartial = !m_storage.droppedPatches().isEmpty() || m_storage.readProblem();
+    const auto look = [directory = m_storage.libDirectory(), isPartial, present = m_library.state()](
                           const Worker::Report &report) {
         Examination examination;
         qsizetype all = 0;
@@ -108,7 +107,7 @@ void LibraryCheck::addRescued()
 
 void LibraryCheck::preview(const QString &file, QObject *asking, const std::function<void(const Preview &)> &then) const
 {
-    const auto read = [directory = m_storage.libDirectory(), file, present = LibrarySnapshot::take(m_library)](
+    const auto read = [directory = m_storage.libDirectory(), file, present = m_library.state()](
                           const Worker::Report &report) {
         return KeptLibraries::preview(directory, file, present, report);
     };
@@ -124,7 +123,7 @@ void LibraryCheck::restore(const QString &file)
             Q_EMIT ended(false);
             return;
         }
-        m_library.takeOver({.patches = former->patches, .defaultPatch = former->defaultPatch});
+        m_library.adopt({.patches = former->patches, .defaultPatch = former->defaultPatch});
         m_history.forget();
         m_storage.keepLibraryFile();
         save();

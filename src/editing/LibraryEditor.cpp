@@ -51,7 +51,7 @@ QString LibraryEditor::typedField(const VelgorPatch &edited) const
 void LibraryEditor::takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited)
 {
     if (loaded) {
-        m_library.takeOver(*std::move(loaded));
+        m_library.adopt(*std::move(loaded));
     }
     m_library.setAwaited(awaited);
     m_history.forget();

@@ -2,6 +2,11 @@
 
 #include "Utf8Text.h"
 
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <iterator>
+
 namespace PatchName {
 
 QString unreadable()
@@ -17,9 +22,9 @@ QString getStringFrom16UInt8(QByteArrayView data, qsizetype size)
 
 std::optional<QString> decodeField(QByteArrayView data)
 {
-    QByteArray text = data.toByteArray();
-    text.removeIf([](char byte) { return byte == '\0'; });
-    return Utf8Text::decode(text);
+    QVarLengthArray<char, fieldSize> text;
+    std::remove_copy(data.begin(), data.end(), std::back_inserter(text), '\0');
+    return Utf8Text::decode(QByteArrayView(text.data(), text.size()));
 }
 
 QByteArray encodeField(const QString &name)

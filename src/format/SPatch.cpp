@@ -27,12 +27,12 @@ std::optional<SPatch> SPatch::fromData(const QByteArray &data, qint64 dataOffset
     patch.sep = reader.readUInt8();
     patch.pos = reader.readUInt16();
     patch.sep2 = reader.readUInt8();
-    const QByteArray nameField = reader.readBytes(PatchName::fieldSize);
+    const auto nameField = reader.readArray<PatchName::fieldSize>();
     if (std::optional<QString> name = PatchName::decodeField(nameField)) {
         patch.name = *std::move(name);
     } else {
         patch.name = PatchName::unreadable();
-        patch.unreadableName = nameField;
+        patch.unreadableName = QByteArrayView(nameField).toByteArray();
     }
     patch.data = reader.readBytes(patch.size - fixedSize);
     patch.length = sizeFieldEnd + patch.size;

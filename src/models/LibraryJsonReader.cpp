@@ -54,7 +54,7 @@ bool LibraryJsonReader::skip()
     return isAllowed;
 }
 
-bool LibraryJsonReader::takeDate(double seconds)
+bool LibraryJsonReader::setDate(double seconds)
 {
     if (m_skippedDepth > 0 || m_place != Place::Patch || !m_field || !m_field->date) {
         return skip();
@@ -94,7 +94,7 @@ bool LibraryJsonReader::boolean(bool value)
 
 bool LibraryJsonReader::number_integer(number_integer_t value)
 {
-    return takeDate(static_cast<double>(value));
+    return setDate(static_cast<double>(value));
 }
 
 bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
@@ -107,13 +107,13 @@ bool LibraryJsonReader::number_unsigned(number_unsigned_t value)
         m_patchId = value;
         return markSeen();
     }
-    return takeDate(static_cast<double>(value));
+    return setDate(static_cast<double>(value));
 }
 
 bool LibraryJsonReader::number_float(number_float_t value, const string_t &text)
 {
     Q_UNUSED(text)
-    return takeDate(value);
+    return setDate(value);
 }
 
 bool LibraryJsonReader::string(string_t &value)

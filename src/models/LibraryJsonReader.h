@@ -38,7 +38,7 @@ private:
     [[nodiscard]] bool isDefaultPatch() const;
     [[nodiscard]] bool isId() const;
     /// Skips a number that is none.
-    bool takeDate(double seconds);
+    bool setDate(double seconds);
     [[nodiscard]] quint64 bitOf(const PatchField &field) const;
     bool markSeen();
     /// False when a field is required.

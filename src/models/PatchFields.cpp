@@ -89,7 +89,7 @@ void PatchFields::copyEdited(const VelgorPatch &from, VelgorPatch &to, Rows rows
 
 // A patch itself does not know the table, which is made of its members.
 
-void VelgorPatch::takeEdits(const VelgorPatch &edited)
+void VelgorPatch::applyEdits(const VelgorPatch &edited)
 {
     PatchFields::copyEdited(edited, *this);
 }

@@ -53,6 +53,16 @@ void VelgorContent::setSelections(const QSet<QUuid> &selections)
     setObservable(this, m_marks.selections, selections, &VelgorContent::selectionsChanged);
 }
 
+void VelgorContent::setFile(const QString &path)
+{
+    setOrigin(std::make_shared<ContentOrigin>(ContentOrigin{path, rows(), inverseTailBit()}));
+}
+
+void VelgorContent::setOrigin(const std::shared_ptr<const ContentOrigin> &origin)
+{
+    setObservable(this, m_marks.origin, origin, &VelgorContent::originChanged);
+}
+
 void VelgorContent::setVersions(const QMap<QString, int> &versions)
 {
     setObservable(this, m_marks.versions, versions, &VelgorContent::versionsChanged);
@@ -207,7 +217,7 @@ void VelgorContent::propagateChangedPatch(
             && (!isHeld || isHeld(slot.patch))) {
             holding.append(row);
             values.append(slot);
-            values.last().patch.takeEdits(patch);
+            values.last().patch.applyEdits(patch);
         }
     }
     changeRows(holding, values);
@@ -234,6 +244,10 @@ void VelgorContent::apply(const ContentChange &change)
     setVersions(change.after.versions);
     setInverseTailBit(change.after.inverseTailBit);
     setSelections(change.after.selections);
+    // An export is no part of a change, and stays when one is taken back.
+    if (change.before.origin != change.after.origin) {
+        setOrigin(change.after.origin);
+    }
 }
 
 void VelgorContent::followChanged(qsizetype row, const VelgorContentPatch &before)
@@ -247,6 +261,7 @@ void VelgorContent::followExchanged()
 {
     m_soundHashes.reset();
     setLimit(static_cast<int>(rows().size()));
+    setOrigin({});
 }
 
 void VelgorContent::renum()

@@ -48,6 +48,8 @@ public:
     [[nodiscard]] bool mixVersions() const { return m_mixVersions; }
     [[nodiscard]] bool inverseTailBit() const { return m_marks.inverseTailBit; }
     [[nodiscard]] const QSet<QUuid> &selections() const { return m_marks.selections; }
+    /// The list as it was imported or exported last; nullptr for a new list.
+    [[nodiscard]] const ContentOrigin *origin() const { return m_marks.origin.get(); }
 
     void setOpenError(bool openError);
     void setUnreadableNames(bool unreadableNames);
@@ -56,6 +58,8 @@ public:
     void setMixVersions(bool mixVersions);
     void setInverseTailBit(bool inverseTailBit);
     void setSelections(const QSet<QUuid> &selections);
+    /// The list stands in this file as it is now.
+    void setFile(const QString &path);
 
     /// Asks for a file and fills the list from it, and says which file. One that cannot be read sets openError;
     /// cancelling does not.
@@ -81,7 +85,7 @@ public:
     void move(qsizetype from, qsizetype offset);
     /// Moves several slots, given by ascending rows, to stand together in their order at `offset`.
     void move(const QList<qsizetype> &rows, qsizetype offset);
-    /// Every slot that holds this patch takes over what the user edits; see VelgorPatch::takeEdits(). What else an
+    /// Every slot that holds this patch takes over what the user edits; see VelgorPatch::applyEdits(). What else an
     /// export writes stays as it is. A slot whose records are the same is asked about also when its id is another one
     /// that they give; without a question, the ids have to be equal.
     void propagateChangedPatch(
@@ -108,12 +112,14 @@ Q_SIGNALS:
     void mixVersionsChanged();
     void inverseTailBitChanged();
     void selectionsChanged();
+    void originChanged();
 
 private:
     /// The slots of a list without those that are there.
     [[nodiscard]] static QList<VelgorContentPatch> filled(
         qsizetype first, qsizetype count, const std::optional<VelgorPatch> &fillwith);
     void setVersions(const QMap<QString, int> &versions);
+    void setOrigin(const std::shared_ptr<const ContentOrigin> &origin);
     void followInserted(const QList<qsizetype> & /*rows*/) override { m_soundHashes.reset(); }
     void followRemoved(const QList<qsizetype> & /*formerRows*/) override { m_soundHashes.reset(); }
     void followMoved(qsizetype /*from*/, qsizetype /*to*/) override { m_soundHashes.reset(); }

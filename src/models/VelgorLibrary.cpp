@@ -60,7 +60,7 @@ void VelgorLibrary::setDeleteConfirm(bool deleteConfirm)
     setObservable(this, m_deleteConfirm, deleteConfirm, &VelgorLibrary::deleteConfirmChanged);
 }
 
-void VelgorLibrary::takeOver(LibraryState loaded)
+void VelgorLibrary::adopt(LibraryState loaded)
 {
     // Many patches are not copied by the way.
     QList<VelgorPatch> patches = std::move(loaded.patches);
@@ -70,7 +70,7 @@ void VelgorLibrary::takeOver(LibraryState loaded)
         patches.append(placeholder());
     }
     QList<Announcement> announcements =
-        takeMarks({.order = {.isList = !isEmpty}, .defaultPatch = loaded.defaultPatch, .awaited = m_marks.awaited});
+        setMarks({.order = {.isList = !isEmpty}, .defaultPatch = loaded.defaultPatch, .awaited = m_marks.awaited});
     if (std::exchange(m_deleteConfirm, false)) {
         announcements.append(&VelgorLibrary::deleteConfirmChanged);
     }
@@ -80,7 +80,7 @@ void VelgorLibrary::takeOver(LibraryState loaded)
     }
 }
 
-QList<VelgorLibrary::Announcement> VelgorLibrary::takeMarks(const LibraryMarks &marks)
+QList<VelgorLibrary::Announcement> VelgorLibrary::setMarks(const LibraryMarks &marks)
 {
     const LibraryMarks before = std::exchange(m_marks, marks);
     m_tickedCount.reset();
@@ -111,7 +111,7 @@ LibraryChange VelgorLibrary::endChange()
 
 void VelgorLibrary::apply(const LibraryChange &change)
 {
-    const QList<Announcement> announcements = takeMarks(change.after);
+    const QList<Announcement> announcements = setMarks(change.after);
     applyDeltas(change.deltas);
     for (const Announcement announcement : announcements) {
         Q_EMIT(this->*announcement)();

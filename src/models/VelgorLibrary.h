@@ -43,6 +43,9 @@ public:
     [[nodiscard]] const QList<quint64> &order();
     /// The patches as they are stored: as long as sorting only shows them in another order, that is the former one.
     [[nodiscard]] QList<VelgorPatch> patchesInOwnOrder() const;
+    /// What of the library is stored: everything but the placeholder patch. Cheap, as the patches are shared until one
+    /// side changes them; may go to another thread.
+    [[nodiscard]] LibraryState state() const;
     [[nodiscard]] std::optional<quint64> selection() const { return m_marks.selection; }
     [[nodiscard]] bool isMultiSel() const { return m_marks.isMultiSel; }
     [[nodiscard]] const MultiSelections &multiSelections() const { return m_marks.multiSelections; }
@@ -61,7 +64,7 @@ public:
 
     /// Takes the patches, their order and the default patch of `loaded`, announced as one reset; selection, ticks,
     /// modes and the sort cycle start afresh. Everything is in place when wasReset() and the change signals come.
-    void takeOver(LibraryState loaded);
+    void adopt(LibraryState loaded);
 
     /// Records what happens to the library until endChange(), which gives it.
     void startChange();
@@ -142,12 +145,12 @@ private:
     void followExchanged() override;
 
     /// What is to be announced once the rows fit.
-    [[nodiscard]] QList<Announcement> takeMarks(const LibraryMarks &marks);
+    [[nodiscard]] QList<Announcement> setMarks(const LibraryMarks &marks);
     void replaceRecords(qsizetype row, const std::optional<PresetRecords> &records);
     /// `alsoHere` finds patches that are about to be appended.
     [[nodiscard]] bool isAwaitedAsAnother(quint64 id, const QString &name) const;
     /// What was said about the patch of this id while it was awaited, if it was; it is awaited no longer.
-    [[nodiscard]] VelgorPatch takeAwaited(VelgorPatch patch);
+    [[nodiscard]] VelgorPatch applyAwaited(VelgorPatch patch);
     /// The awaited patch that was the default one is it again once it is here, unless the user chose another.
     void settleAwaitedDefault();
     /// Where the library holds bytes under this patch's id that are damaged, or may be, and name and id say that it was

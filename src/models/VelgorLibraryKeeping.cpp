@@ -31,13 +31,13 @@ bool VelgorLibrary::isAwaitedAsAnother(quint64 id, const QString &name) const
     return awaited != m_marks.awaited.patches.cend() && PatchName::fitted(awaited->name) != PatchName::fitted(name);
 }
 
-VelgorPatch VelgorLibrary::takeAwaited(VelgorPatch patch)
+VelgorPatch VelgorLibrary::applyAwaited(VelgorPatch patch)
 {
     const auto awaited = patch.records ? m_marks.awaited.patches.constFind(patch.id()) : m_marks.awaited.patches.cend();
     if (awaited == m_marks.awaited.patches.cend()) {
         return patch;
     }
-    patch.takeEdits(*awaited);
+    patch.applyEdits(*awaited);
     m_marks.awaited.patches.erase(awaited);
     return patch;
 }
@@ -148,7 +148,7 @@ quint64 VelgorLibrary::appendOrReplace(
     }
     if (!found) {
         const bool isInside = location != atEnd && location <= count();
-        insertRows(isInside ? location : count(), {takeAwaited(patch.withId(id))});
+        insertRows(isInside ? location : count(), {applyAwaited(patch.withId(id))});
     } else if (duplicate && !found->patch->empty) {
         id = appendDuplicate(patch, found->patch->name);
     } else if (replace && !found->patch->empty) {
@@ -176,7 +176,7 @@ QList<quint64> VelgorLibrary::appendNew(const QList<VelgorPatch> &patches)
         ids.append(place.id);
         if (!place.isKnown) {
             freshRows.insert(place.id, fresh.size());
-            fresh.append(takeAwaited(patch.withId(place.id)));
+            fresh.append(applyAwaited(patch.withId(place.id)));
         }
     }
     appendAll(fresh);

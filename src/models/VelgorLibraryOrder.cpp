@@ -108,6 +108,11 @@ bool VelgorLibrary::isInRememberedOrder() const
         [](const VelgorPatch &patch, quint64 id) { return patch.id() == id; });
 }
 
+LibraryState VelgorLibrary::state() const
+{
+    return {.patches = count() == 0 ? QList<VelgorPatch>() : patchesInOwnOrder(), .defaultPatch = defaultPatch()};
+}
+
 QList<VelgorPatch> VelgorLibrary::patchesInOwnOrder() const
 {
     if (!m_marks.order.isListSorted) {

@@ -23,7 +23,7 @@ public:
     [[nodiscard]] static VelgorPatch copyNamed(const VelgorPatch &from, const QString &newName);
     /// Takes over what the user edits: name, comment, classification and date. Preset data and all that comes from it
     /// stay, the name in the record included.
-    void takeEdits(const VelgorPatch &edited);
+    void applyEdits(const VelgorPatch &edited);
 
     /// The same patch under another id.
     [[nodiscard]] VelgorPatch withId(quint64 id) const &;

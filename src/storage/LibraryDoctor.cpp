@@ -103,8 +103,8 @@ void LibraryDoctor::noteJournal()
 
 void LibraryDoctor::noteLibraryFile(const LibraryLoadResult &loaded)
 {
-    if (!loaded.problem.isEmpty()) {
-        add(LibraryFinding::Kind::DamagedLibraryFile, LibraryFileNames::libraryFile(), 0, {}, loaded.problem);
+    if (loaded.problem) {
+        add(LibraryFinding::Kind::DamagedLibraryFile, LibraryFileNames::libraryFile(), 0, {}, loaded.problem->text());
     }
     if (loaded.library) {
         for (const VelgorPatch &patch : loaded.library->patches) {

@@ -2,7 +2,7 @@
 
 #include "Diagnostics.h"
 #include "FaultPoint.h"
-#include "FileContentStamp.h"
+#include "FileStamp.h"
 #include "LibraryFileNames.h"
 #include "LibraryLoadResult.h"
 #include "LibraryPlace.h"
@@ -66,10 +66,12 @@ void LibraryFileReader::noteWithoutContent(
     if (file) {
         Diagnostics::printLine(QStringLiteral("Cannot decode library"));
         result.readError = true;
-        result.problem = tr("%1: not a complete library file").arg(m_place.pathOf(LibraryFileNames::libraryFile()));
+        result.problem = Problem{.what = Problem::What::Malformed,
+            .where = m_place.pathOf(LibraryFileNames::libraryFile()),
+            .why = tr("not a complete library file")};
     } else {
         Diagnostics::printLine(QStringLiteral("New library"));
         const bool isHidden = isThere || !QFileInfo(m_place.path()).isExecutable();
-        result.problem = isHidden ? file.problem().text() : QString();
+        result.problem = isHidden ? std::optional(file.problem()) : std::nullopt;
     }
 }

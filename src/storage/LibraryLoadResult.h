@@ -3,6 +3,7 @@
 #include "LibraryState.h"
 #include "LibrarySweeper.h"
 #include "LibraryWriteResult.h"
+#include "Result.h"
 
 #include <QHash>
 #include <QList>
@@ -16,7 +17,7 @@
 struct LibraryLoadResult {
     std::optional<LibraryState> library; ///< nothing for a new, empty or undecodable library
     bool readError = false; ///< the library file is there and could not be decoded, nor its copy
-    QString problem; ///< why the library file could not be read or decoded; names the file; translated
+    std::optional<Problem> problem; ///< why the library file, which is there, could not be read or decoded
     QStringList droppedPatches; ///< names of the entries that are not in the library, mostly for want of a file
     QStringList droppedProblems; ///< for each of them its name, the reason and its file; translated
     /// For each patch whose file holds something that cannot have got its id: its name, the name in the file, the file;

@@ -25,7 +25,7 @@ LibraryLoadResult LibraryLoader::load()
     Diagnostics::printLine(QStringLiteral("Loading library from directory"));
     LibraryLoadResult result;
     const std::optional<LibraryState> content = LibraryFileReader(m_place).read(result);
-    result.leftovers.areKnown = result.problem.isEmpty();
+    result.leftovers.areKnown = !result.problem;
     result.writeState.isJournalOrphaned = !result.leftovers.areKnown;
     m_journal = m_place.journal().value_or(LibraryJournal());
     if (content) {
@@ -139,9 +139,8 @@ LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, 
     Progress progress;
     qsizetype done = 0;
     for (VelgorPatch &entry : patches) {
-        if (const Result<Found> found = readPatch(entry, result)) {
-            const SPresetFile &presets = found->presets;
-            entry.records = {presets.patches.first(), presets.userIRs.first(), presets.headerDesc};
+        if (Result<Found> found = readPatch(entry, result)) {
+            entry.records = std::move(found->records);
             ++progress.loaded;
             if (m_entries.hasFreshId(entry)) {
                 // It will be stored anew under its own id; its former file still carries the other patch's.
@@ -165,13 +164,13 @@ Result<LibraryLoader::Found> LibraryLoader::readPatch(const VelgorPatch &entry, 
 {
     const QString fileName = LibraryFileNames::patchFile(entry.name, m_entries.storedId(entry));
     // What a save had prepared and not put in place goes before what it was about to take the place of.
-    Result<SPresetFile> prepared = readFromJournal(entry, fileName, result);
+    Result<PresetRecords> prepared = readFromJournal(entry, fileName, result);
     if (prepared) {
         return Found{*std::move(prepared), fileName};
     }
     // Nothing of the bytes stays, so that all files can be read into the same memory.
     auto file = m_place.readPatchFile(fileName, std::exchange(m_room, {}));
-    Result<SPresetFile> own = file ? ownPreset(entry, file->bytes) : file.problem();
+    Result<PresetRecords> own = file ? ownRecords(entry, file->bytes) : file.problem();
     if (file) {
         m_room = std::exchange(file->bytes, {});
     }
@@ -195,31 +194,35 @@ Result<LibraryLoader::Found> LibraryLoader::readPatch(const VelgorPatch &entry, 
     return own.problem();
 }
 
-Result<SPresetFile> LibraryLoader::ownPreset(const VelgorPatch &entry, const QByteArray &bytes)
+Result<PresetRecords> LibraryLoader::ownRecords(const VelgorPatch &entry, const QByteArray &bytes)
 {
     Result<SPresetFile> presets = SinglePatchFile::decode(bytes);
     if (!presets) {
         const bool isNone = presets.problem().what == Problem::What::Malformed;
-        return isNone ? Problem{.what = Problem::What::Malformed, .why = tr("not a preset file")} : presets;
-    }
-    const VelgorPatch read = SinglePatchFile::patchIn(*presets);
-    const LibraryEntries::Owner owner = m_entries.ownerOf(read, entry);
-    if (owner != LibraryEntries::Owner::Entry) {
-        m_doubts.insertForeign(entry.id(), read.id());
-    }
-    if (owner == LibraryEntries::Owner::OtherEntry) {
-        return Problem{
-            .why = tr("it holds \"%1\", another patch of the library").arg(read.name.simplified()), .mayPass = true};
+        return isNone ? Problem{.what = Problem::What::Malformed, .why = tr("not a preset file")} : presets.problem();
     }
     // Every file that a library writes has the right one.
     const bool isDamaged = presets->checksum != PatchWriter::checksumOf(*presets, bytes);
-    if (isDamaged || owner == LibraryEntries::Owner::Unknown) {
-        m_doubts.insert(entry.id(), read.name, isDamaged);
+    PresetRecords records = SinglePatchFile::recordsIn(*std::move(presets));
+    const SPatch &patch = records.patchData;
+    const quint64 hash = VelgorPatch::staticSimpleHash(patch, records.userIRData);
+    const LibraryEntries::Owner owner = hash == m_entries.storedId(entry)
+        ? LibraryEntries::Owner::Entry
+        : m_entries.ownerOf(VelgorPatch(patch, records.userIRData, records.headerData), entry);
+    if (owner != LibraryEntries::Owner::Entry) {
+        m_doubts.insertForeign(entry.id(), hash);
     }
-    return presets;
+    if (owner == LibraryEntries::Owner::OtherEntry) {
+        return Problem{
+            .why = tr("it holds \"%1\", another patch of the library").arg(patch.name.simplified()), .mayPass = true};
+    }
+    if (isDamaged || owner == LibraryEntries::Owner::Unknown) {
+        m_doubts.insert(entry.id(), patch.name, isDamaged);
+    }
+    return records;
 }
 
-Result<SPresetFile> LibraryLoader::readFromJournal(
+Result<PresetRecords> LibraryLoader::readFromJournal(
     const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result)
 {
     // Of two entries with one id, the journal knows the first.
@@ -227,11 +230,11 @@ Result<SPresetFile> LibraryLoader::readFromJournal(
     if (temporary.isEmpty()) {
         return Problem{.what = Problem::What::Absent};
     }
-    Result<SPresetFile> presets = readOnePatch(temporary, entry);
-    if (presets) {
+    Result<PresetRecords> records = readOnePatch(temporary, entry);
+    if (records) {
         result.leftovers.unfinished.insert(temporary, fileName);
     }
-    return presets;
+    return records;
 }
 
 Result<LibraryLoader::Found> LibraryLoader::readFromOtherFile(const VelgorPatch &entry)
@@ -243,11 +246,11 @@ Result<LibraryLoader::Found> LibraryLoader::readFromOtherFile(const VelgorPatch 
     }
     OtherFiles &files = known.value();
     while (!files.names.isEmpty()) {
-        Result<SPresetFile> presets = readOnePatch(files.names.first(), entry);
-        if (presets) {
-            return Found{*std::move(presets), files.names.first()};
+        Result<PresetRecords> records = readOnePatch(files.names.first(), entry);
+        if (records) {
+            return Found{*std::move(records), files.names.first()};
         }
-        files.areUnreadable = files.areUnreadable || presets.problem().mayPass;
+        files.areUnreadable = files.areUnreadable || records.problem().mayPass;
         files.names.removeFirst();
     }
     return Problem{.what = Problem::What::Absent, .mayPass = files.areUnreadable};
@@ -277,8 +280,8 @@ LibraryLoader::OtherFiles LibraryLoader::otherFiles(quint64 id)
     return files;
 }
 
-Result<SPresetFile> LibraryLoader::readOnePatch(const QString &name, const VelgorPatch &entry)
+Result<PresetRecords> LibraryLoader::readOnePatch(const QString &name, const VelgorPatch &entry)
 {
     const auto file = m_place.readPatchFile(name);
-    return file ? ownPreset(entry, file->bytes) : file.problem();
+    return file ? ownRecords(entry, file->bytes) : file.problem();
 }

@@ -6,8 +6,8 @@
 #include "LibraryLoadResult.h"
 #include "LibraryPlace.h"
 #include "LoadDoubts.h"
+#include "PresetRecords.h"
 #include "Result.h"
-#include "SPresetFile.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -58,19 +58,19 @@ private:
     /// Gives each entry that can be read its preset data.
     Progress loadPatches(QList<VelgorPatch> &patches, LibraryLoadResult &result);
     struct Found {
-        SPresetFile presets;
+        PresetRecords records;
         QString file;
     };
     // Of a problem that may pass, the entry waits for its file: that cannot be read now, or belongs to another.
     [[nodiscard]] Result<Found> readPatch(const VelgorPatch &entry, LibraryLoadResult &result);
-    /// The preset file of these bytes, if it is the entry's patch and nothing else.
-    [[nodiscard]] Result<SPresetFile> ownPreset(const VelgorPatch &entry, const QByteArray &bytes);
-    [[nodiscard]] Result<SPresetFile> readFromJournal(
+    /// The records in these bytes, if they are the entry's patch and nothing else.
+    [[nodiscard]] Result<PresetRecords> ownRecords(const VelgorPatch &entry, const QByteArray &bytes);
+    [[nodiscard]] Result<PresetRecords> readFromJournal(
         const VelgorPatch &entry, const QString &fileName, LibraryLoadResult &result);
     [[nodiscard]] Result<Found> readFromOtherFile(const VelgorPatch &entry);
     /// The files that may hold the patch of an id, the most likely first.
     [[nodiscard]] OtherFiles otherFiles(quint64 id);
-    [[nodiscard]] Result<SPresetFile> readOnePatch(const QString &name, const VelgorPatch &entry);
+    [[nodiscard]] Result<PresetRecords> readOnePatch(const QString &name, const VelgorPatch &entry);
     void noteRemoved(LibraryLoadResult &result) const;
 
     LibraryPlace m_place;

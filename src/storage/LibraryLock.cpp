@@ -30,11 +30,12 @@ bool LibraryLock::isHeldByOther(const QString &directory)
         || (holder->process != QCoreApplication::applicationPid() && !isProcessGone(holder->process));
 }
 
-bool LibraryLock::tryLock()
+Result<> LibraryLock::tryLock()
 {
-    m_isPlaceTaken = isPlaceTaken();
-    if (m_isPlaceTaken) {
-        return false;
+    const QString name = LibraryFileNames::lockFile();
+    if (isPlaceTaken()) {
+        return Problem{.where = m_directory,
+            .why = tr("there is something else than a file in the place of the lock file %1").arg(name)};
     }
     const DirectoryGuard guard(m_directory);
     if (guard.isHeld()) {
@@ -43,9 +44,17 @@ bool LibraryLock::tryLock()
         OwnerlessLock::remove(m_file.fileName());
     }
     errno = 0;
-    const bool isLocked = m_file.tryLock(0);
-    m_systemError = errno;
-    return isLocked;
+    if (m_file.tryLock(0)) {
+        return Success();
+    }
+    const int systemError = errno;
+    if (m_file.error() == QLockFile::LockFailedError) {
+        return Problem{.what = Problem::What::Taken,
+            .where = m_directory,
+            .why = tr("the library is in use by another program, says its lock file %1").arg(name)};
+    }
+    return Problem{
+        .where = m_directory, .why = tr("the directory cannot be written (%1)").arg(qt_error_string(systemError))};
 }
 
 bool LibraryLock::isPlaceTaken() const
@@ -87,20 +96,4 @@ std::optional<LibraryLock::Holder> LibraryLock::holder() const
         return std::nullopt;
     }
     return Holder{.process = process, .isHere = host == QSysInfo::machineHostName()};
-}
-
-bool LibraryLock::isHeldElsewhere() const
-{
-    return !m_isPlaceTaken && m_file.error() == QLockFile::LockFailedError;
-}
-
-QString LibraryLock::reason() const
-{
-    const QString name = LibraryFileNames::lockFile();
-    if (m_isPlaceTaken) {
-        return tr("%1: there is something else than a file in the place of the lock file %2").arg(m_directory, name);
-    }
-    return isHeldElsewhere()
-        ? tr("%1: the library is in use by another program, says its lock file %2").arg(m_directory, name)
-        : tr("%1: the directory cannot be written (%2)").arg(m_directory, qt_error_string(m_systemError));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QCoreApplication>
 #include <QLockFile>
 #include <QString>
@@ -13,12 +15,9 @@ class LibraryLock {
 public:
     explicit LibraryLock(const QString &directory);
 
-    /// False when another program holds the directory or the lock cannot be written.
-    [[nodiscard]] bool tryLock();
-    /// After tryLock() was false: another program holds the directory.
-    [[nodiscard]] bool isHeldElsewhere() const;
-    /// After tryLock() was false: why. Names the directory; translated.
-    [[nodiscard]] QString reason() const;
+    /// Does not wait. The problem is `Taken` where another program holds the directory; else the lock cannot be
+    /// written.
+    [[nodiscard]] Result<> tryLock();
 
     /// Another program holds the directory now, as far as can be told. Takes and changes nothing.
     [[nodiscard]] static bool isHeldByOther(const QString &directory);
@@ -30,11 +29,10 @@ private:
     };
 
     [[nodiscard]] std::optional<Holder> holder() const;
+    /// By something that is no file and that must not be opened.
     [[nodiscard]] bool isPlaceTaken() const;
     void removeLeftovers();
 
     QString m_directory;
     QLockFile m_file;
-    int m_systemError = 0; ///< of the last tryLock(), as the system numbers its errors
-    bool m_isPlaceTaken = false; ///< by something that is no file and that must not be opened
 };

@@ -19,12 +19,12 @@ void LibraryMove::start(
     const std::shared_ptr<LibraryMove> move(new LibraryMove(directory));
     const auto giveUp = [&worker, asking, move, steps](const Problem &reason, bool isTaken) {
         const auto takeBack = [move, reason] {
-            const Result<> undone = move->takeBackFiles();
+            const Result<> undone = move->revertFiles();
             return undone ? reason : Problem{.why = reason.text() + u'\n' + undone.problem().text()};
         };
         worker.start(asking, takeBack, [&worker, asking, move, steps, isTaken](const Problem &problem) {
-            if (isTaken && steps.giveBack) {
-                steps.giveBack();
+            if (isTaken && steps.release) {
+                steps.release();
             }
             const auto removeDirectories = [move, problem] {
                 move->removeDirectories();
@@ -43,7 +43,7 @@ void LibraryMove::start(
     };
     const auto make = [move, obstacle] { return obstacle ? move->makeDirectory() : obstacle; };
     worker.start(asking, make, [&worker, asking, move, steps, giveUp, settle](const Result<> &made) {
-        const Result<> taken = made && steps.take ? steps.take(move->m_directory) : made;
+        const Result<> taken = made && steps.acquire ? steps.acquire(move->m_directory) : made;
         if (taken) {
             worker.start(
                 asking, [move, library = steps.library()] { return move->write(library); }, settle);
@@ -88,7 +88,7 @@ Result<> LibraryMove::write(const LibraryState &library)
     return isWhole ? Result<>(Success()) : Problem{.why = m_result.problems.join(u'\n')};
 }
 
-Result<> LibraryMove::takeBackFiles()
+Result<> LibraryMove::revertFiles()
 {
     if (!m_isBegun) {
         return Success();

@@ -21,8 +21,8 @@ public:
     /// What is done on the thread of the worker's owner while the files move.
     struct Steps {
         /// Keeps other programs from the directory once it is there, and undoes that where the move failed.
-        std::function<Result<>(const QString &directory)> take = {};
-        std::function<void()> giveBack = {};
+        std::function<Result<>(const QString &directory)> acquire = {};
+        std::function<void()> release = {};
         /// What is to be written.
         std::function<LibraryState()> library = {};
         /// Records the new place once everything is written.
@@ -47,7 +47,7 @@ private:
     /// Writes the whole library.
     [[nodiscard]] Result<> write(const LibraryState &library);
     /// Removes what was written, and gives files of others their names back.
-    [[nodiscard]] Result<> takeBackFiles();
+    [[nodiscard]] Result<> revertFiles();
     /// Removes the directories that were made, where nothing is in them.
     void removeDirectories();
 

@@ -16,7 +16,7 @@ LibraryLoadResult LibraryOnDisk::load(const LibraryLoader::Report &report)
 {
     LibraryLoadResult result = LibraryLoader(m_directory, report).load();
     m_leftovers = std::exchange(result.leftovers, {});
-    takeState(result.writeState);
+    keepState(result.writeState);
     return result;
 }
 
@@ -27,11 +27,11 @@ LibraryWriteResult LibraryOnDisk::save(const LibraryState &library, const QList<
         m_state.filesToKeep.append(LibraryFileNames::libraryFile());
     }
     LibraryWriteResult result = LibraryWriter(m_directory, m_state).save(library);
-    takeState(result.state);
+    keepState(result.state);
     return result;
 }
 
-void LibraryOnDisk::takeState(LibraryWriteState &state)
+void LibraryOnDisk::keepState(LibraryWriteState &state)
 {
     m_state = std::exchange(state, {});
     state.idsToRemove = m_state.idsToRemove;

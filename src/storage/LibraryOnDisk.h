@@ -26,7 +26,7 @@ public:
 
 private:
     /// Leaves in `state` what others have to know.
-    void takeState(LibraryWriteState &state);
+    void keepState(LibraryWriteState &state);
 
     QString m_directory;
     LibraryWriteState m_state;

@@ -98,6 +98,19 @@ std::optional<LibraryJournal> LibraryPlace::journal() const
     return text ? LibraryJournal::decode(*text) : std::nullopt;
 }
 
+void LibraryPlace::settleOrphanedJournal() const
+{
+    const auto staged = journal().value_or(LibraryJournal()).staged;
+    for (auto file = staged.cbegin(); file != staged.cend(); ++file) {
+        if (const Result<VelgorPatch> found = patch(file.value())) {
+            std::ignore = move(file.value(), LibraryFileNames::patchFile(found->name, file.key()));
+        }
+    }
+    if (read(LibraryFileNames::journalFile())) {
+        std::ignore = remove(LibraryFileNames::journalFile());
+    }
+}
+
 Result<> LibraryPlace::remove(const QString &name) const
 {
     return DiskFiles::remove(pathOf(name));

@@ -42,6 +42,9 @@ public:
     [[nodiscard]] Result<VelgorPatch> patch(const QString &name) const;
     /// What a save that has not ended is about to do.
     [[nodiscard]] std::optional<LibraryJournal> journal() const;
+    /// Ends the journal of a library file that could not be decoded and may have held what it speaks of: what it
+    /// prepared becomes files without an entry, which can be added, and what it wanted to remove stays.
+    void settleOrphanedJournal() const;
 
     [[nodiscard]] Result<> remove(const QString &name) const;
     /// Never replaces another file.

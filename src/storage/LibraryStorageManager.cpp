@@ -6,7 +6,6 @@
 #include "LibraryManagerPreferences.h"
 #include "LibraryMove.h"
 #include "LibraryPlace.h"
-#include "LibrarySnapshot.h"
 #include "ObservableProperty.h"
 
 #include <QDir>
@@ -78,7 +77,7 @@ void LibraryStorageManager::openLibraryInFinder() const
 std::optional<LibraryState> LibraryStorageManager::decodeLibrary()
 {
     finish();
-    takeLoad(m_stored->load());
+    noteLoad(m_stored->load());
     return takeLoadedLibrary();
 }
 
@@ -92,19 +91,19 @@ void LibraryStorageManager::startLoading()
     const auto load = [stored = m_stored](const Worker::Report &report) { return stored->load(report); };
     const auto end = [this](LibraryLoadResult result) {
         m_isLoading = false;
-        takeLoad(std::move(result));
+        noteLoad(std::move(result));
         Q_EMIT loadFinished();
         startSavesDue();
     };
     m_worker.start(this, load, end, [this](qsizetype loaded, qsizetype total) { Q_EMIT loadProgress(loaded, total); });
 }
 
-void LibraryStorageManager::takeLoad(LibraryLoadResult result)
+void LibraryStorageManager::noteLoad(LibraryLoadResult result)
 {
     m_load = std::move(result);
     if (m_isDirectoryMissed && existence(m_directory) != FileExistence::directory) {
         // Where no directory could be made, that was the problem, and was told.
-        m_load.problem.clear();
+        m_load.problem.reset();
     }
     m_awaitedPatches = {.patches = m_load.writeState.unread.patches,
         .defaultPatch = m_load.droppedDefault,
@@ -136,7 +135,7 @@ void LibraryStorageManager::startMove(const QString &directory, const VelgorLibr
     const auto revision = std::make_shared<quint64>();
     steps.library = [this, revision, library = &library] {
         *revision = m_revision;
-        return LibrarySnapshot::take(*library);
+        return library->state();
     };
     steps.record = [this, target] { return m_preferences ? m_preferences->setLibraryDirectory(target) : Success(); };
     steps.ended = [this, target, revision, ended = steps.ended](
@@ -145,7 +144,7 @@ void LibraryStorageManager::startMove(const QString &directory, const VelgorLibr
         if (moved) {
             m_directory = target;
             m_stored = std::make_shared<LibraryOnDisk>(target, result.state);
-            takeResult(result, *revision);
+            noteSave(result, *revision);
             if (!hasUnsavedChanges()) {
                 endWaiting();
             }
@@ -190,7 +189,7 @@ void LibraryStorageManager::save(const VelgorLibrary &library)
 {
     finish();
     note(library);
-    takeResult(saveJob(library)(), m_revision);
+    noteSave(saveJob(library)(), m_revision);
 }
 
 void LibraryStorageManager::delayedSave(const VelgorLibrary &library)
@@ -244,7 +243,7 @@ void LibraryStorageManager::note(const VelgorLibrary &library)
 std::function<LibraryWriteResult()> LibraryStorageManager::saveJob(const VelgorLibrary &library)
 {
     m_startedRevision = m_revision;
-    return [stored = m_stored, content = LibrarySnapshot::take(library), removed = std::exchange(m_removalsWanted, {}),
+    return [stored = m_stored, content = library.state(), removed = std::exchange(m_removalsWanted, {}),
                isFileToKeep = std::exchange(m_isFileToKeep, false)] {
         return stored->save(content, removed, isFileToKeep);
     };
@@ -256,7 +255,7 @@ void LibraryStorageManager::startSaveJob(const VelgorLibrary &library, bool isDe
     m_isDelayedSaveUnderWay = m_isDelayedSaveUnderWay || isDelayed;
     const auto end = [this, isDelayed, revision = m_revision](const LibraryWriteResult &result) {
         --m_savesUnderWay;
-        takeResult(result, revision);
+        noteSave(result, revision);
         if (isDelayed) {
             m_isDelayedSaveUnderWay = false;
             setLibraryToSave(nullptr);
@@ -293,7 +292,7 @@ void LibraryStorageManager::setLibraryToSave(const VelgorLibrary *library)
     }
 }
 
-void LibraryStorageManager::takeResult(const LibraryWriteResult &result, quint64 revision)
+void LibraryStorageManager::noteSave(const LibraryWriteResult &result, quint64 revision)
 {
     m_removalsLeft = result.state.idsToRemove;
     m_unreadPatches = result.state.unread.patches.size();

@@ -56,8 +56,8 @@ public:
     void setReadError(bool readError);
     /// What is behind writeError since it was last cleared: one text for each failure, naming file and reason.
     [[nodiscard]] QStringList writeProblems() const { return m_otherProblems + m_saveProblems; }
-    /// Why the last load found a library file but no library; empty otherwise.
-    [[nodiscard]] QString readProblem() const { return m_load.problem; }
+    /// Why the last load found a library file but no library, if it did.
+    [[nodiscard]] const std::optional<Problem> &readProblem() const { return m_load.problem; }
     /// Names of the patches that the last load had to leave out.
     [[nodiscard]] QStringList droppedPatches() const { return m_load.droppedPatches; }
     /// For each of them its name, why it could not be loaded, and its file.
@@ -144,7 +144,7 @@ private:
     LibraryStorageManager(LibraryManagerPreferences *preferences, const QString &directory,
         std::chrono::milliseconds period, QObject *parent);
 
-    void takeLoad(LibraryLoadResult result);
+    void noteLoad(LibraryLoadResult result);
     void note(const VelgorLibrary &library);
     /// What is to be done to save this library now.
     [[nodiscard]] std::function<LibraryWriteResult()> saveJob(const VelgorLibrary &library);
@@ -154,7 +154,7 @@ private:
     /// No delayed save comes any more.
     void endWaiting();
     void setLibraryToSave(const VelgorLibrary *library);
-    void takeResult(const LibraryWriteResult &result, quint64 revision);
+    void noteSave(const LibraryWriteResult &result, quint64 revision);
     void addWriteError(const QString &problem);
 
     LibraryManagerPreferences *m_preferences;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileContentStamp.h"
+#include "FileStamp.h"
 #include "LibraryPlace.h"
 
 #include <QByteArray>

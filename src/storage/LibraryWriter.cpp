@@ -7,7 +7,6 @@
 #include "LibraryFileNames.h"
 #include "LibraryFileWriter.h"
 #include "LibraryJson.h"
-#include "OrphanedJournal.h"
 #include "PatchFileHandler.h"
 
 #include <QDir>
@@ -29,7 +28,7 @@ LibraryWriteResult LibraryWriter::save(const LibraryState &library)
     Diagnostics::printLine(QStringLiteral("Saving in progress..."));
     forgetRemovalsOf(library.patches);
     if (std::exchange(m_result.state.isJournalOrphaned, false)) {
-        OrphanedJournal::settle(m_place);
+        m_place.settleOrphanedJournal();
     }
     // While this thread waits for the disk. Where there can be no second thread, it is done when it is asked for.
     std::future<QByteArray> text = std::async(std::launch::async | std::launch::deferred,

@@ -46,7 +46,7 @@ public:
     }
 
     /// The rest goes to the end.
-    void takeRest(const QList<VelgorPatch> &patches)
+    void addRest(const QList<VelgorPatch> &patches)
     {
         for (const VelgorPatch &patch : patches) {
             if (m_waiting.remove(patch.id())) {
@@ -101,7 +101,7 @@ void RescuedPatches::addTo(VelgorLibrary &library, const QList<VelgorPatch> &pat
     for (const LibraryState &file : files) {
         places.take(file);
     }
-    places.takeRest(patches);
+    places.addRest(patches);
     if (places.areAllAtEnd()) {
         library.restore(places.atEnd());
         return;
@@ -109,7 +109,7 @@ void RescuedPatches::addTo(VelgorLibrary &library, const QList<VelgorPatch> &pat
     const auto selection = library.selection();
     const bool isMultiSel = library.isMultiSel();
     const MultiSelections ticks = library.multiSelections();
-    library.takeOver({.patches = places.all(), .defaultPatch = library.defaultPatch()});
+    library.adopt({.patches = places.all(), .defaultPatch = library.defaultPatch()});
     library.setIsMultiSel(isMultiSel);
     library.setMultiSelections(ticks);
     library.setSelection(selection);

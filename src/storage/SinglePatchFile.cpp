@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 namespace {
 
 struct Texts {
@@ -19,6 +21,11 @@ Result<SPresetFile> SinglePatchFile::decode(const QByteArray &bytes)
         return Problem{.why = Texts::tr("a list of %1 patches").arg(file->patches.size())};
     }
     return file;
+}
+
+PresetRecords SinglePatchFile::recordsIn(SPresetFile file)
+{
+    return {std::move(file.patches.first()), std::move(file.userIRs.first()), file.headerDesc};
 }
 
 VelgorPatch SinglePatchFile::patchIn(const SPresetFile &file)

@@ -11,7 +11,9 @@ namespace SinglePatchFile {
 
 /// Malformed is what is no preset file at all; the problem of one with more patches is another.
 [[nodiscard]] Result<SPresetFile> decode(const QByteArray &bytes);
-/// Its patch, with the id and the name of its content.
+/// Its records.
+[[nodiscard]] PresetRecords recordsIn(SPresetFile file);
+/// The same as a patch, with the id and the name of its content.
 [[nodiscard]] VelgorPatch patchIn(const SPresetFile &file);
 /// True when `bytes` are such a file of just this patch: loading them gives the patch to the last byte that an export
 /// writes.

@@ -75,7 +75,7 @@ QStringList StateFile::formerPaths()
     return directories;
 }
 
-QString StateFile::takeOver(const QString &path, const QStringList &formerPaths)
+QString StateFile::inherit(const QString &path, const QStringList &formerPaths)
 {
     QStringList former = formerPaths;
     former.removeIf([](const QString &file) { return !QFileInfo(file).isFile(); });

@@ -17,5 +17,5 @@ public:
     /// Moves the latest of the former files to `path`, unless there is something already, and removes the directory
     /// that it leaves empty. What cannot be moved stays where it is, after a line that says why. The path of the file
     /// that holds what is remembered then, or would hold it.
-    [[nodiscard]] static QString takeOver(const QString &path, const QStringList &formerPaths);
+    [[nodiscard]] static QString inherit(const QString &path, const QStringList &formerPaths);
 };

@@ -158,7 +158,7 @@ void ContentView::finishLoading()
     if (!doubt.isEmpty()) {
         m_status->say(doubt);
     }
-    if (!m_desk.storage.readProblem().isEmpty() && !m_desk.storage.readError()) {
+    if (m_desk.storage.readProblem() && !m_desk.storage.readError()) {
         // What keeps a directory from being read has kept it from being made or tried before.
         m_desk.storage.setWriteError(false);
         m_alerts->showAboutLibrary(AlertTexts::readError(m_desk));

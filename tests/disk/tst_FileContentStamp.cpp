@@ -1,4 +1,4 @@
-#include "FileContentStamp.h"
+#include "FileStamp.h"
 #include "LibraryDirectory.h"
 #include "TestProgram.h"
 

@@ -247,6 +247,36 @@ private Q_SLOTS:
         QCOMPARE(desk.library.count(), 0);
     }
 
+    void anImportTakenBackBringsBackTheFormerFile()
+    {
+        Desk desk;
+        FakeFileAccess access;
+        FakeFileDialogs dialogs;
+        PatchFileHandler handler(access, &dialogs);
+        ContentFiles contentFiles(desk.content, handler, desk.history);
+        const QString first = QStringLiteral("/first.prst");
+        const QString second = QStringLiteral("/second.prst");
+        access.files.insert(first, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("X"))}, {SUserIR()}));
+        access.files.insert(second, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Y"))}, {SUserIR()}));
+        contentFiles.importFile(first);
+        contentFiles.importFile(second);
+        QUndoStack &steps = desk.history.steps();
+        steps.undo();
+        QCOMPARE(contentFiles.fileName(), first);
+        QVERIFY(!contentFiles.isModified());
+        steps.undo();
+        QCOMPARE(contentFiles.fileName(), QString());
+        steps.redo();
+        QCOMPARE(contentFiles.fileName(), first);
+        // Where the list was exported to meanwhile is no part of a step.
+        ContentEditor(desk.library, desk.content, desk.history).setInverseTailBit(true);
+        dialogs.answer = second;
+        QVERIFY(contentFiles.exportList());
+        steps.undo();
+        QCOMPARE(contentFiles.fileName(), second);
+        QVERIFY(contentFiles.isModified());
+    }
+
     void stepsAreCalledByWhatWasDone()
     {
         Desk desk(abc, QStringLiteral("X Y"));

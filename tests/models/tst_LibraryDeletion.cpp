@@ -37,7 +37,7 @@ private Q_SLOTS:
         QCOMPARE(library.getMultiSelection(0).size(), 0);
         library.deletePatch(1);
         QCOMPARE(library.tickedCount(), 1);
-        library.takeOver({.patches = abc, .defaultPatch = 2});
+        library.adopt({.patches = abc, .defaultPatch = 2});
         QCOMPARE(library.tickedCount(), 0);
     }
 

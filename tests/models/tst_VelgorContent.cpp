@@ -236,7 +236,7 @@ private Q_SLOTS:
         content.propagateChangedPatch(patch);
         const VelgorPatch &held = content.velgorContentPatchList().first().patch;
         VelgorPatch expected = imported(QStringLiteral("Lead"), 1, {}, "V1.21");
-        expected.takeEdits(patch);
+        expected.applyEdits(patch);
         QVERIFY(TestPatches::isIdentical(held, expected));
         QVERIFY(held.solo && held.guitar && held.higain && !held.bass);
         QCOMPARE(held.comment, patch.comment);

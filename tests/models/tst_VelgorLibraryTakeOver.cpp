@@ -33,7 +33,7 @@ private Q_SLOTS:
         VelgorLibrary library;
         LibraryAnnouncements announcements(library);
         const LibraryState loaded{.patches = patchesNamed(three)};
-        library.takeOver(loaded);
+        library.adopt(loaded);
         QCOMPARE(announcements.take(), QStringLiteral("+reset; reset"));
         QVERIFY(std::equal(library.patches().begin(), library.patches().end(), loaded.patches.begin(),
             loaded.patches.end(), TestPatches::isIdentical));
@@ -58,7 +58,7 @@ private Q_SLOTS:
                 && library.multiSelections() == MultiSelections() && !library.deleteConfirm()
                 && library.inverseSort() == TripleBool::tripleFalse && library.defaultPatch() == patches.last().id();
         });
-        library.takeOver(loaded);
+        library.adopt(loaded);
         QVERIFY(wasComplete);
         QCOMPARE(announcements.take(), QStringLiteral("+reset; reset; selection; mode; ticks; step; default; confirm"));
     }
@@ -69,14 +69,14 @@ private Q_SLOTS:
         library.setSelection(library.patches().first().id());
         const QList<VelgorPatch> patches = patchesNamed(three);
         connect(&library, &VelgorLibrary::wasReset, &library, [&] { library.setSelection(patches.first().id()); });
-        library.takeOver({.patches = patches});
+        library.adopt({.patches = patches});
         QCOMPARE(library.selection(), patches.first().id());
     }
 
     static void orderOfTheListIsTheRememberedOne()
     {
         VelgorLibrary library;
-        library.takeOver({.patches = patchesNamed(three)});
+        library.adopt({.patches = patchesNamed(three)});
         QCOMPARE(library.order(), TestPatches::ids(patchesNamed(three)));
         library.sort();
         QCOMPARE(
@@ -91,7 +91,7 @@ private Q_SLOTS:
         VelgorLibrary library({former}, std::nullopt);
         QVERIFY(library.getPatchFromId(former.id()));
         const QList<VelgorPatch> patches = patchesNamed(three);
-        library.takeOver({.patches = patches});
+        library.adopt({.patches = patches});
         QVERIFY(!library.getPatchFromId(former.id()));
         QCOMPARE(library.getPatchFromId(patches.at(1).id())->index, 1);
     }
@@ -111,7 +111,7 @@ private Q_SLOTS:
         VelgorLibrary library(patchesNamed(three), std::nullopt);
         library.saveOrder();
         LibraryAnnouncements announcements(library);
-        library.takeOver({.patches = loaded});
+        library.adopt({.patches = loaded});
         QCOMPARE(announcements.take(), QStringLiteral("+reset; reset"));
         QCOMPARE(library.count(), 0);
         QCOMPARE(names(library.patches()), QStringList{QStringLiteral("Empty library")});
@@ -124,7 +124,7 @@ private Q_SLOTS:
         QList<VelgorPatch> loaded = patchesNamed(three);
         loaded.insert(1, *VelgorLibrary().patches().begin());
         VelgorLibrary library;
-        library.takeOver({.patches = loaded});
+        library.adopt({.patches = loaded});
         QCOMPARE(names(library.patches()), three);
     }
 
@@ -133,7 +133,7 @@ private Q_SLOTS:
         LibraryState loaded{.patches = {TestPatches::stored(1, QStringLiteral("a")), TestPatches::stored(2, {})}};
         const VelgorPatch *const first = loaded.patches.constData();
         VelgorLibrary library;
-        library.takeOver(std::move(loaded));
+        library.adopt(std::move(loaded));
         QCOMPARE(library.patches().constData(), first);
     }
 };

@@ -9,7 +9,6 @@
 #include "LibraryJson.h"
 #include "LibraryLoader.h"
 #include "LibraryLock.h"
-#include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
 #include "StoredEdits.h"
 #include "TestPatches.h"
@@ -51,7 +50,7 @@ public:
         , m_editsLeft(edits)
     {
         if (const std::optional<LibraryState> loaded = m_storage.decodeLibrary()) {
-            m_library.takeOver(*loaded);
+            m_library.adopt(*loaded);
         }
         m_storage.sweepLeftovers();
         QObject::connect(&m_storage, &LibraryStorageManager::saveFinished, &m_timer, [this] { reportSaved(); });
@@ -70,10 +69,7 @@ public:
     void delayedSave(const VelgorLibrary &library) override { m_storage.delayedSave(library); }
 
 private:
-    void announce()
-    {
-        print("edit " + QByteArray::number(m_edit) + ' ' + hashOf(LibrarySnapshot::take(m_library)) + '\n');
-    }
+    void announce() { print("edit " + QByteArray::number(m_edit) + ' ' + hashOf(m_library.state()) + '\n'); }
 
     void reportSaved()
     {
@@ -149,8 +145,8 @@ private:
 int printState(const QString &directory)
 {
     const LibraryLoadResult loaded = LibraryLoader(directory).load();
-    if (!loaded.problem.isEmpty() || !loaded.droppedPatches.isEmpty()) {
-        std::fprintf(stderr, "%s\n%s\n", qPrintable(loaded.problem),
+    if (loaded.problem || !loaded.droppedPatches.isEmpty()) {
+        std::fprintf(stderr, "%s\n%s\n", qPrintable(loaded.problem.value_or(Problem()).text()),
             qPrintable(loaded.droppedPatches.join(QStringLiteral(", "))));
         return 1;
     }

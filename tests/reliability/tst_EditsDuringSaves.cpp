@@ -177,14 +177,14 @@ private:
             const int begun = m_writing.begun();
             const bool wasQuiet = m_writing.ended() == begun;
             const LibraryLoadResult result = LibraryLoader(m_directory).load();
-            const bool isWhole = result.library && result.droppedPatches.isEmpty() && result.problem.isEmpty();
+            const bool isWhole = result.library && result.droppedPatches.isEmpty() && !result.problem;
             const bool wasAlone = wasQuiet && m_writing.begun() == begun;
             m_loadsDuringSaves += wasAlone ? 0 : 1;
             if (!isWhole) {
                 // A file may have moved on under its reader, but only while somebody writes.
                 if (wasAlone) {
                     m_problem = QStringLiteral("a load that no save disturbed leaves out: %1 %2")
-                                    .arg(result.droppedPatches.join(u' '), result.problem);
+                                    .arg(result.droppedPatches.join(u' '), result.problem.value_or(Problem()).text());
                 }
                 continue;
             }

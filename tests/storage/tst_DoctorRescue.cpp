@@ -2,7 +2,6 @@
 #include "ExaminedLibrary.h"
 #include "KeptLibraries.h"
 #include "LibraryJournal.h"
-#include "LibrarySnapshot.h"
 #include "LibraryStorageManager.h"
 #include "LoadedLibrary.h"
 #include "TemporaryFiles.h"
@@ -115,14 +114,14 @@ private Q_SLOTS:
 
         LibraryStorageManager manager(directory.path());
         auto library = libraryOf(manager.decodeLibrary());
-        const auto preview = KeptLibraries::preview(directory.path(), former, LibrarySnapshot::take(*library));
+        const auto preview = KeptLibraries::preview(directory.path(), former, library->state());
         QVERIFY(preview);
         QCOMPARE(preview->comingBack, QStringList());
         QCOMPARE(preview->changing, QStringList{QStringLiteral("Lead")});
         QCOMPARE(preview->leaving, QStringList{QStringLiteral("Clean")});
         QCOMPARE(preview->withoutFile, QStringList{QStringLiteral("Gone")});
 
-        library->takeOver({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
+        library->adopt({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
         manager.keepLibraryFile();
         manager.save(*library);
         QCOMPARE(manager.keptFiles().size(), 1);
@@ -130,7 +129,7 @@ private Q_SLOTS:
         QCOMPARE(load(directory).library->defaultPatch, std::optional(m_lead.id()));
 
         const QString kept = QFileInfo(manager.keptFiles().constFirst()).fileName();
-        const auto back = KeptLibraries::preview(directory.path(), kept, LibrarySnapshot::take(*library));
+        const auto back = KeptLibraries::preview(directory.path(), kept, library->state());
         QCOMPARE(back->comingBack, QStringList{QStringLiteral("Clean")});
         QVERIFY(areIdentical(back->patches, m_three.patches));
     }

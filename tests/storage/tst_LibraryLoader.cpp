@@ -58,7 +58,7 @@ private Q_SLOTS:
         const LibraryLoadResult result = load(directory);
         QVERIFY(!result.library);
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(result.problem, QString());
+        QVERIFY(!result.problem);
         QCOMPARE(m_lines->take(), (QStringList{loading, QStringLiteral("New library")}));
         QCOMPARE(directory.files(), QStringList());
     }
@@ -70,7 +70,7 @@ private Q_SLOTS:
         const LibraryLoadResult result = load(directory);
         QVERIFY(!result.library);
         QVERIFY(result.readError && !result.writeState.filesToKeep.isEmpty());
-        QVERIFY(result.problem.contains(directory.filePath(libraryFile)));
+        QCOMPARE(result.problem.value_or(Problem()).where, directory.filePath(libraryFile));
         QCOMPARE(m_lines->take(), (QStringList{loading, QStringLiteral("Cannot decode library")}));
         QCOMPARE(directory.read(libraryFile), QByteArray("{\"patches\":[{"));
     }
@@ -224,7 +224,7 @@ private Q_SLOTS:
         QCOMPARE(result.writeState.filesToKeep.isEmpty(), isUnread);
         if (name == libraryFile) {
             QVERIFY(!result.library && !result.readError);
-            QVERIFY(result.problem.contains(path));
+            QCOMPARE(result.problem.value_or(Problem()).where, path);
             QCOMPARE(m_lines->take().last(), QStringLiteral("New library"));
         } else {
             QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});

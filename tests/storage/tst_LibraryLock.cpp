@@ -14,6 +14,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace {
+
+bool isHeldElsewhere(const Result<> &locked)
+{
+    return !locked && locked.problem().what == Problem::What::Taken;
+}
+
+} // namespace
+
 class TestLibraryLock : public QObject {
     Q_OBJECT
 
@@ -24,9 +33,9 @@ private Q_SLOTS:
         LibraryLock first(directory.path());
         QVERIFY(first.tryLock());
         LibraryLock second(directory.path());
-        QVERIFY(!second.tryLock());
-        QVERIFY(second.isHeldElsewhere());
-        QVERIFY(second.reason().contains(directory.path()));
+        const Result<> refused = second.tryLock();
+        QVERIFY(isHeldElsewhere(refused));
+        QCOMPARE(refused.problem().where, directory.path());
     }
 
     static void lockGoesWithItsHolder()
@@ -100,9 +109,9 @@ private Q_SLOTS:
     {
         const LibraryDirectory directory;
         LibraryLock lock(directory.filePath(QStringLiteral("missing")));
-        QVERIFY(!lock.tryLock());
-        QVERIFY(!lock.isHeldElsewhere());
-        QVERIFY(lock.reason().contains(QString::fromLatin1(strerror(ENOENT))));
+        const Result<> refused = lock.tryLock();
+        QVERIFY(!refused && !isHeldElsewhere(refused));
+        QVERIFY(refused.problem().why.contains(QString::fromLatin1(strerror(ENOENT))));
     }
 
     static void takingOverThatWasInterruptedIsFinished_data()
@@ -140,7 +149,7 @@ private Q_SLOTS:
         QVERIFY(timer.elapsed() < 10'000);
         QCOMPARE(directory.files(), QStringList{LibraryFileNames::lockFile()});
         LibraryLock second(directory.path());
-        QVERIFY(!second.tryLock() && second.isHeldElsewhere());
+        QVERIFY(isHeldElsewhere(second.tryLock()));
     }
 
     static void manyTakingOverAtOnceLeaveOneHolder()
@@ -158,7 +167,7 @@ private Q_SLOTS:
                 const pid_t child = fork();
                 if (child == 0) {
                     LibraryLock lock(directory.path());
-                    const bool isLocked = lock.tryLock();
+                    const bool isLocked(lock.tryLock());
                     usleep(200'000);
                     _exit(isLocked ? 1 : 0);
                 }
@@ -186,8 +195,9 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         QCOMPARE(mkfifo(QFile::encodeName(directory.filePath(name)).constData(), 0600), 0);
         LibraryLock lock(directory.path());
-        QVERIFY(!lock.tryLock());
-        QVERIFY(!lock.isHeldElsewhere() && lock.reason().contains(directory.path()));
+        const Result<> refused = lock.tryLock();
+        QVERIFY(!refused && !isHeldElsewhere(refused));
+        QCOMPARE(refused.problem().where, directory.path());
         QVERIFY(directory.has(name));
     }
 
@@ -197,8 +207,10 @@ private Q_SLOTS:
         const QByteArray lock("2147483647\nvelgor\nanother host\n\n\n");
         directory.write(LibraryFileNames::lockFile(), lock);
         LibraryLock own(directory.path());
-        QVERIFY(!own.tryLock() && own.isHeldElsewhere());
-        QVERIFY(own.reason().contains(directory.path()) && own.reason().contains(LibraryFileNames::lockFile()));
+        const Result<> refused = own.tryLock();
+        QVERIFY(isHeldElsewhere(refused));
+        QCOMPARE(refused.problem().where, directory.path());
+        QVERIFY(refused.problem().why.contains(LibraryFileNames::lockFile()));
         QCOMPARE(directory.read(LibraryFileNames::lockFile()), lock);
     }
 };

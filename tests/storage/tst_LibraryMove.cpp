@@ -111,7 +111,7 @@ private Q_SLOTS:
         fill(library);
         QString taken;
         LibraryMove::Steps steps;
-        steps.take = [&taken](const QString &directory) {
+        steps.acquire = [&taken](const QString &directory) {
             taken = directory;
             return Problem{.why = QStringLiteral("in use")};
         };
@@ -137,13 +137,13 @@ private Q_SLOTS:
         int taken = 0;
         const QString target = place.filePath(QStringLiteral("a/b/moved"));
         LibraryMove::Steps steps;
-        steps.take = [&taken](const QString &directory) -> Result<> {
+        steps.acquire = [&taken](const QString &directory) -> Result<> {
             ++taken;
             QFile lock(directory + u'/' + LibraryFileNames::lockFile());
             return lock.open(QIODevice::WriteOnly) ? Result<>(Success())
                                                    : Problem{.why = QStringLiteral("cannot be locked")};
         };
-        steps.giveBack = [&taken, &target] {
+        steps.release = [&taken, &target] {
             --taken;
             QFile::remove(target + u'/' + LibraryFileNames::lockFile());
         };

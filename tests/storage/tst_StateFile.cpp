@@ -73,7 +73,7 @@ private Q_SLOTS:
 
     void withoutAFormerFileNothingIsMade()
     {
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->files(), QStringList());
         QVERIFY(!m_home->has(QStringLiteral("state")));
     }
@@ -83,11 +83,11 @@ private Q_SLOTS:
         m_home->write(QStringLiteral("data/") + formerName, "former");
         m_home->write(QStringLiteral("data/") + formerName + QStringLiteral(".lock"), "");
         m_home->write(QStringLiteral("data/other"), "");
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->files(), (QStringList{QStringLiteral("data/other"), newName}));
         QCOMPARE(m_home->read(newName), QByteArray("former"));
         QVERIFY(!m_home->has(QStringLiteral("data/velgor")));
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->read(newName), QByteArray("former"));
     }
 
@@ -95,7 +95,7 @@ private Q_SLOTS:
     {
         m_home->write(QStringLiteral("data/") + formerName, "former");
         m_home->write(QStringLiteral("data/velgor/other"), "other");
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->files(), (QStringList{QStringLiteral("data/velgor/other"), newName}));
     }
 
@@ -117,7 +117,7 @@ private Q_SLOTS:
         const QString other = m_home->filePath(QStringLiteral("former-state/") + formerName);
         setAge(m_former, first);
         setAge(other, second);
-        QCOMPARE(StateFile::takeOver(m_path, {m_former, other}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former, other}), m_path);
         QCOMPARE(m_home->read(newName), taken);
         // The other one is no leftover that may be thrown away.
         QCOMPARE(m_home->files().size(), 2);
@@ -138,7 +138,7 @@ private Q_SLOTS:
         } else {
             m_home->write(newName, "new");
         }
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->read(QStringLiteral("data/") + formerName), QByteArray("former"));
         QCOMPARE(m_home->read(newName), isLink ? QByteArray() : QByteArray("new"));
         QCOMPARE(QFileInfo(m_path).isSymLink(), isLink);
@@ -149,7 +149,7 @@ private Q_SLOTS:
         m_home->write(QStringLiteral("collection/state"), "former");
         QVERIFY(QDir().mkpath(QFileInfo(m_former).path()));
         QVERIFY(QFile::link(QStringLiteral("../../collection/state"), m_former));
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->read(newName), QByteArray("former"));
         QVERIFY(!QFileInfo(m_path).isSymLink());
         QCOMPARE(m_home->read(QStringLiteral("collection/state")), QByteArray("former"));
@@ -168,7 +168,7 @@ private Q_SLOTS:
         }
         m_home->write(QStringLiteral("data/") + formerName, "former");
         const QString path = elsewhere.filePath(newName);
-        QCOMPARE(StateFile::takeOver(path, {m_former}), path);
+        QCOMPARE(StateFile::inherit(path, {m_former}), path);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), QByteArray("former"));
@@ -188,14 +188,14 @@ private Q_SLOTS:
         DiagnosticRecorder recorder;
         {
             const OrdinaryUser user(*m_home, 0755);
-            QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_former);
+            QCOMPARE(StateFile::inherit(m_path, {m_former}), m_former);
         }
         QCOMPARE(m_home->files(), QStringList{QStringLiteral("data/") + formerName});
         QCOMPARE(m_home->read(QStringLiteral("data/") + formerName), QByteArray("former"));
         QCOMPARE(recorder.lines().size(), 1);
         QVERIFY(recorder.take().first().startsWith(QStringLiteral("%1 cannot be moved to %2: ").arg(m_former, m_path)));
         QVERIFY(QFile::setPermissions(closed, reading | QFileDevice::WriteOwner));
-        QCOMPARE(StateFile::takeOver(m_path, {m_former}), m_path);
+        QCOMPARE(StateFile::inherit(m_path, {m_former}), m_path);
         QCOMPARE(m_home->files(), QStringList{newName});
         QCOMPARE(recorder.take(), QStringList());
     }

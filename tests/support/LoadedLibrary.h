@@ -13,6 +13,6 @@ inline std::unique_ptr<VelgorLibrary> libraryOf(const std::optional<LibraryState
         return nullptr;
     }
     auto library = std::make_unique<VelgorLibrary>();
-    library->takeOver(*state);
+    library->adopt(*state);
     return library;
 }

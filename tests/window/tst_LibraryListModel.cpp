@@ -65,7 +65,7 @@ private Q_SLOTS:
             shown.library.deletePatches({shown.idOf(0), shown.idOf(3)});
         });
         row("another library", "1 0 0 0 0 0", "ma",
-            [](Shown &shown) { shown.library.takeOver({.patches = {patch(QStringLiteral("ma"))}}); });
+            [](Shown &shown) { shown.library.adopt({.patches = {patch(QStringLiteral("ma"))}}); });
         row("same filter", "0 0 0 0 0 0", "xa ya",
             [](Shown &shown) { shown.model.setFilter(named(QStringLiteral("a"))); });
         row("filter that shows the same", "0 0 0 0 0 0", "xa ya",
@@ -203,7 +203,7 @@ private:
         default:
             if (random.bounded(8) == 0) {
                 const bool isEmpty = random.bounded(3) == 0;
-                library.takeOver({.patches = isEmpty ? QList<VelgorPatch>() : QList{fresh(), fresh()}});
+                library.adopt({.patches = isEmpty ? QList<VelgorPatch>() : QList{fresh(), fresh()}});
             }
         }
     }

@@ -115,7 +115,7 @@ Alert AlertTexts::mixVersions(const Desk &desk)
 Alert AlertTexts::readError(const Desk &desk)
 {
     return checkable(Texts::tr("Could not access to library directory."),
-        inParagraphs(shownProblem(desk.storage.readProblem()),
+        inParagraphs(shownProblem(desk.storage.readProblem().value_or(Problem()).text()),
             Texts::tr("The window shows an empty library. The file stays as it is; before the first change is saved "
                       "it is kept under a dated name beside it.")));
 }

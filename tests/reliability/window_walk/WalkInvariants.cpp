@@ -3,7 +3,6 @@
 #include "LibraryFileNames.h"
 #include "LibraryListModel.h"
 #include "LibraryLoader.h"
-#include "LibrarySnapshot.h"
 #include "PatchRoles.h"
 #include "WindowFixture.h"
 
@@ -142,11 +141,12 @@ QString WalkInvariants::storedWrong(WindowFixture &window, bool isOrderSaved)
     if (!window.storage.saveUnsaved() || window.storage.writeError() || window.storage.readError()) {
         return QStringLiteral("the library cannot be saved: ") + window.storage.writeProblems().join(u' ');
     }
-    const LibraryState here = LibrarySnapshot::take(window.library);
+    const LibraryState here = window.library.state();
     const LibraryLoadResult result = LibraryLoader(window.storage.libDirectory()).load();
     const LibraryState there = result.library.value_or(LibraryState());
-    if (!result.droppedPatches.isEmpty() || !result.problem.isEmpty()) {
-        return QStringLiteral("loading leaves out %1 %2").arg(result.droppedPatches.join(u' '), result.problem);
+    if (!result.droppedPatches.isEmpty() || result.problem) {
+        return QStringLiteral("loading leaves out %1 %2")
+            .arg(result.droppedPatches.join(u' '), result.problem.value_or(Problem()).text());
     }
     if (described(there.patches) != described(here.patches)) {
         return QStringLiteral("what is stored is not what is shown");
