@@ -3,7 +3,6 @@
 #include "AlertTexts.h"
 #include "Alerts.h"
 #include "LibraryCheck.h"
-#include "Look.h"
 #include "MessageBox.h"
 #include "SingleInstance.h"
 #include "StatusLine.h"

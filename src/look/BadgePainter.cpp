@@ -3,6 +3,7 @@
 #include "ColourMix.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RoundedFill.h"
 
 #include <QPainter>
 
@@ -64,10 +65,7 @@ void paintPlaceBadge(QPainter *painter, const QRectF &rect, const QString &text)
 {
     const LookTokens &tokens = LookTokens::current();
     painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(tokens.accent);
-    painter->drawRoundedRect(rect, badgeRadius, badgeRadius);
+    fillRounded(*painter, rect, tokens.accent, badgeRadius);
     paintText(painter, rect, text, tokens.badgeText);
     painter->restore();
 }

@@ -28,7 +28,6 @@ inline constexpr int controlRadius = 6; ///< Buttons, toggles, fields
 inline constexpr int rowRadius = 5; ///< Rows and bands
 inline constexpr int badgeRadius = 4;
 inline constexpr int focusRingRadius = controlRadius + 2;
-inline constexpr int popupRadius = 8;
 
 inline constexpr int hairline = 1;
 inline constexpr int rowInset = 4; ///< From the list's edge to band, hover and selection

@@ -1,6 +1,71 @@
 #include "LookTokens.h"
 
+#include <QApplication>
+#include <QPixmapCache>
+#include <QToolTip>
+
+#include <iterator>
+
 namespace {
+
+struct Row {
+    QColor LookTokens::*token;
+    QRgb light;
+    QRgb dark;
+};
+
+constexpr Row table[] = {
+    {&LookTokens::window, 0xF2F5F5, 0x1C2123},
+    {&LookTokens::base, 0xFFFFFF, 0x141819},
+    {&LookTokens::bankBand, 0xF3F7F7, 0x1A2022},
+    {&LookTokens::text, 0x161D1F, 0xDCE3E3},
+    {&LookTokens::secondary, 0x566265, 0x98A4A7},
+    {&LookTokens::disabledText, 0x9AA4A6, 0x5F6A6D},
+    {&LookTokens::separator, 0xDCE2E3, 0x2C3336},
+    {&LookTokens::fieldBorder, 0x848F92, 0x6C787C},
+    {&LookTokens::markOff, 0x7A8588, 0x747F83},
+    {&LookTokens::selection, 0xD3EBE8, 0x1C4543},
+    {&LookTokens::highlightedText, 0x0F1C1D, 0xEEF5F4},
+    {&LookTokens::selectionPill, 0x0C7972, 0x56C0B6},
+    {&LookTokens::selectionInactive, 0xE4E9EA, 0x2A3235},
+    {&LookTokens::selectionInactivePill, 0x7B878A, 0x7C888C},
+    {&LookTokens::rowHover, 0xEEF2F2, 0x1B2122},
+    {&LookTokens::button, 0xE2E8E9, 0x2D3539},
+    {&LookTokens::buttonHover, 0xD8DFE1, 0x374145},
+    {&LookTokens::buttonPressed, 0xCBD4D6, 0x252C2F},
+    {&LookTokens::buttonText, 0x1B2426, 0xDFE6E6},
+    {&LookTokens::strong, 0x4C5A5E, 0x48565B},
+    {&LookTokens::strongHover, 0x415055, 0x536267},
+    {&LookTokens::unsetFlag, 0xE2E8E9, 0x2A3235},
+    {&LookTokens::unsetFlagHover, 0xD8DFE1, 0x343E42},
+    {&LookTokens::accent, 0x0C7972, 0x177E77},
+    {&LookTokens::accentText, 0x0B716B, 0x5CC4BA},
+    {&LookTokens::instrument, 0x3C61A7, 0x476DB4},
+    {&LookTokens::usage, 0x854888, 0x915495},
+    {&LookTokens::style, 0x954C28, 0xA25834},
+    {&LookTokens::badgeText, 0xFFFFFF, 0xFFFFFF},
+    {&LookTokens::destructive, 0xB3282D, 0xFF8A83},
+    {&LookTokens::warning, 0x855300, 0xE3AD5C},
+    {&LookTokens::dropFill, 0xE2F3F1, 0x163A38},
+    {&LookTokens::focusRing, 0x0B716B, 0x63CEC4},
+    {&LookTokens::toolTip, 0x20292B, 0x333C40},
+    {&LookTokens::toolTipText, 0xF2F6F6, 0xEDF2F2},
+    {&LookTokens::bevelLight, 0xFFFFFF, 0x343D40},
+    {&LookTokens::bevelMidlight, 0xEDF1F1, 0x2F373A},
+    {&LookTokens::bevelShadow, 0x6B7679, 0x000000},
+};
+static_assert(
+    sizeof(LookTokens) == alignof(QColor) + std::size(table) * sizeof(QColor), "a colour without a row is none");
+
+LookTokens schemeOf(bool isDark)
+{
+    LookTokens tokens;
+    tokens.isDark = isDark;
+    for (const Row &row : table) {
+        tokens.*row.token = isDark ? row.dark : row.light;
+    }
+    return tokens;
+}
 
 LookTokens &currentTokens()
 {
@@ -12,102 +77,17 @@ LookTokens &currentTokens()
 
 LookTokens LookTokens::light()
 {
-    return {
-        .isDark = false,
-        .window = QColor(0xF2F5F5),
-        .base = QColor(0xFFFFFF),
-        .bankBand = QColor(0xF3F7F7),
-        .text = QColor(0x161D1F),
-        .secondary = QColor(0x566265),
-        .disabledText = QColor(0x9AA4A6),
-        .separator = QColor(0xDCE2E3),
-        .fieldBorder = QColor(0x848F92),
-        .markOff = QColor(0x7A8588),
-        .selection = QColor(0xD3EBE8),
-        .highlightedText = QColor(0x0F1C1D),
-        .selectionPill = QColor(0x0C7972),
-        .selectionInactive = QColor(0xE4E9EA),
-        .selectionInactivePill = QColor(0x7B878A),
-        .rowHover = QColor(0xEEF2F2),
-        .button = QColor(0xE2E8E9),
-        .buttonHover = QColor(0xD8DFE1),
-        .buttonPressed = QColor(0xCBD4D6),
-        .buttonText = QColor(0x1B2426),
-        .strong = QColor(0x4C5A5E),
-        .strongHover = QColor(0x415055),
-        .unsetFlag = QColor(0xE2E8E9),
-        .unsetFlagHover = QColor(0xD8DFE1),
-        .accent = QColor(0x0C7972),
-        .accentText = QColor(0x0B716B),
-        .instrument = QColor(0x3C61A7),
-        .usage = QColor(0x854888),
-        .style = QColor(0x954C28),
-        .badgeText = QColor(0xFFFFFF),
-        .destructive = QColor(0xB3282D),
-        .warning = QColor(0x855300),
-        .dropFill = QColor(0xE2F3F1),
-        .focusRing = QColor(0x0B716B),
-        .toolTip = QColor(0x20292B),
-        .toolTipText = QColor(0xF2F6F6),
-        .bevelLight = QColor(0xFFFFFF),
-        .bevelMidlight = QColor(0xEDF1F1),
-        .bevelShadow = QColor(0x6B7679),
-    };
+    return schemeOf(false);
 }
 
 LookTokens LookTokens::dark()
 {
-    return {
-        .isDark = true,
-        .window = QColor(0x1C2123),
-        .base = QColor(0x141819),
-        .bankBand = QColor(0x1A2022),
-        .text = QColor(0xDCE3E3),
-        .secondary = QColor(0x98A4A7),
-        .disabledText = QColor(0x5F6A6D),
-        .separator = QColor(0x2C3336),
-        .fieldBorder = QColor(0x6C787C),
-        .markOff = QColor(0x747F83),
-        .selection = QColor(0x1C4543),
-        .highlightedText = QColor(0xEEF5F4),
-        .selectionPill = QColor(0x56C0B6),
-        .selectionInactive = QColor(0x2A3235),
-        .selectionInactivePill = QColor(0x7C888C),
-        .rowHover = QColor(0x1B2122),
-        .button = QColor(0x2D3539),
-        .buttonHover = QColor(0x374145),
-        .buttonPressed = QColor(0x252C2F),
-        .buttonText = QColor(0xDFE6E6),
-        .strong = QColor(0x48565B),
-        .strongHover = QColor(0x536267),
-        .unsetFlag = QColor(0x2A3235),
-        .unsetFlagHover = QColor(0x343E42),
-        .accent = QColor(0x177E77),
-        .accentText = QColor(0x5CC4BA),
-        .instrument = QColor(0x476DB4),
-        .usage = QColor(0x915495),
-        .style = QColor(0xA25834),
-        .badgeText = QColor(0xFFFFFF),
-        .destructive = QColor(0xFF8A83),
-        .warning = QColor(0xE3AD5C),
-        .dropFill = QColor(0x163A38),
-        .focusRing = QColor(0x63CEC4),
-        .toolTip = QColor(0x333C40),
-        .toolTipText = QColor(0xEDF2F2),
-        .bevelLight = QColor(0x343D40),
-        .bevelMidlight = QColor(0x2F373A),
-        .bevelShadow = QColor(0x000000U),
-    };
+    return schemeOf(true);
 }
 
 const LookTokens &LookTokens::current()
 {
     return currentTokens();
-}
-
-void LookTokens::setCurrent(const LookTokens &tokens)
-{
-    currentTokens() = tokens;
 }
 
 QPalette LookTokens::palette() const
@@ -144,4 +124,14 @@ QPalette LookTokens::palette() const
         result.setColor(QPalette::Disabled, role, disabledText);
     }
     return result;
+}
+
+void applyLook(bool dark)
+{
+    currentTokens() = dark ? LookTokens::dark() : LookTokens::light();
+    const QPalette palette = LookTokens::current().palette();
+    QApplication::setPalette(palette);
+    // A desktop's theme may have given tool tips a palette of their own.
+    QToolTip::setPalette(palette);
+    QPixmapCache::clear();
 }

@@ -57,9 +57,12 @@ struct LookTokens {
 
     /// The scheme in use, light until applyLook() says otherwise.
     [[nodiscard]] static const LookTokens &current();
-    /// Repaints nothing; applyLook() does the whole change.
-    static void setCurrent(const LookTokens &tokens);
 
     /// Sets every role of every group.
     [[nodiscard]] QPalette palette() const;
 };
+
+/// Puts the light or the dark scheme on the whole application: tokens, palette, cached symbols. May be called at any
+/// time and any number of times; the windows that are open repaint themselves. Texts with a colour written into them
+/// must be set again on QEvent::PaletteChange. VelgorStyle is installed apart from this, before the first call.
+void applyLook(bool dark);

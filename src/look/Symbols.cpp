@@ -39,67 +39,47 @@ class SymbolIconEngine : public QIconEngine {
 public:
     using Colour = std::variant<QPalette::ColorRole, QColor LookTokens::*>;
 
-    SymbolIconEngine(QString name, Colour colour);
+    SymbolIconEngine(QString name, Colour colour)
+        : m_name(std::move(name))
+        , m_colour(colour)
+    {
+    }
 
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override;
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override;
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State /*state*/) override
+    {
+        QRect square(0, 0, sideOf(rect.size()), sideOf(rect.size()));
+        square.moveCenter(rect.center());
+        paintSymbol(painter, m_name, colourFor(mode), square);
+    }
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return scaledPixmap(size, mode, state, 1);
+    }
     /// `size` is in the pixels of the device, `scale` already multiplied in.
-    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override;
-    [[nodiscard]] QIconEngine *clone() const override;
-    QString iconName() override;
+    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State /*state*/, qreal /*scale*/) override
+    {
+        // QIcon puts the ratio on the pixmap itself.
+        return symbolPixmap(m_name, colourFor(mode), sideOf(size), 1);
+    }
+    [[nodiscard]] QIconEngine *clone() const override { return new SymbolIconEngine(*this); }
+    QString iconName() override { return m_name; }
 
 private:
-    [[nodiscard]] QColor colourFor(QIcon::Mode mode) const;
+    [[nodiscard]] QColor colourFor(QIcon::Mode mode) const
+    {
+        const QPalette palette = QGuiApplication::palette();
+        if (const auto *role = std::get_if<QPalette::ColorRole>(&m_colour)) {
+            return palette.color(mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active, *role);
+        }
+        if (mode == QIcon::Disabled) {
+            return palette.color(QPalette::Disabled, QPalette::ButtonText);
+        }
+        return LookTokens::current().*std::get<QColor LookTokens::*>(m_colour);
+    }
 
     QString m_name;
     Colour m_colour;
 };
-
-SymbolIconEngine::SymbolIconEngine(QString name, Colour colour)
-    : m_name(std::move(name))
-    , m_colour(colour)
-{
-}
-
-void SymbolIconEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State /*state*/)
-{
-    QRect square(0, 0, sideOf(rect.size()), sideOf(rect.size()));
-    square.moveCenter(rect.center());
-    paintSymbol(painter, m_name, colourFor(mode), square);
-}
-
-QPixmap SymbolIconEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state)
-{
-    return scaledPixmap(size, mode, state, 1);
-}
-
-QPixmap SymbolIconEngine::scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State /*state*/, qreal /*scale*/)
-{
-    // QIcon puts the ratio on the pixmap itself.
-    return symbolPixmap(m_name, colourFor(mode), sideOf(size), 1);
-}
-
-QIconEngine *SymbolIconEngine::clone() const
-{
-    return new SymbolIconEngine(*this);
-}
-
-QString SymbolIconEngine::iconName()
-{
-    return m_name;
-}
-
-QColor SymbolIconEngine::colourFor(QIcon::Mode mode) const
-{
-    const QPalette palette = QGuiApplication::palette();
-    if (const auto *role = std::get_if<QPalette::ColorRole>(&m_colour)) {
-        return palette.color(mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active, *role);
-    }
-    if (mode == QIcon::Disabled) {
-        return palette.color(QPalette::Disabled, QPalette::ButtonText);
-    }
-    return LookTokens::current().*std::get<QColor LookTokens::*>(m_colour);
-}
 
 } // namespace
 
@@ -128,9 +108,4 @@ QIcon symbolIcon(const QString &name, QPalette::ColorRole role)
 QIcon symbolIcon(const QString &name, QColor LookTokens::*token)
 {
     return QIcon(new SymbolIconEngine(name, token));
-}
-
-QStringList symbolNames()
-{
-    return SymbolShapes::names();
 }

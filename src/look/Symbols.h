@@ -24,6 +24,3 @@ void paintSymbol(QPainter *painter, const QString &name, const QColor &colour, c
 
 /// The same for a colour that has no palette role; disabled it takes the palette's disabled text.
 [[nodiscard]] QIcon symbolIcon(const QString &name, QColor LookTokens::*token);
-
-/// Every name there is.
-[[nodiscard]] QStringList symbolNames();

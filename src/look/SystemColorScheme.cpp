@@ -13,29 +13,10 @@
 
 namespace {
 
-const QString &portalPath()
-{
-    static const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
-    return path;
-}
-
-const QString &settingsInterface()
-{
-    static const QString name = QStringLiteral("org.freedesktop.portal.Settings");
-    return name;
-}
-
-const QString &appearanceGroup()
-{
-    static const QString name = QStringLiteral("org.freedesktop.appearance");
-    return name;
-}
-
-const QString &schemeKey()
-{
-    static const QString name = QStringLiteral("color-scheme");
-    return name;
-}
+constexpr QLatin1StringView portalPath{"/org/freedesktop/portal/desktop"};
+constexpr QLatin1StringView settingsInterface{"org.freedesktop.portal.Settings"};
+constexpr QLatin1StringView appearanceGroup{"org.freedesktop.appearance"};
+constexpr QLatin1StringView schemeKey{"color-scheme"};
 
 /// Asking for a session bus that does not run may start one, which takes its time.
 bool sessionBusRuns()
@@ -68,9 +49,8 @@ SystemColorScheme::Preference preferenceOf(const QVariant &value)
 
 } // namespace
 
-SystemColorScheme::SystemColorScheme(QObject *parent)
-    : QObject(parent)
-    , m_paletteIsDark(hasDarkWindow(QGuiApplication::palette()))
+SystemColorScheme::SystemColorScheme()
+    : m_paletteIsDark(hasDarkWindow(QGuiApplication::palette()))
 {
 #ifdef Q_OS_LINUX
     askDesktop();
@@ -137,24 +117,24 @@ void SystemColorScheme::askDesktop()
     // A slot of a type that is not known yet is refused without a word.
     qRegisterMetaType<QDBusVariant>();
     // Without the sender's name: resolving it would wait for the bus.
-    bus.connect(QString(), portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), this,
-        SLOT(takeSetting(QString, QString, QDBusVariant)));
+    bus.connect(QString(), portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
+        SLOT(adoptSetting(QString, QString, QDBusVariant)));
     QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.portal.Desktop"), portalPath(), settingsInterface(), QStringLiteral("Read"));
-    question << appearanceGroup() << schemeKey();
+        QStringLiteral("org.freedesktop.portal.Desktop"), portalPath, settingsInterface, QStringLiteral("Read"));
+    question << QString(appearanceGroup) << QString(schemeKey);
     auto *answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         if (!reply.isError()) {
-            takeSetting(appearanceGroup(), schemeKey(), reply.value());
+            adoptSetting(appearanceGroup, schemeKey, reply.value());
         }
         answer->deleteLater();
     });
 }
 
-void SystemColorScheme::takeSetting(const QString &group, const QString &key, const QDBusVariant &value)
+void SystemColorScheme::adoptSetting(const QString &group, const QString &key, const QDBusVariant &value)
 {
-    if (group == appearanceGroup() && key == schemeKey()) {
+    if (group == appearanceGroup && key == schemeKey) {
         setPreference(preferenceOf(value.variant()));
     }
 }

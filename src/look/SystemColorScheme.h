@@ -2,7 +2,6 @@
 
 #include <QObject>
 
-class QDBusPendingCallWatcher;
 class QDBusVariant;
 class QPalette;
 
@@ -16,7 +15,7 @@ public:
     /// What desktops call their setting "color-scheme".
     enum class Preference { None = 0, Dark = 1, Light = 2 };
 
-    explicit SystemColorScheme(QObject *parent = nullptr);
+    SystemColorScheme();
 
     [[nodiscard]] bool isDark() const;
 
@@ -31,7 +30,7 @@ Q_SIGNALS:
     void changed();
 
 private Q_SLOTS:
-    void takeSetting(const QString &group, const QString &key, const QDBusVariant &value);
+    void adoptSetting(const QString &group, const QString &key, const QDBusVariant &value);
 
 private:
     void askDesktop();

@@ -3,6 +3,7 @@
 #include "ColourMix.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RoundedFill.h"
 
 #include <QEvent>
 #include <QHelpEvent>
@@ -86,11 +87,6 @@ QString ToggleButton::shownText() const
         text(), Qt::ElideRight, static_cast<int>(std::ceil(textRect().width())), Qt::TextShowMnemonic);
 }
 
-bool ToggleButton::isElided() const
-{
-    return shownText() != text();
-}
-
 QColor ToggleButton::toneColour(Tone tone)
 {
     const LookTokens &tokens = LookTokens::current();
@@ -127,9 +123,7 @@ void ToggleButton::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF panel = QRectF(rect()).adjusted(focusGutter, focusGutter, -focusGutter, -focusGutter);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(look.fill);
-    painter.drawRoundedRect(panel, controlRadius, controlRadius);
+    fillRounded(painter, panel, look.fill, controlRadius);
 
     const double scale = scaleOf(fontMetrics());
     painter.save();

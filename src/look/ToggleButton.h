@@ -26,7 +26,7 @@ protected:
 private:
     [[nodiscard]] QRectF textRect() const;
     [[nodiscard]] QString shownText() const;
-    [[nodiscard]] bool isElided() const;
+    [[nodiscard]] bool isElided() const { return shownText() != text(); }
 
     Tone m_tone;
 };

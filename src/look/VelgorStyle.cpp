@@ -2,37 +2,22 @@
 
 #include "ButtonLook.h"
 #include "ColourMix.h"
-#include "KeyboardFocus.h"
+#include "KeyboardHints.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
-#include "ShortcutHints.h"
+#include "RoundedFill.h"
 #include "Symbols.h"
 
-#include <QAbstractButton>
-#include <QAbstractScrollArea>
 #include <QApplication>
-#include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleOption>
-#include <QTextEdit>
 
 using namespace LookMeasures;
 
 namespace {
-
-bool canShowFocus(const QWidget *widget)
-{
-    return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QAbstractScrollArea *>(widget)
-        || qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget);
-}
-
-bool isTextEdit(const QWidget *widget)
-{
-    return qobject_cast<const QPlainTextEdit *>(widget) || qobject_cast<const QTextEdit *>(widget);
-}
 
 /// A line of `width` just inside of `rect`.
 void drawInnerEdge(QPainter *painter, const QRectF &rect, const QColor &colour, int width, int radius)
@@ -41,13 +26,6 @@ void drawInnerEdge(QPainter *painter, const QRectF &rect, const QColor &colour, 
     painter->setPen(QPen(colour, width));
     painter->setBrush(Qt::NoBrush);
     painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
-}
-
-void fillRounded(QPainter *painter, const QRectF &rect, const QColor &colour, int radius)
-{
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(colour);
-    painter->drawRoundedRect(rect, radius, radius);
 }
 
 void drawField(const QStyleOption &option, QPainter *painter, bool isQuiet)
@@ -61,24 +39,13 @@ void drawField(const QStyleOption &option, QPainter *painter, bool isQuiet)
     painter->setRenderHint(QPainter::Antialiasing);
     const QRectF rect = option.rect;
     // Inside the edge's outer line, so that no base colour shines through its corners.
-    fillRounded(painter, rect.adjusted(0.5, 0.5, -0.5, -0.5), option.palette.color(QPalette::Base), controlRadius);
+    fillRounded(*painter, rect.adjusted(0.5, 0.5, -0.5, -0.5), option.palette.color(QPalette::Base), controlRadius);
     if (hasFocus) {
         drawInnerEdge(painter, rect, LookTokens::current().focusRing, focusRingWidth, controlRadius);
     } else {
         const QPalette::ColorRole role = isEnabled ? QPalette::Dark : QPalette::Mid;
         drawInnerEdge(painter, rect, option.palette.color(role), hairline, controlRadius);
     }
-    painter->restore();
-}
-
-void drawPanel(QPainter *painter, const QRectF &rect, const QColor &fill)
-{
-    if (!fill.isValid()) {
-        return;
-    }
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    fillRounded(painter, rect, fill, controlRadius);
     painter->restore();
 }
 
@@ -95,8 +62,7 @@ void drawFocusRing(QPainter *painter, const QRectF &rect)
 
 VelgorStyle::VelgorStyle()
     : QProxyStyle(QStringLiteral("fusion"))
-    , m_keyboardFocus(new KeyboardFocus(this))
-    , m_shortcutHints(new ShortcutHints(this))
+    , m_keyboardHints(new KeyboardHints(this))
 {
 }
 
@@ -105,31 +71,22 @@ void VelgorStyle::polish(QApplication *application)
     QProxyStyle::polish(application);
     // A style that is set before there is an application is polished for none.
     if (application) {
-        application->installEventFilter(m_shortcutHints);
+        application->installEventFilter(m_keyboardHints);
     }
 }
 
 void VelgorStyle::unpolish(QApplication *application)
 {
-    application->removeEventFilter(m_shortcutHints);
+    application->removeEventFilter(m_keyboardHints);
     QProxyStyle::unpolish(application);
 }
 
 void VelgorStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
-    if (canShowFocus(widget)) {
-        widget->installEventFilter(m_keyboardFocus);
-    }
     if (qobject_cast<QLineEdit *>(widget)) {
         widget->setAttribute(Qt::WA_Hover);
     }
-}
-
-void VelgorStyle::unpolish(QWidget *widget)
-{
-    widget->removeEventFilter(m_keyboardFocus);
-    QProxyStyle::unpolish(widget);
 }
 
 void VelgorStyle::drawPrimitive(
@@ -139,14 +96,17 @@ void VelgorStyle::drawPrimitive(
     case PE_PanelButtonCommand:
         if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
             const int gutter = qobject_cast<const QPushButton *>(widget) ? focusGutter : 0;
-            drawPanel(painter, QRectF(option->rect).adjusted(gutter, gutter, -gutter, -gutter),
-                ButtonLook::of(*button, widget).fill);
+            const QColor fill = ButtonLook::of(*button, widget).fill;
+            if (fill.isValid()) {
+                fillRounded(
+                    *painter, QRectF(option->rect).adjusted(gutter, gutter, -gutter, -gutter), fill, controlRadius);
+            }
             return;
         }
         break;
     case PE_FrameFocusRect:
         if (qobject_cast<const QPushButton *>(widget)) {
-            if (m_keyboardFocus->isShown()) {
+            if (m_keyboardHints->areRingsShown()) {
                 drawFocusRing(painter, option->rect);
             }
             return;
@@ -166,7 +126,7 @@ void VelgorStyle::drawPrimitive(
         }
         break;
     case PE_Frame:
-        if (isTextEdit(widget) || isVariant(widget, "field")) {
+        if (qobject_cast<const QPlainTextEdit *>(widget) || isVariant(widget, "field")) {
             drawField(*option, painter, false);
             return;
         }
@@ -187,10 +147,6 @@ void VelgorStyle::drawPrimitive(
         painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
         painter->restore();
         return;
-    case PE_IndicatorCheckBox:
-    case PE_IndicatorRadioButton:
-        drawCheckMark(*option, painter, element == PE_IndicatorRadioButton);
-        return;
     case PE_PanelTipLabel:
         painter->fillRect(option->rect, LookTokens::current().toolTip);
         return;
@@ -206,8 +162,6 @@ QIcon VelgorStyle::standardIcon(StandardPixmap pixmap, const QStyleOption *optio
     case SP_MessageBoxWarning:
     case SP_MessageBoxCritical:
         return symbolIcon(QStringLiteral("warning"), &LookTokens::warning);
-    case SP_LineEditClearButton:
-        return symbolIcon(QStringLiteral("xmark"), QPalette::PlaceholderText);
     case SP_ToolBarHorizontalExtensionButton:
         // Every menu bar asks for it at once, and a file of pixels would have all readers of image files loaded.
         return symbolIcon(QStringLiteral("chevron.right.2"));

@@ -2,14 +2,13 @@
 
 #include <QProxyStyle>
 
-class KeyboardFocus;
-class ShortcutHints;
+class KeyboardHints;
 class QStyleOptionButton;
 class QStyleOptionMenuItem;
 class QStyleOptionSlider;
 
 /// The style of every widget, the same on every desktop: Fusion with our own buttons, fields, menus, scroll bars,
-/// check marks, splitters and progress bars. Colours come from the palette, or from LookTokens where the palette has no
+/// splitters and progress bars. Colours come from the palette, or from LookTokens where the palette has no
 /// role.
 ///
 /// Boolean dynamic properties choose a variant: `lead`, `strong`, `plain`, `destructive` and `roomy` of a push button
@@ -28,7 +27,6 @@ public:
     void polish(QApplication *application) override;
     void unpolish(QApplication *application) override;
     void polish(QWidget *widget) override;
-    void unpolish(QWidget *widget) override;
     using QProxyStyle::polish;
     using QProxyStyle::unpolish;
 
@@ -61,8 +59,6 @@ private:
     [[nodiscard]] QRect scrollBarRect(const QStyleOptionSlider &option, SubControl part) const;
 
     [[nodiscard]] static QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &size);
-    static void drawCheckMark(const QStyleOption &option, QPainter *painter, bool isExclusive);
 
-    KeyboardFocus *m_keyboardFocus;
-    ShortcutHints *m_shortcutHints;
+    KeyboardHints *m_keyboardHints;
 };

@@ -4,6 +4,7 @@
 #include "ColourMix.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RoundedFill.h"
 
 #include <QAbstractScrollArea>
 #include <QPainter>
@@ -60,13 +61,7 @@ void drawSplitter(const QStyleOption &option, QPainter *painter)
 
 void drawBar(QPainter *painter, const QRectF &rect, const QColor &colour)
 {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(colour);
-    const qreal radius = std::min(rect.width(), rect.height()) / 2;
-    painter->drawRoundedRect(rect, radius, radius);
-    painter->restore();
+    fillRounded(*painter, rect, colour, std::min(rect.width(), rect.height()) / 2);
 }
 
 void drawProgress(const QStyleOptionProgressBar &option, QPainter *painter)
@@ -83,6 +78,49 @@ void drawProgress(const QStyleOptionProgressBar &option, QPainter *painter)
         done.moveRight(QRectF(option.rect).right());
     }
     drawBar(painter, done, option.palette.color(QPalette::Link));
+}
+
+constexpr int markWidth = 16;
+constexpr int textStart = rowInset + gap + markWidth + gap;
+constexpr int textEnd = rowInset + gap;
+constexpr int shortcutGap = 24;
+constexpr int separatorHeight = 9;
+constexpr double markLine = 1.75;
+
+QPen roundPen(const QColor &colour)
+{
+    return {colour, markLine, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
+void drawMenuMark(const QStyleOptionMenuItem &option, QPainter *painter, const QRect &place, const QColor &colour)
+{
+    const QPointF centre = QRectF(place).center();
+    if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked) {
+        if (option.checkType == QStyleOptionMenuItem::Exclusive) {
+            constexpr qreal radius = 3.5;
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(colour);
+            painter->drawEllipse(centre, radius, radius);
+        } else {
+            painter->setPen(roundPen(colour));
+            painter->setBrush(Qt::NoBrush);
+            painter->drawPolyline(QPolygonF{centre + QPointF(-4, 0), centre + QPointF(-1, 3), centre + QPointF(4, -3)});
+        }
+    } else if (!option.icon.isNull()) {
+        option.icon.paint(
+            painter, place, Qt::AlignCenter, option.state & QStyle::State_Enabled ? QIcon::Normal : QIcon::Disabled);
+    }
+}
+
+void drawSubMenuArrow(const QStyleOptionMenuItem &option, QPainter *painter, const QColor &colour)
+{
+    const bool isLeftToRight = option.direction == Qt::LeftToRight;
+    const qreal step = isLeftToRight ? 3 : -3;
+    const QPointF tip(
+        isLeftToRight ? option.rect.right() - textEnd : option.rect.left() + textEnd, QRectF(option.rect).center().y());
+    painter->setPen(roundPen(colour));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawPolyline(QPolygonF{tip + QPointF(-step, -4), tip + QPointF(step / 3, 0), tip + QPointF(-step, 4)});
 }
 
 } // namespace
@@ -156,16 +194,7 @@ void VelgorStyle::drawComplexControl(
 void VelgorStyle::drawButtonLabel(const QStyleOptionButton &option, QPainter *painter, const QWidget *widget) const
 {
     const ButtonLook look = ButtonLook::of(option, widget);
-    QRect room = proxy()->subElementRect(SE_PushButtonContents, &option, widget);
-    if (option.features & QStyleOptionButton::HasMenu) {
-        QStyleOptionButton arrow = option;
-        const int side = option.iconSize.width() / 2;
-        arrow.rect = visualRect(
-            option.direction, room, QRect(room.right() - side + 1, room.center().y() - side / 2, side, side));
-        proxy()->drawPrimitive(PE_IndicatorArrowDown, &arrow, painter, widget);
-        room = visualRect(option.direction, room, room.adjusted(0, 0, -side - symbolGap, 0));
-    }
-
+    const QRect room = proxy()->subElementRect(SE_PushButtonContents, &option, widget);
     const QSize symbol = option.icon.isNull() ? QSize(0, 0) : option.iconSize;
     const int beforeText = symbol.isEmpty() || option.text.isEmpty() ? symbol.width() : symbol.width() + symbolGap;
     const QString text = option.fontMetrics.elidedText(
@@ -195,12 +224,8 @@ void VelgorStyle::drawMenuBarItem(const QStyleOptionMenuItem &option, QPainter *
     drawMenuBarGround(option, painter);
     const LookTokens &tokens = LookTokens::current();
     if ((option.state & State_Selected) && (option.state & State_Enabled)) {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(option.state & State_Sunken ? tokens.buttonPressed : tokens.buttonHover);
-        painter->drawRoundedRect(option.rect.adjusted(0, smallGap, 0, -smallGap - hairline), rowRadius, rowRadius);
-        painter->restore();
+        fillRounded(*painter, option.rect.adjusted(0, smallGap, 0, -smallGap - hairline),
+            option.state & State_Sunken ? tokens.buttonPressed : tokens.buttonHover, rowRadius);
     }
     const bool underlined = proxy()->styleHint(SH_UnderlineShortcut, &option, widget) != 0;
     drawItemText(painter, option.rect.adjusted(0, 0, 0, -hairline),
@@ -223,4 +248,62 @@ void VelgorStyle::drawScrollBar(const QStyleOptionSlider &option, QPainter *pain
     const bool isHovered = (option.state & State_MouseOver) && (option.activeSubControls & SC_ScrollBarSlider);
     drawBar(painter, handle,
         mixed(ground, LookTokens::current().text, isHeld || isHovered ? handleHoverStrength : handleStrength));
+}
+
+QSize VelgorStyle::menuItemSize(const QStyleOptionMenuItem &option, const QSize &size)
+{
+    if (option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty()) {
+        return {size.width(), separatorHeight};
+    }
+    int width = size.width() + textStart + textEnd;
+    if (option.text.contains(u'\t') || option.menuItemType == QStyleOptionMenuItem::SubMenu) {
+        width += shortcutGap;
+    }
+    return {width, std::max(26, option.fontMetrics.height() + 10)};
+}
+
+void VelgorStyle::drawMenuItem(const QStyleOptionMenuItem &option, QPainter *painter, const QWidget *widget) const
+{
+    const QPalette &palette = option.palette;
+    const QRect rect = option.rect;
+    if (option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty()) {
+        painter->fillRect(rect.left() + textEnd, rect.center().y(), rect.width() - 2 * textEnd, hairline,
+            palette.color(QPalette::Mid));
+        return;
+    }
+    const bool isEnabled = option.state & State_Enabled;
+    const bool isSelected = isEnabled && (option.state & State_Selected);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (isSelected) {
+        fillRounded(*painter, rect.adjusted(rowInset, 0, -rowInset, 0), LookTokens::current().selection, rowRadius);
+    }
+    const QPalette::ColorGroup group = isEnabled ? QPalette::Active : QPalette::Disabled;
+    const QColor text = palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor faint = palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::PlaceholderText);
+    const QColor mark = isEnabled ? palette.color(QPalette::Active, QPalette::Link) : text;
+
+    const QRect markPlace(rect.left() + rowInset + gap, rect.top(), markWidth, rect.height());
+    drawMenuMark(option, painter, visualRect(option.direction, rect, markPlace), mark);
+    if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
+        drawSubMenuArrow(option, painter, faint);
+    }
+
+    painter->setFont(option.font);
+    const QRect textPlace = visualRect(option.direction, rect, rect.adjusted(textStart, 0, -textEnd, 0));
+    const bool underlined = proxy()->styleHint(SH_UnderlineShortcut, &option, widget) != 0;
+    const int mnemonic = underlined ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
+    const qsizetype tabulator = option.text.indexOf(u'\t');
+    painter->setPen(text);
+    painter->drawText(textPlace,
+        static_cast<int>(visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) | Qt::TextSingleLine
+            | mnemonic,
+        option.text.left(tabulator));
+    if (tabulator >= 0) {
+        painter->setPen(faint);
+        painter->drawText(textPlace,
+            static_cast<int>(visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter)) | Qt::TextSingleLine,
+            option.text.mid(tabulator + 1));
+    }
+    painter->restore();
 }

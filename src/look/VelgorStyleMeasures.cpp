@@ -1,8 +1,8 @@
 #include "VelgorStyle.h"
 
 #include "ButtonLook.h"
+#include "KeyboardHints.h"
 #include "LookMeasures.h"
-#include "ShortcutHints.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -10,7 +10,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleOption>
-#include <QTextEdit>
 #include <QToolButton>
 
 #include <algorithm>
@@ -22,7 +21,6 @@ namespace {
 constexpr int menuBarPadding = 9;
 constexpr int menuBarMargin = 3;
 constexpr int toolTipMargin = 5;
-constexpr int checkMarkSize = 16;
 /// A field's own margin beside a button in it, which keeps distance by itself.
 constexpr int fieldInsetAtButton = 1;
 
@@ -37,9 +35,6 @@ QSize buttonSize(const QStyleOptionButton &option, const QWidget *widget)
     int width = metrics.size(Qt::TextShowMnemonic, option.text).width();
     if (!option.icon.isNull()) {
         width += option.iconSize.width() + (option.text.isEmpty() ? 0 : symbolGap);
-    }
-    if (option.features & QStyleOptionButton::HasMenu) {
-        width += symbolGap + option.iconSize.width() / 2;
     }
     width += 2 * paddingOf(widget);
     if (isRoomy(widget)) {
@@ -189,11 +184,6 @@ int VelgorStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
         return 0;
     case PM_MenuVMargin:
         return smallGap;
-    case PM_IndicatorWidth:
-    case PM_IndicatorHeight:
-    case PM_ExclusiveIndicatorWidth:
-    case PM_ExclusiveIndicatorHeight:
-        return checkMarkSize;
     case PM_MenuBarHMargin:
         return menuBarMargin;
     case PM_SplitterWidth:
@@ -208,7 +198,7 @@ int VelgorStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, con
     case PM_ToolTipLabelFrameWidth:
         return toolTipMargin;
     case PM_DefaultFrameWidth:
-        if (qobject_cast<const QPlainTextEdit *>(widget) || qobject_cast<const QTextEdit *>(widget)) {
+        if (qobject_cast<const QPlainTextEdit *>(widget)) {
             return textEditFrame;
         }
         if (isVariant(widget, "field")) {
@@ -232,7 +222,7 @@ int VelgorStyle::styleHint(
     case SH_Widget_Animation_Duration:
         return 0;
     case SH_UnderlineShortcut:
-        return m_shortcutHints->areShown() || qobject_cast<const QMenu *>(widget) ? 1 : 0;
+        return m_keyboardHints->areLettersShown() || qobject_cast<const QMenu *>(widget) ? 1 : 0;
     case SH_ItemView_ShowDecorationSelected:
         return 1;
     case SH_ToolTipLabel_Opacity:

@@ -1,6 +1,5 @@
 #include "BadgePainter.h"
 #include "Contrast.h"
-#include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "TestProgram.h"

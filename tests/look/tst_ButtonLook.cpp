@@ -1,4 +1,3 @@
-#include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "Painted.h"

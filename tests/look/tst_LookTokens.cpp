@@ -1,6 +1,5 @@
 #include "ColourMix.h"
 #include "Contrast.h"
-#include "Look.h"
 #include "LookTokens.h"
 #include "TestProgram.h"
 

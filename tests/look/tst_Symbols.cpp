@@ -1,6 +1,6 @@
 #include "FatalStop.h"
-#include "Look.h"
 #include "LookTokens.h"
+#include "SymbolShapes.h"
 #include "Symbols.h"
 #include "TestProgram.h"
 
@@ -54,9 +54,9 @@ private Q_SLOTS:
                  "arrow.up.square", "arrow.down.square", "delete.left", "line.3.horizontal.decrease.circle", "undo",
                  "redo", "search", "settings", "warning", "folder", "star", "star.fill", "swap", "insert", "compare",
                  "print", "chevron.right.2", "xmark", "tray"}) {
-            QVERIFY2(symbolNames().contains(QLatin1String(name)), name);
+            QVERIFY2(SymbolShapes::names().contains(QLatin1String(name)), name);
         }
-        QStringList names = symbolNames();
+        QStringList names = SymbolShapes::names();
         QCOMPARE(names.removeDuplicates(), 0);
     }
 
@@ -64,7 +64,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<qreal>("ratio");
-        for (const QString &name : symbolNames()) {
+        for (const QString &name : SymbolShapes::names()) {
             for (const qreal ratio : {1.0, 1.5, 2.0}) {
                 QTest::addRow("%s at %g", qPrintable(name), ratio) << name << ratio;
             }
@@ -97,7 +97,7 @@ private Q_SLOTS:
     {
         constexpr int scale = 10;
         const QRect inside(2 * scale, 2 * scale, 20 * scale, 20 * scale);
-        for (const QString &name : symbolNames()) {
+        for (const QString &name : SymbolShapes::names()) {
             const QRect reach = drawingOf(symbolPixmap(name, Qt::black, 24 * scale, 1)).reach;
             QVERIFY2(inside.contains(reach), qPrintable(name));
         }
@@ -106,7 +106,7 @@ private Q_SLOTS:
     void symbolsDiffer()
     {
         QList<QImage> images;
-        for (const QString &name : symbolNames()) {
+        for (const QString &name : SymbolShapes::names()) {
             const QImage image = symbolPixmap(name, Qt::black, 16, 1).toImage();
             QVERIFY2(!images.contains(image), qPrintable(name));
             images += image;

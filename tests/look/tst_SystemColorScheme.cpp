@@ -1,4 +1,3 @@
-#include "Look.h"
 #include "LookTokens.h"
 #include "SystemColorScheme.h"
 #include "TestProgram.h"
@@ -16,7 +15,7 @@ class TestSystemColorScheme : public QObject {
 private:
     static void tell(SystemColorScheme &scheme, const QString &group, const QString &key, const QVariant &value)
     {
-        QMetaObject::invokeMethod(&scheme, "takeSetting", Q_ARG(QString, group), Q_ARG(QString, key),
+        QMetaObject::invokeMethod(&scheme, "adoptSetting", Q_ARG(QString, group), Q_ARG(QString, key),
             Q_ARG(QDBusVariant, QDBusVariant(value)));
     }
 

@@ -1,5 +1,4 @@
 #include "ColourMix.h"
-#include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "Painted.h"

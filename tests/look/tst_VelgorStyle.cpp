@@ -1,4 +1,3 @@
-#include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "Painted.h"
@@ -8,7 +7,6 @@
 #include "VelgorStyle.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -18,7 +16,6 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QStatusBar>
@@ -57,7 +54,6 @@ public:
         auto *field = new QLineEdit;
         field->setPlaceholderText(QStringLiteral("Name"));
         field->setText(QStringLiteral("chorus"));
-        field->setClearButtonEnabled(true);
         auto *disabledField = new QLineEdit(QStringLiteral("disabled"));
         disabledField->setEnabled(false);
         layout->addRow(field, disabledField);
@@ -70,10 +66,9 @@ public:
         layout->addRow(list);
         auto *combo = new QComboBox;
         combo->addItem(QStringLiteral("One"));
-        layout->addRow(combo, new QCheckBox(QStringLiteral("Check")));
         auto *progress = new QProgressBar;
         progress->setValue(40);
-        layout->addRow(new QRadioButton(QStringLiteral("Radio")), progress);
+        layout->addRow(combo, progress);
         auto *menuBar = new QMenuBar;
         menuBar->addMenu(QStringLiteral("File"));
         layout->addRow(menuBar);
@@ -243,32 +238,6 @@ private Q_SLOTS:
             lines += image.pixelColor(x, 25) == LookTokens::light().separator ? 1 : 0;
         }
         QCOMPARE(lines, 1);
-    }
-
-    void checkMarksDifferByTheirState()
-    {
-        for (const bool dark : {false, true}) {
-            applyLook(dark);
-            QList<QImage> images;
-            for (const bool enabled : {true, false}) {
-                for (const Qt::CheckState state : {Qt::Unchecked, Qt::PartiallyChecked, Qt::Checked}) {
-                    QCheckBox box(QStringLiteral("Check"));
-                    box.setTristate(true);
-                    box.setCheckState(state);
-                    box.setEnabled(enabled);
-                    images += painted(box);
-                }
-                for (const bool checked : {false, true}) {
-                    QRadioButton radio(QStringLiteral("Check"));
-                    radio.setChecked(checked);
-                    radio.setEnabled(enabled);
-                    images += painted(radio);
-                }
-            }
-            for (qsizetype i = 0; i < images.size(); ++i) {
-                QCOMPARE(images.indexOf(images[i]), i);
-            }
-        }
     }
 
     void menuEntriesShowTheirState()

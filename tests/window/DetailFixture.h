@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Look.h"
+#include "LookTokens.h"
 #include "RecordingCallbacks.h"
 #include "ShownWidgets.h"
 #include "TestPatches.h"

@@ -1,5 +1,5 @@
 #include "LibraryViewFilterView.h"
-#include "Look.h"
+#include "LookTokens.h"
 #include "ShownWidgets.h"
 #include "TestPatches.h"
 #include "TestProgram.h"

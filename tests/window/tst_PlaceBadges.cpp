@@ -1,4 +1,4 @@
-#include "Look.h"
+#include "LookTokens.h"
 #include "PlaceBadge.h"
 #include "PlaceBadges.h"
 #include "ShownWidgets.h"

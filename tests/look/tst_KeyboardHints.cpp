@@ -1,4 +1,3 @@
-#include "Look.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "TestProgram.h"
@@ -11,7 +10,7 @@
 #include <QPlainTextEdit>
 #include <QTest>
 
-class TestKeyboardFocus : public QObject {
+class TestKeyboardHints : public QObject {
     Q_OBJECT
 
 private:
@@ -75,5 +74,5 @@ private Q_SLOTS:
     }
 };
 
-VELGOR_WIDGET_TEST(TestKeyboardFocus)
-#include "tst_KeyboardFocus.moc"
+VELGOR_WIDGET_TEST(TestKeyboardHints)
+#include "tst_KeyboardHints.moc"
