@@ -3,7 +3,6 @@
 #include "AlertTexts.h"
 #include "Alerts.h"
 #include "LibraryCheck.h"
-#include "MessageBox.h"
 #include "SingleInstance.h"
 #include "StatusLine.h"
 #include "StatusText.h"
@@ -29,10 +28,10 @@ Velgor_Library_ManagerApp::Velgor_Library_ManagerApp()
     , m_libraryEditor(velgorLibrary, velgorContent, m_history)
     , m_contentEditor(velgorLibrary, velgorContent, m_history)
     , m_contentFiles(velgorContent, m_files, m_history)
-    , m_desk{velgorLibrary, velgorContent, storage, preferences, m_libraryEditor, m_contentEditor, m_contentFiles,
-          [this] { return std::make_unique<LibraryCheck>(velgorLibrary, storage, m_history); }}
+    , m_desk{velgorLibrary, velgorContent, storage, preferences, {m_libraryEditor, m_contentEditor, m_contentFiles},
+          [this] { return std::make_unique<LibraryCheck>(velgorLibrary, storage, m_history); },
+          [this] { moveLibrary(); }}
 {
-    m_desk.moveLibrary = [this] { moveLibrary(); };
     m_openAgain.setSingleShot(true);
     m_openAgain.setInterval(200ms);
     connect(&m_openAgain, &QTimer::timeout, this, &Velgor_Library_ManagerApp::openWaiting);
@@ -64,8 +63,8 @@ int Velgor_Library_ManagerApp::run(const StartRequest &request)
     if (outcome == SingleInstance::Outcome::Refused) {
         // Without the window, which would show a library that is not this program's.
         connect(&signalsFromSystem, &TerminationSignals::terminated, qApp, &QCoreApplication::quit);
-        QMessageBox *message = MessageBox::show(
-            nullptr, AlertTexts::directoryInUse(m_instance->reason()), [](bool) { QCoreApplication::quit(); });
+        QMessageBox *message =
+            AlertTexts::directoryInUse(m_instance->reason()).show(nullptr, [](bool) { QCoreApplication::quit(); });
         WindowActivation::activateOnceShown(*message, request.activation);
         QCoreApplication::exec();
         return 1;

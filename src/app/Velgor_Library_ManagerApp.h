@@ -19,7 +19,6 @@
 #include "WindowState.h"
 
 #include <QObject>
-#include <QString>
 #include <QTimer>
 
 #include <memory>

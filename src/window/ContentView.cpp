@@ -3,14 +3,12 @@
 #include "AboutDialog.h"
 #include "AlertTexts.h"
 #include "Alerts.h"
-#include "AwaitedPatches.h"
 #include "Commands.h"
 #include "ContentEditor.h"
 #include "ContentFiles.h"
 #include "ContentListView.h"
 #include "EditingKeys.h"
 #include "FileDrops.h"
-#include "Hairline.h"
 #include "LibraryCheckDialog.h"
 #include "LibraryContentMainView.h"
 #include "LibraryEditor.h"
@@ -27,19 +25,16 @@
 #include "StatusText.h"
 #include "SystemColorScheme.h"
 #include "VelgorContentView.h"
-#include "VelgorLibrary.h"
 #include "VelgorLibraryManagerMenu.h"
 #include "VelgorLibraryView.h"
 #include "WindowPlacement.h"
 #include "WindowState.h"
+#include "WindowTasks.h"
 
 #include <QCloseEvent>
-#include <QDesktopServices>
-#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QScreen>
-#include <QTimer>
 
 #include <utility>
 
@@ -53,8 +48,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     : m_desk(desk)
     , m_systemColorScheme(systemColorScheme)
     , m_state(state)
-    , m_commands(new Commands(desk, *this, this))
-    , m_alerts(new Alerts(desk, *this))
+    , m_commands(new Commands(desk.library, desk.content, desk.storage, desk.preferences, desk.editors, tasks(), this))
+    , m_alerts(new Alerts(desk.library, desk.content, desk.storage, desk.editors, *this))
     , m_refresh(new OneRefresh(
           [this] {
               refreshTitle();
@@ -63,7 +58,7 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
           this))
 {
     applyColorScheme();
-    m_columns = new LibraryContentMainView(desk, *m_commands, this);
+    m_columns = new LibraryContentMainView(desk.library, desk.content, desk.editors, *m_commands, this);
     setCentralWidget(m_columns);
     const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, m_state, *menuBar(), this);
     m_recentFiles = menu->recentFiles();
@@ -71,21 +66,19 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     m_columns->content()->setContextMenu(menu->contentContextMenu());
     m_columns->library()->setContextMenu(menu->libraryContextMenu());
     new EditingKeys(this);
-    setAcceptDrops(true);
-
     const auto isShown = [this](quint64 id) { return m_columns->library()->isShown(id); };
-    m_status = new StatusLine(desk, isShown, this);
+    m_status = new StatusLine(desk.library, desk.content, desk.storage, desk.editors, isShown, this);
     setStatusBar(m_status);
-    // Not in the list of members, as it takes what is made here.
+    // Not in the list of members, as it needs what is made here.
     auto *const drops =
-        new FileDrops(desk.storage, desk.libraryEditor, desk.contentFiles, *m_columns, *m_alerts, *m_status, this);
+        new FileDrops(*this, desk.storage, desk.editors.library, desk.editors.files, *m_columns, *m_alerts, *m_status);
     m_drops = drops;
     // It may say what the filter hides.
     connect(m_columns->library()->filter(), &LibraryViewFilterView::filterChanged, m_status, &StatusLine::clear);
 
     connect(&desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &ContentView::applyColorScheme);
     connect(&systemColorScheme, &SystemColorScheme::changed, this, &ContentView::applyColorScheme);
-    connect(&desk.contentFiles, &ContentFiles::changed, m_refresh, &OneRefresh::ask);
+    connect(&desk.editors.files, &ContentFiles::changed, m_refresh, &OneRefresh::ask);
     for (const auto signal : {&LibraryStorageManager::waitingToSaveChanged,
              &LibraryStorageManager::libraryToSaveChanged, &LibraryStorageManager::saveFinished}) {
         connect(&desk.storage, signal, m_status, &StatusLine::refresh);
@@ -94,16 +87,21 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     m_status->follow(*m_columns->content()->list());
     m_status->follow(*m_columns->library()->list());
     connect(m_alerts, &Alerts::libraryCheckWanted, this, &ContentView::checkLibrary);
-    connect(m_alerts, &Alerts::helpWanted, this, [this] { openPage(m_guide.address(UserGuide::Page::Trouble)); });
+    connect(m_alerts, &Alerts::libraryMoveWanted, this, [this] {
+        if (m_desk.moveLibrary) {
+            m_desk.moveLibrary();
+        }
+    });
+    connect(m_alerts, &Alerts::helpWanted, this, [this] { openGuide(UserGuide::Page::Trouble); });
     followFiles();
-    followLoading();
+    connect(
+        &desk.storage, &LibraryStorageManager::loadProgress, m_columns->library(), &VelgorLibraryView::setLoadProgress);
+    connect(&desk.storage, &LibraryStorageManager::loadFinished, this, &ContentView::finishLoading);
     restoreGeometryAndWidths();
     m_columns->content()->list()->setFocus();
     refreshTitle();
     refreshStatus();
 }
-
-ContentView::~ContentView() = default;
 
 void ContentView::restoreGeometryAndWidths()
 {
@@ -117,9 +115,9 @@ void ContentView::restoreGeometryAndWidths()
 void ContentView::followFiles()
 {
     connect(m_recentFiles, &RecentFilesMenu::fileChosen, this,
-        [this](const QString &file) { m_desk.contentFiles.importFile(file); });
+        [this](const QString &file) { m_desk.editors.files.importFile(file); });
     for (const auto signal : {&ContentFiles::imported, &ContentFiles::exported}) {
-        connect(&m_desk.contentFiles, signal, this, [this](qsizetype, const QString &file) { remember(file); });
+        connect(&m_desk.editors.files, signal, this, [this](qsizetype, const QString &file) { remember(file); });
     }
 }
 
@@ -128,13 +126,6 @@ void ContentView::remember(const QString &file)
     m_state.addRecentFile(file);
     m_recentFiles->refresh();
     m_commands->refresh();
-}
-
-void ContentView::followLoading()
-{
-    connect(&m_desk.storage, &LibraryStorageManager::loadProgress, m_columns->library(),
-        &VelgorLibraryView::setLoadProgress);
-    connect(&m_desk.storage, &LibraryStorageManager::loadFinished, this, &ContentView::finishLoading);
 }
 
 void ContentView::showEvent(QShowEvent *event)
@@ -150,7 +141,7 @@ void ContentView::showEvent(QShowEvent *event)
 
 void ContentView::finishLoading()
 {
-    m_desk.libraryEditor.takeLoaded(m_desk.storage.takeLoadedLibrary(), m_desk.storage.awaitedPatches());
+    m_desk.editors.library.takeLoaded(m_desk.storage.takeLoadedLibrary(), m_desk.storage.awaitedPatches());
     m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();
@@ -161,9 +152,9 @@ void ContentView::finishLoading()
     if (m_desk.storage.readProblem() && !m_desk.storage.readError()) {
         // What keeps a directory from being read has kept it from being made or tried before.
         m_desk.storage.setWriteError(false);
-        m_alerts->showAboutLibrary(AlertTexts::readError(m_desk));
+        m_alerts->showAboutLibrary(AlertTexts::readError(m_desk.storage));
     } else if (!m_desk.storage.droppedPatches().isEmpty()) {
-        m_alerts->showAboutLibrary(AlertTexts::incompleteLibrary(m_desk));
+        m_alerts->showAboutLibrary(AlertTexts::incompleteLibrary(m_desk.storage));
     }
 }
 
@@ -174,13 +165,13 @@ void ContentView::importFile(const QString &path)
 
 void ContentView::startNewList()
 {
-    if (!m_desk.contentFiles.isModified()) {
-        m_desk.contentEditor.reset();
+    if (!m_desk.editors.files.isModified()) {
+        m_desk.editors.content.reset();
         return;
     }
     m_alerts->show(AlertTexts::replaceUnexported({}), [this](bool isAccepted) {
         if (isAccepted) {
-            m_desk.contentEditor.reset();
+            m_desk.editors.content.reset();
         }
     });
 }
@@ -240,8 +231,8 @@ bool ContentView::mayClose()
         }
         m_isCloseConfirmed = false;
     };
-    if (m_desk.contentFiles.isModified() && !m_isExportWaived) {
-        m_alerts->show(AlertTexts::closeUnexported(m_desk), [this](bool isAccepted) {
+    if (m_desk.editors.files.isModified() && !m_isExportWaived) {
+        m_alerts->show(AlertTexts::closeUnexported(), [this](bool isAccepted) {
             m_isExportWaived = isAccepted;
             if (isAccepted) {
                 close();
@@ -251,44 +242,13 @@ bool ContentView::mayClose()
         return false;
     }
     if (!m_desk.storage.saveUnsaved()) {
-        const Alert alert = AlertTexts::closeUnsaved(m_desk);
+        const Alert alert = AlertTexts::closeUnsaved(m_desk.storage);
         // This message says what that of the flag would say.
         m_desk.storage.setWriteError(false);
         m_alerts->show(alert, closeIfAccepted);
         return false;
     }
     return !noteKeptFiles([this] { close(); });
-}
-
-void ContentView::dragEnterEvent(QDragEnterEvent *event)
-{
-    m_drops->dragOver(*event);
-}
-
-void ContentView::dragMoveEvent(QDragMoveEvent *event)
-{
-    m_drops->dragOver(*event);
-}
-
-void ContentView::dragLeaveEvent(QDragLeaveEvent *event)
-{
-    m_drops->leave();
-    event->accept();
-}
-
-void ContentView::dropEvent(QDropEvent *event)
-{
-    m_drops->drop(*event);
-}
-
-void ContentView::openPage(const QUrl &page)
-{
-    if (QDesktopServices::openUrl(page)) {
-        // Whether there is a browser to be found is not always known at once.
-        m_status->say(StatusText::ofPage(page.toString()));
-    } else {
-        m_alerts->show(AlertTexts::cannotOpenPage(page.toString()), [](bool) {});
-    }
 }
 
 void ContentView::applyColorScheme()
@@ -308,8 +268,8 @@ void ContentView::applyColorScheme()
 
 void ContentView::refreshTitle()
 {
-    const QString file = m_desk.contentFiles.fileName();
-    const bool isModified = m_desk.contentFiles.isModified();
+    const QString file = m_desk.editors.files.fileName();
+    const bool isModified = m_desk.editors.files.isModified();
     const QString list =
         file.isEmpty() ? (isModified ? tr("New list") : QString()) : isolated(QFileInfo(file).fileName());
     const QString program = QCoreApplication::applicationName();
@@ -329,7 +289,7 @@ bool ContentView::noteKeptFiles(const std::function<void()> &dismissed)
     const bool isNews = m_notedKeptFiles != m_desk.storage.keptFiles();
     if (isNews) {
         m_notedKeptFiles = m_desk.storage.keptFiles();
-        m_alerts->showAboutLibrary(AlertTexts::keptFiles(m_desk), dismissed);
+        m_alerts->showAboutLibrary(AlertTexts::keptFiles(m_desk.storage), dismissed);
     }
     return isNews;
 }

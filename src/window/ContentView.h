@@ -2,7 +2,6 @@
 
 #include "Desk.h"
 #include "UserGuide.h"
-#include "WindowTasks.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -18,16 +17,15 @@ class RecentFilesMenu;
 class StatusLine;
 class SystemColorScheme;
 class WindowState;
+struct WindowTasks;
 
 /// The main window. It shows what the desk holds; nothing of that is its own.
-class ContentView : public QMainWindow, private WindowTasks {
+class ContentView : public QMainWindow {
     Q_OBJECT
 
 public:
     /// All must outlive the window.
     ContentView(Desk &desk, SystemColorScheme &systemColorScheme, WindowState &state);
-    ~ContentView() override;
-    Q_DISABLE_COPY_MOVE(ContentView)
 
     /// Fills the list from a preset file that came without being asked for; asks first if that loses changes that were
     /// not exported.
@@ -54,32 +52,16 @@ protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dragMoveEvent(QDragMoveEvent *event) override;
-    void dragLeaveEvent(QDragLeaveEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
-    void confirmExport() override;
-    void clearRecentFiles() override;
-    [[nodiscard]] bool hasRecentFiles() const override;
-    void checkLibrary() override;
-    void flipTick() override;
-    [[nodiscard]] bool canFlipTick() const override;
-    [[nodiscard]] bool showsLibraryPatches() const override;
-    void moveLibraryPatch(int step) override;
-    [[nodiscard]] bool canMoveLibraryPatch(int step) const override;
-    void showInLibrary() override;
-    void focusFilter() override;
-    void focusName() override;
-    void openPage(const QUrl &page) override;
-    void showGuide() override;
-    void showColumnHelp() override;
-    void showAbout() override;
-    void goToColumn(int step) override;
-    void closeWindow() override;
+    /// What the commands ask of the window.
+    [[nodiscard]] WindowTasks tasks();
+    void checkLibrary();
+    void showInLibrary();
+    void showAbout();
+    void openPage(const QUrl &page);
+    void openGuide(UserGuide::Page page);
 
-    void followLoading();
     void finishLoading();
     void followFiles();
     void remember(const QString &file);
@@ -95,9 +77,9 @@ private:
     SystemColorScheme &m_systemColorScheme;
     UserGuide m_guide;
     WindowState &m_state;
-    LibraryContentMainView *m_columns = nullptr; ///< asked for by the commands, which come first
     Commands *m_commands;
     Alerts *m_alerts;
+    LibraryContentMainView *m_columns = nullptr;
     StatusLine *m_status = nullptr;
     OneRefresh *m_refresh;
     RecentFilesMenu *m_recentFiles = nullptr;

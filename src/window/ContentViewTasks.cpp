@@ -1,6 +1,7 @@
 // The window: what the commands ask of it.
 
 #include "AboutDialog.h"
+#include "AlertTexts.h"
 #include "Alerts.h"
 #include "ContentView.h"
 #include "LibraryCheckDialog.h"
@@ -10,26 +11,41 @@
 #include "LibraryViewFilterView.h"
 #include "RecentFilesMenu.h"
 #include "StatusLine.h"
+#include "StatusText.h"
 #include "VelgorLibraryView.h"
 #include "VelgorPatchDetailView.h"
 #include "WindowState.h"
+#include "WindowTasks.h"
 
+#include <QDesktopServices>
 #include <QShortcut>
 
-void ContentView::confirmExport()
+WindowTasks ContentView::tasks()
 {
-    m_alerts->confirmExport();
-}
-
-void ContentView::clearRecentFiles()
-{
-    m_state.clearRecentFiles();
-    m_recentFiles->refresh();
-}
-
-bool ContentView::hasRecentFiles() const
-{
-    return !m_state.recentFiles().isEmpty();
+    return {
+        .confirmExport = [this] { m_alerts->confirmExport(); },
+        .clearRecentFiles =
+            [this] {
+                m_state.clearRecentFiles();
+                m_recentFiles->refresh();
+            },
+        .hasRecentFiles = [this] { return !m_state.recentFiles().isEmpty(); },
+        .checkLibrary = [this] { checkLibrary(); },
+        .flipTick = [this] { m_columns->library()->list()->flipTickOfCurrent(); },
+        .canFlipTick = [this] { return m_columns->library()->list()->canFlipTickOfCurrent(); },
+        .showsLibraryPatches = [this] { return m_columns->library()->shownCount() > 0; },
+        .moveLibraryPatch = [this](int step) { m_columns->library()->list()->moveSelected(step); },
+        .canMoveLibraryPatch = [this](int step) { return m_columns->library()->list()->canMoveSelected(step); },
+        .showInLibrary = [this] { showInLibrary(); },
+        .focusFilter = [this] { m_columns->library()->filter()->focusName(); },
+        .focusName = [this] { m_columns->details()->focusName(); },
+        .openPage = [this](const QUrl &page) { openPage(page); },
+        .showGuide = [this] { openGuide(UserGuide::Page::Contents); },
+        .showColumnHelp = [this] { openGuide(m_columns->guidePage()); },
+        .showAbout = [this] { showAbout(); },
+        .goToColumn = [this](int step) { m_columns->goToColumn(step); },
+        .closeWindow = [this] { close(); },
+    };
 }
 
 void ContentView::checkLibrary()
@@ -48,33 +64,8 @@ void ContentView::checkLibrary()
         refreshStatus();
     });
     connect(new QShortcut(Qt::Key_F1, m_check), &QShortcut::activated, this,
-        [this] { openPage(m_guide.address(UserGuide::Page::LibraryCheck)); });
+        [this] { openGuide(UserGuide::Page::LibraryCheck); });
     m_check->open();
-}
-
-void ContentView::flipTick()
-{
-    m_columns->library()->list()->flipTickOfCurrent();
-}
-
-bool ContentView::canFlipTick() const
-{
-    return m_columns && m_columns->library()->list()->canFlipTickOfCurrent();
-}
-
-bool ContentView::showsLibraryPatches() const
-{
-    return m_columns && m_columns->library()->shownCount() > 0;
-}
-
-void ContentView::moveLibraryPatch(int step)
-{
-    m_columns->library()->list()->moveSelected(step);
-}
-
-bool ContentView::canMoveLibraryPatch(int step) const
-{
-    return m_columns && m_columns->library()->list()->canMoveSelected(step);
 }
 
 void ContentView::showInLibrary()
@@ -85,42 +76,27 @@ void ContentView::showInLibrary()
     }
 }
 
-void ContentView::focusFilter()
-{
-    m_columns->library()->filter()->focusName();
-}
-
-void ContentView::focusName()
-{
-    m_columns->details()->focusName();
-}
-
-void ContentView::showGuide()
-{
-    openPage(m_guide.address(UserGuide::Page::Contents));
-}
-
-void ContentView::showColumnHelp()
-{
-    openPage(m_guide.address(m_columns->guidePage()));
-}
-
 void ContentView::showAbout()
 {
     m_about = new AboutDialog(ProblemReport::of(m_desk.library, m_desk.storage, *this), this);
     m_about->setAttribute(Qt::WA_DeleteOnClose);
     m_alerts->setFrontDialog(m_about);
     connect(new QShortcut(Qt::Key_F1, m_about), &QShortcut::activated, this,
-        [this] { openPage(m_guide.address(UserGuide::Page::Trouble)); });
+        [this] { openGuide(UserGuide::Page::Trouble); });
     m_about->open();
 }
 
-void ContentView::goToColumn(int step)
+void ContentView::openPage(const QUrl &page)
 {
-    m_columns->goToColumn(step);
+    if (QDesktopServices::openUrl(page)) {
+        // Whether there is a browser to be found is not always known at once.
+        m_status->say(StatusText::ofPage(page.toString()));
+    } else {
+        m_alerts->show(AlertTexts::cannotOpenPage(page.toString()), [](bool) {});
+    }
 }
 
-void ContentView::closeWindow()
+void ContentView::openGuide(UserGuide::Page page)
 {
-    close();
+    openPage(m_guide.address(page));
 }

@@ -36,9 +36,9 @@ QStringList filesIn(const QDropEvent &event)
 
 } // namespace
 
-FileDrops::FileDrops(const LibraryStorageManager &storage, LibraryEditor &editor, ContentFiles &files,
-    LibraryContentMainView &columns, Alerts &alerts, StatusLine &status, QObject *parent)
-    : QObject(parent)
+FileDrops::FileDrops(QWidget &window, const LibraryStorageManager &storage, LibraryEditor &editor, ContentFiles &files,
+    LibraryContentMainView &columns, Alerts &alerts, StatusLine &status)
+    : QObject(&window)
     , m_storage(storage)
     , m_editor(editor)
     , m_files(files)
@@ -46,6 +46,27 @@ FileDrops::FileDrops(const LibraryStorageManager &storage, LibraryEditor &editor
     , m_alerts(alerts)
     , m_status(status)
 {
+    window.setAcceptDrops(true);
+    window.installEventFilter(this);
+}
+
+bool FileDrops::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+        dragOver(*static_cast<QDropEvent *>(event));
+        return true;
+    case QEvent::DragLeave:
+        m_status.setDrop({});
+        event->accept();
+        return true;
+    case QEvent::Drop:
+        drop(*static_cast<QDropEvent *>(event));
+        return true;
+    default:
+        return QObject::eventFilter(watched, event);
+    }
 }
 
 bool FileDrops::isOverLibrary(const QPoint &position) const
@@ -66,15 +87,10 @@ void FileDrops::dragOver(QDropEvent &event)
     event.setAccepted(isTaken);
 }
 
-void FileDrops::leave()
-{
-    m_status.setDrop({});
-}
-
 void FileDrops::drop(QDropEvent &event)
 {
     dragOver(event);
-    leave();
+    m_status.setDrop({});
     if (!event.isAccepted()) {
         return;
     }
@@ -84,11 +100,6 @@ void FileDrops::drop(QDropEvent &event)
     } else {
         importOneOf(paths);
     }
-}
-
-void FileDrops::importFile(const QString &path)
-{
-    importOneOf({path});
 }
 
 void FileDrops::importOneOf(const QStringList &paths)

@@ -28,12 +28,13 @@ constexpr int detailsMaximum = LookMeasures::detailsContentMaximum + 2 * LookMea
 
 } // namespace
 
-LibraryContentMainView::LibraryContentMainView(Desk &desk, Commands &commands, QWidget *parent)
+LibraryContentMainView::LibraryContentMainView(const VelgorLibrary &library, const VelgorContent &content,
+    const Editors &editors, Commands &commands, QWidget *parent)
     : QSplitter(Qt::Horizontal, parent)
-    , m_desk(desk)
-    , m_content(new VelgorContentView(desk.content, desk.library, desk.contentEditor, desk.libraryEditor, commands))
-    , m_library(new VelgorLibraryView(desk.library, desk.libraryEditor, commands))
-    , m_details(new VelgorPatchDetailView(desk.library, desk.content, desk.libraryEditor))
+    , m_editors(editors)
+    , m_content(new VelgorContentView(content, library, editors.content, editors.library, commands))
+    , m_library(new VelgorLibraryView(library, editors.library, commands))
+    , m_details(new VelgorPatchDetailView(library, content, editors.library))
     , m_right(new QSplitter(Qt::Vertical))
 {
     for (QSplitter *splitter : {static_cast<QSplitter *>(this), m_right}) {
@@ -70,8 +71,8 @@ void LibraryContentMainView::setLoading(bool isLoading)
 
 QString LibraryContentMainView::showInLibrary()
 {
-    const QList<qsizetype> rows = m_desk.contentEditor.selectedRows();
-    const std::optional<quint64> id = rows.isEmpty() ? std::nullopt : m_desk.libraryEditor.patchOfSlot(rows.first());
+    const QList<qsizetype> rows = m_editors.content.selectedRows();
+    const std::optional<quint64> id = rows.isEmpty() ? std::nullopt : m_editors.library.patchOfSlot(rows.first());
     if (!id) {
         return tr("The library does not have the patch of this slot");
     }
@@ -107,11 +108,6 @@ void LibraryContentMainView::setStartWidths(int windowWidth)
     const int shared = windowWidth - content - static_cast<int>(std::lerp(420.0, 456.0, share)) - 2 * handleWidth();
     const int details = std::min(shared - spare / 2, detailsMaximum);
     setColumnWidths({content, windowWidth - content - details - 2 * handleWidth(), details});
-}
-
-QList<int> LibraryContentMainView::columnWidths() const
-{
-    return m_isStacked ? m_widths : sizes();
 }
 
 void LibraryContentMainView::setColumnWidths(const QList<int> &widths)

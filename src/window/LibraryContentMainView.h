@@ -1,13 +1,15 @@
 #pragma once
 
-#include "Desk.h"
+#include "Editors.h"
 #include "UserGuide.h"
 
 #include <QList>
 #include <QSplitter>
 
 class Commands;
+class VelgorContent;
 class VelgorContentView;
+class VelgorLibrary;
 class VelgorLibraryView;
 class VelgorPatchDetailView;
 
@@ -18,7 +20,8 @@ class LibraryContentMainView : public QSplitter {
 
 public:
     /// All must outlive the view.
-    LibraryContentMainView(Desk &desk, Commands &commands, QWidget *parent = nullptr);
+    LibraryContentMainView(const VelgorLibrary &library, const VelgorContent &content, const Editors &editors,
+        Commands &commands, QWidget *parent = nullptr);
 
     [[nodiscard]] VelgorContentView *content() const { return m_content; }
     [[nodiscard]] VelgorLibraryView *library() const { return m_library; }
@@ -34,7 +37,7 @@ public:
     /// there are none.
     void restoreWidths(const QList<int> &widths, int windowWidth);
     /// The widths of the three columns, as they are or were when there was room for them.
-    [[nodiscard]] QList<int> columnWidths() const;
+    [[nodiscard]] QList<int> columnWidths() const { return m_isStacked ? m_widths : sizes(); }
     void setColumnWidths(const QList<int> &widths);
     /// Gives the focus to the column behind the one that has it, or to the one before (-1), around the ends. A column
     /// without anything that takes keys is left out.
@@ -55,7 +58,7 @@ private:
     [[nodiscard]] bool isFocusIn(int column) const;
     void focusColumn(int column);
 
-    const Desk &m_desk;
+    Editors m_editors;
     VelgorContentView *m_content;
     VelgorLibraryView *m_library;
     VelgorPatchDetailView *m_details;

@@ -17,9 +17,13 @@
 
 using namespace LookMeasures;
 
-StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
+StatusLine::StatusLine(const VelgorLibrary &library, const VelgorContent &content, const LibraryStorageManager &storage,
+    const Editors &editors, IsShown isShown, QWidget *parent)
     : QStatusBar(parent)
-    , m_desk(desk)
+    , m_library(library)
+    , m_content(content)
+    , m_storage(storage)
+    , m_editors(editors)
     , m_isShown(std::move(isShown))
     , m_first(new ElidedLabel(this))
     , m_last(new ElidedLabel(this))
@@ -43,26 +47,24 @@ StatusLine::StatusLine(const Desk &desk, IsShown isShown, QWidget *parent)
 
 void StatusLine::followChanges()
 {
-    const VelgorLibrary &library = m_desk.library;
     for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowMoved}) {
-        connect(&library, signal, this, &StatusLine::clearAll);
+        connect(&m_library, signal, this, &StatusLine::clearAll);
     }
-    connect(&library, &VelgorLibrary::reordered, this, &StatusLine::clearAll);
+    connect(&m_library, &VelgorLibrary::reordered, this, &StatusLine::clearAll);
     // A sort that finds the order as it is.
-    connect(&library, &VelgorLibrary::inverseSortChanged, this, &StatusLine::clearAll);
-    connect(&library, &VelgorLibrary::wasReset, this, &StatusLine::clearAll);
-    connect(&library, &VelgorLibrary::defaultPatchChanged, this, &StatusLine::clear);
-    const VelgorContent &content = m_desk.content;
+    connect(&m_library, &VelgorLibrary::inverseSortChanged, this, &StatusLine::clearAll);
+    connect(&m_library, &VelgorLibrary::wasReset, this, &StatusLine::clearAll);
+    connect(&m_library, &VelgorLibrary::defaultPatchChanged, this, &StatusLine::clear);
     for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved}) {
-        connect(&content, signal, this, &StatusLine::clearAll);
+        connect(&m_content, signal, this, &StatusLine::clearAll);
     }
-    connect(&content, &VelgorContent::reordered, this, &StatusLine::clearAll);
-    connect(&content, &VelgorContent::wasReset, this, &StatusLine::clearAll);
+    connect(&m_content, &VelgorContent::reordered, this, &StatusLine::clearAll);
+    connect(&m_content, &VelgorContent::wasReset, this, &StatusLine::clearAll);
     // Every letter of an edit is a change; what the first one did to the order is to be read all the same.
-    connect(&library, &VelgorLibrary::rowsChanged, this, &StatusLine::clear);
-    connect(&content, &VelgorContent::rowsChanged, this, &StatusLine::clear);
+    connect(&m_library, &VelgorLibrary::rowsChanged, this, &StatusLine::clear);
+    connect(&m_content, &VelgorContent::rowsChanged, this, &StatusLine::clear);
     // Comes behind the change that made it so.
-    connect(&library, &VelgorLibrary::sortedOrderKept, this, [this] {
+    connect(&m_library, &VelgorLibrary::sortedOrderKept, this, [this] {
         m_order = StatusText::ofSortedOrder();
         refresh();
     });
@@ -74,31 +76,29 @@ void StatusLine::followEditors()
         const auto isHidden = [this](quint64 id) { return !m_isShown(id); };
         return StatusText::ofHidden(std::count_if(ids.begin(), ids.end(), isHidden), ids.size());
     };
-    connect(&m_desk.libraryEditor, &LibraryEditor::kept, this,
+    connect(&m_editors.library, &LibraryEditor::kept, this,
         [this, hidden](const QList<quint64> &fresh, const QList<quint64> &known) {
             say(StatusText::ofKept(fresh.size(), known.size()));
             add(hidden(fresh + known));
         });
-    connect(&m_desk.libraryEditor, &LibraryEditor::duplicated, this, [this, hidden](const QList<quint64> &copies) {
-        const auto first = m_desk.library.getPatchFromId(copies.first());
-        say(StatusText::ofDuplicates(first ? first->patch->name : QString(), copies.size()));
+    connect(&m_editors.library, &LibraryEditor::duplicated, this, [this, hidden](const QList<quint64> &copies) {
+        say(StatusText::ofDuplicates(nameOf(copies.first()), copies.size()));
         add(hidden(copies));
     });
-    connect(&m_desk.libraryEditor, &LibraryEditor::deleted, this,
+    connect(&m_editors.library, &LibraryEditor::deleted, this,
         [this](const QString &firstName, qsizetype count) { say(StatusText::ofDeletion(firstName, count)); });
-    connect(&m_desk.libraryEditor, &LibraryEditor::moved, this, [this](quint64 id) {
-        if (const auto found = m_desk.library.getPatchFromId(id)) {
-            say(StatusText::ofPatchMove(found->patch->name, found->index, m_desk.library.count()));
+    connect(&m_editors.library, &LibraryEditor::moved, this, [this](quint64 id) {
+        if (const auto found = m_library.getPatchFromId(id)) {
+            say(StatusText::ofPatchMove(found->patch->name, found->index, m_library.count()));
         }
     });
-    connect(&m_desk.libraryEditor, &LibraryEditor::classified, this,
+    connect(&m_editors.library, &LibraryEditor::classified, this,
         [this, hidden](const QList<quint64> &ids, bool VelgorPatch::*flag, bool isSet) {
-            const auto first = m_desk.library.getPatchFromId(ids.first());
-            say(StatusText::ofClassification(first ? first->patch->name : QString(), ids.size(), flag, isSet));
+            say(StatusText::ofClassification(nameOf(ids.first()), ids.size(), flag, isSet));
             add(hidden(ids));
         });
-    connect(&m_desk.contentEditor, &ContentEditor::placed, this, [this, hidden] {
-        const ContentEditor::Placement &placement = m_desk.contentEditor.lastPlacement();
+    connect(&m_editors.content, &ContentEditor::placed, this, [this, hidden] {
+        const ContentEditor::Placement &placement = m_editors.content.lastPlacement();
         QList<quint64> ids;
         for (const VelgorPatch &patch : placement.patches) {
             ids.append(patch.id());
@@ -106,20 +106,25 @@ void StatusLine::followEditors()
         say(StatusText::ofPlacement(placement));
         add(hidden(ids));
     });
-    connect(&m_desk.contentEditor, &ContentEditor::replaced, this,
-        [this, hidden](quint64 id, const QList<qsizetype> &rows) {
-            const auto found = m_desk.library.getPatchFromId(id);
-            say(StatusText::ofReplacement(found ? found->patch->name : QString(), rows));
+    connect(
+        &m_editors.content, &ContentEditor::replaced, this, [this, hidden](quint64 id, const QList<qsizetype> &rows) {
+            say(StatusText::ofReplacement(nameOf(id), rows));
             add(hidden({id}));
         });
-    connect(&m_desk.contentEditor, &ContentEditor::moved, this,
+    connect(&m_editors.content, &ContentEditor::moved, this,
         [this](qsizetype first, qsizetype count) { say(StatusText::ofSlotMove(first, count)); });
-    connect(&m_desk.contentFiles, &ContentFiles::imported, this,
+    connect(&m_editors.files, &ContentFiles::imported, this,
         [this](qsizetype count, const QString &path) { say(StatusText::ofImport(count, path)); });
-    connect(&m_desk.contentFiles, &ContentFiles::exported, this,
+    connect(&m_editors.files, &ContentFiles::exported, this,
         [this](qsizetype count, const QString &path) { say(StatusText::ofExport(count, path)); });
-    connect(&m_desk.contentFiles, &ContentFiles::patchExported, this,
+    connect(&m_editors.files, &ContentFiles::patchExported, this,
         [this](const QString &name, const QString &path) { say(StatusText::ofPatchExport(name, path)); });
+}
+
+QString StatusLine::nameOf(quint64 id) const
+{
+    const auto found = m_library.getPatchFromId(id);
+    return found ? found->patch->name : QString();
 }
 
 void StatusLine::follow(const PatchListView &list)
@@ -127,7 +132,7 @@ void StatusLine::follow(const PatchListView &list)
     connect(
         &list, &PatchListView::dropMarkChanged, this, [this, &list] { setDrop(StatusText::ofDrop(list.dropMark())); });
     connect(&list, &PatchListView::returnedInVain, this,
-        [this] { say(StatusText::ofMissingForPut(m_desk.library, m_desk.content, m_desk.contentEditor)); });
+        [this] { say(StatusText::ofMissingForPut(m_library, m_content, m_editors.content)); });
 }
 
 void StatusLine::setDrop(const QString &text)
@@ -169,7 +174,7 @@ void StatusLine::refresh()
 
 void StatusLine::showTexts()
 {
-    const QString library = StatusText::ofLibrary(m_desk.library, m_desk.storage);
+    const QString library = StatusText::ofLibrary(m_library, m_storage);
     QStringList done{m_done, m_order};
     done.removeAll(QString());
     const QString first = m_drop.isEmpty() ? done.join(QStringLiteral(". ")) : m_drop;

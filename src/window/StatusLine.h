@@ -1,14 +1,17 @@
 #pragma once
 
-#include "Desk.h"
+#include "Editors.h"
 
 #include <QStatusBar>
 
 #include <functional>
 
 class ElidedLabel;
+class LibraryStorageManager;
 class OneRefresh;
 class PatchListView;
+class VelgorContent;
+class VelgorLibrary;
 
 /// The line at the window's lower edge: what letting go of a drag does, else what was done last, else how the library
 /// stands. How the library stands is said at the other end while something else stands first; a drag has all the room.
@@ -19,8 +22,9 @@ public:
     /// Whether the library list shows this patch.
     using IsShown = std::function<bool(quint64 id)>;
 
-    /// What is on the desk must outlive the line.
-    StatusLine(const Desk &desk, IsShown isShown, QWidget *parent = nullptr);
+    /// All must outlive the line.
+    StatusLine(const VelgorLibrary &library, const VelgorContent &content, const LibraryStorageManager &storage,
+        const Editors &editors, IsShown isShown, QWidget *parent = nullptr);
 
     /// Says what letting go of a drag over this list does, and what keys that mean nothing in it are missing.
     void follow(const PatchListView &list);
@@ -38,9 +42,13 @@ private:
     void followChanges();
     void followEditors();
     void clearAll();
+    [[nodiscard]] QString nameOf(quint64 id) const;
     void showTexts();
 
-    const Desk &m_desk;
+    const VelgorLibrary &m_library;
+    const VelgorContent &m_content;
+    const LibraryStorageManager &m_storage;
+    Editors m_editors;
     IsShown m_isShown;
     ElidedLabel *m_first;
     ElidedLabel *m_last;

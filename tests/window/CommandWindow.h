@@ -13,38 +13,44 @@
 namespace CommandWindow {
 
 /// Writes down what commands ask of their window.
-class RecordingTasks : public WindowTasks {
-public:
+struct RecordingTasks {
     QStringList asked;
     bool canMove = false;
     bool canTick = true;
     bool showsPatches = true;
     bool hasFiles = false;
 
-    void confirmExport() override { asked.append(QStringLiteral("confirmExport")); }
-    void clearRecentFiles() override { asked.append(QStringLiteral("clearRecentFiles")); }
-    [[nodiscard]] bool hasRecentFiles() const override { return hasFiles; }
-    void checkLibrary() override { asked.append(QStringLiteral("checkLibrary")); }
-    void flipTick() override { asked.append(QStringLiteral("flipTick")); }
-    [[nodiscard]] bool canFlipTick() const override { return canTick; }
-    [[nodiscard]] bool showsLibraryPatches() const override { return showsPatches; }
-    void goToColumn(int step) override { asked.append(QStringLiteral("column %1").arg(step)); }
-    void moveLibraryPatch(int step) override { asked.append(QStringLiteral("move %1").arg(step)); }
-    [[nodiscard]] bool canMoveLibraryPatch(int) const override { return canMove; }
-    void showInLibrary() override { asked.append(QStringLiteral("showInLibrary")); }
-    void focusFilter() override { asked.append(QStringLiteral("focusFilter")); }
-    void focusName() override { asked.append(QStringLiteral("focusName")); }
-    void openPage(const QUrl &page) override { asked.append(page.toString()); }
-    void showGuide() override { asked.append(QStringLiteral("showGuide")); }
-    void showColumnHelp() override { asked.append(QStringLiteral("showColumnHelp")); }
-    void showAbout() override { asked.append(QStringLiteral("showAbout")); }
-    void closeWindow() override { asked.append(QStringLiteral("closeWindow")); }
+    /// These must outlive the tasks.
+    [[nodiscard]] WindowTasks tasks()
+    {
+        const auto asking = [this](const char *what) { return [this, what] { asked.append(QLatin1String(what)); }; };
+        return {
+            .confirmExport = asking("confirmExport"),
+            .clearRecentFiles = asking("clearRecentFiles"),
+            .hasRecentFiles = [this] { return hasFiles; },
+            .checkLibrary = asking("checkLibrary"),
+            .flipTick = asking("flipTick"),
+            .canFlipTick = [this] { return canTick; },
+            .showsLibraryPatches = [this] { return showsPatches; },
+            .moveLibraryPatch = [this](int step) { asked.append(QStringLiteral("move %1").arg(step)); },
+            .canMoveLibraryPatch = [this](int) { return canMove; },
+            .showInLibrary = asking("showInLibrary"),
+            .focusFilter = asking("focusFilter"),
+            .focusName = asking("focusName"),
+            .openPage = [this](const QUrl &page) { asked.append(page.toString()); },
+            .showGuide = asking("showGuide"),
+            .showColumnHelp = asking("showColumnHelp"),
+            .showAbout = asking("showAbout"),
+            .goToColumn = [this](int step) { asked.append(QStringLiteral("column %1").arg(step)); },
+            .closeWindow = asking("closeWindow"),
+        };
+    }
 };
 
 struct Window {
     TestDesk desk;
     RecordingTasks tasks;
-    Commands commands{desk.desk, tasks};
+    Commands commands{desk.library, desk.content, desk.storage, desk.preferences, desk.desk.editors, tasks.tasks()};
 
     explicit Window(const QString &library = {})
         : desk(library)
@@ -58,8 +64,8 @@ struct Window {
         return *commands.action(id);
     }
     [[nodiscard]] QString label(CommandId id) const { return action(id).text().remove(u'&'); }
-    [[nodiscard]] QString buttonLabel(CommandId id) { return commands.command(id).buttonLabel(desk.desk); }
-    [[nodiscard]] QString symbol(CommandId id) { return commands.command(id).symbol(desk.desk); }
+    [[nodiscard]] QString buttonLabel(CommandId id) { return commands.command(id).button().label; }
+    [[nodiscard]] QString symbol(CommandId id) { return commands.command(id).button().symbol; }
 };
 
 } // namespace CommandWindow

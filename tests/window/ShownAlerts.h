@@ -16,7 +16,7 @@ namespace ShownAlerts {
 struct Window {
     TestDesk desk;
     QWidget widget;
-    Alerts *alerts = new Alerts(desk.desk, widget);
+    Alerts *alerts = new Alerts(desk.library, desk.content, desk.storage, desk.desk.editors, widget);
 
     explicit Window(const QString &library = {})
         : desk(library)

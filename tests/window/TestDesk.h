@@ -35,7 +35,7 @@ struct TestDesk {
     LibraryEditor libraryEditor{library, content, history};
     ContentEditor contentEditor{library, content, history};
     ContentFiles contentFiles{content, handler, history};
-    Desk desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles,
+    Desk desk{library, content, storage, preferences, {libraryEditor, contentEditor, contentFiles},
         [this] { return std::make_unique<LibraryCheck>(library, storage, history); }};
 
     /// A library of these patches, one sound each.

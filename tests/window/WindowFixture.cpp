@@ -62,7 +62,7 @@ WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::mil
     , libraryEditor(library, content, history)
     , contentEditor(library, content, history)
     , contentFiles(content, files, history)
-    , desk{library, content, storage, preferences, libraryEditor, contentEditor, contentFiles,
+    , desk{library, content, storage, preferences, {libraryEditor, contentEditor, contentFiles},
           [this] { return std::make_unique<LibraryCheck>(library, storage, history); }}
     , m_parentPath(directory.parentPath())
 {

@@ -200,7 +200,7 @@ private Q_SLOTS:
         TestDesk desk(QStringLiteral("A B"));
         desk.select(0);
         desk.fillContent(slotNames);
-        const Alert alert = AlertTexts::deleteConfirm(desk.desk);
+        const Alert alert = AlertTexts::deleteConfirm(desk.library, desk.libraryEditor);
         QVERIFY(alert.text.startsWith(QStringLiteral("\"A\" ")));
         QCOMPARE(alert.text.contains(QStringLiteral("slot")), !said.isEmpty());
         QVERIFY2(alert.text.endsWith(said), qPrintable(alert.text));

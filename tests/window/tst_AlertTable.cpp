@@ -180,7 +180,7 @@ private Q_SLOTS:
         TestDesk desk;
         desk.storage.setReadError(true);
         QWidget widget;
-        new Alerts(desk.desk, widget);
+        new Alerts(desk.library, desk.content, desk.storage, desk.desk.editors, widget);
         QVERIFY(shownBoxes().isEmpty());
         widget.show();
         QCOMPARE(shownTitle(), QStringLiteral("Could not access to library directory."));
@@ -190,10 +190,9 @@ private Q_SLOTS:
     void aDirectoryThatCannotBeListedIsExplainedAndLeft()
     {
         TestDesk desk(QStringLiteral("A"), QStringLiteral("my library"));
-        int moves = 0;
-        desk.desk.moveLibrary = [&moves] { ++moves; };
         QWidget widget;
-        new Alerts(desk.desk, widget);
+        const auto *const alerts = new Alerts(desk.library, desk.content, desk.storage, desk.desk.editors, widget);
+        const QSignalSpy moves(alerts, &Alerts::libraryMoveWanted);
         widget.show();
         for (const QString &answer : {QStringLiteral("Not Now"), QStringLiteral("Move Library...")}) {
             desk.storage.setWriteError(true);
@@ -203,7 +202,7 @@ private Q_SLOTS:
             QTest::qWait(1);
             QVERIFY(!desk.storage.writeError());
         }
-        QCOMPARE(moves, 1);
+        QCOMPARE(moves.count(), 1);
     }
 
     void aLibraryThatCannotBeReadLeadsToItsCheck()

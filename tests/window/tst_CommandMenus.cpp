@@ -1,4 +1,3 @@
-#include "CommandTable.h"
 #include "Commands.h"
 #include "TestProgram.h"
 #include "WindowFixture.h"
@@ -39,7 +38,7 @@ private Q_SLOTS:
         QList<std::pair<QAction *, QString>> entries;
         addEntries(window->window->menuBar()->actions(), {}, entries);
         qsizetype found = 0;
-        for (const Command &command : commandTable()) {
+        for (const Command &command : window->window->commands().table()) {
             const QAction *const action = window->window->commands().action(command.id);
             const auto count = std::count_if(
                 entries.begin(), entries.end(), [action](const auto &entry) { return entry.first == action; });

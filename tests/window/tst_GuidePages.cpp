@@ -1,5 +1,5 @@
 #include "AlertTexts.h"
-#include "CommandTable.h"
+#include "Commands.h"
 #include "GuidePages.h"
 #include "TestProgram.h"
 #include "UserGuide.h"
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QVERIFY(m_window->choose(QStringLiteral("Check Library...")));
         QVERIFY(m_window->choose(QStringLiteral("About Velgor Library Manager")));
         buttons += buttonsIn(*m_window->window);
-        buttons.append(plain(AlertTexts::readError(m_window->desk).acceptLabel));
+        buttons.append(plain(AlertTexts::readError(m_window->storage).acceptLabel));
         for (const GuidePage &page : m_pages) {
             for (const QString &button : page.buttons) {
                 QVERIFY2(buttons.contains(button), qPrintable(page.file + u' ' + button));
@@ -168,7 +168,7 @@ private Q_SLOTS:
     void everyKeyDoesSomething()
     {
         QSet<QKeySequence> keys;
-        for (const Command &command : commandTable()) {
+        for (const Command &command : m_window->window->commands().table()) {
             keys.unite(QSet<QKeySequence>(command.shortcuts.begin(), command.shortcuts.end()));
             keys.insert(command.libraryListKey);
         }
@@ -192,7 +192,7 @@ private Q_SLOTS:
             }
         }
         int count = 0;
-        for (const Command &command : commandTable()) {
+        for (const Command &command : m_window->window->commands().table()) {
             count += command.shortcuts.isEmpty() ? 0 : 1;
         }
         QCOMPARE(told, count);
@@ -200,12 +200,14 @@ private Q_SLOTS:
 
     void everyMessageIsThere()
     {
-        const Desk &desk = m_window->desk;
+        const WindowFixture &window = *m_window;
         QStringList titles;
-        for (const Alert &alert : {AlertTexts::openError(desk), AlertTexts::saveError(desk),
-                 AlertTexts::mixVersions(desk), AlertTexts::selectDefault(desk), AlertTexts::unreadableNames(desk),
-                 AlertTexts::readError(desk), AlertTexts::writeError(desk), AlertTexts::incompleteLibrary(desk),
-                 AlertTexts::keptFiles(desk), AlertTexts::cannotOpenPage({})}) {
+        for (const Alert &alert :
+            {AlertTexts::openError({}), AlertTexts::saveError({}),
+                AlertTexts::mixVersions(window.content, window.desk.editors), AlertTexts::selectDefault(window.library),
+                AlertTexts::unreadableNames(window.content), AlertTexts::readError(window.storage),
+                AlertTexts::writeError(window.storage), AlertTexts::incompleteLibrary(window.storage),
+                AlertTexts::keptFiles(window.storage), AlertTexts::cannotOpenPage({})}) {
             titles.append(alert.title);
         }
         const GuidePage page = GuidePage::read(guide(), UserGuide::fileName(UserGuide::Page::Trouble));

@@ -1,5 +1,4 @@
 #include "AlertTexts.h"
-#include "MessageBox.h"
 #include "TestDesk.h"
 #include "TestProgram.h"
 #include "UnreadableNames.h"
@@ -29,31 +28,32 @@ QList<Alert> everyMessage()
     desk.select(2);
     const QStringList problems{longPath + QStringLiteral(": No space left on device"),
         longWord + QStringLiteral(": Input/output error"), longPath, longPath};
-    QList<Alert> alerts{AlertTexts::openError(desk.desk), AlertTexts::saveError(desk.desk),
-        AlertTexts::selectDefault(desk.desk), AlertTexts::mixVersions(desk.desk), AlertTexts::readError(desk.desk),
-        AlertTexts::writeError(desk.desk), AlertTexts::deleteConfirm(desk.desk), AlertTexts::confirmExport(desk.desk),
-        AlertTexts::replaceUnexported(longPath), AlertTexts::replaceUnexported({}),
-        AlertTexts::severalFiles({longPath, longPath, longPath, longPath}, true), AlertTexts::filesNotKept(problems, 9),
-        AlertTexts::closeUnexported(desk.desk), AlertTexts::closeUnsaved(desk.desk),
+    QList<Alert> alerts{AlertTexts::openError(desk.contentFiles.problem()),
+        AlertTexts::saveError(desk.contentFiles.problem()), AlertTexts::selectDefault(desk.library),
+        AlertTexts::mixVersions(desk.content, desk.desk.editors), AlertTexts::readError(desk.storage),
+        AlertTexts::writeError(desk.storage), AlertTexts::deleteConfirm(desk.library, desk.libraryEditor),
+        AlertTexts::confirmExport(desk.content), AlertTexts::replaceUnexported(longPath),
+        AlertTexts::replaceUnexported({}), AlertTexts::severalFiles({longPath, longPath, longPath, longPath}, true),
+        AlertTexts::filesNotKept(problems, 9), AlertTexts::closeUnexported(), AlertTexts::closeUnsaved(desk.storage),
         AlertTexts::directoryInUse(problems.first()), AlertTexts::cannotShowDirectory(longPath),
         AlertTexts::cannotOpenPage(QStringLiteral("https://x.example/help")),
-        AlertTexts::cannotMoveLibrary(problems.join(u'\n')), AlertTexts::keptFiles(desk.desk),
-        AlertTexts::incompleteLibrary(desk.desk)};
+        AlertTexts::cannotMoveLibrary(problems.join(u'\n')), AlertTexts::keptFiles(desk.storage),
+        AlertTexts::incompleteLibrary(desk.storage)};
     QList<SPatch> unreadable;
     for (int i = 0; i < 99; ++i) {
         unreadable.append(TestRecords::patch(QStringLiteral("_error_"), i));
         unreadable.last().unreadableName = QByteArray(16, '\xFF');
     }
     desk.content.populate(TestRecords::file(unreadable));
-    alerts.append(AlertTexts::unreadableNames(desk.desk));
+    alerts.append(AlertTexts::unreadableNames(desk.content));
     const QString line = longWord + QStringLiteral(".prst: slots ") + UnreadableNames(desk.content).places();
     alerts.append(AlertTexts::unreadableNamesKept({line, line, line, line}));
     desk.tick({0, 1, 2});
-    alerts.append(AlertTexts::deleteConfirm(desk.desk));
+    alerts.append(AlertTexts::deleteConfirm(desk.library, desk.libraryEditor));
     const TestDesk unlistable(QStringLiteral("A"), QStringLiteral("my library"));
-    alerts.append(AlertTexts::writeError(unlistable.desk));
+    alerts.append(AlertTexts::writeError(unlistable.storage));
     desk.contentFiles.importFile(longPath);
-    alerts.append(AlertTexts::openError(desk.desk));
+    alerts.append(AlertTexts::openError(desk.contentFiles.problem()));
     return alerts;
 }
 
@@ -142,7 +142,7 @@ struct Shown {
     {
         window.resize(400, 300);
         window.show();
-        box = MessageBox::show(&window, alert, [](bool) {});
+        box = alert.show(&window, [](bool) {});
         settle();
     }
     static void settle()
@@ -224,7 +224,7 @@ private Q_SLOTS:
     {
         TestDesk desk(QStringLiteral("A"));
         const QFont font = QApplication::font();
-        const Shown shown(AlertTexts::confirmExport(desk.desk));
+        const Shown shown(AlertTexts::confirmExport(desk.content));
         QFont large = font;
         large.setPointSizeF(font.pointSizeF() * 2);
         QApplication::setFont(large);

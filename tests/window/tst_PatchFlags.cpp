@@ -150,11 +150,11 @@ private Q_SLOTS:
 
     void aFurtherFlagIsACommandThatLeavesTheOthersTheirKeys()
     {
-        const TestDesk desk;
+        TestDesk desk;
         QStringList said;
         QSet<int> ids;
-        for (const Command &command : markCommands(m_rows)) {
-            said.append(command.shortcuts.first().toString() + u' ' + command.label(desk.desk));
+        for (const Command &command : markCommands(desk.library, desk.libraryEditor, m_rows)) {
+            said.append(command.shortcuts.first().toString() + u' ' + command.label());
             ids.insert(static_cast<int>(command.id));
         }
         QCOMPARE(said.join(u';'),

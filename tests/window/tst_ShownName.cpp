@@ -50,7 +50,7 @@ private Q_SLOTS:
         TestDesk desk(rightToLeft);
         desk.select(0);
         const QString path = QStringLiteral("/lists/") + rightToLeft;
-        for (const QString &sentence : {AlertTexts::deleteConfirm(desk.desk).text,
+        for (const QString &sentence : {AlertTexts::deleteConfirm(desk.library, desk.libraryEditor).text,
                  AlertTexts::replaceUnexported(path).text, AlertTexts::severalFiles({path, path}, false).text,
                  AlertTexts::directoryInUse(rightToLeft + QStringLiteral(": 3 patches")).text,
                  AlertTexts::cannotShowDirectory(path).text, StatusText::ofDuplicates(rightToLeft, 1),
@@ -72,7 +72,7 @@ private Q_SLOTS:
         const QString expected =
             QStringLiteral("The patch \"%1\" holds no preset data that could be exported.").arg(isolatedName);
         QCOMPARE(desk.contentFiles.problem(), expected);
-        const QString text = AlertTexts::saveError(desk.desk).text;
+        const QString text = AlertTexts::saveError(desk.contentFiles.problem()).text;
         QVERIFY2(text.contains(expected), qPrintable(text));
         QVERIFY(!text.isRightToLeft());
     }

@@ -2,7 +2,8 @@
 
 #include "AlertParts.h"
 #include "CommandTargets.h"
-#include "ContentFiles.h"
+#include "ContentEditor.h"
+#include "Editors.h"
 #include "FileExistence.h"
 #include "FirmwareBadge.h"
 #include "LibraryEditor.h"
@@ -28,9 +29,9 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(AlertTexts)
 };
 
-bool isSaved(const Desk &desk)
+bool isSaved(const LibraryStorageManager &storage)
 {
-    return desk.storage.wasLastSaveWritten() && !desk.storage.hasUnsavedChanges();
+    return storage.wasLastSaveWritten() && !storage.hasUnsavedChanges();
 }
 
 QString savedLater()
@@ -48,19 +49,43 @@ bool isAboutFiles(const QStringList &problems, const QString &directory)
     });
 }
 
+Alert saveProblem(const QString &text)
+{
+    return notice(Texts::tr("Could not save one or more library files"), text);
+}
+
+/// The cause goes with another folder.
+Alert movable(const QString &text)
+{
+    Alert alert = saveProblem(text);
+    alert.acceptLabel = Texts::tr("&Move Library...");
+    alert.safeLabel = Texts::tr("&Not Now");
+    return alert;
+}
+
+/// Going on destroys something.
+Alert losing(const QString &title, const QString &text, const QString &acceptLabel)
+{
+    return {.title = title,
+        .text = text,
+        .acceptLabel = acceptLabel,
+        .safeLabel = Texts::tr("&Cancel"),
+        .isDestructive = true};
+}
+
 } // namespace
 
-Alert AlertTexts::openError(const Desk &desk)
+Alert AlertTexts::openError(const QString &problem)
 {
     return notice(Texts::tr("Could not import file"),
-        inParagraphs(shownProblem(desk.contentFiles.problem()),
+        inParagraphs(shownProblem(problem),
             Texts::tr("A preset file (.prst) exported by the editor of your Velgor is expected. The list was not "
                       "changed.")));
 }
 
-Alert AlertTexts::unreadableNames(const Desk &desk)
+Alert AlertTexts::unreadableNames(const VelgorContent &content)
 {
-    const UnreadableNames names(desk.content);
+    const UnreadableNames names(content);
     const QString affected = names.count() == 1
         ? Texts::tr("The name in slot %1 is not valid text and is shown as \"%2\".")
         : Texts::tr("The names in slots %1 are not valid text and are shown as \"%2\".");
@@ -79,16 +104,16 @@ Alert AlertTexts::unreadableNamesKept(const QStringList &places)
                 .arg(PatchName::unreadable())));
 }
 
-Alert AlertTexts::saveError(const Desk &desk)
+Alert AlertTexts::saveError(const QString &problem)
 {
     return notice(Texts::tr("Could not export file"),
-        inParagraphs(shownProblem(desk.contentFiles.problem()),
+        inParagraphs(shownProblem(problem),
             Texts::tr("A file that was there before is unchanged. Choose another place and export again.")));
 }
 
-Alert AlertTexts::selectDefault(const Desk &desk)
+Alert AlertTexts::selectDefault(const VelgorLibrary &library)
 {
-    const QString text = desk.library.count() == 0
+    const QString text = library.count() == 0
         ? Texts::tr("A new list is filled with the default patch. Keep a patch in the library, select it and press "
                     "\"Default\".")
         : Texts::tr("A new list is filled with the default patch. Select a patch in the library and press "
@@ -96,74 +121,66 @@ Alert AlertTexts::selectDefault(const Desk &desk)
     return notice(Texts::tr("You have to select a default patch in the library"), text);
 }
 
-Alert AlertTexts::mixVersions(const Desk &desk)
+Alert AlertTexts::mixVersions(const VelgorContent &content, const Editors &editors)
 {
     QStringList parts;
-    for (auto entry = desk.content.versions().begin(); entry != desk.content.versions().end(); ++entry) {
+    for (auto entry = content.versions().begin(); entry != content.versions().end(); ++entry) {
         parts.append(Texts::tr("%1: %2").arg(FirmwareBadge::shownVersion(entry.key()), QString::number(entry.value())));
     }
-    const ContentEditor::Placement &placement = desk.contentEditor.lastPlacement();
+    const ContentEditor::Placement &placement = editors.content.lastPlacement();
     QStringList sentences{Texts::tr("Slots by firmware: %1").arg(parts.join(QStringLiteral(", "))),
         StatusText::ofPlacement(placement),
-        StatusText::ofHidden(desk.libraryEditor.hiddenCount(placement.patches), placement.patches.size()),
+        StatusText::ofHidden(editors.library.hiddenCount(placement.patches), placement.patches.size()),
         Texts::tr("The badges of the slots show which ones differ.")};
     sentences.removeAll(QString());
     return notice(Texts::tr("You should not mix various versions of Velgor firmware in a preset file"),
         sentences.join(QStringLiteral(". ")));
 }
 
-Alert AlertTexts::readError(const Desk &desk)
+Alert AlertTexts::readError(const LibraryStorageManager &storage)
 {
     return checkable(Texts::tr("Could not access to library directory."),
-        inParagraphs(shownProblem(desk.storage.readProblem().value_or(Problem()).text()),
+        inParagraphs(shownProblem(storage.readProblem().value_or(Problem()).text()),
             Texts::tr("The window shows an empty library. The file stays as it is; before the first change is saved "
                       "it is kept under a dated name beside it.")));
 }
 
-Alert AlertTexts::writeError(const Desk &desk)
+Alert AlertTexts::writeError(const LibraryStorageManager &storage)
 {
-    if (isSaved(desk) && !LibraryPlace::isListable(desk.storage.libDirectory())) {
-        return {.title = Texts::tr("Could not save one or more library files"),
-            .text = inParagraphs(shownPath(desk.storage.libDirectory()),
-                Texts::tr(
-                    "The path of the library folder holds spaces or letters beyond A to Z. Patches are saved there, "
-                    "but the files of renamed and deleted patches stay behind. Move the library to a folder "
-                    "whose path does without.")),
-            .acceptLabel = Texts::tr("&Move Library..."),
-            .safeLabel = Texts::tr("&Not Now")};
+    if (isSaved(storage) && !LibraryPlace::isListable(storage.libDirectory())) {
+        return movable(inParagraphs(shownPath(storage.libDirectory()),
+            Texts::tr("The path of the library folder holds spaces or letters beyond A to Z. Patches are saved there, "
+                      "but the files of renamed and deleted patches stay behind. Move the library to a folder "
+                      "whose path does without.")));
     }
-    if (existence(desk.storage.libDirectory()) == FileExistence::file) {
-        return {.title = Texts::tr("Could not save one or more library files"),
-            .text = inParagraphs(firstLines(desk.storage.writeProblems()),
-                inParagraphs(Texts::tr("A file stands in the place of the library folder, so that nothing can be saved "
-                                       "there. Move that file away, or move the library to another folder."),
-                    isSaved(desk) ? QString() : savedLater())),
-            .acceptLabel = Texts::tr("&Move Library..."),
-            .safeLabel = Texts::tr("&Not Now")};
+    if (existence(storage.libDirectory()) == FileExistence::file) {
+        return movable(inParagraphs(firstLines(storage.writeProblems()),
+            inParagraphs(Texts::tr("A file stands in the place of the library folder, so that nothing can be saved "
+                                   "there. Move that file away, or move the library to another folder."),
+                isSaved(storage) ? QString() : savedLater())));
     }
-    if (isSaved(desk) && isAboutFiles(desk.storage.writeProblems(), desk.storage.libDirectory())) {
+    if (isSaved(storage) && isAboutFiles(storage.writeProblems(), storage.libDirectory())) {
         return checkable(Texts::tr("The library is saved, but not every file in its folder is in order"),
-            inParagraphs(firstLines(desk.storage.writeProblems()),
+            inParagraphs(firstLines(storage.writeProblems()),
                 Texts::tr("Every patch is saved. What is named here was left as it is. A file that does not belong to "
                           "the library can be moved to another folder.")));
     }
-    const QString advice = isSaved(desk)
+    const QString advice = isSaved(storage)
         ? Texts::tr("The patches of the library are saved. Only what is named here could not be done.")
         : savedLater();
-    return notice(Texts::tr("Could not save one or more library files"),
-        inParagraphs(firstLines(desk.storage.writeProblems()), advice));
+    return saveProblem(inParagraphs(firstLines(storage.writeProblems()), advice));
 }
 
-Alert AlertTexts::deleteConfirm(const Desk &desk)
+Alert AlertTexts::deleteConfirm(const VelgorLibrary &library, const LibraryEditor &editor)
 {
     Alert alert{.title = {},
         .text = {},
         .acceptLabel = Texts::tr("&Yes"),
         .safeLabel = Texts::tr("&No"),
         .isDestructive = true};
-    const QList<VelgorPatch> patches = CommandTargets::several(desk.library);
-    const qsizetype hidden = desk.libraryEditor.hiddenCount(patches);
-    if (CommandTargets::areTicked(desk.library)) {
+    const QList<VelgorPatch> patches = CommandTargets::several(library);
+    const qsizetype hidden = editor.hiddenCount(patches);
+    if (CommandTargets::areTicked(library)) {
         QStringList names;
         for (const VelgorPatch &patch : patches) {
             names.append(shownName(patch.name));
@@ -188,7 +205,7 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
         if (hidden > 0) {
             sentences.append(Texts::tr("The filter hides it."));
         }
-        const qsizetype uses = desk.libraryEditor.inContentPatch(patch.id()).size();
+        const qsizetype uses = editor.inContentPatch(patch.id()).size();
         if (uses == 1) {
             sentences.append(Texts::tr("The slot that uses it keeps its copy."));
         } else if (uses > 1) {
@@ -199,9 +216,9 @@ Alert AlertTexts::deleteConfirm(const Desk &desk)
     return alert;
 }
 
-Alert AlertTexts::confirmExport(const Desk &desk)
+Alert AlertTexts::confirmExport(const VelgorContent &content)
 {
-    const qsizetype slotCount = desk.content.velgorContentPatchList().size();
+    const qsizetype slotCount = content.velgorContentPatchList().size();
     return {.title = Texts::tr("I know that this file has not been created by a genuine Ostrel product and I assume "
                                "taking the risk of using it."),
         .text = slotCount == 1
@@ -217,12 +234,10 @@ Alert AlertTexts::confirmExport(const Desk &desk)
 
 Alert AlertTexts::replaceUnexported(const QString &path)
 {
-    return {.title = Texts::tr("The list has changes that were not exported"),
-        .text = path.isEmpty() ? Texts::tr("They are lost when a new list takes its place.")
-                               : Texts::tr("They are lost when %1 takes its place.").arg(shownFileName(path)),
-        .acceptLabel = path.isEmpty() ? Texts::tr("&New List") : Texts::tr("&Import"),
-        .safeLabel = Texts::tr("&Cancel"),
-        .isDestructive = true};
+    return losing(Texts::tr("The list has changes that were not exported"),
+        path.isEmpty() ? Texts::tr("They are lost when a new list takes its place.")
+                       : Texts::tr("They are lost when %1 takes its place.").arg(shownFileName(path)),
+        path.isEmpty() ? Texts::tr("&New List") : Texts::tr("&Import"));
 }
 
 Alert AlertTexts::severalFiles(const QStringList &paths, bool isListModified)
@@ -254,24 +269,19 @@ Alert AlertTexts::filesNotKept(const QStringList &problems, qsizetype count)
     return notice(Texts::tr("Could not import file"), inParagraphs(firstLines(problems), rest));
 }
 
-Alert AlertTexts::closeUnexported(const Desk &desk)
+Alert AlertTexts::closeUnexported()
 {
-    Q_UNUSED(desk)
-    return {.title = Texts::tr("The list has changes that were not exported"),
-        .text = Texts::tr("They are lost when the window closes. Patches of the library are not affected."),
-        .acceptLabel = Texts::tr("Close without &Exporting"),
-        .safeLabel = Texts::tr("&Cancel"),
-        .isDestructive = true};
+    return losing(Texts::tr("The list has changes that were not exported"),
+        Texts::tr("They are lost when the window closes. Patches of the library are not affected."),
+        Texts::tr("Close without &Exporting"));
 }
 
-Alert AlertTexts::closeUnsaved(const Desk &desk)
+Alert AlertTexts::closeUnsaved(const LibraryStorageManager &storage)
 {
-    return {.title = Texts::tr("Could not save one or more library files"),
-        .text = inParagraphs(firstLines(desk.storage.writeProblems()),
+    return losing(Texts::tr("Could not save one or more library files"),
+        inParagraphs(firstLines(storage.writeProblems()),
             Texts::tr("Changes of the library are lost when the window closes now.")),
-        .acceptLabel = Texts::tr("Close without &Saving"),
-        .safeLabel = Texts::tr("&Cancel"),
-        .isDestructive = true};
+        Texts::tr("Close without &Saving"));
 }
 
 Alert AlertTexts::directoryInUse(const QString &reason)
@@ -297,25 +307,25 @@ Alert AlertTexts::cannotMoveLibrary(const QString &problem)
         inParagraphs(firstLines(problem.split(u'\n')), Texts::tr("The library is where it was.")));
 }
 
-Alert AlertTexts::keptFiles(const Desk &desk)
+Alert AlertTexts::keptFiles(const LibraryStorageManager &storage)
 {
-    const QString reason = desk.storage.wasChangedByOthers()
+    const QString reason = storage.wasChangedByOthers()
         ? Texts::tr("Another program changed the library file after it was loaded here. What it wrote is kept; the "
                     "library file now holds what this window shows.")
         : Texts::tr("They hold what could not be loaded or is not understood, or what stood in the place of a patch's "
                     "file. Of former library files the last twenty stay, and each for thirty days.");
-    return checkable(Texts::tr("The former files of the library are kept"),
-        inParagraphs(firstLines(desk.storage.keptFiles()), reason));
+    return checkable(
+        Texts::tr("The former files of the library are kept"), inParagraphs(firstLines(storage.keptFiles()), reason));
 }
 
-Alert AlertTexts::incompleteLibrary(const Desk &desk)
+Alert AlertTexts::incompleteLibrary(const LibraryStorageManager &storage)
 {
-    const bool areAllUnread = desk.storage.unreadPatches() == desk.storage.droppedPatches().size();
+    const bool areAllUnread = storage.unreadPatches() == storage.droppedPatches().size();
     const QString advice = areAllUnread
         ? Texts::tr("They stay in the library file with everything that was said about them, and are back once their "
                     "files can be read.")
         : Texts::tr("The library file that names them is kept under a dated name in the library folder before the "
                     "first change is saved.");
     return checkable(Texts::tr("Some patches of the library could not be loaded"),
-        inParagraphs(firstLines(desk.storage.droppedProblems()), advice));
+        inParagraphs(firstLines(storage.droppedProblems()), advice));
 }

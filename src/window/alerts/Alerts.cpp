@@ -3,11 +3,11 @@
 #include "AlertTexts.h"
 #include "ContentEditor.h"
 #include "ContentFiles.h"
+#include "Editors.h"
 #include "FileExistence.h"
 #include "LibraryEditor.h"
 #include "LibraryPlace.h"
 #include "LibraryStorageManager.h"
-#include "MessageBox.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
@@ -15,105 +15,80 @@
 #include <QShortcut>
 #include <QTimer>
 
-struct Alerts::Entry {
-    bool (*isRaised)(const Alerts &alerts);
-    void (*follow)(Alerts &alerts); ///< listens to what tells that the flag was changed; nullptr: nothing does
-    Alert (*alert)(const Desk &desk); ///< title and text
-    void (*clear)(Alerts &alerts);
-    void (*accept)(Alerts &alerts) = nullptr; ///< what the answer leads to, besides clearing the flag
-};
+Alerts::Alerts(const VelgorLibrary &library, const VelgorContent &content, LibraryStorageManager &storage,
+    const Editors &editors, QWidget &window)
+    : QObject(&window)
+    , m_window(window)
+{
+    addContentRows(library, content, editors);
+    addStorageRows(storage);
+    add(library, &VelgorLibrary::deleteConfirmChanged,
+        {.isRaised = [&library] { return library.deleteConfirm(); },
+            .alert = [&library, &editor = editors.library] { return AlertTexts::deleteConfirm(library, editor); },
+            .clear = [&editor = editors.library] { editor.setDeleteConfirm(false); },
+            .accept = [&editor = editors.library] { editor.deleteAndGoOn(); }});
+    // Nothing but confirmExport() raises it.
+    m_rows.append({.isRaised = [this] { return m_isExportToConfirm; },
+        .alert = [&content] { return AlertTexts::confirmExport(content); },
+        .clear = [this] { m_isExportToConfirm = false; },
+        .accept = [&files = editors.files] { files.exportList(); }});
+    QTimer::singleShot(0, this, &Alerts::showNext);
+}
 
 template <typename Object, typename Signal>
-void Alerts::follow(const Object &object, Signal signal)
+void Alerts::add(const Object &object, Signal signal, const Row &row)
 {
     // A message waits for what raised its flag to end, as that may be a drop or the closing of another message.
     connect(&object, signal, this, &Alerts::showNext, Qt::QueuedConnection);
+    m_rows.append(row);
 }
 
-const QList<Alerts::Entry> &Alerts::table()
+void Alerts::addContentRows(const VelgorLibrary &library, const VelgorContent &content, const Editors &editors)
 {
-    static const QList<Entry> entries{
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.openError(); },
-            .follow = [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::openErrorChanged); },
-            .alert = AlertTexts::openError,
-            .clear = [](Alerts &alerts) { alerts.m_desk.contentFiles.endOpenError(); }},
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.unreadableNames(); },
-            .follow =
-                [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::unreadableNamesChanged); },
-            .alert = AlertTexts::unreadableNames,
-            .clear = [](Alerts &alerts) { alerts.m_desk.contentFiles.endUnreadableNames(); }},
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.saveError(); },
-            .follow = [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::saveErrorChanged); },
-            .alert = AlertTexts::saveError,
-            .clear = [](Alerts &alerts) { alerts.m_desk.contentFiles.endSaveError(); }},
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.selectDefault(); },
-            .follow =
-                [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::selectDefaultChanged); },
-            .alert = AlertTexts::selectDefault,
-            .clear = [](Alerts &alerts) { alerts.m_desk.contentEditor.endSelectDefault(); }},
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.content.mixVersions(); },
-            .follow = [](Alerts &alerts) { alerts.follow(alerts.m_desk.content, &VelgorContent::mixVersionsChanged); },
-            .alert = AlertTexts::mixVersions,
-            .clear = [](Alerts &alerts) { alerts.m_desk.contentEditor.endMixVersions(); }},
-        // While a library is loaded, its directory may have more to say.
-        {.isRaised =
-                [](const Alerts &alerts) {
-                    return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.readError();
-                },
-            .follow =
-                [](Alerts &alerts) {
-                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::readErrorChanged);
-                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::loadFinished);
-                },
-            .alert = AlertTexts::readError,
-            .clear = [](Alerts &alerts) { alerts.m_desk.storage.setReadError(false); },
-            .accept = [](Alerts &alerts) { Q_EMIT alerts.libraryCheckWanted(); }},
-        {.isRaised =
-                [](const Alerts &alerts) {
-                    return !alerts.m_desk.storage.isLoading() && alerts.m_desk.storage.writeError();
-                },
-            .follow =
-                [](Alerts &alerts) {
-                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::writeErrorChanged);
-                    alerts.follow(alerts.m_desk.storage, &LibraryStorageManager::loadFinished);
-                },
-            .alert = AlertTexts::writeError,
-            .clear = [](Alerts &alerts) { alerts.m_desk.storage.setWriteError(false); },
+    add(content, &VelgorContent::openErrorChanged,
+        {.isRaised = [&content] { return content.openError(); },
+            .alert = [&files = editors.files] { return AlertTexts::openError(files.problem()); },
+            .clear = [&files = editors.files] { files.endOpenError(); }});
+    add(content, &VelgorContent::unreadableNamesChanged,
+        {.isRaised = [&content] { return content.unreadableNames(); },
+            .alert = [&content] { return AlertTexts::unreadableNames(content); },
+            .clear = [&files = editors.files] { files.endUnreadableNames(); }});
+    add(content, &VelgorContent::saveErrorChanged,
+        {.isRaised = [&content] { return content.saveError(); },
+            .alert = [&files = editors.files] { return AlertTexts::saveError(files.problem()); },
+            .clear = [&files = editors.files] { files.endSaveError(); }});
+    add(content, &VelgorContent::selectDefaultChanged,
+        {.isRaised = [&content] { return content.selectDefault(); },
+            .alert = [&library] { return AlertTexts::selectDefault(library); },
+            .clear = [&editor = editors.content] { editor.endSelectDefault(); }});
+    add(content, &VelgorContent::mixVersionsChanged,
+        {.isRaised = [&content] { return content.mixVersions(); },
+            .alert = [&content, editors] { return AlertTexts::mixVersions(content, editors); },
+            .clear = [&editor = editors.content] { editor.endMixVersions(); }});
+}
+
+void Alerts::addStorageRows(LibraryStorageManager &storage)
+{
+    // While a library is loaded, its directory may have more to say.
+    connect(&storage, &LibraryStorageManager::loadFinished, this, &Alerts::showNext, Qt::QueuedConnection);
+    add(storage, &LibraryStorageManager::readErrorChanged,
+        {.isRaised = [&storage] { return !storage.isLoading() && storage.readError(); },
+            .alert = [&storage] { return AlertTexts::readError(storage); },
+            .clear = [&storage] { storage.setReadError(false); },
+            .accept = [this] { Q_EMIT libraryCheckWanted(); }});
+    add(storage, &LibraryStorageManager::writeErrorChanged,
+        {.isRaised = [&storage] { return !storage.isLoading() && storage.writeError(); },
+            .alert = [&storage] { return AlertTexts::writeError(storage); },
+            .clear = [&storage] { storage.setWriteError(false); },
             .accept =
-                [](Alerts &alerts) {
-                    const QString directory = alerts.m_desk.storage.libDirectory();
+                [this, &storage] {
+                    const QString directory = storage.libDirectory();
                     if (LibraryPlace::isListable(directory) && existence(directory) != FileExistence::file) {
-                        Q_EMIT alerts.libraryCheckWanted();
-                    } else if (alerts.m_desk.moveLibrary) {
-                        alerts.m_desk.moveLibrary();
+                        Q_EMIT libraryCheckWanted();
+                    } else {
+                        Q_EMIT libraryMoveWanted();
                     }
-                }},
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_desk.library.deleteConfirm(); },
-            .follow =
-                [](Alerts &alerts) { alerts.follow(alerts.m_desk.library, &VelgorLibrary::deleteConfirmChanged); },
-            .alert = AlertTexts::deleteConfirm,
-            .clear = [](Alerts &alerts) { alerts.m_desk.libraryEditor.setDeleteConfirm(false); },
-            .accept = [](Alerts &alerts) { alerts.m_desk.libraryEditor.deleteAndGoOn(); }},
-        {.isRaised = [](const Alerts &alerts) { return alerts.m_isExportToConfirm; },
-            .follow = nullptr,
-            .alert = AlertTexts::confirmExport,
-            .clear = [](Alerts &alerts) { alerts.m_isExportToConfirm = false; },
-            .accept = [](Alerts &alerts) { alerts.m_desk.contentFiles.exportList(); }},
-    };
-    return entries;
-}
-
-Alerts::Alerts(Desk &desk, QWidget &window)
-    : QObject(&window)
-    , m_desk(desk)
-    , m_window(window)
-{
-    for (const Entry &entry : table()) {
-        if (entry.follow) {
-            entry.follow(*this);
-        }
-    }
-    QTimer::singleShot(0, this, &Alerts::showNext);
+                }});
 }
 
 void Alerts::confirmExport()
@@ -122,7 +97,7 @@ void Alerts::confirmExport()
     showNext();
 }
 
-void Alerts::show(const Alert &alert, const Answered &answered)
+void Alerts::show(const Alert &alert, const Alert::Answered &answered)
 {
     m_waiting.append({alert, answered});
     showNext();
@@ -140,10 +115,10 @@ void Alerts::showAboutLibrary(const Alert &alert, const std::function<void()> &d
     });
 }
 
-void Alerts::open(const Alert &alert, const Answered &answered)
+void Alerts::open(const Alert &alert, const Alert::Answered &answered)
 {
     const bool hasDialog = m_frontDialog && m_frontDialog->isVisible();
-    m_box = MessageBox::show(hasDialog ? m_frontDialog.data() : &m_window, alert, [this, answered](bool isAccepted) {
+    m_box = alert.show(hasDialog ? m_frontDialog.data() : &m_window, [this, answered](bool isAccepted) {
         m_box.clear();
         answered(isAccepted);
         QTimer::singleShot(0, this, &Alerts::showNext);
@@ -163,13 +138,13 @@ void Alerts::showNext()
     if (m_box || !m_window.isVisible()) {
         return;
     }
-    for (const Entry &entry : table()) {
-        if (entry.isRaised(*this)) {
-            open(entry.alert(m_desk), [this, &entry](bool isAccepted) {
-                entry.clear(*this);
-                if (isAccepted && entry.accept) {
+    for (const Row &row : std::as_const(m_rows)) {
+        if (row.isRaised()) {
+            open(row.alert(), [this, row](bool isAccepted) {
+                row.clear();
+                if (isAccepted && row.accept) {
                     // The message is still closing; a file dialog of the answer would stand over it.
-                    QTimer::singleShot(0, this, [this, &entry] { entry.accept(*this); });
+                    QTimer::singleShot(0, this, row.accept);
                 }
             });
             return;

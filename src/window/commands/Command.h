@@ -1,14 +1,10 @@
 #pragma once
 
-#include "Desk.h"
-
 #include <QKeySequence>
 #include <QList>
 #include <QString>
 
 #include <functional>
-
-class WindowTasks;
 
 enum class CommandId {
     NewVelgorFile,
@@ -58,6 +54,13 @@ enum class CommandMenu { None, File, RecentFiles, TailBit, Edit, Classify, View,
 /// Where a command's shortcut counts.
 enum class CommandScope { Window, ContentList, LibraryList, BothLists };
 
+/// What a button for a command shows.
+struct CommandFace {
+    QString label;
+    QString symbol;
+    QString toolTip = {}; ///< empty for none
+};
+
 /// One thing that the user can ask for, in menus, on buttons and by shortcut.
 struct Command {
     CommandId id = CommandId::NewVelgorFile;
@@ -71,15 +74,12 @@ struct Command {
     /// A further key that counts in the library list alone; empty for none.
     QKeySequence libraryListKey = {};
     /// As a menu shows it; translated.
-    std::function<QString(const Desk &desk)> label = nullptr;
-    /// As a button shows it; nullptr for what has no button.
-    QString (*buttonLabel)(const Desk &desk) = nullptr;
-    QString (*symbol)(const Desk &desk) = nullptr;
-    /// What a button's tool tip says; nullptr for nothing.
-    QString (*toolTip)(const Desk &desk) = nullptr;
+    std::function<QString()> label = nullptr;
+    /// nullptr for what has no button.
+    std::function<CommandFace()> button = nullptr;
     /// nullptr: always.
-    bool (*isEnabled)(const Desk &desk, const WindowTasks &window) = nullptr;
+    std::function<bool()> isEnabled = nullptr;
     /// nullptr: the command cannot be checked.
-    std::function<bool(const Desk &desk)> isChecked = nullptr;
-    std::function<void(Desk &desk, WindowTasks &window)> run = nullptr;
+    std::function<bool()> isChecked = nullptr;
+    std::function<void()> run = nullptr;
 };

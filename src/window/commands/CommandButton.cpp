@@ -54,15 +54,14 @@ QSize CommandButton::minimumSizeHint() const
 
 void CommandButton::refresh()
 {
-    const Command &command = m_commands.command(m_id);
+    const CommandFace face = m_commands.command(m_id).button();
     const QAction &action = *m_commands.action(m_id);
-    const Desk &desk = m_commands.desk();
-    setText(command.buttonLabel(desk));
-    const QString symbol = command.symbol(desk) + (action.isChecked() ? QStringLiteral("+") : QString());
+    setText(face.label);
+    const QString symbol = face.symbol + (action.isChecked() ? QStringLiteral("+") : QString());
     if (symbol != m_symbol) {
         m_symbol = symbol;
         const QPalette::ColorRole colour = action.isChecked() ? QPalette::Link : QPalette::ButtonText;
-        setIcon(m_isSymbolShown ? symbolIcon(command.symbol(desk), colour) : QIcon());
+        setIcon(m_isSymbolShown ? symbolIcon(face.symbol, colour) : QIcon());
     }
     if (!action.isEnabled() && m_heir && window()->focusWidget() == this) {
         // The next in the order of the Tab key may be a field, and keys meant for a list would change what is in it.
@@ -78,7 +77,7 @@ void CommandButton::refresh()
             Qt::QueuedConnection);
     }
     setEnabled(action.isEnabled());
-    setToolTip(command.toolTip ? command.toolTip(desk) : QString());
+    setToolTip(face.toolTip);
     if (isCheckable()) {
         setChecked(action.isChecked());
     }

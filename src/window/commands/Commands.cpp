@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "CommandTable.h"
+#include "Editors.h"
 #include "LibraryManagerPreferences.h"
 #include "OneRefresh.h"
 #include "VelgorContent.h"
@@ -12,13 +13,25 @@
 
 #include <algorithm>
 
-Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
+Commands::Commands(const VelgorLibrary &library, const VelgorContent &content, LibraryStorageManager &storage,
+    LibraryManagerPreferences &preferences, const Editors &editors, const WindowTasks &window, QObject *parent)
     : QObject(parent)
-    , m_desk(desk)
-    , m_window(window)
+    , m_table(fileCommands(content, editors.content, editors.files, window)
+          + editCommands(library, editors.library, editors.content, window)
+          + viewCommands(library, editors.library, preferences, window)
+          + libraryCommands(library, editors.library, editors.files, storage, window) + helpCommands(window))
     , m_refresh(new OneRefresh([this] { refreshActions(); }, this))
 {
-    for (const Command &command : commandTable()) {
+    addActions();
+    follow(library, content);
+    connect(&preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);
+    connect(m_refresh, &OneRefresh::done, this, &Commands::refreshed);
+    refresh();
+}
+
+void Commands::addActions()
+{
+    for (const Command &command : m_table) {
         auto *action = new QAction(this);
         action->setShortcuts(command.shortcuts);
         action->setCheckable(command.isChecked != nullptr);
@@ -31,19 +44,15 @@ Commands::Commands(Desk &desk, WindowTasks &window, QObject *parent)
             action->setMenuRole(QAction::NoRole);
         }
         connect(action, &QAction::triggered, this, [this, run = command.run] {
-            run(m_desk, m_window);
+            run();
             refresh();
         });
         m_actions.insert(command.id, action);
     }
-    connect(m_refresh, &OneRefresh::done, this, &Commands::refreshed);
-    followDesk();
-    refresh();
 }
 
-void Commands::followDesk()
+void Commands::follow(const VelgorLibrary &library, const VelgorContent &content)
 {
-    const VelgorLibrary &library = m_desk.library;
     for (const auto signal :
         {&VelgorLibrary::selectionChanged, &VelgorLibrary::isMultiSelChanged, &VelgorLibrary::multiSelectionsChanged,
             &VelgorLibrary::inverseSortChanged, &VelgorLibrary::defaultPatchChanged}) {
@@ -55,7 +64,6 @@ void Commands::followDesk()
     }
     connect(&library, &VelgorLibrary::wasReset, this, &Commands::refresh);
     connect(&library, &VelgorLibrary::reordered, this, &Commands::refresh);
-    const VelgorContent &content = m_desk.content;
     for (const auto signal : {&VelgorContent::selectionsChanged, &VelgorContent::inverseTailBitChanged}) {
         connect(&content, signal, this, &Commands::refresh);
     }
@@ -64,23 +72,16 @@ void Commands::followDesk()
         connect(&content, signal, this, &Commands::refresh);
     }
     connect(&content, &VelgorContent::wasReset, this, &Commands::refresh);
-    connect(&m_desk.preferences, &LibraryManagerPreferences::colorSchemeChanged, this, &Commands::refresh);
-}
-
-QAction *Commands::action(CommandId id) const
-{
-    return m_actions.value(id);
 }
 
 const Command &Commands::command(CommandId id) const
 {
-    const QList<Command> &table = commandTable();
-    return *std::find_if(table.begin(), table.end(), [id](const Command &command) { return command.id == id; });
+    return *std::find_if(m_table.begin(), m_table.end(), [id](const Command &command) { return command.id == id; });
 }
 
 void Commands::addShortcuts(QWidget &window, QWidget &contentList, QWidget &libraryList)
 {
-    for (const Command &command : commandTable()) {
+    for (const Command &command : m_table) {
         QAction *const action = m_actions.value(command.id);
         if (!command.libraryListKey.isEmpty()) {
             // Of an action's own shortcuts all count in the same place.
@@ -115,13 +116,13 @@ void Commands::refresh()
 
 void Commands::refreshActions()
 {
-    for (const Command &command : commandTable()) {
+    for (const Command &command : m_table) {
         QAction *const action = m_actions.value(command.id);
         const bool isBlocked = !m_isLibraryUsable && command.needsLibrary;
-        action->setText(command.label(m_desk));
-        action->setEnabled(!isBlocked && (!command.isEnabled || command.isEnabled(m_desk, m_window)));
+        action->setText(command.label());
+        action->setEnabled(!isBlocked && (!command.isEnabled || command.isEnabled()));
         if (command.isChecked) {
-            action->setChecked(command.isChecked(m_desk));
+            action->setChecked(command.isChecked());
         }
     }
 }

@@ -3,159 +3,155 @@
 #include "ContentEditor.h"
 #include "LibraryEditor.h"
 #include "VelgorLibrary.h"
-#include "WindowTasks.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
 namespace {
 
-struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(EditCommands)
-};
+CommandFace selectFace(const VelgorLibrary &library)
+{
+    const bool isTicking = library.isMultiSel();
+    const QString toolTip = isTicking ? CommandTexts::tr("Stop ticking") : CommandTexts::tr("Tick several patches");
+    return {CommandTexts::tr("Select (%1)").arg(isTicking ? library.tickedCount() : 0),
+        isTicking ? QStringLiteral("circle.badge.checkmark") : QStringLiteral("circle"),
+        library.count() == 0 ? CommandTexts::tr("Keep a patch in the library first") : toolTip};
+}
 
-Command markCommand(const PatchField &field, PatchFields::Rows rows)
+QList<Command> slotCommands(const VelgorLibrary &library, LibraryEditor &libraryEditor, ContentEditor &editor,
+    const std::function<void()> &showInLibrary)
+{
+    return {
+        {.id = CommandId::PutIntoSlot,
+            .menu = CommandMenu::Edit,
+            .scope = CommandScope::BothLists,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
+            .label = [] { return CommandTexts::tr("&Put Library Patch into Slot"); },
+            .isEnabled = [&editor] { return editor.canPut(); },
+            .run = [&editor] { editor.putIntoSelectedSlot(); }},
+        {.id = CommandId::ReplaceSlots,
+            .menu = CommandMenu::Edit,
+            .scope = CommandScope::BothLists,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_Return), QKeySequence(Qt::SHIFT | Qt::Key_Enter)},
+            .label = [] { return CommandTexts::tr("&Replace Every Selected Slot with Library Patch"); },
+            .isEnabled = [&editor] { return editor.canReplace(); },
+            .run = [&editor] { editor.replaceSelectedSlots(); }},
+        {.id = CommandId::KeepInLibrary,
+            .menu = CommandMenu::Edit,
+            .scope = CommandScope::BothLists,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_K)},
+            .label = [] { return CommandTexts::tr("&Keep Selected Slots in Library"); },
+            .isEnabled = [&libraryEditor] { return libraryEditor.canKeepSelectedSlots(); },
+            .run = [&libraryEditor] { libraryEditor.keepSelectedSlots(); }},
+        {.id = CommandId::ShowInLibrary,
+            .menu = CommandMenu::Edit,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_L)},
+            .label = [] { return CommandTexts::tr("Sho&w in Library"); },
+            .isEnabled = [&library,
+                             &libraryEditor] { return library.count() > 0 && libraryEditor.canKeepSelectedSlots(); },
+            .run = showInLibrary},
+        {.id = CommandId::MoveSlotUp,
+            .menu = CommandMenu::Edit,
+            .isFirstOfGroup = true,
+            .scope = CommandScope::ContentList,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
+            .label = [] { return CommandTexts::tr("Move Selected Slots &Up"); },
+            .isEnabled = [&editor] { return editor.canMoveSelected(-1); },
+            .run = [&editor] { editor.moveSelectedSlots(-1); }},
+        {.id = CommandId::MoveSlotDown,
+            .menu = CommandMenu::Edit,
+            .scope = CommandScope::ContentList,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
+            .label = [] { return CommandTexts::tr("Move Selected Slots &Down"); },
+            .isEnabled = [&editor] { return editor.canMoveSelected(1); },
+            .run = [&editor] { editor.moveSelectedSlots(1); }},
+    };
+}
+
+QList<Command> rowCommands(const VelgorLibrary &library, LibraryEditor &editor, const WindowTasks &window)
+{
+    return {
+        {.id = CommandId::MovePatchUp,
+            .menu = CommandMenu::Edit,
+            .scope = CommandScope::LibraryList,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
+            .label = [] { return CommandTexts::tr("Move Library Patch Up"); },
+            .isEnabled = [canMove = window.canMoveLibraryPatch] { return canMove(-1); },
+            .run = [move = window.moveLibraryPatch] { move(-1); }},
+        {.id = CommandId::MovePatchDown,
+            .menu = CommandMenu::Edit,
+            .scope = CommandScope::LibraryList,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
+            .label = [] { return CommandTexts::tr("Move Library Patch Down"); },
+            .isEnabled = [canMove = window.canMoveLibraryPatch] { return canMove(1); },
+            .run = [move = window.moveLibraryPatch] { move(1); }},
+        {.id = CommandId::Select,
+            .menu = CommandMenu::Edit,
+            .isFirstOfGroup = true,
+            .needsLibrary = true,
+            .label = [] { return CommandTexts::tr("Tick &Several Library Patches"); },
+            .button = [&library] { return selectFace(library); },
+            .isEnabled = [&library] { return library.count() > 0; },
+            .isChecked = [&library] { return library.isMultiSel(); },
+            .run = [&editor] { editor.flipMultiSelection(); }},
+        {.id = CommandId::Tick,
+            .menu = CommandMenu::Edit,
+            .needsLibrary = true,
+            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_T)},
+            .label = [] { return CommandTexts::tr("&Tick Library Patch"); },
+            .isEnabled = window.canFlipTick,
+            .run = window.flipTick},
+    };
+}
+
+Command markCommand(
+    const PatchField &field, const VelgorLibrary &library, LibraryEditor &editor, PatchFields::Rows rows)
 {
     return {.id = markId(field.flag, rows),
         .menu = CommandMenu::Classify,
         .isFirstOfGroup = &field == PatchFlags::style(rows).constFirst(),
         .needsLibrary = true,
         .shortcuts = {QKeySequence(QString::fromLatin1(field.shortcut))},
-        .label = [text = field.command](const Desk &) { return Texts::tr(text); },
-        .isEnabled = [](const Desk &desk, const WindowTasks &) { return CommandTargets::count(desk.library) > 0; },
-        .isChecked = [flag = field.flag](const Desk &desk) { return CommandTargets::allHave(desk.library, flag); },
-        .run = [flag = field.flag](Desk &desk, WindowTasks &) { desk.libraryEditor.flipFlagOfSelected(flag); }};
+        .label = [text = field.command] { return QCoreApplication::translate("EditCommands", text); },
+        .isEnabled = [&library] { return CommandTargets::count(library) > 0; },
+        .isChecked = [&library, flag = field.flag] { return CommandTargets::allHave(library, flag); },
+        .run = [&editor, flag = field.flag] { editor.flipFlagOfSelected(flag); }};
 }
 
 } // namespace
 
-QList<Command> editCommands()
+QList<Command> editCommands(
+    const VelgorLibrary &library, LibraryEditor &libraryEditor, ContentEditor &contentEditor, const WindowTasks &window)
 {
-    const QList<Command> beforeMarks{
-        {.id = CommandId::PutIntoSlot,
-            .menu = CommandMenu::Edit,
-            .scope = CommandScope::BothLists,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)},
-            .label = [](const Desk &) { return Texts::tr("&Put Library Patch into Slot"); },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canPut(); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.putIntoSelectedSlot(); }},
-        {.id = CommandId::ReplaceSlots,
-            .menu = CommandMenu::Edit,
-            .scope = CommandScope::BothLists,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_Return), QKeySequence(Qt::SHIFT | Qt::Key_Enter)},
-            .label = [](const Desk &) { return Texts::tr("&Replace Every Selected Slot with Library Patch"); },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canReplace(); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.replaceSelectedSlots(); }},
-        {.id = CommandId::KeepInLibrary,
-            .menu = CommandMenu::Edit,
-            .scope = CommandScope::BothLists,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_K)},
-            .label = [](const Desk &) { return Texts::tr("&Keep Selected Slots in Library"); },
-            .isEnabled = [](const Desk &desk,
-                             const WindowTasks &) { return desk.libraryEditor.canKeepSelectedSlots(); },
-            .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.keepSelectedSlots(); }},
-        {.id = CommandId::ShowInLibrary,
-            .menu = CommandMenu::Edit,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_L)},
-            .label = [](const Desk &) { return Texts::tr("Sho&w in Library"); },
-            .isEnabled =
-                [](const Desk &desk, const WindowTasks &) {
-                    return desk.library.count() > 0 && desk.libraryEditor.canKeepSelectedSlots();
-                },
-            .run = [](Desk &, WindowTasks &window) { window.showInLibrary(); }},
-        {.id = CommandId::MoveSlotUp,
-            .menu = CommandMenu::Edit,
-            .isFirstOfGroup = true,
-            .scope = CommandScope::ContentList,
-            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
-            .label = [](const Desk &) { return Texts::tr("Move Selected Slots &Up"); },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canMoveSelected(-1); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.moveSelectedSlots(-1); }},
-        {.id = CommandId::MoveSlotDown,
-            .menu = CommandMenu::Edit,
-            .scope = CommandScope::ContentList,
-            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
-            .label = [](const Desk &) { return Texts::tr("Move Selected Slots &Down"); },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.contentEditor.canMoveSelected(1); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.moveSelectedSlots(1); }},
-        {.id = CommandId::MovePatchUp,
-            .menu = CommandMenu::Edit,
-            .scope = CommandScope::LibraryList,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Up)},
-            .label = [](const Desk &) { return Texts::tr("Move Library Patch Up"); },
-            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canMoveLibraryPatch(-1); },
-            .run = [](Desk &, WindowTasks &window) { window.moveLibraryPatch(-1); }},
-        {.id = CommandId::MovePatchDown,
-            .menu = CommandMenu::Edit,
-            .scope = CommandScope::LibraryList,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::ALT | Qt::Key_Down)},
-            .label = [](const Desk &) { return Texts::tr("Move Library Patch Down"); },
-            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canMoveLibraryPatch(1); },
-            .run = [](Desk &, WindowTasks &window) { window.moveLibraryPatch(1); }},
-        {.id = CommandId::Select,
-            .menu = CommandMenu::Edit,
-            .isFirstOfGroup = true,
-            .needsLibrary = true,
-            .label = [](const Desk &) { return Texts::tr("Tick &Several Library Patches"); },
-            .buttonLabel =
-                [](const Desk &desk) {
-                    const qsizetype ticked = desk.library.isMultiSel() ? desk.library.tickedCount() : 0;
-                    return Texts::tr("Select (%1)").arg(ticked);
-                },
-            .symbol =
-                [](const Desk &desk) {
-                    return desk.library.isMultiSel() ? QStringLiteral("circle.badge.checkmark")
-                                                     : QStringLiteral("circle");
-                },
-            .toolTip =
-                [](const Desk &desk) {
-                    if (desk.library.count() == 0) {
-                        return Texts::tr("Keep a patch in the library first");
-                    }
-                    return desk.library.isMultiSel() ? Texts::tr("Stop ticking") : Texts::tr("Tick several patches");
-                },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() > 0; },
-            .isChecked = [](const Desk &desk) { return desk.library.isMultiSel(); },
-            .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.flipMultiSelection(); }},
-        {.id = CommandId::Tick,
-            .menu = CommandMenu::Edit,
-            .needsLibrary = true,
-            .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_T)},
-            .label = [](const Desk &) { return Texts::tr("&Tick Library Patch"); },
-            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.canFlipTick(); },
-            .run = [](Desk &, WindowTasks &window) { window.flipTick(); }},
-    };
     const QList<Command> behindMarks{
         {.id = CommandId::Rename,
             .menu = CommandMenu::Edit,
             .needsLibrary = true,
             .shortcuts = {QKeySequence(Qt::Key_F2)},
-            .label = [](const Desk &) { return Texts::tr("Re&name Library Patch"); },
-            .isEnabled = [](const Desk &desk,
-                             const WindowTasks &) { return CommandTargets::one(desk.library) != nullptr; },
-            .run = [](Desk &, WindowTasks &window) { window.focusName(); }},
+            .label = [] { return CommandTexts::tr("Re&name Library Patch"); },
+            .isEnabled = [&library] { return CommandTargets::one(library) != nullptr; },
+            .run = window.focusName},
         {.id = CommandId::FocusFilter,
             .menu = CommandMenu::Edit,
             .isFirstOfGroup = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_L)},
-            .label = [](const Desk &) { return Texts::tr("Go to &Filter"); },
-            .run = [](Desk &, WindowTasks &window) { window.focusFilter(); }},
+            .label = [] { return CommandTexts::tr("Go to &Filter"); },
+            .run = window.focusFilter},
     };
-    return beforeMarks + markCommands() + behindMarks;
+    return slotCommands(library, libraryEditor, contentEditor, window.showInLibrary)
+        + rowCommands(library, libraryEditor, window) + markCommands(library, libraryEditor) + behindMarks;
 }
 
-QList<Command> markCommands(PatchFields::Rows rows)
+QList<Command> markCommands(const VelgorLibrary &library, LibraryEditor &editor, PatchFields::Rows rows)
 {
     QList<Command> commands;
     for (const PatchField *field : PatchFlags::marks(rows)) {
-        commands.append(markCommand(*field, rows));
+        commands.append(markCommand(*field, library, editor, rows));
     }
     return commands;
 }

@@ -2,82 +2,70 @@
 #include "ContentEditor.h"
 #include "ContentFiles.h"
 #include "VelgorContent.h"
-#include "WindowTasks.h"
 
-#include <QCoreApplication>
-
-namespace {
-
-struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(FileCommands)
-};
-
-bool hasSlots(const Desk &desk, const WindowTasks &)
+QList<Command> fileCommands(
+    const VelgorContent &content, ContentEditor &editor, ContentFiles &files, const WindowTasks &window)
 {
-    return !desk.content.velgorContentPatchList().isEmpty();
-}
-
-} // namespace
-
-QList<Command> fileCommands()
-{
+    const auto hasSlots = [&content] { return !content.velgorContentPatchList().isEmpty(); };
     return {
         {.id = CommandId::NewVelgorFile,
             .menu = CommandMenu::File,
             .needsLibrary = true,
-            .label = [](const Desk &) { return Texts::tr("&New Velgor file"); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.reset(); }},
+            .label = [] { return CommandTexts::tr("&New Velgor file"); },
+            .run = [&editor] { editor.reset(); }},
         {.id = CommandId::Import,
             .menu = CommandMenu::File,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_O)},
-            .label = [](const Desk &) { return Texts::tr("&Import..."); },
-            .buttonLabel = [](const Desk &) { return Texts::tr("Import"); },
-            .symbol = [](const Desk &) { return QStringLiteral("arrow.up.square"); },
-            .toolTip = [](const Desk &) { return Texts::tr("Open a preset file"); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentFiles.importFile(); }},
+            .label = [] { return CommandTexts::tr("&Import..."); },
+            .button =
+                [] {
+                    return CommandFace{CommandTexts::tr("Import"), QStringLiteral("arrow.up.square"),
+                        CommandTexts::tr("Open a preset file")};
+                },
+            .run = [&files] { files.importFile(); }},
         {.id = CommandId::ClearRecentFiles,
             .menu = CommandMenu::RecentFiles,
-            .label = [](const Desk &) { return Texts::tr("&Clear List"); },
-            .isEnabled = [](const Desk &, const WindowTasks &window) { return window.hasRecentFiles(); },
-            .run = [](Desk &, WindowTasks &window) { window.clearRecentFiles(); }},
+            .label = [] { return CommandTexts::tr("&Clear List"); },
+            .isEnabled = window.hasRecentFiles,
+            .run = window.clearRecentFiles},
         {.id = CommandId::Export,
             .menu = CommandMenu::File,
             .isFirstOfGroup = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_S)},
-            .label = [](const Desk &) { return Texts::tr("&Export..."); },
-            .buttonLabel = [](const Desk &) { return Texts::tr("Export"); },
-            .symbol = [](const Desk &) { return QStringLiteral("arrow.down.square"); },
-            .toolTip =
-                [](const Desk &desk) {
-                    return desk.content.velgorContentPatchList().isEmpty()
-                        ? Texts::tr("Import or make a list first")
-                        : Texts::tr("Save the list as a preset file");
+            .label = [] { return CommandTexts::tr("&Export..."); },
+            .button =
+                [hasSlots] {
+                    return CommandFace{CommandTexts::tr("Export"), QStringLiteral("arrow.down.square"),
+                        hasSlots() ? CommandTexts::tr("Save the list as a preset file")
+                                   : CommandTexts::tr("Import or make a list first")};
                 },
             .isEnabled = hasSlots,
-            .run = [](Desk &, WindowTasks &window) { window.confirmExport(); }},
+            .run = window.confirmExport},
         // In no menu, where the new file does the same.
         {.id = CommandId::Reset,
             .needsLibrary = true,
-            .label = [](const Desk &) { return Texts::tr("&Reset to Default Patch"); },
-            .buttonLabel = [](const Desk &) { return Texts::tr("Reset"); },
-            .symbol = [](const Desk &) { return QStringLiteral("delete.left"); },
-            .toolTip = [](const Desk &) { return Texts::tr("Fill 99 slots with the default patch"); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.reset(); }},
+            .label = [] { return CommandTexts::tr("&Reset to Default Patch"); },
+            .button =
+                [] {
+                    return CommandFace{CommandTexts::tr("Reset"), QStringLiteral("delete.left"),
+                        CommandTexts::tr("Fill 99 slots with the default patch")};
+                },
+            .run = [&editor] { editor.reset(); }},
         {.id = CommandId::NormalTailBit,
             .menu = CommandMenu::TailBit,
-            .label = [](const Desk &) { return Texts::tr("&Normal tail bit"); },
-            .isChecked = [](const Desk &desk) { return !desk.content.inverseTailBit(); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.setInverseTailBit(false); }},
+            .label = [] { return CommandTexts::tr("&Normal tail bit"); },
+            .isChecked = [&content] { return !content.inverseTailBit(); },
+            .run = [&editor] { editor.setInverseTailBit(false); }},
         {.id = CommandId::InvertedTailBit,
             .menu = CommandMenu::TailBit,
-            .label = [](const Desk &) { return Texts::tr("&Inverted tail bit"); },
-            .isChecked = [](const Desk &desk) { return desk.content.inverseTailBit(); },
-            .run = [](Desk &desk, WindowTasks &) { desk.contentEditor.setInverseTailBit(true); }},
+            .label = [] { return CommandTexts::tr("&Inverted tail bit"); },
+            .isChecked = [&content] { return content.inverseTailBit(); },
+            .run = [&editor] { editor.setInverseTailBit(true); }},
         {.id = CommandId::Quit,
             .menu = CommandMenu::File,
             .isFirstOfGroup = true,
             .shortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Q)},
-            .label = [](const Desk &) { return Texts::tr("&Quit"); },
-            .run = [](Desk &, WindowTasks &window) { window.closeWindow(); }},
+            .label = [] { return CommandTexts::tr("&Quit"); },
+            .run = window.closeWindow},
     };
 }

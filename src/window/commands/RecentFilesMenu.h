@@ -15,7 +15,6 @@ public:
     /// `state` and `clear`, the last entry, must outlive the menu. `presence` becomes the menu's own.
     RecentFilesMenu(const WindowState &state, QAction &clear, FilePresence *presence, QWidget *parent = nullptr);
 
-    /// Shows what is remembered now.
     void refresh();
 
 Q_SIGNALS:

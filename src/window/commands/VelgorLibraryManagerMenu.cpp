@@ -1,6 +1,5 @@
 #include "VelgorLibraryManagerMenu.h"
 
-#include "CommandTable.h"
 #include "Commands.h"
 #include "FilePresence.h"
 #include "RecentFilesMenu.h"
@@ -47,7 +46,7 @@ VelgorLibraryManagerMenu::VelgorLibraryManagerMenu(
     , m_contentMenu(new QMenu(&bar))
     , m_libraryMenu(new QMenu(&bar))
 {
-    for (const Command &command : commandTable()) {
+    for (const Command &command : commands.table()) {
         if (command.menu != CommandMenu::None) {
             QMenu &place = menu(command.menu);
             if (command.isFirstOfGroup) {

@@ -2,93 +2,83 @@
 #include "LibraryEditor.h"
 #include "LibraryManagerPreferences.h"
 #include "VelgorLibrary.h"
-#include "WindowTasks.h"
-
-#include <QCoreApplication>
 
 namespace {
 
-struct Texts {
-    Q_DECLARE_TR_FUNCTIONS(ViewCommands)
-};
-
-template <PrefColors Scheme>
-Command schemeCommand(CommandId id, QString (*label)(const Desk &))
+Command schemeCommand(CommandId id, const char *label, PrefColors scheme, LibraryManagerPreferences &preferences)
 {
     return {.id = id,
         .menu = CommandMenu::ColorScheme,
-        .label = label,
-        .isChecked = [](const Desk &desk) { return desk.preferences.colorScheme() == Scheme; },
-        .run = [](Desk &desk, WindowTasks &) { desk.preferences.setColorScheme(Scheme); }};
+        .label = [label] { return CommandTexts::tr(label); },
+        .isChecked = [&preferences, scheme] { return preferences.colorScheme() == scheme; },
+        .run = [&preferences, scheme] { preferences.setColorScheme(scheme); }};
 }
 
 /// The word for what the next sort does.
-QString nextOrder(const Desk &desk)
+QString nextOrder(const VelgorLibrary &library)
 {
-    switch (desk.library.inverseSort()) {
+    switch (library.inverseSort()) {
     case TripleBool::tripleFalse:
-        return Texts::tr("ascend");
+        return CommandTexts::tr("ascend");
     case TripleBool::tripleNeutral:
-        return Texts::tr("previous");
+        return CommandTexts::tr("previous");
     case TripleBool::tripleTrue:
-        return Texts::tr("descend");
+        return CommandTexts::tr("descend");
     }
     return {};
 }
 
+CommandFace sortFace(const VelgorLibrary &library)
+{
+    CommandFace face{CommandTexts::tr("Sort"), {}};
+    switch (library.inverseSort()) {
+    case TripleBool::tripleFalse:
+        face.symbol = QStringLiteral("arrow.up");
+        face.toolTip = CommandTexts::tr("Sort by name, ascending");
+        break;
+    case TripleBool::tripleNeutral:
+        face.symbol = QStringLiteral("arrow.right");
+        face.toolTip = CommandTexts::tr("Go back to the previous order");
+        break;
+    case TripleBool::tripleTrue:
+        face.symbol = QStringLiteral("arrow.down");
+        face.toolTip = CommandTexts::tr("Sort by name, descending");
+        break;
+    }
+    if (library.count() < 2) {
+        face.toolTip = CommandTexts::tr("Keep two patches in the library first");
+    }
+    return face;
+}
+
 } // namespace
 
-QList<Command> viewCommands()
+QList<Command> viewCommands(const VelgorLibrary &library, LibraryEditor &editor, LibraryManagerPreferences &preferences,
+    const WindowTasks &window)
 {
     return {
-        schemeCommand<PrefColors::prefsystem>(
-            CommandId::SystemScheme, [](const Desk &) { return Texts::tr("&System"); }),
-        schemeCommand<PrefColors::prefdark>(CommandId::DarkScheme, [](const Desk &) { return Texts::tr("&Dark"); }),
-        schemeCommand<PrefColors::preflight>(CommandId::LightScheme, [](const Desk &) { return Texts::tr("&Light"); }),
+        schemeCommand(
+            CommandId::SystemScheme, QT_TRANSLATE_NOOP("Commands", "&System"), PrefColors::prefsystem, preferences),
+        schemeCommand(CommandId::DarkScheme, QT_TRANSLATE_NOOP("Commands", "&Dark"), PrefColors::prefdark, preferences),
+        schemeCommand(
+            CommandId::LightScheme, QT_TRANSLATE_NOOP("Commands", "&Light"), PrefColors::preflight, preferences),
         {.id = CommandId::Sort,
             .menu = CommandMenu::View,
             .needsLibrary = true,
-            .label = [](const Desk &desk) { return Texts::tr("Sort ") + nextOrder(desk); },
-            .buttonLabel = [](const Desk &) { return Texts::tr("Sort"); },
-            .symbol =
-                [](const Desk &desk) {
-                    switch (desk.library.inverseSort()) {
-                    case TripleBool::tripleFalse:
-                        return QStringLiteral("arrow.up");
-                    case TripleBool::tripleNeutral:
-                        return QStringLiteral("arrow.right");
-                    case TripleBool::tripleTrue:
-                        return QStringLiteral("arrow.down");
-                    }
-                    return QString();
-                },
-            .toolTip =
-                [](const Desk &desk) {
-                    if (desk.library.count() < 2) {
-                        return Texts::tr("Keep two patches in the library first");
-                    }
-                    switch (desk.library.inverseSort()) {
-                    case TripleBool::tripleFalse:
-                        return Texts::tr("Sort by name, ascending");
-                    case TripleBool::tripleNeutral:
-                        return Texts::tr("Go back to the previous order");
-                    case TripleBool::tripleTrue:
-                        return Texts::tr("Sort by name, descending");
-                    }
-                    return QString();
-                },
-            .isEnabled = [](const Desk &desk, const WindowTasks &) { return desk.library.count() >= 2; },
-            .run = [](Desk &desk, WindowTasks &) { desk.libraryEditor.sort(); }},
+            .label = [&library] { return CommandTexts::tr("Sort ") + nextOrder(library); },
+            .button = [&library] { return sortFace(library); },
+            .isEnabled = [&library] { return library.count() >= 2; },
+            .run = [&editor] { editor.sort(); }},
         {.id = CommandId::NextColumn,
             .menu = CommandMenu::View,
             .isFirstOfGroup = true,
             .shortcuts = {QKeySequence(Qt::Key_F6)},
-            .label = [](const Desk &) { return Texts::tr("&Next Column"); },
-            .run = [](Desk &, WindowTasks &window) { window.goToColumn(1); }},
+            .label = [] { return CommandTexts::tr("&Next Column"); },
+            .run = [go = window.goToColumn] { go(1); }},
         {.id = CommandId::PreviousColumn,
             .menu = CommandMenu::View,
             .shortcuts = {QKeySequence(Qt::SHIFT | Qt::Key_F6)},
-            .label = [](const Desk &) { return Texts::tr("&Previous Column"); },
-            .run = [](Desk &, WindowTasks &window) { window.goToColumn(-1); }},
+            .label = [] { return CommandTexts::tr("&Previous Column"); },
+            .run = [go = window.goToColumn] { go(-1); }},
     };
 }

@@ -1,27 +1,26 @@
-#include "MessageBox.h"
+#include "Alert.h"
 
 #include "MessageWindow.h"
 
 #include <QCoreApplication>
 #include <QPushButton>
 
-QMessageBox *MessageBox::show(QWidget *parent, const Alert &alert, const std::function<void(bool isAccepted)> &answered)
+QMessageBox *Alert::show(QWidget *parent, const Answered &answered) const
 {
     auto *const box = new MessageWindow(parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowTitle(QCoreApplication::applicationName());
     box->setIcon(QMessageBox::Warning);
-    box->setText(alert.title);
-    box->setInformativeText(alert.text);
+    box->setText(title);
+    box->setInformativeText(text);
     // Every button presses itself on Return while it has the focus; the safe one has it first.
-    QPushButton *const safe = box->addButton(alert.safeLabel, QMessageBox::RejectRole);
+    QPushButton *const safe = box->addButton(safeLabel, QMessageBox::RejectRole);
     box->setDefaultButton(safe);
     box->setEscapeButton(safe);
     QPushButton *accept = nullptr;
-    if (!alert.acceptLabel.isEmpty()) {
-        accept = box->addButton(
-            alert.acceptLabel, alert.isDestructive ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
-        accept->setProperty("destructive", alert.isDestructive);
+    if (!acceptLabel.isEmpty()) {
+        accept = box->addButton(acceptLabel, isDestructive ? QMessageBox::DestructiveRole : QMessageBox::AcceptRole);
+        accept->setProperty("destructive", isDestructive);
     }
     box->dress();
     QObject::connect(box, &QMessageBox::finished, box,
