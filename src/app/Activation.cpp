@@ -17,7 +17,7 @@ QByteArray soundValueOf(const char *variable)
 
 } // namespace
 
-Activation Activation::takeFromEnvironment()
+Activation Activation::extractFromEnvironment()
 {
     Activation found{.token = soundValueOf(tokenVariable), .startupId = soundValueOf(startupVariable)};
     qunsetenv(tokenVariable);

@@ -8,10 +8,10 @@ struct Activation {
     QByteArray token = {}; ///< Wayland: lets a window come to the front, once
     QByteArray startupId = {}; ///< X11: names the start, and ends in the time at which the user asked for it
 
-    /// Takes the token out of the environment, where every program that is started later would find it. To be called
+    /// Removes the token from the environment, where every program that is started later would find it. To be called
     /// before there is an application: the startup id stays until then, as Qt looks for it there, and is removed with
     /// removeStartupIdFromEnvironment(). What is no sound token is left out.
-    [[nodiscard]] static Activation takeFromEnvironment();
+    [[nodiscard]] static Activation extractFromEnvironment();
     static void removeStartupIdFromEnvironment();
 
     /// Printable ASCII without blanks, and not longer than any desktop makes it.

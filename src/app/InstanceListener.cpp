@@ -15,8 +15,7 @@ constexpr std::chrono::seconds longestConnection(5);
 
 } // namespace
 
-InstanceListener::InstanceListener(QObject *parent)
-    : QObject(parent)
+InstanceListener::InstanceListener()
 {
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, &InstanceListener::acceptConnections);
@@ -59,7 +58,7 @@ void InstanceListener::readFrom(QLocalSocket &socket)
         return;
     }
     const bool isKnown = reading.state == InstanceMessage::State::Complete;
-    socket.write(isKnown ? InstanceMessage::yes() : InstanceMessage::notKnown());
+    socket.write((isKnown ? InstanceMessage::yes : InstanceMessage::notKnown).toByteArray());
     socket.flush();
     socket.disconnectFromServer();
     if (isKnown) {

@@ -14,7 +14,7 @@ class InstanceListener : public QObject {
     Q_OBJECT
 
 public:
-    explicit InstanceListener(QObject *parent = nullptr);
+    InstanceListener();
 
     /// Listens on a local socket that only this user can reach. One that is there already is taken to be a leftover:
     /// the caller knows that no other program listens.

@@ -138,16 +138,6 @@ Reading decode(QByteArrayView bytes)
     return fields ? readingOf(*fields) : Reading{.state = State::Wrong};
 }
 
-QByteArray yes()
-{
-    return QByteArrayLiteral("yes\n");
-}
-
-QByteArray notKnown()
-{
-    return QByteArrayLiteral("not known\n");
-}
-
 Answer decodeAnswer(QByteArrayView bytes)
 {
     const qsizetype end = bytes.indexOf('\n');
@@ -155,10 +145,10 @@ Answer decodeAnswer(QByteArrayView bytes)
         return bytes.size() < longestAnswer ? Answer::Unfinished : Answer::Wrong;
     }
     const QByteArrayView line = bytes.first(end + 1);
-    if (line == yes()) {
+    if (line == yes) {
         return Answer::Yes;
     }
-    return line == notKnown() ? Answer::NotKnown : Answer::Wrong;
+    return line == notKnown ? Answer::NotKnown : Answer::Wrong;
 }
 
 } // namespace InstanceMessage

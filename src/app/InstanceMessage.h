@@ -41,9 +41,9 @@ enum class Answer {
 };
 
 /// What the first sends back when it has understood the request.
-[[nodiscard]] QByteArray yes();
+inline constexpr QByteArrayView yes = "yes\n";
 /// What it sends back when it does not know what it is asked for.
-[[nodiscard]] QByteArray notKnown();
+inline constexpr QByteArrayView notKnown = "not known\n";
 /// Reads what has come back so far.
 [[nodiscard]] Answer decodeAnswer(QByteArrayView bytes);
 /// No answer is longer than this.

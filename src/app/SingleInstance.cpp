@@ -1,7 +1,6 @@
 #include "SingleInstance.h"
 
 #include "Diagnostics.h"
-#include "InstanceMessage.h"
 #include "InstancePlace.h"
 
 #include <QLocalSocket>
@@ -9,6 +8,8 @@
 #include <thread>
 
 namespace {
+
+using InstanceMessage::Answer;
 
 /// Qt's waiting functions take milliseconds.
 int remaining(const QDeadlineTimer &deadline)
@@ -18,9 +19,8 @@ int remaining(const QDeadlineTimer &deadline)
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString &directory, std::chrono::milliseconds patience, QObject *parent)
-    : QObject(parent)
-    , m_directory(directory)
+SingleInstance::SingleInstance(const QString &directory, std::chrono::milliseconds patience)
+    : m_directory(directory)
     , m_sockets(InstancePlace::sockets(directory))
     , m_patience(patience)
     , m_lock(directory)
@@ -41,15 +41,15 @@ SingleInstance::Outcome SingleInstance::start(const StartRequest &request)
         }
         // A command holds the lock for a moment, and so does an application that is ending.
         const Reply reply = handOver(message, deadline);
-        if (reply == Reply::Yes) {
+        if (reply == Answer::Yes) {
             return Outcome::HandedOver;
         }
-        if (reply == Reply::Silence) {
+        if (reply == Answer::Unfinished) {
             m_reason =
                 tr("%1: Velgor Library Manager has this library open already, but does not answer").arg(m_directory);
             return Outcome::Refused;
         }
-        if (reply == Reply::NotKnown) {
+        if (reply == Answer::NotKnown) {
             m_reason = tr("%1: the Velgor Library Manager that has this library open is of another version, and does "
                           "not know what it was asked for; close it and try again")
                            .arg(m_directory);
@@ -71,38 +71,32 @@ SingleInstance::Outcome SingleInstance::start(const StartRequest &request)
 SingleInstance::Reply SingleInstance::handOver(const QByteArray &request, const QDeadlineTimer &deadline) const
 {
     for (const QString &socket : m_sockets) {
-        const Reply reply = InstancePlace::isTrusted(socket) ? ask(socket, request, deadline) : Reply::NoOneThere;
-        if (reply != Reply::NoOneThere) {
+        const Reply reply = InstancePlace::isTrusted(socket) ? ask(socket, request, deadline) : std::nullopt;
+        if (reply) {
             return reply;
         }
     }
-    return Reply::NoOneThere;
+    return std::nullopt;
 }
 
 SingleInstance::Reply SingleInstance::ask(
     const QString &socketName, const QByteArray &request, const QDeadlineTimer &deadline)
 {
-    using InstanceMessage::Answer;
     QLocalSocket socket;
     socket.connectToServer(socketName);
     if (!socket.waitForConnected(remaining(deadline))) {
-        return Reply::NoOneThere;
+        return std::nullopt;
     }
     socket.write(request);
     const auto answer = [&socket] {
         return InstanceMessage::decodeAnswer(socket.peek(InstanceMessage::longestAnswer));
     };
     while (answer() == Answer::Unfinished && socket.waitForReadyRead(remaining(deadline))) { }
-    switch (answer()) {
-    case Answer::Yes:
-        return Reply::Yes;
-    case Answer::NotKnown:
-        return Reply::NotKnown;
-    case Answer::Unfinished:
-    case Answer::Wrong:
-        break;
+    const Answer last = answer();
+    if (last == Answer::Yes || last == Answer::NotKnown) {
+        return last;
     }
-    return deadline.hasExpired() ? Reply::Silence : Reply::NoOneThere;
+    return deadline.hasExpired() ? Reply(Answer::Unfinished) : std::nullopt;
 }
 
 void SingleInstance::listen()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "InstanceListener.h"
+#include "InstanceMessage.h"
 #include "LibraryLock.h"
 #include "StartRequest.h"
 
@@ -9,6 +10,7 @@
 #include <QString>
 
 #include <chrono>
+#include <optional>
 
 /// Keeps a library directory to one running application, and lets further starts reach that one.
 ///
@@ -28,8 +30,7 @@ public:
     static constexpr std::chrono::milliseconds usualPatience{5000};
 
     /// `patience` is how long start() waits for another program at the most.
-    explicit SingleInstance(
-        const QString &directory, std::chrono::milliseconds patience = usualPatience, QObject *parent = nullptr);
+    explicit SingleInstance(const QString &directory, std::chrono::milliseconds patience = usualPatience);
 
     /// Takes the directory, or hands the request over to the application that has it. The directory is there, if it
     /// can be. To be called once; it blocks while it waits.
@@ -43,7 +44,8 @@ Q_SIGNALS:
     void activated(const StartRequest &request);
 
 private:
-    enum class Reply { Yes, NotKnown, NoOneThere, Silence };
+    /// What another program said; nothing when there is none, Unfinished when it has kept silent till the deadline.
+    using Reply = std::optional<InstanceMessage::Answer>;
 
     [[nodiscard]] Reply handOver(const QByteArray &request, const QDeadlineTimer &deadline) const;
     [[nodiscard]] static Reply ask(

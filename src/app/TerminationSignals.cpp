@@ -38,9 +38,8 @@ struct TerminationSignals::Handlers {
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
-TerminationSignals::TerminationSignals(QObject *parent)
-    : QObject(parent)
-    , m_handlers(std::make_unique<Handlers>())
+TerminationSignals::TerminationSignals()
+    : m_handlers(std::make_unique<Handlers>())
 {
     if (writingEnd >= 0) {
         Diagnostics::fatalStop("termination signals caught twice");
@@ -90,10 +89,7 @@ TerminationSignals::~TerminationSignals()
 
 struct TerminationSignals::Handlers { };
 
-TerminationSignals::TerminationSignals(QObject *parent)
-    : QObject(parent)
-{
-}
+TerminationSignals::TerminationSignals() { }
 
 TerminationSignals::~TerminationSignals() = default;
 

@@ -13,7 +13,7 @@ class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
-    explicit TerminationSignals(QObject *parent = nullptr);
+    TerminationSignals();
     ~TerminationSignals() override;
     Q_DISABLE_COPY_MOVE(TerminationSignals)
 

@@ -2,7 +2,6 @@
 
 #include "Activation.h"
 
-#include <QObject>
 #include <QWidget>
 
 #include <functional>

@@ -6,8 +6,6 @@
 
 #include <xcb/xcb.h>
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <memory>

@@ -54,7 +54,7 @@ int main(int argc, char *argv[])
         std::ignore = StartOptions().requestOf(ProgramArguments::remaining(argc, argv));
         return wrongUsage;
     }
-    const Activation activation = Activation::takeFromEnvironment();
+    const Activation activation = Activation::extractFromEnvironment();
     const QApplication application(argc, argv);
     Activation::removeStartupIdFromEnvironment();
     QGuiApplication::setDesktopFileName(ApplicationId::text());

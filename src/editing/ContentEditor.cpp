@@ -7,9 +7,8 @@
 
 #include <algorithm>
 
-ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent)
-    : QObject(parent)
-    , m_library(library)
+ContentEditor::ContentEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history)
+    : m_library(library)
     , m_content(content)
     , m_history(history)
 {
@@ -52,7 +51,8 @@ void ContentEditor::putIntoSelectedSlot()
     }
     dropDest(m_library.selection().value_or(0), rows.first());
     const qsizetype behind = rows.first() + m_lastPlacement.patches.size();
-    selectRow(std::min(behind, m_content.velgorContentPatchList().size() - 1));
+    const auto &list = m_content.velgorContentPatchList();
+    m_content.setSelections({list.at(std::min(behind, list.size() - 1)).id});
 }
 
 void ContentEditor::replaceSelectedSlots()
@@ -138,11 +138,6 @@ bool ContentEditor::canMoveSelected(int step) const
         return false;
     }
     return step < 0 ? rows.first() > 0 : rows.last() < m_content.velgorContentPatchList().size() - 1;
-}
-
-void ContentEditor::selectRow(qsizetype row)
-{
-    m_content.setSelections({m_content.velgorContentPatchList().at(row).id});
 }
 
 void ContentEditor::warnOfMixedVersions()

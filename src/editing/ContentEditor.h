@@ -29,7 +29,7 @@ public:
     };
 
     /// All three must outlive the editor.
-    ContentEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent = nullptr);
+    ContentEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history);
 
     /// A library patch was dropped on the slot at `location`: it goes there. When ticking, the ticked patches, if there
     /// are any, go there and into the slots behind it, as far as there are slots, and ticking ends.
@@ -71,7 +71,6 @@ Q_SIGNALS:
     void replaced(quint64 id, const QList<qsizetype> &rows);
 
 private:
-    void selectRow(qsizetype row);
     void warnOfMixedVersions();
 
     VelgorLibrary &m_library;

@@ -66,9 +66,8 @@ std::optional<SHeaderDesc> exportedHeader(const QList<VelgorContentPatch> &list)
 
 } // namespace
 
-ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, EditHistory &history, QObject *parent)
-    : QObject(parent)
-    , m_content(content)
+ContentFiles::ContentFiles(VelgorContent &content, PatchFileHandler &files, EditHistory &history)
+    : m_content(content)
     , m_files(files)
     , m_history(history)
 {

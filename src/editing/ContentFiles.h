@@ -7,8 +7,6 @@
 #include <QObject>
 #include <QString>
 
-#include <optional>
-
 class EditHistory;
 class PatchFileHandler;
 class VelgorContent;
@@ -20,7 +18,7 @@ class ContentFiles : public QObject {
 
 public:
     /// All three must outlive this object.
-    ContentFiles(VelgorContent &content, PatchFileHandler &files, EditHistory &history, QObject *parent = nullptr);
+    ContentFiles(VelgorContent &content, PatchFileHandler &files, EditHistory &history);
 
     /// Asks for a file and fills the list from it.
     void importFile();

@@ -4,9 +4,49 @@
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 
-EditHistory::EditHistory(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent)
-    : QObject(parent)
-    , m_library(library)
+#include <QUndoCommand>
+
+#include <utility>
+
+class EditHistory::Step : public QUndoCommand {
+public:
+    /// `deed` was done already.
+    Step(const QString &name, const EditDeed &deed, const QString &field, EditHistory &history)
+        : QUndoCommand(name)
+        , m_deed(deed)
+        , m_field(field)
+        , m_history(history)
+    {
+    }
+
+    void undo() override { m_history.undo(m_deed); }
+    void redo() override
+    {
+        if (!std::exchange(m_isDone, false)) {
+            m_history.redo(m_deed);
+        }
+    }
+    [[nodiscard]] int id() const override { return 1; }
+    [[nodiscard]] bool mergeWith(const QUndoCommand *other) override
+    {
+        const auto *next = dynamic_cast<const Step *>(other);
+        if (!next || m_field.isEmpty() || m_field != next->m_field || !next->m_deed.sorting.deltas.isEmpty()) {
+            return false;
+        }
+        m_deed.library = m_deed.library.followedBy(next->m_deed.library);
+        m_deed.content = m_deed.content.followedBy(next->m_deed.content);
+        return true;
+    }
+
+private:
+    EditDeed m_deed;
+    QString m_field;
+    EditHistory &m_history;
+    bool m_isDone = true; ///< the stack does each step once when it gets it
+};
+
+EditHistory::EditHistory(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage)
+    : m_library(library)
     , m_content(content)
     , m_storage(storage)
 {
@@ -28,13 +68,13 @@ void EditHistory::perform(const QString &name, const std::function<void()> &deed
     if (!done.isEmpty()) {
         m_sorting = {};
         requestSaveOf(done.library);
-        m_steps.push(new EditStep(name, done, field, *this));
+        m_steps.push(new Step(name, done, field, *this));
     } else if (!done.library.deltas.isEmpty()) {
         m_sorting = m_sorting.followedBy(done.library);
     }
 }
 
-void EditHistory::takeBack(const EditDeed &deed)
+void EditHistory::undo(const EditDeed &deed)
 {
     m_library.apply(m_sorting.inverse());
     m_library.apply(deed.library.inverse());
@@ -43,7 +83,7 @@ void EditHistory::takeBack(const EditDeed &deed)
     requestSaveOf(deed.library.inverse());
 }
 
-void EditHistory::doAgain(const EditDeed &deed)
+void EditHistory::redo(const EditDeed &deed)
 {
     m_library.apply(m_sorting.inverse());
     m_library.apply(deed.sorting);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "EditStep.h"
+#include "EditDeed.h"
 
 #include <QObject>
 #include <QString>
@@ -15,7 +15,7 @@ class VelgorLibrary;
 /// The one door through which what the user does changes library and list: each deed is a named step that can be taken
 /// back and done again, and the save that it needs is asked for. What only concerns the looking (selection, ticks,
 /// sorting, filter) makes no step of its own. User-interface thread only.
-class EditHistory : public QObject, private EditTarget {
+class EditHistory : public QObject {
     Q_OBJECT
 
 public:
@@ -23,7 +23,7 @@ public:
     static constexpr int mostSteps = 500;
 
     /// All three must outlive the history.
-    EditHistory(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage, QObject *parent = nullptr);
+    EditHistory(VelgorLibrary &library, VelgorContent &content, LibraryStorage &storage);
 
     /// Does `deed` as one step, whose name reads well behind "Undo"; a deed within a deed is a part of it. One that
     /// changes nothing makes no step. A step whose `field` is not empty becomes one with the step before it, if that
@@ -38,8 +38,10 @@ public:
     [[nodiscard]] QUndoStack &steps() { return m_steps; }
 
 private:
-    void takeBack(const EditDeed &deed) override;
-    void doAgain(const EditDeed &deed) override;
+    class Step;
+
+    void undo(const EditDeed &deed);
+    void redo(const EditDeed &deed);
     void requestSaveOf(const LibraryChange &change);
 
     VelgorLibrary &m_library;

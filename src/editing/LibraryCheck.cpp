@@ -15,10 +15,8 @@ struct LibraryCheck::Examination {
     Preview onDisk; ///< nothing where the library was loaded whole
 };
 
-LibraryCheck::LibraryCheck(
-    VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history, QObject *parent)
-    : QObject(parent)
-    , m_library(library)
+LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history)
+    : m_library(library)
     , m_storage(storage)
     , m_history(history)
 {
@@ -45,7 +43,7 @@ void LibraryCheck::examine()
         return examination;
     };
     m_storage.worker().start(
-        this, look, [this](const Examination &examination) { takeFindings(examination); },
+        this, look, [this](const Examination &examination) { adoptFindings(examination); },
         [this](qsizetype done, qsizetype total) { Q_EMIT progress(done, total); });
 }
 
@@ -59,7 +57,7 @@ bool LibraryCheck::isMissing(const VelgorPatch &patch) const
     return !patch.empty && !m_library.getPatchFromId(patch.id());
 }
 
-void LibraryCheck::takeFindings(const Examination &examination)
+void LibraryCheck::adoptFindings(const Examination &examination)
 {
     m_health = examination.health;
     for (const VelgorPatch &patch : examination.onDisk ? examination.onDisk->patches : QList<VelgorPatch>()) {

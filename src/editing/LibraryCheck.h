@@ -25,8 +25,7 @@ public:
     using Preview = std::optional<KeptLibraries::Preview>;
 
     /// All three must outlive the check. The library must have been loaded.
-    LibraryCheck(
-        VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history, QObject *parent = nullptr);
+    LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storage, EditHistory &history);
 
     /// Begins to write what is not on disk yet, and then to look at the directory.
     void examine();
@@ -56,7 +55,7 @@ private:
 
     void save();
     [[nodiscard]] bool isMissing(const VelgorPatch &patch) const;
-    void takeFindings(const Examination &examination);
+    void adoptFindings(const Examination &examination);
 
     VelgorLibrary &m_library;
     LibraryStorageManager &m_storage;

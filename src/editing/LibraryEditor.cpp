@@ -13,9 +13,8 @@
 #include <iterator>
 #include <utility>
 
-LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent)
-    : QObject(parent)
-    , m_library(library)
+LibraryEditor::LibraryEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history)
+    : m_library(library)
     , m_content(content)
     , m_history(history)
 {
@@ -48,7 +47,7 @@ QString LibraryEditor::typedField(const VelgorPatch &edited) const
     return isName || isComment ? QStringLiteral("%1 %2").arg(edited.id()).arg(isName) : QString();
 }
 
-void LibraryEditor::takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited)
+void LibraryEditor::adoptLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited)
 {
     if (loaded) {
         m_library.adopt(*std::move(loaded));
@@ -84,16 +83,11 @@ void LibraryEditor::select(std::optional<quint64> id)
     m_library.setSelection(id);
 }
 
-void LibraryEditor::deselect()
-{
-    m_library.setSelection(std::nullopt);
-}
-
 void LibraryEditor::setFilter(const LibraryViewFilter &filter)
 {
     if (m_filter != filter) {
         m_filter = filter;
-        deselect();
+        select(std::nullopt);
     }
 }
 
@@ -105,7 +99,7 @@ qsizetype LibraryEditor::hiddenCount(const QList<VelgorPatch> &patches) const
 
 void LibraryEditor::sort()
 {
-    deselect();
+    select(std::nullopt);
     m_history.perform(tr("Sort"), [this] { m_library.sort(); });
 }
 

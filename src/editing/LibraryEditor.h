@@ -24,7 +24,7 @@ public:
     using Flag = bool VelgorPatch::*;
 
     /// All three must outlive the editor.
-    LibraryEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history, QObject *parent = nullptr);
+    LibraryEditor(VelgorLibrary &library, VelgorContent &content, EditHistory &history);
 
     void edit(const VelgorPatch &patch) override;
     void changed(quint64 id) override;
@@ -34,11 +34,10 @@ public:
 
     /// The library changed: its order is remembered and a save is asked for.
     void changed();
-    /// Takes over a library that was loaded, if there is one; no step leads back behind that. No patch gets an id of
+    /// Adopts a library that was loaded, if there is one; no step leads back behind that. No patch gets an id of
     /// those that are awaited.
-    void takeLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited);
+    void adoptLoaded(std::optional<LibraryState> loaded, const AwaitedPatches &awaited);
     void select(std::optional<quint64> id);
-    void deselect();
     /// The list shows what passes this filter from now on. Another filter than before deselects.
     void setFilter(const LibraryViewFilter &filter);
     /// How many of these patches the list does not show.
@@ -57,7 +56,6 @@ public:
     void tickAll();
     /// Ticks the patches with the sound of the selected one.
     void tickSimilar();
-    /// Duplicates several.
     void duplicateSelected();
     void setSelectedAsDefault();
     /// Sets a classification of several patches, or clears it when all of them have it, as in
@@ -72,7 +70,7 @@ public:
     /// Keeps the selected slots, as a drop of them would.
     void keepSelectedSlots();
     [[nodiscard]] bool canKeepSelectedSlots() const;
-    /// Raises, or takes back, the question whether to delete.
+    /// Raises, or withdraws, the question whether to delete.
     void setDeleteConfirm(bool isAsked);
     /// Deletes several; nothing is selected then.
     void deleteSelected();
@@ -82,8 +80,9 @@ public:
     /// Deletes one patch and its files, and saves at once.
     void deleteFromId(quint64 id);
 
-    /// Takes what was dropped between two rows; `location` is the row that it was dropped above. A single library patch
-    /// moves there. Slots are kept as new patches at the end, wherever they were dropped, and the first is selected.
+    /// Accepts what was dropped between two rows; `location` is the row that it was dropped above. A single library
+    /// patch moves there. Slots are kept as new patches at the end, wherever they were dropped, and the first is
+    /// selected.
     void drop(const QList<TransferablePatch> &items, qsizetype location);
     /// Moves one patch by library rows, as drop() counts them.
     void move(quint64 id, qsizetype location);

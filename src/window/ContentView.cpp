@@ -141,7 +141,7 @@ void ContentView::showEvent(QShowEvent *event)
 
 void ContentView::finishLoading()
 {
-    m_desk.editors.library.takeLoaded(m_desk.storage.takeLoadedLibrary(), m_desk.storage.awaitedPatches());
+    m_desk.editors.library.adoptLoaded(m_desk.storage.takeLoadedLibrary(), m_desk.storage.awaitedPatches());
     m_columns->setLoading(false);
     refreshStatus();
     Q_EMIT libraryLoaded();

@@ -18,18 +18,18 @@ private Q_SLOTS:
     {
         qputenv("XDG_ACTIVATION_TOKEN", "token");
         qputenv("DESKTOP_STARTUP_ID", "id_TIME42");
-        QVERIFY(Activation::takeFromEnvironment() == (Activation{.token = "token", .startupId = "id_TIME42"}));
+        QVERIFY(Activation::extractFromEnvironment() == (Activation{.token = "token", .startupId = "id_TIME42"}));
         QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
         QCOMPARE(qgetenv("DESKTOP_STARTUP_ID"), QByteArray("id_TIME42"));
         Activation::removeStartupIdFromEnvironment();
         QVERIFY(!qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"));
-        QVERIFY(Activation::takeFromEnvironment() == Activation());
+        QVERIFY(Activation::extractFromEnvironment() == Activation());
     }
 
     static void whatIsNotSoundIsRemovedToo()
     {
         qputenv("XDG_ACTIVATION_TOKEN", "two words");
-        QVERIFY(Activation::takeFromEnvironment() == Activation());
+        QVERIFY(Activation::extractFromEnvironment() == Activation());
         QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
     }
 

@@ -53,8 +53,8 @@ private Q_SLOTS:
         const QSignalSpy requested(&listener, &InstanceListener::requested);
         QVERIFY(listener.listen(m_name));
         TestSocket socket(m_name, InstanceMessage::encode(request));
-        QTRY_COMPARE(socket.bytesAvailable(), InstanceMessage::yes().size());
-        QCOMPARE(socket.readAll(), InstanceMessage::yes());
+        QTRY_COMPARE(socket.bytesAvailable(), InstanceMessage::yes.toByteArray().size());
+        QCOMPARE(socket.readAll(), InstanceMessage::yes.toByteArray());
         QTRY_COMPARE(requested.count(), 1);
         QVERIFY(requested.first().first().value<StartRequest>() == request);
         QTRY_COMPARE(socket.state(), QLocalSocket::UnconnectedState);
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QVERIFY(listener.listen(m_name));
         TestSocket socket(m_name, "velgor-library-manager 3\n");
         QTRY_COMPARE(socket.state(), QLocalSocket::UnconnectedState);
-        QCOMPARE(socket.readAll(), InstanceMessage::notKnown());
+        QCOMPARE(socket.readAll(), InstanceMessage::notKnown.toByteArray());
         const TestSocket next(m_name, InstanceMessage::encode(listRequest));
         QTRY_COMPARE(requested.count(), 1);
         QVERIFY(requested.first().first().value<StartRequest>() == listRequest);

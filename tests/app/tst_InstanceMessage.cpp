@@ -61,8 +61,8 @@ private Q_SLOTS:
             messageOf("action=open|file=/a b.prst|activation-token=token|startup-id=id"));
         QCOMPARE(InstanceMessage::encode({}), messageOf("action=show"));
         QCOMPARE(InstanceMessage::encode({.action = Action::NewList}), messageOf("action=new-list"));
-        QCOMPARE(InstanceMessage::yes(), QByteArray("yes\n"));
-        QCOMPARE(InstanceMessage::notKnown(), QByteArray("not known\n"));
+        QCOMPARE(InstanceMessage::yes.toByteArray(), QByteArray("yes\n"));
+        QCOMPARE(InstanceMessage::notKnown.toByteArray(), QByteArray("not known\n"));
     }
 
     static void everyBeginningOfARequestIsUnfinished()
@@ -145,8 +145,8 @@ private Q_SLOTS:
         QTest::addColumn<Answer>("answer");
         QTest::newRow("nothing yet") << QByteArray() << Answer::Unfinished;
         QTest::newRow("half") << QByteArray("ye") << Answer::Unfinished;
-        QTest::newRow("yes") << InstanceMessage::yes() << Answer::Yes;
-        QTest::newRow("not known") << InstanceMessage::notKnown() << Answer::NotKnown;
+        QTest::newRow("yes") << InstanceMessage::yes.toByteArray() << Answer::Yes;
+        QTest::newRow("not known") << InstanceMessage::notKnown.toByteArray() << Answer::NotKnown;
         QTest::newRow("other line") << QByteArray("certainly not\n") << Answer::Wrong;
         QTest::newRow("no line") << QByteArray(InstanceMessage::longestAnswer, 'y') << Answer::Wrong;
     }

@@ -270,7 +270,7 @@ private Q_SLOTS:
         const LibraryDirectory directory;
         LibraryLock lock(directory.path());
         QVERIFY(lock.tryLock());
-        const AnsweringServer server(socketOf(directory), InstanceMessage::notKnown());
+        const AnsweringServer server(socketOf(directory), InstanceMessage::notKnown.toByteArray());
         QElapsedTimer timer;
         timer.start();
         const Start second = startElsewhere(directory.path(), {}, 20s);
@@ -304,7 +304,7 @@ private Q_SLOTS:
         DiagnosticRecorder recorder;
         const LibraryDirectory directory;
         const QString socket = socketOf(directory);
-        const AnsweringServer server(socket, InstanceMessage::yes());
+        const AnsweringServer server(socket, InstanceMessage::yes.toByteArray());
         QCOMPARE(chown(QFile::encodeName(QFileInfo(socket).path()).constData(), 65534, 65534), 0);
         SingleInstance first(directory.path());
         const QSignalSpy activated(&first, &SingleInstance::activated);

@@ -220,7 +220,7 @@ private Q_SLOTS:
         Desk desk(abc);
         desk.editor.drop({desk.row(0)}, 3);
         const std::optional loaded = LibraryState();
-        desk.editor.takeLoaded(loaded, {});
+        desk.editor.adoptLoaded(loaded, {});
         QVERIFY(!desk.history.steps().canUndo());
     }
 
@@ -240,7 +240,7 @@ private Q_SLOTS:
         desk.history.steps().undo();
         QVERIFY(desk.content.velgorContentPatchList().isEmpty());
         QCOMPARE(desk.shown(), QStringLiteral("B C A"));
-        dialogs.meanwhile = [&] { desk.editor.takeLoaded(LibraryState(), {}); };
+        dialogs.meanwhile = [&] { desk.editor.adoptLoaded(LibraryState(), {}); };
         contentFiles.importFile();
         QCOMPARE(namesOf(desk.history.steps()), QStringList{QStringLiteral("Import")});
         desk.history.steps().undo();

@@ -255,7 +255,7 @@ private Q_SLOTS:
         desk.library.setSelection(desk.idOf(2));
         desk.editor.setSelectedAsDefault();
         QVERIFY(desk.editor.isDefaultPatch(desk.idOf(2)));
-        desk.editor.deselect();
+        desk.editor.select(std::nullopt);
         desk.editor.setSelectedAsDefault();
         QVERIFY(desk.editor.isDefaultPatch(desk.idOf(2)));
         QCOMPARE(desk.storage.calls.size(), 2);

@@ -247,7 +247,7 @@ private Q_SLOTS:
         window->content.setPatch(VelgorPatch::copyNamed(window->library.patches().first(), QStringLiteral("Other")), 0);
         WindowFixture::settle();
         QCOMPARE(usedSlots(*window), QStringLiteral("1.1 1.2 2.1"));
-        window->libraryEditor.deselect();
+        window->libraryEditor.select(std::nullopt);
         WindowFixture::settle();
         QCOMPARE(usedSlots(*window), QString());
     }

@@ -1,9 +1,8 @@
-#include "EditStep.h"
+#include "EditDeed.h"
 
 #include "VelgorLibrary.h"
 
 #include <algorithm>
-#include <utility>
 #include <variant>
 
 namespace {
@@ -44,30 +43,4 @@ QList<quint64> EditDeed::removedIds(const LibraryChange &change, const VelgorLib
         }
     }
     return ids;
-}
-
-EditStep::EditStep(const QString &name, const EditDeed &deed, const QString &field, EditTarget &target)
-    : QUndoCommand(name)
-    , m_deed(deed)
-    , m_field(field)
-    , m_target(target)
-{
-}
-
-void EditStep::redo()
-{
-    if (!std::exchange(m_isDone, false)) {
-        m_target.doAgain(m_deed);
-    }
-}
-
-bool EditStep::mergeWith(const QUndoCommand *other)
-{
-    const auto *next = dynamic_cast<const EditStep *>(other);
-    if (!next || m_field.isEmpty() || m_field != next->m_field || !next->m_deed.sorting.deltas.isEmpty()) {
-        return false;
-    }
-    m_deed.library = m_deed.library.followedBy(next->m_deed.library);
-    m_deed.content = m_deed.content.followedBy(next->m_deed.content);
-    return true;
 }
