@@ -33,11 +33,6 @@ void CommentEdit::showComment(const QString &comment, bool isOtherPatch)
     setPlainText(comment);
 }
 
-QSize CommentEdit::sizeHint() const
-{
-    return minimumSizeHint();
-}
-
 QSize CommentEdit::minimumSizeHint() const
 {
     constexpr int fewestLines = 4;

@@ -13,7 +13,7 @@ public:
     /// elsewhere.
     void showComment(const QString &comment, bool isOtherPatch);
 
-    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 Q_SIGNALS:

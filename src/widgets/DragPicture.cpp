@@ -2,6 +2,7 @@
 
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RoundedFill.h"
 #include "Symbols.h"
 
 #include <QFontMetrics>
@@ -38,9 +39,7 @@ void paintCount(QPainter &painter, const QRectF &card, qsizetype count, const QF
     const qreal height = std::max(18, LookMeasures::badgeHeight(QFontMetrics(badgeFont)));
     const qreal width = std::max<qreal>(height, QFontMetricsF(badgeFont).horizontalAdvance(text) + 10);
     const QRectF badge(card.right() + overlap - width, card.top() - overlap + 4, width, height);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(tokens.accent);
-    painter.drawRoundedRect(badge, height / 2, height / 2);
+    fillRounded(painter, badge, tokens.accent, height / 2);
     painter.setPen(tokens.badgeText);
     painter.setFont(badgeFont);
     painter.drawText(badge, Qt::AlignCenter, text);

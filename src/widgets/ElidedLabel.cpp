@@ -19,11 +19,6 @@ void ElidedLabel::setElideMode(Qt::TextElideMode mode)
     update();
 }
 
-QSize ElidedLabel::minimumSizeHint() const
-{
-    return {1, QLabel::minimumSizeHint().height()};
-}
-
 QRect ElidedLabel::textRect() const
 {
     const QRect inner = contentsRect().adjusted(std::max(indent(), 0), 0, 0, 0);

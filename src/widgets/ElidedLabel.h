@@ -12,7 +12,7 @@ public:
 
     void setElideMode(Qt::TextElideMode mode);
 
-    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return {1, QLabel::minimumSizeHint().height()}; }
 
 protected:
     bool event(QEvent *event) override;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QFont>
-#include <QRect>
 #include <QString>
 
 class QPainter;

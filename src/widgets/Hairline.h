@@ -4,8 +4,12 @@
 
 /// One pixel that parts two regions of a column.
 class Hairline : public QWidget {
-    Q_OBJECT
-
 public:
-    explicit Hairline(QWidget *parent);
+    explicit Hairline(QWidget *parent)
+        : QWidget(parent)
+    {
+        setBackgroundRole(QPalette::Mid);
+        setAutoFillBackground(true);
+        setFixedHeight(1);
+    }
 };

@@ -51,11 +51,6 @@ void fitLabel(QLabel &label, const QString &whole, int width)
 
 } // namespace
 
-MessageWindow::MessageWindow(QWidget *parent)
-    : QMessageBox(parent)
-{
-}
-
 void MessageWindow::dress()
 {
     m_title = findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
@@ -114,11 +109,6 @@ void MessageWindow::keyPressEvent(QKeyEvent *event)
     QMessageBox::keyPressEvent(event);
 }
 
-QSize MessageWindow::room() const
-{
-    return LookMeasures::roomForWindow(*screen());
-}
-
 QSize MessageWindow::sizeWith(int textWidth)
 {
     fitLabel(*m_title, m_wholeTitle, textWidth);
@@ -164,7 +154,7 @@ void MessageWindow::fit()
         return;
     }
     const QScopedValueRollback fitting(m_isFitting, true);
-    const QSize most = room();
+    const QSize most = LookMeasures::roomForWindow(*screen());
     int width = std::max(usualTextWidth, 22 * fontMetrics().height());
     // In a window as broad as this, the buttons do not count.
     const int beside = sizeWith(most.width()).width() - most.width();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMessageBox>
-#include <QStringList>
 
 class QLabel;
 class QScrollArea;
@@ -14,7 +13,7 @@ class MessageWindow : public QMessageBox {
     Q_OBJECT
 
 public:
-    explicit MessageWindow(QWidget *parent = nullptr);
+    using QMessageBox::QMessageBox;
 
     /// Gives the texts their look, and the window's layout its margins. To be called once, when everything is in the
     /// box.
@@ -31,7 +30,6 @@ private:
     void fit();
     /// Gives the texts this width, and what the window then needs.
     [[nodiscard]] QSize sizeWith(int textWidth);
-    [[nodiscard]] QSize room() const;
     /// Shows as much of the text as there is room for, and lets the user scroll to the rest.
     void scrollText(int width, int height);
 

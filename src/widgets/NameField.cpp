@@ -77,7 +77,7 @@ void NameField::noteText(const QString &text)
     }
     const QString line = onOneLine(text);
     if (line != text) {
-        takeOutLineBreaks(text);
+        removeLineBreaks(text);
         return;
     }
     m_line = line;
@@ -90,7 +90,7 @@ void NameField::noteText(const QString &text)
     }
 }
 
-void NameField::takeOutLineBreaks(const QString &text)
+void NameField::removeLineBreaks(const QString &text)
 {
     const QString line = onOneLine(text);
     if (line == m_line) {

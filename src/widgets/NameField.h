@@ -32,7 +32,7 @@ protected:
 
 private:
     void noteText(const QString &text);
-    void takeOutLineBreaks(const QString &text);
+    void removeLineBreaks(const QString &text);
     void tell(const QString &name);
     void goBack();
     [[nodiscard]] bool goesBackWith(const QEvent *event) const;

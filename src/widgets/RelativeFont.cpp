@@ -3,30 +3,27 @@
 #include <QEvent>
 #include <QWidget>
 
-void RelativeFont::set(QWidget &widget, Derive derive)
+#include <utility>
+
+FontFollower::FontFollower(QWidget &widget, std::function<void()> follow, QObject *owner)
+    : QObject(owner)
+    , m_follow(std::move(follow))
 {
-    new RelativeFont(widget, derive);
+    widget.installEventFilter(this);
 }
 
-RelativeFont::RelativeFont(QWidget &widget, Derive derive)
-    : QObject(&widget)
-    , m_widget(widget)
-    , m_derive(derive)
-{
-    // The widget itself is not told, because it has a font of its own.
-    widget.parentWidget()->installEventFilter(this);
-    apply();
-}
-
-void RelativeFont::apply()
-{
-    m_widget.setFont(m_derive(m_widget.parentWidget()->font()));
-}
-
-bool RelativeFont::eventFilter(QObject *watched, QEvent *event)
+bool FontFollower::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FontChange) {
-        apply();
+        m_follow();
     }
     return QObject::eventFilter(watched, event);
+}
+
+void RelativeFont::set(QWidget &widget, QFont (*derive)(const QFont &base))
+{
+    const auto follow = [&widget, derive] { widget.setFont(derive(widget.parentWidget()->font())); };
+    // The widget itself is not told, because it has a font of its own.
+    new FontFollower(*widget.parentWidget(), follow, &widget);
+    follow();
 }

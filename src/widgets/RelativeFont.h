@@ -3,26 +3,28 @@
 #include <QFont>
 #include <QObject>
 
+#include <functional>
+
 class QWidget;
 
-/// Keeps the font of a widget in proportion to that of what it stands in, also when the application's font changes
-/// while the program runs.
-class RelativeFont : public QObject {
+/// Tells of every change of a widget's font, also of one that comes from the application while the program runs.
+class FontFollower : public QObject {
     Q_OBJECT
 
 public:
-    using Derive = QFont (*)(const QFont &base);
+    /// Calls `follow` as long as `owner` lives.
+    FontFollower(QWidget &widget, std::function<void()> follow, QObject *owner);
 
-    /// Gives the widget the font that `derive` makes of its parent's, from now on. It needs a parent, and keeps it.
-    static void set(QWidget &widget, Derive derive);
-
-protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    RelativeFont(QWidget &widget, Derive derive);
-    void apply();
-
-    QWidget &m_widget;
-    Derive m_derive;
+    std::function<void()> m_follow;
 };
+
+/// The font of a widget in proportion to that of what it stands in.
+namespace RelativeFont {
+
+/// Gives the widget the font that `derive` makes of its parent's, from now on. It needs a parent, and keeps it.
+void set(QWidget &widget, QFont (*derive)(const QFont &base));
+
+} // namespace RelativeFont

@@ -2,6 +2,7 @@
 
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RelativeFont.h"
 #include "Symbols.h"
 
 #include <QAction>
@@ -24,6 +25,8 @@ constexpr int ownTextInset = 8;
 SearchField::SearchField(const QString &placeholder, const QString &accessibleName, QWidget *parent)
     : QLineEdit(parent)
 {
+    new FontFollower(
+        *this, [this] { makeRoomForSymbol(); }, this);
     setPlaceholderText(placeholder);
     setAccessibleName(accessibleName);
     setMaxLength(std::numeric_limits<int>::max());
@@ -43,14 +46,6 @@ SearchField::SearchField(const QString &placeholder, const QString &accessibleNa
 void SearchField::makeRoomForSymbol()
 {
     setTextMargins(symbolInset + LookMeasures::symbolSize(fontMetrics()) + gapAfterSymbol - ownTextInset, 0, 0, 0);
-}
-
-void SearchField::changeEvent(QEvent *event)
-{
-    QLineEdit::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        makeRoomForSymbol();
-    }
 }
 
 void SearchField::showText(const QString &text)

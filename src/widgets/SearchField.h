@@ -18,7 +18,6 @@ Q_SIGNALS:
     void left();
 
 protected:
-    void changeEvent(QEvent *event) override;
     bool event(QEvent *event) override;
     /// A file that is dropped is for the window, which imports it.
     void dragEnterEvent(QDragEnterEvent *event) override;

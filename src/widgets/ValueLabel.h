@@ -11,3 +11,11 @@ public:
 
     void setValue(const QString &value);
 };
+
+/// The label of a value: secondary, and on one line with the ValueLabel beside it.
+class DetailLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    DetailLabel(const QString &text, QWidget *parent);
+};

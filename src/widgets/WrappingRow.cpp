@@ -16,16 +16,9 @@ WrappingRow::WrappingRow(int widest)
 {
 }
 
-WrappingRow::~WrappingRow() = default;
-
 void WrappingRow::addItem(QLayoutItem *item)
 {
     m_items.emplace_back(item);
-}
-
-int WrappingRow::count() const
-{
-    return static_cast<int>(m_items.size());
 }
 
 QLayoutItem *WrappingRow::itemAt(int index) const
@@ -41,11 +34,6 @@ QLayoutItem *WrappingRow::takeAt(int index)
     QLayoutItem *taken = m_items[static_cast<size_t>(index)].release();
     m_items.erase(m_items.begin() + index);
     return taken;
-}
-
-Qt::Orientations WrappingRow::expandingDirections() const
-{
-    return Qt::Horizontal;
 }
 
 int WrappingRow::rowHeight() const
@@ -114,11 +102,6 @@ QList<int> WrappingRow::widthsFor(int width) const
         --spare;
     }
     return widths;
-}
-
-bool WrappingRow::hasHeightForWidth() const
-{
-    return true;
 }
 
 int WrappingRow::heightForWidth(int width) const

@@ -16,16 +16,14 @@ class WrappingRow : public QLayout {
 public:
     /// `widest` limits an item, unless that asks for more itself.
     explicit WrappingRow(int widest = QWIDGETSIZE_MAX);
-    ~WrappingRow() override;
-    Q_DISABLE_COPY_MOVE(WrappingRow)
 
     void addItem(QLayoutItem *item) override;
-    [[nodiscard]] int count() const override;
+    [[nodiscard]] int count() const override { return static_cast<int>(m_items.size()); }
     [[nodiscard]] QLayoutItem *itemAt(int index) const override;
     QLayoutItem *takeAt(int index) override;
 
-    [[nodiscard]] Qt::Orientations expandingDirections() const override;
-    [[nodiscard]] bool hasHeightForWidth() const override;
+    [[nodiscard]] Qt::Orientations expandingDirections() const override { return Qt::Horizontal; }
+    [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSize() const override;

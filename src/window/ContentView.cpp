@@ -63,8 +63,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
     const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, m_state, *menuBar(), this);
     m_recentFiles = menu->recentFiles();
     m_commands->addShortcuts(*this, *m_columns->content()->list(), *m_columns->library()->list());
-    m_columns->content()->setContextMenu(menu->contentContextMenu());
-    m_columns->library()->setContextMenu(menu->libraryContextMenu());
+    m_columns->content()->list()->setContextMenu(menu->contentContextMenu());
+    m_columns->library()->list()->setContextMenu(menu->libraryContextMenu());
     new EditingKeys(this);
     const auto isShown = [this](quint64 id) { return m_columns->library()->isShown(id); };
     m_status = new StatusLine(desk.library, desk.content, desk.storage, desk.editors, isShown, this);

@@ -24,6 +24,5 @@ struct ProblemReport {
     [[nodiscard]] static ProblemReport of(
         const VelgorLibrary &library, const LibraryStorageManager &storage, const QWidget &window);
 
-    /// Plain text in lines.
     [[nodiscard]] QString text() const;
 };

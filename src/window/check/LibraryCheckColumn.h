@@ -7,7 +7,6 @@
 #include <QWidget>
 
 class LibraryCheckList;
-class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 

@@ -73,7 +73,7 @@ LibraryCheckDialog::LibraryCheckDialog(
     resize(LookMeasures::scaledToText(startSize, fontMetrics()).boundedTo(LookMeasures::roomForWindow(*screen())));
     connect(m_check.get(), &LibraryCheck::progress, this, &LibraryCheckDialog::showProgress);
     connect(m_check.get(), &LibraryCheck::examined, this, &LibraryCheckDialog::showExamined);
-    connect(m_check.get(), &LibraryCheck::ended, this, &LibraryCheckDialog::takeEnd);
+    connect(m_check.get(), &LibraryCheck::ended, this, &LibraryCheckDialog::noteEnd);
     m_check->examine();
     await({});
 }
@@ -220,7 +220,7 @@ void LibraryCheckDialog::restore()
     await(tr("The former library is back. The one that it replaced is the first in the list."));
 }
 
-void LibraryCheckDialog::takeEnd(bool isDone)
+void LibraryCheckDialog::noteEnd(bool isDone)
 {
     if (!isDone) {
         m_doneText = tr("Nothing was restored.");

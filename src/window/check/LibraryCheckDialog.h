@@ -33,7 +33,7 @@ private:
     void addBottom();
     /// Shows that something is under way, unless it is over at once. `done` is what is said then.
     void await(const QString &done);
-    void takeEnd(bool isDone);
+    void noteEnd(bool isDone);
     void showProgress(qsizetype examined, qsizetype total);
     void showExamined();
     void showFindings();

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "EmptyHint.h"
-#include "LibraryCheckModel.h"
+#include "LibraryCheckRow.h"
 
+#include <QList>
 #include <QListView>
+
+class QStandardItemModel;
 
 /// A list of the library check, in which one row that is no title is selected while there is one.
 class LibraryCheckList : public QListView {
@@ -28,6 +31,7 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    LibraryCheckModel *m_model;
+    QStandardItemModel *m_model;
+    QList<LibraryCheckRow> m_rows;
     EmptyHint m_hint;
 };

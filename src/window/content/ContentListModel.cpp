@@ -32,7 +32,7 @@ void ContentListModel::connectContent()
         Q_EMIT dataChanged(index(static_cast<int>(first)), index(static_cast<int>(last)));
     });
     connect(&m_content, &VelgorContent::aboutToBeReordered, this, [this] { Q_EMIT layoutAboutToBeChanged(); });
-    connect(&m_content, &VelgorContent::reordered, this, &ContentListModel::takeReordered);
+    connect(&m_content, &VelgorContent::reordered, this, &ContentListModel::followReordered);
     connect(&m_content, &VelgorContent::aboutToBeReset, this, [this] {
         beginResetModel();
         m_usedRows.clear();
@@ -40,7 +40,7 @@ void ContentListModel::connectContent()
     connect(&m_content, &VelgorContent::wasReset, this, [this] { endResetModel(); });
 }
 
-void ContentListModel::takeReordered(const QList<qsizetype> &formerRows)
+void ContentListModel::followReordered(const QList<qsizetype> &formerRows)
 {
     QList<int> newRows(formerRows.size());
     for (qsizetype row = 0; row < formerRows.size(); ++row) {
@@ -111,11 +111,6 @@ QMimeData *ContentListModel::mimeData(const QModelIndexList &indexes) const
         payloads.append(TransferablePatch::ofSlot(m_content.velgorContentPatchList().at(row)));
     }
     return PatchPayload::pack(payloads);
-}
-
-Qt::DropActions ContentListModel::supportedDragActions() const
-{
-    return Qt::CopyAction | Qt::MoveAction;
 }
 
 void ContentListModel::setUsedRows(const QSet<int> &rows)

@@ -19,14 +19,14 @@ public:
     [[nodiscard]] QStringList mimeTypes() const override;
     /// The payload of the rows, in their order.
     [[nodiscard]] QMimeData *mimeData(const QModelIndexList &indexes) const override;
-    [[nodiscard]] Qt::DropActions supportedDragActions() const override;
+    [[nodiscard]] Qt::DropActions supportedDragActions() const override { return Qt::CopyAction | Qt::MoveAction; }
 
     /// The slots that hold the library patch whose details are shown.
     void setUsedRows(const QSet<int> &rows);
 
 private:
     void connectContent();
-    void takeReordered(const QList<qsizetype> &formerRows);
+    void followReordered(const QList<qsizetype> &formerRows);
 
     const VelgorContent &m_content;
     QSet<int> m_usedRows;

@@ -8,8 +8,6 @@
 
 #include <QScopedValueRollback>
 
-#include <algorithm>
-
 ContentListView::ContentListView(const VelgorContent &content, ContentEditor &editor,
     const LibraryEditor &libraryEditor, ContentListModel &model, QWidget *parent)
     : PatchListView(parent)
@@ -91,7 +89,7 @@ bool ContentListView::hasUserIR(const TransferablePatch &payload) const
     return !rows.isEmpty() && m_content.velgorContentPatchList().at(rows.first()).patch.hasUserIR;
 }
 
-void ContentListView::take(const QList<TransferablePatch> &items, const DropMark &mark)
+void ContentListView::acceptDrop(const QList<TransferablePatch> &items, const DropMark &mark)
 {
     if (mark.kind == DropMark::Replace) {
         m_editor.dropDest(items.first().id, mark.row);

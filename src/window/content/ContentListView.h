@@ -17,13 +17,12 @@ public:
     ContentListView(const VelgorContent &content, ContentEditor &editor, const LibraryEditor &libraryEditor,
         ContentListModel &model, QWidget *parent = nullptr);
 
-    /// Selects a slot and makes it visible.
     void showSlot(int row);
 
 protected:
     [[nodiscard]] DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const override;
     [[nodiscard]] bool hasUserIR(const TransferablePatch &payload) const override;
-    void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
+    void acceptDrop(const QList<TransferablePatch> &items, const DropMark &mark) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
 
 private:

@@ -1,11 +1,10 @@
 #include "ContentRowDelegate.h"
 
-#include "BadgePainter.h"
-#include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchListView.h"
 #include "PatchRoles.h"
+#include "RoundedFill.h"
 #include "Symbols.h"
 
 #include <QPainter>
@@ -17,9 +16,7 @@ namespace {
 constexpr int positionGap = 10;
 constexpr int bankSize = 3;
 
-} // namespace
-
-QRect ContentRowDelegate::positionRect(const QStyleOptionViewItem &option, const QModelIndex &index)
+QRect positionRect(const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     // The last row's position is the widest one there is.
     const int rows = std::max(index.model()->rowCount(), 99);
@@ -28,7 +25,9 @@ QRect ContentRowDelegate::positionRect(const QStyleOptionViewItem &option, const
     return {option.rect.left() + LookMeasures::columnPadding, option.rect.top(), width, option.rect.height()};
 }
 
-QRect ContentRowDelegate::speakerRect(const QStyleOptionViewItem &option, const QModelIndex &index)
+} // namespace
+
+QRect ContentRowDelegate::speakerRect(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const int size = LookMeasures::symbolSize(option.fontMetrics);
     const int left = positionRect(option, index).right() + 1 + positionGap;
@@ -52,7 +51,7 @@ void ContentRowDelegate::paintRow(
 {
     paintPosition(painter, option, index, state);
     if (state.isDropTarget) {
-        paintReplacement(painter, option, index, nameRect(option, index), state);
+        paintReplacement(painter, option, index, state);
         return;
     }
     paintSpeaker(painter, speakerRect(option, index), index.data(PatchRoles::HasUserIR).toBool(), state);
@@ -70,9 +69,7 @@ void ContentRowDelegate::paintPosition(
         const int height = std::min(std::max(18, option.fontMetrics.height() + 2), rect.height() - 4);
         const QRectF badge(
             rect.right() + 1 - width - 4.5, rect.top() + (rect.height() - height) / 2.0, width + 9, height);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(LookTokens::current().accent);
-        painter.drawRoundedRect(badge, LookMeasures::badgeRadius, LookMeasures::badgeRadius);
+        fillRounded(painter, badge, LookTokens::current().accent, LookMeasures::badgeRadius);
         painter.setPen(LookTokens::current().badgeText);
     } else {
         painter.setPen(index.row() % bankSize == 0 ? state.text : state.secondary);
@@ -80,8 +77,8 @@ void ContentRowDelegate::paintPosition(
     painter.drawText(rect, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, position);
 }
 
-void ContentRowDelegate::paintReplacement(QPainter &painter, const QStyleOptionViewItem &option,
-    const QModelIndex &index, const QRect &nameRect, const RowState &state)
+void ContentRowDelegate::paintReplacement(
+    QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index, const RowState &state) const
 {
     const DropMark &mark = viewOf(option)->dropMark();
     paintSymbol(&painter, QStringLiteral("arrow.right"), state.accent, speakerRect(option, index));
@@ -99,19 +96,7 @@ void ContentRowDelegate::paintReplacement(QPainter &painter, const QStyleOptionV
     painter.drawText(leavingRect, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, leaving);
 
     painter.setFont(option.font);
-    QRect comingRect = nameRect;
+    QRect comingRect = nameRect(option, index);
     comingRect.setRight(leavingRect.left() - LookMeasures::gap);
     paintName(painter, comingRect, mark.names.value(index.row() - mark.row), state.text);
-}
-
-QString ContentRowDelegate::markToolTip(
-    const QPoint &position, const QStyleOptionViewItem &option, const QModelIndex &index) const
-{
-    if (speakerRect(option, index).contains(position)) {
-        return index.data(PatchRoles::HasUserIR).toBool() ? tr("User impulse response") : tr("Stock impulse response");
-    }
-    if (firmwareRect(option).contains(position)) {
-        return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
-    }
-    return {};
 }

@@ -4,18 +4,19 @@
 #include "Commands.h"
 #include "ContentListModel.h"
 #include "ContentListView.h"
-#include "ContentTitle.h"
 #include "Hairline.h"
 #include "LibraryEditor.h"
 #include "LookMeasures.h"
+#include "LookTokens.h"
 #include "OneRefresh.h"
+#include "RelativeFont.h"
 #include "VelgorContent.h"
 #include "VelgorLibrary.h"
 #include "WrappingRow.h"
 
 #include <QAction>
-#include <QMenu>
-#include <QStyle>
+#include <QEvent>
+#include <QLabel>
 #include <QVBoxLayout>
 
 using namespace LookMeasures;
@@ -26,11 +27,14 @@ VelgorContentView::VelgorContentView(const VelgorContent &content, const VelgorL
     , m_content(content)
     , m_libraryEditor(libraryEditor)
     , m_model(new ContentListModel(content, this))
-    , m_title(new ContentTitle(this))
+    , m_title(new QLabel(this))
     , m_list(new ContentListView(content, editor, libraryEditor, *m_model, this))
     , m_import(new CommandButton(commands, CommandId::Import, this))
     , m_refresh(new OneRefresh([this] { refresh(); }, this))
 {
+    m_title->setTextFormat(Qt::RichText);
+    m_title->setWordWrap(true);
+    RelativeFont::set(*m_title, strongFont);
     auto *const header = new QVBoxLayout;
     header->setContentsMargins(columnPadding, wideGap - hairline, columnPadding, gap);
     header->addWidget(m_title);
@@ -66,16 +70,31 @@ VelgorContentView::VelgorContentView(const VelgorContent &content, const VelgorL
     refresh();
 }
 
-void VelgorContentView::setContextMenu(QMenu *menu)
+void VelgorContentView::changeEvent(QEvent *event)
 {
-    connect(m_list, &QWidget::customContextMenuRequested, menu,
-        [this, menu](const QPoint &position) { menu->popup(m_list->viewport()->mapToGlobal(position)); });
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        refreshTitle();
+    }
+}
+
+void VelgorContentView::refreshTitle()
+{
+    const QString title = tr("Selection for your Velgor");
+    const QString count = tr("(%1 elements)").arg(m_content.velgorContentPatchList().size());
+    // The colour is written into the text.
+    const QString text = QStringLiteral(R"(%1 <span style="font-weight:400; white-space:nowrap; color:%2">%3</span>)")
+                             .arg(title, LookTokens::current().secondary.name(), count);
+    if (text != m_title->text()) {
+        m_title->setText(text);
+        m_title->setAccessibleName(title + u' ' + count);
+    }
 }
 
 void VelgorContentView::refresh()
 {
     const qsizetype count = m_content.velgorContentPatchList().size();
-    m_title->setCount(count);
+    refreshTitle();
     m_list->setHint(count > 0 ? EmptyHint{}
                               : EmptyHint{QStringLiteral("arrow.up.square"), tr("No presets yet"),
                                   tr("Import a preset file (.prst) exported by the editor of your Velgor.")});

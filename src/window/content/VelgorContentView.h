@@ -7,10 +7,9 @@ class Commands;
 class ContentEditor;
 class ContentListModel;
 class ContentListView;
-class ContentTitle;
 class LibraryEditor;
 class OneRefresh;
-class QMenu;
+class QLabel;
 class VelgorContent;
 class VelgorLibrary;
 
@@ -24,16 +23,19 @@ public:
         const LibraryEditor &libraryEditor, Commands &commands, QWidget *parent = nullptr);
 
     [[nodiscard]] ContentListView *list() const { return m_list; }
-    void setContextMenu(QMenu *menu);
+
+protected:
+    void changeEvent(QEvent *event) override;
 
 private:
     void refresh();
+    void refreshTitle();
     void refreshUsedRows();
 
     const VelgorContent &m_content;
     const LibraryEditor &m_libraryEditor;
     ContentListModel *m_model;
-    ContentTitle *m_title;
+    QLabel *m_title;
     ContentListView *m_list;
     CommandButton *m_import;
     OneRefresh *m_refresh;

@@ -1,8 +1,8 @@
 #include "EmptyDetails.h"
 
 #include "LookMeasures.h"
+#include "RelativeFont.h"
 
-#include <QEvent>
 #include <QLabel>
 
 #include <algorithm>
@@ -14,6 +14,8 @@ EmptyDetails::EmptyDetails(QWidget *parent)
     , m_text(new QLabel(this))
     , m_nextStep(new QLabel(this))
 {
+    new FontFollower(
+        *this, [this] { arrange(); }, this);
     m_text->setForegroundRole(QPalette::PlaceholderText);
     for (QLabel *label : {m_text, m_nextStep}) {
         label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -34,14 +36,6 @@ QSize EmptyDetails::minimumSizeHint() const
 {
     // It shares its place with the form, which decides.
     return {1, 1};
-}
-
-void EmptyDetails::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        arrange();
-    }
 }
 
 void EmptyDetails::resizeEvent(QResizeEvent *event)

@@ -17,7 +17,6 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
-    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

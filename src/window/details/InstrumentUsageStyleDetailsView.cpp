@@ -1,9 +1,9 @@
 #include "InstrumentUsageStyleDetailsView.h"
 
-#include "DetailMeasures.h"
 #include "LookMeasures.h"
+#include "PatchSubdetailsInfoView.h"
+#include "RelativeFont.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 
@@ -21,6 +21,8 @@ InstrumentUsageStyleDetailsView::InstrumentUsageStyleDetailsView(QWidget *parent
     : QWidget(parent)
     , m_grid(new QGridLayout(this))
 {
+    new FontFollower(
+        *this, [this] { arrange(); }, this);
     addKind(tr("Usage: "), PatchFlags::usage(rows));
     addKind(tr("Style: "), PatchFlags::style(rows));
     m_grid->setContentsMargins({});
@@ -78,14 +80,6 @@ QSize InstrumentUsageStyleDetailsView::minimumSizeHint() const
     return {1, QWidget::minimumSizeHint().height()};
 }
 
-void InstrumentUsageStyleDetailsView::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        arrange();
-    }
-}
-
 void InstrumentUsageStyleDetailsView::arrange()
 {
     constexpr int rowGap = 2;
@@ -114,5 +108,5 @@ void InstrumentUsageStyleDetailsView::arrange()
     for (int column = 1; column <= mostTogglesInRow; ++column) {
         m_grid->setColumnStretch(column, column <= m_togglesInRow ? 1 : 0);
     }
-    m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : DetailMeasures::labelColumn(fontMetrics()));
+    m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : PatchSubdetailsInfoView::labelColumn(fontMetrics()));
 }

@@ -16,7 +16,6 @@ class InstrumentUsageStyleDetailsView : public QWidget {
 public:
     explicit InstrumentUsageStyleDetailsView(QWidget *parent, PatchFields::Rows rows = PatchFields::all());
 
-    /// Shows the flags of a patch.
     void showFlags(const VelgorPatch &patch);
     /// Whether the labels stand above their rows rather than before them, and how many toggles stand in a row: four or
     /// two.
@@ -27,11 +26,7 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    /// The user pressed a toggle.
     void flagToggled(PatchFlag flag, bool isSet);
-
-protected:
-    void changeEvent(QEvent *event) override;
 
 private:
     struct Toggle {

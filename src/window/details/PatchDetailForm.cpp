@@ -1,13 +1,13 @@
 #include "PatchDetailForm.h"
 
 #include "CommentEdit.h"
-#include "DetailMeasures.h"
 #include "Hairline.h"
 #include "InstrumentUsageStyleDetailsView.h"
 #include "LookMeasures.h"
 #include "NameField.h"
 #include "PatchSubdetailsInfoView.h"
 #include "PatchTechnicalView.h"
+#include "PlaceBadges.h"
 #include "RelativeFont.h"
 #include "ScrolledColumn.h"
 #include "Symbols.h"
@@ -65,6 +65,8 @@ PatchDetailForm::PatchDetailForm(QWidget *parent)
     , m_subdetails(new PatchSubdetailsInfoView(m_column))
     , m_technical(new PatchTechnicalView(m_column))
 {
+    new FontFollower(
+        *this, [this] { followFont(); }, this);
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -79,7 +81,7 @@ PatchDetailForm::PatchDetailForm(QWidget *parent)
     connect(m_flags, &InstrumentUsageStyleDetailsView::flagToggled, this, &PatchDetailForm::flagToggled);
     connect(m_comment, &CommentEdit::commentEdited, this, &PatchDetailForm::commentEdited);
     connect(m_default, &QAbstractButton::clicked, this, &PatchDetailForm::defaultPressed);
-    connect(m_subdetails, &PatchSubdetailsInfoView::placeActivated, this, &PatchDetailForm::placeActivated);
+    connect(m_subdetails->places(), &PlaceBadges::placeActivated, this, &PatchDetailForm::placeActivated);
 }
 
 QVBoxLayout *PatchDetailForm::addRows()
@@ -146,7 +148,7 @@ void PatchDetailForm::showPatch(const VelgorPatch &patch, bool isOtherPatch)
     m_subdetails->showPatch(patch);
     m_technical->showPatch(patch);
     if (isOtherPatch) {
-        m_subdetails->foldPlaces();
+        m_subdetails->places()->fold();
         ensureVisible(0, 0);
     }
 }
@@ -160,7 +162,7 @@ void PatchDetailForm::showDefault(bool isDefault)
 
 void PatchDetailForm::showPlaces(const QList<int> &slotIndexes)
 {
-    m_subdetails->setPlaces(slotIndexes);
+    m_subdetails->places()->setPlaces(slotIndexes);
     // Put off, the layouts follow one after the other from the inside out, and what they pass through is seen.
     for (QWidget *widget : {static_cast<QWidget *>(m_subdetails), static_cast<QWidget *>(m_column), viewport()}) {
         QCoreApplication::sendPostedEvents(widget, QEvent::LayoutRequest);
@@ -191,14 +193,6 @@ QSize PatchDetailForm::minimumSizeHint() const
     return {std::max(leastWidth, contents + 2 * stackedPadding), leastLines * fieldHeight(fontMetrics())};
 }
 
-void PatchDetailForm::changeEvent(QEvent *event)
-{
-    QScrollArea::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        followFont();
-    }
-}
-
 void PatchDetailForm::resizeEvent(QResizeEvent *event)
 {
     arrange();
@@ -217,7 +211,7 @@ void PatchDetailForm::followFont()
 
 void PatchDetailForm::arrange()
 {
-    const int labelColumn = DetailMeasures::labelColumn(fontMetrics());
+    const int labelColumn = PatchSubdetailsInfoView::labelColumn(fontMetrics());
     const bool isStacked = width() < 2 * detailsPadding + labelColumn + m_flags->togglesMinimumWidth(allToggles);
     const int padding = isStacked ? stackedPadding : detailsPadding;
     const int indent = isStacked ? 0 : labelColumn;

@@ -44,7 +44,6 @@ Q_SIGNALS:
     void placeActivated(int slotIndex);
 
 protected:
-    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

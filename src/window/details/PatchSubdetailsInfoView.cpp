@@ -1,25 +1,40 @@
 #include "PatchSubdetailsInfoView.h"
 
-#include "DetailLabel.h"
-#include "DetailMeasures.h"
 #include "LookMeasures.h"
 #include "PlaceBadges.h"
+#include "RelativeFont.h"
 #include "SymbolView.h"
 #include "Utf8Text.h"
 #include "ValueLabel.h"
 #include "VelgorPatch.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 
 using namespace LookMeasures;
 
+namespace {
+
+constexpr int rowGap = 8;
+
+/// The label that is the longest of all, with the space behind it.
+QString longestLabel()
+{
+    return PatchSubdetailsInfoView::tr("Velgor name: ");
+}
+
+} // namespace
+
+int PatchSubdetailsInfoView::labelColumn(const QFontMetrics &metrics)
+{
+    return metrics.horizontalAdvance(longestLabel()) + gap;
+}
+
 PatchSubdetailsInfoView::PatchSubdetailsInfoView(QWidget *parent)
     : QWidget(parent)
     , m_grid(new QGridLayout)
-    , m_unitNameLabel(makeLabel(DetailMeasures::longestLabel()))
+    , m_unitNameLabel(makeLabel(longestLabel()))
     , m_unitName(new ValueLabel(tr("Velgor name"), this))
     , m_importedLabel(makeLabel(tr("Imported: ")))
     , m_imported(new ValueLabel(tr("Imported"), this))
@@ -29,6 +44,8 @@ PatchSubdetailsInfoView::PatchSubdetailsInfoView(QWidget *parent)
     , m_places(new PlaceBadges(this))
     , m_placesLine(new QHBoxLayout)
 {
+    new FontFollower(
+        *this, [this] { arrange(); }, this);
     m_unitName->setIndent(focusGutter);
     m_imported->setIndent(focusGutter);
     m_impulseResponseLine->setContentsMargins(focusGutter, 0, 0, 0);
@@ -41,11 +58,10 @@ PatchSubdetailsInfoView::PatchSubdetailsInfoView(QWidget *parent)
 
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins({});
-    rows->setSpacing(DetailMeasures::rowGap - focusGutter);
+    rows->setSpacing(rowGap - focusGutter);
     rows->addLayout(m_grid);
     rows->addLayout(m_placesLine);
     arrange();
-    connect(m_places, &PlaceBadges::placeActivated, this, &PatchSubdetailsInfoView::placeActivated);
 }
 
 QLabel *PatchSubdetailsInfoView::makeLabel(const QString &text)
@@ -57,10 +73,10 @@ QLabel *PatchSubdetailsInfoView::makeLabel(const QString &text)
 
 void PatchSubdetailsInfoView::arrange()
 {
-    const int indent = m_areValuesBelow ? 0 : DetailMeasures::labelColumn(fontMetrics());
+    const int indent = m_areValuesBelow ? 0 : labelColumn(fontMetrics());
     const int column = m_areValuesBelow ? 0 : 1;
     const int apart = m_areValuesBelow ? 2 : 1;
-    m_grid->setVerticalSpacing(m_areValuesBelow ? tinyGap : DetailMeasures::rowGap);
+    m_grid->setVerticalSpacing(m_areValuesBelow ? tinyGap : rowGap);
     m_grid->setColumnMinimumWidth(0, indent);
     m_grid->addWidget(m_unitNameLabel, 0, 0);
     m_grid->addWidget(m_unitName, apart - 1, column);
@@ -84,29 +100,11 @@ void PatchSubdetailsInfoView::showPatch(const VelgorPatch &patch)
     m_impulseResponse->setForegroundRole(patch.hasUserIR ? QPalette::Link : QPalette::WindowText);
 }
 
-void PatchSubdetailsInfoView::setPlaces(const QList<int> &slotIndexes)
-{
-    m_places->setPlaces(slotIndexes);
-}
-
-void PatchSubdetailsInfoView::foldPlaces()
-{
-    m_places->fold();
-}
-
 void PatchSubdetailsInfoView::setStacked(bool areBadgesBelow, bool areValuesBelow)
 {
     m_places->setStacked(areBadgesBelow);
     if (areValuesBelow != m_areValuesBelow) {
         m_areValuesBelow = areValuesBelow;
-        arrange();
-    }
-}
-
-void PatchSubdetailsInfoView::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
         arrange();
     }
 }

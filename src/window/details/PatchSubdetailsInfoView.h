@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QList>
 #include <QWidget>
 
 class PlaceBadges;
@@ -19,19 +18,13 @@ class PatchSubdetailsInfoView : public QWidget {
 public:
     explicit PatchSubdetailsInfoView(QWidget *parent);
 
+    /// From the left edge of the labels in the details to the left edge of everything else: all their parts stand on
+    /// one axis.
+    [[nodiscard]] static int labelColumn(const QFontMetrics &metrics);
     void showPatch(const VelgorPatch &patch);
-    /// The slots that hold the patch, counted from 0, in order.
-    void setPlaces(const QList<int> &slotIndexes);
-    /// Shows few of many places again.
-    void foldPlaces();
+    [[nodiscard]] PlaceBadges *places() const { return m_places; }
     /// Whether the badges of the places stand below their sentence, and the values below their labels.
     void setStacked(bool areBadgesBelow, bool areValuesBelow);
-
-Q_SIGNALS:
-    void placeActivated(int slotIndex);
-
-protected:
-    void changeEvent(QEvent *event) override;
 
 private:
     [[nodiscard]] QLabel *makeLabel(const QString &text);

@@ -1,15 +1,13 @@
 #include "PatchTechnicalView.h"
 
-#include "DetailLabel.h"
-#include "DetailMeasures.h"
 #include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "PVersionView.h"
+#include "PatchSubdetailsInfoView.h"
 #include "RelativeFont.h"
 #include "ValueLabel.h"
 #include "VelgorPatch.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -51,6 +49,8 @@ PatchTechnicalView::PatchTechnicalView(QWidget *parent)
     , m_grid(new QGridLayout(this))
     , m_badge(new PVersionView(this))
 {
+    new FontFollower(
+        *this, [this] { arrange(); }, this);
     m_grid->setContentsMargins({});
     m_grid->setHorizontalSpacing(0);
     m_grid->setVerticalSpacing(5);
@@ -104,15 +104,7 @@ void PatchTechnicalView::arrange()
         m_grid->addLayout(line.value, m_isStacked ? row + 1 : row, m_isStacked ? 0 : 1);
         row += m_isStacked ? 2 : 1;
     }
-    m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : DetailMeasures::labelColumn(fontMetrics()));
-}
-
-void PatchTechnicalView::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        arrange();
-    }
+    m_grid->setColumnMinimumWidth(0, m_isStacked ? 0 : PatchSubdetailsInfoView::labelColumn(fontMetrics()));
 }
 
 void PatchTechnicalView::showPatch(const VelgorPatch &patch)

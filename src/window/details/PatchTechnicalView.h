@@ -23,9 +23,6 @@ public:
     /// What the widest of the values takes.
     [[nodiscard]] int valuesWidth() const;
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     struct Line {
         QLabel *label;

@@ -1,8 +1,8 @@
 #include "PlaceBadges.h"
 
 #include "LookMeasures.h"
-#include "MorePlaces.h"
 #include "PlaceBadge.h"
+#include "RelativeFont.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -33,6 +33,13 @@ PlaceBadges::PlaceBadges(QWidget *parent)
     , m_sentence(new QLabel(sentence(0), this))
     , m_more(new MorePlaces(this))
 {
+    new FontFollower(
+        *this,
+        [this] {
+            arrange();
+            updateGeometry();
+        },
+        this);
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
@@ -67,11 +74,8 @@ void PlaceBadges::setPlaces(const QList<int> &slotIndexes)
     while (m_badges.size() < m_places.size()) {
         addBadge();
     }
-    for (qsizetype i = 0; i < m_badges.size(); ++i) {
-        PlaceBadge *badge = m_badges.at(i);
-        if (i < m_places.size()) {
-            badge->setSlotIndex(m_places.at(i));
-        }
+    for (qsizetype i = 0; i < m_places.size(); ++i) {
+        m_badges.at(i)->setSlotIndex(m_places.at(i));
     }
     arrange();
     updateGeometry();
@@ -185,15 +189,6 @@ void PlaceBadges::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     arrange();
-}
-
-void PlaceBadges::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        arrange();
-        updateGeometry();
-    }
 }
 
 bool PlaceBadges::eventFilter(QObject *watched, QEvent *event)

@@ -32,7 +32,6 @@ Q_SIGNALS:
     void placeActivated(int slotIndex);
 
 protected:
-    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 

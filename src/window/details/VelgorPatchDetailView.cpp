@@ -38,16 +38,16 @@ VelgorPatchDetailView::VelgorPatchDetailView(
     });
     connect(m_form, &PatchDetailForm::placeActivated, this, &VelgorPatchDetailView::placeActivated);
 
-    connect(&library, &VelgorLibrary::selectionChanged, m_refresh, &OneRefresh::ask);
-    connect(&library, &VelgorLibrary::rowsInserted, m_refresh, &OneRefresh::ask);
-    connect(&library, &VelgorLibrary::rowsRemoved, m_refresh, &OneRefresh::ask);
-    connect(&library, &VelgorLibrary::rowsChanged, m_refresh, &OneRefresh::ask);
+    for (const auto signal : {&VelgorLibrary::rowsInserted, &VelgorLibrary::rowsRemoved, &VelgorLibrary::rowsChanged}) {
+        connect(&library, signal, m_refresh, &OneRefresh::ask);
+    }
     connect(&library, &VelgorLibrary::wasReset, m_refresh, &OneRefresh::ask);
+    connect(&library, &VelgorLibrary::selectionChanged, m_refresh, &OneRefresh::ask);
     connect(&library, &VelgorLibrary::defaultPatchChanged, m_refresh, &OneRefresh::ask);
-    connect(&content, &VelgorContent::rowsInserted, m_refresh, &OneRefresh::ask);
-    connect(&content, &VelgorContent::rowsRemoved, m_refresh, &OneRefresh::ask);
-    connect(&content, &VelgorContent::rowMoved, m_refresh, &OneRefresh::ask);
-    connect(&content, &VelgorContent::rowsChanged, m_refresh, &OneRefresh::ask);
+    for (const auto signal : {&VelgorContent::rowsInserted, &VelgorContent::rowsRemoved, &VelgorContent::rowMoved,
+             &VelgorContent::rowsChanged}) {
+        connect(&content, signal, m_refresh, &OneRefresh::ask);
+    }
     connect(&content, &VelgorContent::wasReset, m_refresh, &OneRefresh::ask);
     refresh();
 }
@@ -110,11 +110,6 @@ QString VelgorPatchDetailView::nextStep() const
     return tr("Next: select slots on the left and press %1 to keep them, or drag them into the library.").arg(key);
 }
 
-void VelgorPatchDetailView::refreshEmpty()
-{
-    m_empty->setText(reasonForNoDetails(), nextStep());
-}
-
 void VelgorPatchDetailView::refresh()
 {
     if (m_shownId && m_shownId != m_library.selection()) {
@@ -123,7 +118,7 @@ void VelgorPatchDetailView::refresh()
     const VelgorPatch *patch = selectedPatch();
     if (patch == nullptr || patch->empty) {
         m_shownId.reset();
-        refreshEmpty();
+        m_empty->setText(reasonForNoDetails(), nextStep());
         m_pages->setCurrentWidget(m_empty);
         return;
     }
@@ -131,18 +126,13 @@ void VelgorPatchDetailView::refresh()
     m_shownId = patch->id();
     m_form->showPatch(*patch, isOtherPatch);
     m_form->showDefault(m_callbacks.isDefaultPatch(*m_shownId));
-    refreshPlaces();
-    m_pages->setCurrentWidget(m_form);
-}
-
-void VelgorPatchDetailView::refreshPlaces()
-{
     QList<int> slotIndexes;
     const QList<BankNumber> places = m_callbacks.inContentPatch(*m_shownId);
     for (const BankNumber &place : places) {
-        slotIndexes.append((place.bank - 1) * static_cast<int>(BankNumber::numbersPerBank) + place.number - 1);
+        slotIndexes.append(static_cast<int>(place.slot()));
     }
     m_form->showPlaces(slotIndexes);
+    m_pages->setCurrentWidget(m_form);
 }
 
 void VelgorPatchDetailView::edit(const std::function<void(VelgorPatch &)> &change)
@@ -153,8 +143,7 @@ void VelgorPatchDetailView::edit(const std::function<void(VelgorPatch &)> &chang
     }
     VelgorPatch patch = *found->patch;
     change(patch);
-    if (patch == *found->patch) {
-        return;
+    if (patch != *found->patch) {
+        m_callbacks.edit(patch);
     }
-    m_callbacks.edit(patch);
 }

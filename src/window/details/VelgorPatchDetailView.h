@@ -42,9 +42,7 @@ private:
     [[nodiscard]] const VelgorPatch *selectedPatch() const;
     [[nodiscard]] QString reasonForNoDetails() const;
     [[nodiscard]] QString nextStep() const;
-    void refreshEmpty();
     void refresh();
-    void refreshPlaces();
     void edit(const std::function<void(VelgorPatch &)> &change);
 
     const VelgorLibrary &m_library;

@@ -1,9 +1,9 @@
 #include "FilterFlags.h"
 
 #include "LookMeasures.h"
+#include "RelativeFont.h"
 #include "Symbols.h"
 
-#include <QEvent>
 #include <QGridLayout>
 #include <QPushButton>
 
@@ -31,6 +31,13 @@ FilterFlags::FilterFlags(QWidget *parent, PatchFields::Rows rows)
     , m_grid(new QGridLayout(this))
     , m_clear(new QPushButton(symbolIcon(QStringLiteral("xmark")), tr("Clear"), this))
 {
+    new FontFollower(
+        *this,
+        [this] {
+            m_columns = 0;
+            arrange();
+        },
+        this);
     m_grid->setContentsMargins(sidePadding, 0, sidePadding, 0);
     m_grid->setSpacing(0);
     for (const PatchField *field : std::as_const(m_fields)) {
@@ -127,16 +134,6 @@ void FilterFlags::arrange()
     }
     m_grid->activate();
     updateGeometry();
-}
-
-void FilterFlags::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        m_columns = 0;
-        arrange();
-        updateGeometry();
-    }
 }
 
 void FilterFlags::resizeEvent(QResizeEvent *event)

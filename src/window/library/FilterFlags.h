@@ -22,7 +22,6 @@ public:
     void focusFirst();
 
     [[nodiscard]] QSize minimumSizeHint() const override;
-    /// How high it is at a width.
     [[nodiscard]] int heightAt(int width) const;
 
 Q_SIGNALS:
@@ -30,7 +29,6 @@ Q_SIGNALS:
     void clearPressed();
 
 protected:
-    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -20,18 +20,18 @@ LibraryListModel::LibraryListModel(const VelgorLibrary &library, LibraryEditor &
 
 void LibraryListModel::connectLibrary()
 {
-    connect(&m_library, &VelgorLibrary::rowsInserted, this, &LibraryListModel::takeInserted);
+    connect(&m_library, &VelgorLibrary::rowsInserted, this, &LibraryListModel::followInserted);
     connect(&m_library, &VelgorLibrary::rowsAboutToBeRemoved, this, &LibraryListModel::announceRemoval);
-    connect(&m_library, &VelgorLibrary::rowsRemoved, this, &LibraryListModel::takeRemoved);
+    connect(&m_library, &VelgorLibrary::rowsRemoved, this, &LibraryListModel::followRemoved);
     connect(&m_library, &VelgorLibrary::rowAboutToBeMoved, this, &LibraryListModel::announceMove);
-    connect(&m_library, &VelgorLibrary::rowMoved, this, &LibraryListModel::takeMoved);
+    connect(&m_library, &VelgorLibrary::rowMoved, this, &LibraryListModel::followMoved);
     connect(&m_library, &VelgorLibrary::rowsChanged, this, [this](qsizetype first, qsizetype last) {
         for (qsizetype row = first; row <= last; ++row) {
-            takeChanged(row);
+            followChanged(row);
         }
     });
     connect(&m_library, &VelgorLibrary::aboutToBeReordered, this, [this] { Q_EMIT layoutAboutToBeChanged(); });
-    connect(&m_library, &VelgorLibrary::reordered, this, &LibraryListModel::takeReordered);
+    connect(&m_library, &VelgorLibrary::reordered, this, &LibraryListModel::followReordered);
     connect(&m_library, &VelgorLibrary::aboutToBeReset, this, [this] { beginResetModel(); });
     connect(&m_library, &VelgorLibrary::wasReset, this, [this] {
         m_rows = m_filter.shownRows(m_library);
@@ -147,11 +147,6 @@ QMimeData *LibraryListModel::mimeData(const QModelIndexList &indexes) const
     return PatchPayload::pack(payloads);
 }
 
-Qt::DropActions LibraryListModel::supportedDragActions() const
-{
-    return Qt::CopyAction | Qt::MoveAction;
-}
-
 void LibraryListModel::setFilter(const LibraryViewFilter &filter)
 {
     m_filter = filter;
@@ -199,7 +194,7 @@ bool LibraryListModel::isShown(qsizetype libraryRow) const
     return m_filter.show(m_library.patches().at(libraryRow));
 }
 
-void LibraryListModel::takeInserted(qsizetype first, qsizetype last)
+void LibraryListModel::followInserted(qsizetype first, qsizetype last)
 {
     const auto position = std::lower_bound(m_rows.begin(), m_rows.end(), first);
     std::for_each(position, m_rows.end(), [count = last - first + 1](qsizetype &row) { row += count; });
@@ -227,7 +222,7 @@ void LibraryListModel::announceRemoval(qsizetype first, qsizetype last)
     }
 }
 
-void LibraryListModel::takeRemoved(qsizetype first, qsizetype last)
+void LibraryListModel::followRemoved(qsizetype first, qsizetype last)
 {
     const auto begin = std::lower_bound(m_rows.begin(), m_rows.end(), first);
     const auto behind = m_rows.erase(begin, std::upper_bound(begin, m_rows.end(), last));
@@ -248,7 +243,7 @@ void LibraryListModel::announceMove(qsizetype from, qsizetype offset)
     }
 }
 
-void LibraryListModel::takeMoved()
+void LibraryListModel::followMoved()
 {
     m_rows = m_filter.shownRows(m_library);
     if (m_isMoving) {
@@ -256,7 +251,7 @@ void LibraryListModel::takeMoved()
     }
 }
 
-void LibraryListModel::takeChanged(qsizetype libraryRow)
+void LibraryListModel::followChanged(qsizetype libraryRow)
 {
     const int row = firstShownFrom(libraryRow);
     const bool wasShown = row < rowCount() && this->libraryRow(row) == libraryRow;
@@ -274,7 +269,7 @@ void LibraryListModel::takeChanged(qsizetype libraryRow)
     }
 }
 
-void LibraryListModel::takeReordered(const QList<qsizetype> &formerRows)
+void LibraryListModel::followReordered(const QList<qsizetype> &formerRows)
 {
     std::vector<int> newRowOfFormer(static_cast<size_t>(formerRows.size()), -1);
     std::vector<int> formerRowOf(static_cast<size_t>(formerRows.size()), -1);

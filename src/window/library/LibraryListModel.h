@@ -28,7 +28,7 @@ public:
     [[nodiscard]] QStringList mimeTypes() const override;
     /// The payloads of these rows; while patches are ticked, of those instead.
     [[nodiscard]] QMimeData *mimeData(const QModelIndexList &indexes) const override;
-    [[nodiscard]] Qt::DropActions supportedDragActions() const override;
+    [[nodiscard]] Qt::DropActions supportedDragActions() const override { return Qt::CopyAction | Qt::MoveAction; }
 
     [[nodiscard]] const LibraryViewFilter &filter() const { return m_filter; }
     void setFilter(const LibraryViewFilter &filter);
@@ -43,17 +43,16 @@ public:
 
 private:
     void connectLibrary();
-    /// What the row shows beside its text.
     [[nodiscard]] QString description(const VelgorPatch &patch) const;
     [[nodiscard]] int firstShownFrom(qsizetype libraryRow) const;
     [[nodiscard]] bool isShown(qsizetype libraryRow) const;
-    void takeInserted(qsizetype first, qsizetype last);
+    void followInserted(qsizetype first, qsizetype last);
     void announceRemoval(qsizetype first, qsizetype last);
-    void takeRemoved(qsizetype first, qsizetype last);
+    void followRemoved(qsizetype first, qsizetype last);
     void announceMove(qsizetype from, qsizetype offset);
-    void takeMoved();
-    void takeChanged(qsizetype libraryRow);
-    void takeReordered(const QList<qsizetype> &formerRows);
+    void followMoved();
+    void followChanged(qsizetype libraryRow);
+    void followReordered(const QList<qsizetype> &formerRows);
     void tickingChanged();
 
     const VelgorLibrary &m_library;

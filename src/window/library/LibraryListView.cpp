@@ -54,7 +54,7 @@ bool LibraryListView::canFlipTickOfCurrent() const
     return !m_library.isMultiSel() || currentIndex().isValid();
 }
 
-void LibraryListView::takeFocus()
+void LibraryListView::grabFocus()
 {
     if (m_model.filteredVelgorPatchesCount() == 0) {
         return;
@@ -138,7 +138,7 @@ bool LibraryListView::hasUserIR(const TransferablePatch &payload) const
     return found && found->patch->hasUserIR;
 }
 
-void LibraryListView::take(const QList<TransferablePatch> &items, const DropMark &mark)
+void LibraryListView::acceptDrop(const QList<TransferablePatch> &items, const DropMark &mark)
 {
     m_editor.drop(items, mark.kind == DropMark::Insert ? mark.row : 0);
 }

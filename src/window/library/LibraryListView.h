@@ -19,12 +19,12 @@ public:
 
     /// Ticks or unticks the current row, and begins to tick if need be.
     void flipTickOfCurrent();
-    /// Selects a patch, scrolls to it and takes the focus. While ticking it becomes the current row.
+    /// Selects a patch, scrolls to it and grabs the focus. While ticking it becomes the current row.
     void showPatch(quint64 id);
     /// Whether that would do something.
     [[nodiscard]] bool canFlipTickOfCurrent() const;
-    /// Takes the focus, with a row selected. Does nothing while no patch is shown.
-    void takeFocus();
+    /// Grabs the focus, with a row selected. Does nothing while no patch is shown.
+    void grabFocus();
     /// Moves the selected patch past its neighbour in the list as it is shown.
     void moveSelected(int step);
     [[nodiscard]] bool canMoveSelected(int step) const;
@@ -32,7 +32,7 @@ public:
 protected:
     [[nodiscard]] DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const override;
     [[nodiscard]] bool hasUserIR(const TransferablePatch &payload) const override;
-    void take(const QList<TransferablePatch> &items, const DropMark &mark) override;
+    void acceptDrop(const QList<TransferablePatch> &items, const DropMark &mark) override;
     [[nodiscard]] QModelIndexList draggedIndexes() const override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;

@@ -1,7 +1,6 @@
 #include "LibraryRowDelegate.h"
 
 #include "ClassificationMarks.h"
-#include "FirmwareBadge.h"
 #include "LookMeasures.h"
 #include "LookTokens.h"
 #include "PatchRoles.h"
@@ -29,6 +28,13 @@ int tickedNameOffset(const QStyleOptionViewItem &option)
     return LookMeasures::tickSize(option.fontMetrics) + tickGap;
 }
 
+QRect tickRect(const QStyleOptionViewItem &option)
+{
+    const int size = LookMeasures::tickSize(option.fontMetrics);
+    return {option.rect.left() + LookMeasures::columnPadding, option.rect.top() + (option.rect.height() - size) / 2,
+        size, size};
+}
+
 /// A comment may be longer than any screen.
 QString toolTipOf(const QString &comment)
 {
@@ -39,33 +45,28 @@ QString toolTipOf(const QString &comment)
 
 } // namespace
 
-QRect LibraryRowDelegate::tickRect(const QStyleOptionViewItem &option)
-{
-    const int size = LookMeasures::tickSize(option.fontMetrics);
-    return {option.rect.left() + LookMeasures::columnPadding, option.rect.top() + (option.rect.height() - size) / 2,
-        size, size};
-}
-
-QRect LibraryRowDelegate::speakerRect(const QStyleOptionViewItem &option)
+QRect LibraryRowDelegate::speakerRect(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const
 {
     const int size = LookMeasures::symbolSize(option.fontMetrics);
     const int left = firmwareRect(option).left() - markGap - size;
     return {left, option.rect.top() + (option.rect.height() - size) / 2, size, size};
 }
 
-QRect LibraryRowDelegate::defaultMarkRect(const QStyleOptionViewItem &option)
+QRect LibraryRowDelegate::defaultMarkRect(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    const QRect speaker = speakerRect(option);
+    const QRect speaker = speakerRect(option, index);
     return speaker.translated(-(speaker.width() + markGap), 0);
 }
 
-LibraryRowDelegate::Parts LibraryRowDelegate::partsOf(const QStyleOptionViewItem &option, const QModelIndex &index)
+LibraryRowDelegate::Parts LibraryRowDelegate::partsOf(
+    const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     constexpr int nameShare = 3; ///< of this many parts of the room, the marks may take one
     constexpr int leastComment = 120;
     const QRect &row = option.rect;
     const int left = row.left() + LookMeasures::columnPadding + (isTickable(index) ? tickedNameOffset(option) : 0);
-    const QRect behind = index.data(PatchRoles::IsDefault).toBool() ? defaultMarkRect(option) : speakerRect(option);
+    const QRect behind =
+        index.data(PatchRoles::IsDefault).toBool() ? defaultMarkRect(option, index) : speakerRect(option, index);
     const int room = std::max(behind.left() - LookMeasures::columnPadding - left, 0);
     const auto part = [&](int from, int width) { return QRect(left + from, row.top(), width, row.height()); };
 
@@ -131,9 +132,9 @@ void LibraryRowDelegate::paintRow(
         painter.setFont(option.font);
     }
     if (index.data(PatchRoles::IsDefault).toBool()) {
-        paintSymbol(&painter, QStringLiteral("star.fill"), state.accent, defaultMarkRect(option));
+        paintSymbol(&painter, QStringLiteral("star.fill"), state.accent, defaultMarkRect(option, index));
     }
-    paintSpeaker(painter, speakerRect(option), index.data(PatchRoles::HasUserIR).toBool(), state);
+    paintSpeaker(painter, speakerRect(option, index), index.data(PatchRoles::HasUserIR).toBool(), state);
     paintFirmware(painter, firmwareRect(option), index.data(PatchRoles::Version).toString(), state);
 }
 
@@ -169,14 +170,11 @@ QString LibraryRowDelegate::markToolTip(
     if (index.data(PatchRoles::IsPlaceholder).toBool()) {
         return {};
     }
-    if (speakerRect(option).contains(position)) {
-        return index.data(PatchRoles::HasUserIR).toBool() ? tr("User impulse response") : tr("Stock impulse response");
+    if (QString common = RowDelegate::markToolTip(position, option, index); !common.isEmpty()) {
+        return common;
     }
-    if (index.data(PatchRoles::IsDefault).toBool() && defaultMarkRect(option).contains(position)) {
+    if (index.data(PatchRoles::IsDefault).toBool() && defaultMarkRect(option, index).contains(position)) {
         return tr("Default patch");
-    }
-    if (firmwareRect(option).contains(position)) {
-        return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
     }
     const Parts parts = partsOf(option, index);
     const auto flags = index.data(PatchRoles::Classification).value<ShownFlags>();

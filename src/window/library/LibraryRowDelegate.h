@@ -18,6 +18,7 @@ protected:
     void paintRow(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index,
         const RowState &state) const override;
     [[nodiscard]] QRect nameRect(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    [[nodiscard]] QRect speakerRect(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     [[nodiscard]] QString markToolTip(
         const QPoint &position, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
@@ -30,8 +31,6 @@ private:
         QRect comment;
     };
 
-    [[nodiscard]] static Parts partsOf(const QStyleOptionViewItem &option, const QModelIndex &index);
-    [[nodiscard]] static QRect tickRect(const QStyleOptionViewItem &option);
-    [[nodiscard]] static QRect speakerRect(const QStyleOptionViewItem &option);
-    [[nodiscard]] static QRect defaultMarkRect(const QStyleOptionViewItem &option);
+    [[nodiscard]] Parts partsOf(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    [[nodiscard]] QRect defaultMarkRect(const QStyleOptionViewItem &option, const QModelIndex &index) const;
 };

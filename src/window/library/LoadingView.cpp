@@ -3,7 +3,6 @@
 #include "LookMeasures.h"
 #include "RelativeFont.h"
 
-#include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QVBoxLayout>
@@ -26,6 +25,8 @@ LoadingView::LoadingView(QWidget *parent)
     , m_count(new QLabel(this))
     , m_reason(new QLabel(tr("The patches appear once all of them have been read and checked"), this))
 {
+    new FontFollower(
+        *this, [this] { arrange(); }, this);
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     RelativeFont::set(*m_title, LookMeasures::strongFont);
@@ -55,14 +56,6 @@ LoadingView::LoadingView(QWidget *parent)
     m_patience.setInterval(150ms);
     connect(&m_patience, &QTimer::timeout, this, [this] { setContentsVisible(true); });
     setContentsVisible(false);
-}
-
-void LoadingView::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        arrange();
-    }
 }
 
 void LoadingView::resizeEvent(QResizeEvent *event)

@@ -10,12 +10,11 @@
 #include "LoadingView.h"
 #include "LookMeasures.h"
 #include "OneRefresh.h"
+#include "RelativeFont.h"
 #include "VelgorLibrary.h"
 #include "WrappingRow.h"
 
-#include <QEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
@@ -36,6 +35,8 @@ VelgorLibraryView::VelgorLibraryView(
     , m_buttons(makeButtons())
     , m_refresh(new OneRefresh([this] { refresh(); }, this))
 {
+    new FontFollower(
+        *this, [this] { foldFilter(); }, this);
     m_count->setWordWrap(true);
     m_count->setForegroundRole(QPalette::PlaceholderText);
     m_pages->addWidget(m_list);
@@ -58,7 +59,7 @@ VelgorLibraryView::VelgorLibraryView(
         m_commands.refresh();
         m_refresh->ask();
     });
-    connect(m_filter, &LibraryViewFilterView::left, m_list, &LibraryListView::takeFocus);
+    connect(m_filter, &LibraryViewFilterView::left, m_list, &LibraryListView::grabFocus);
     followLibrary();
     refresh();
 }
@@ -114,12 +115,6 @@ void VelgorLibraryView::followLibrary()
     connect(&m_library, &VelgorLibrary::wasReset, m_refresh, &OneRefresh::ask);
 }
 
-void VelgorLibraryView::setContextMenu(QMenu *menu)
-{
-    connect(m_list, &QWidget::customContextMenuRequested, menu,
-        [this, menu](const QPoint &position) { menu->popup(m_list->viewport()->mapToGlobal(position)); });
-}
-
 bool VelgorLibraryView::showPatch(quint64 id)
 {
     const bool isHidden = !m_model->indexOf(id).isValid();
@@ -138,14 +133,6 @@ QSize VelgorLibraryView::minimumSizeHint() const
     const int count = fontMetrics().height() + 2 * tinyGap;
     const int height = m_filter->foldedHeight() + count + rows + m_buttons->heightForWidth(width()) + 2 * hairline;
     return {QWidget::minimumSizeHint().width(), height};
-}
-
-void VelgorLibraryView::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
-        foldFilter();
-    }
 }
 
 void VelgorLibraryView::resizeEvent(QResizeEvent *event)

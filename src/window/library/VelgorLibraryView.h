@@ -10,7 +10,6 @@ class LibraryViewFilterView;
 class LoadingView;
 class OneRefresh;
 class QLabel;
-class QMenu;
 class QStackedLayout;
 class VelgorLibrary;
 
@@ -25,22 +24,18 @@ public:
 
     [[nodiscard]] LibraryListView *list() const { return m_list; }
     [[nodiscard]] LibraryViewFilterView *filter() const { return m_filter; }
-    /// Number of patches that the list shows.
     [[nodiscard]] qsizetype shownCount() const;
-    void setContextMenu(QMenu *menu);
     /// Selects a patch and goes to it; true when a filter hid it and was cleared.
     bool showPatch(quint64 id);
 
     /// While the library is being loaded, how far that is takes the place of the list, and nothing can be pressed.
     void setLoading(bool isLoading);
-    /// Whether the filter lets this patch through.
     [[nodiscard]] bool isShown(quint64 id) const;
     void setLoadProgress(qsizetype loaded, qsizetype total);
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
-    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "LookMeasures.h"
 #include "LookTokens.h"
+#include "RoundedFill.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -49,9 +50,8 @@ void ClassificationMarks::paint(
     qreal x = rect.left();
     for (const PatchField *field : flags) {
         const QRectF mark(x, rect.top() + (rect.height() - height) / 2, markWidth(*field, areLettered, base), height);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colour.isValid() ? colour : ToggleButton::toneColour(PatchFlags::tone(*field)));
-        painter.drawRoundedRect(mark, radius, radius);
+        fillRounded(
+            painter, mark, colour.isValid() ? colour : ToggleButton::toneColour(PatchFlags::tone(*field)), radius);
         if (areLettered) {
             painter.setPen(LookTokens::current().badgeText);
             painter.drawText(mark, Qt::AlignCenter | Qt::TextSingleLine, PatchFlags::initial(*field));

@@ -10,6 +10,7 @@
 #include <QDrag>
 #include <QDragEnterEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -52,6 +53,12 @@ void PatchListView::setHint(const EmptyHint &hint)
         setAccessibleDescription(hint.text.isEmpty() ? hint.title : hint.title + QStringLiteral(". ") + hint.text);
         viewport()->update();
     }
+}
+
+void PatchListView::setContextMenu(QMenu *menu)
+{
+    connect(this, &QWidget::customContextMenuRequested, menu,
+        [this, menu](const QPoint &position) { menu->popup(viewport()->mapToGlobal(position)); });
 }
 
 QModelIndexList PatchListView::draggedIndexes() const
@@ -203,7 +210,7 @@ void PatchListView::dropEvent(QDropEvent *event)
         return;
     }
     event->acceptProposedAction();
-    take(items, mark);
+    acceptDrop(items, mark);
 }
 
 void PatchListView::endDrag()

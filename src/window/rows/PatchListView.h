@@ -10,6 +10,8 @@
 
 #include <optional>
 
+class QMenu;
+
 /// A list of patches that can be dragged and dropped on. It shows where a drop will land; what it does is the
 /// subclass's. Drags of other kinds are left to the window.
 class PatchListView : public QListView {
@@ -21,6 +23,7 @@ public:
     [[nodiscard]] const DropMark &dropMark() const { return m_mark; }
     /// What the list shows in the middle of its height while it has no rows to speak of.
     void setHint(const EmptyHint &hint);
+    void setContextMenu(QMenu *menu);
 
 Q_SIGNALS:
     void dropMarkChanged();
@@ -30,7 +33,7 @@ Q_SIGNALS:
 protected:
     /// Where these payloads would land at a place of the viewport; no mark refuses them.
     [[nodiscard]] virtual DropMark markFor(const QList<TransferablePatch> &items, const QPoint &position) const = 0;
-    virtual void take(const QList<TransferablePatch> &items, const DropMark &mark) = 0;
+    virtual void acceptDrop(const QList<TransferablePatch> &items, const DropMark &mark) = 0;
     /// Whether the patch that a payload stands for has a user impulse response.
     [[nodiscard]] virtual bool hasUserIR(const TransferablePatch &payload) const = 0;
     /// The rows that a drag takes along.

@@ -7,6 +7,7 @@
 #include "LookTokens.h"
 #include "PatchListView.h"
 #include "PatchRoles.h"
+#include "RoundedFill.h"
 #include "Symbols.h"
 
 #include <QHelpEvent>
@@ -35,9 +36,8 @@ QPainterPath blockPath(const QRectF &rect, bool isFirst, bool isLast)
 
 } // namespace
 
-QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const
 {
-    Q_UNUSED(index)
     return {100, LookMeasures::rowHeight(option.fontMetrics)};
 }
 
@@ -106,9 +106,8 @@ void RowDelegate::paintBackground(QPainter &painter, const QStyleOptionViewItem 
         const QColor fill = state.isListFocused ? tokens.selection : tokens.selectionInactive;
         painter.fillPath(blockPath(rect, !isSelectedAt(row - 1), !isSelectedAt(row + 1)), fill);
         const QRectF pill(rect.left() + 2, rect.top() + 5, LookMeasures::pillWidth, rect.height() - 10);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(state.isListFocused ? tokens.selectionPill : tokens.selectionInactivePill);
-        painter.drawRoundedRect(pill, pill.width() / 2, pill.width() / 2);
+        fillRounded(
+            painter, pill, state.isListFocused ? tokens.selectionPill : tokens.selectionInactivePill, pill.width() / 2);
     } else if (option.state.testFlag(QStyle::State_MouseOver) && view.isEnabled()) {
         // With an edge, because the fill alone is hard to tell from that of a selection without focus.
         painter.setPen(mixed(tokens.separator, tokens.fieldBorder, 0.35));
@@ -126,12 +125,6 @@ void RowDelegate::paintBackground(QPainter &painter, const QStyleOptionViewItem 
     }
 }
 
-bool RowDelegate::isOnBand(const QModelIndex &index) const
-{
-    Q_UNUSED(index)
-    return false;
-}
-
 bool RowDelegate::helpEvent(
     QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option, const QModelIndex &index)
 {
@@ -147,6 +140,18 @@ bool RowDelegate::helpEvent(
     const QString shown = Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
     QToolTip::showText(event->globalPos(), shown, view);
     return true;
+}
+
+QString RowDelegate::markToolTip(
+    const QPoint &position, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    if (speakerRect(option, index).contains(position)) {
+        return index.data(PatchRoles::HasUserIR).toBool() ? tr("User impulse response") : tr("Stock impulse response");
+    }
+    if (firmwareRect(option).contains(position)) {
+        return tr("Firmware %1").arg(FirmwareBadge::shownVersion(index.data(PatchRoles::Version).toString()));
+    }
+    return {};
 }
 
 void RowDelegate::paintSpeaker(QPainter &painter, const QRect &rect, bool hasUserIR, const RowState &state)

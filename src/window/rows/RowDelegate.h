@@ -37,10 +37,12 @@ protected:
         const RowState &state) const = 0;
     /// Where the name stands.
     [[nodiscard]] virtual QRect nameRect(const QStyleOptionViewItem &option, const QModelIndex &index) const = 0;
-    [[nodiscard]] virtual bool isOnBand(const QModelIndex &index) const;
+    [[nodiscard]] virtual bool isOnBand(const QModelIndex & /*index*/) const { return false; }
+    /// Where the mark of the impulse response stands.
+    [[nodiscard]] virtual QRect speakerRect(const QStyleOptionViewItem &option, const QModelIndex &index) const = 0;
     /// What the mark or badge under the pointer means; empty for none.
     [[nodiscard]] virtual QString markToolTip(
-        const QPoint &position, const QStyleOptionViewItem &option, const QModelIndex &index) const = 0;
+        const QPoint &position, const QStyleOptionViewItem &option, const QModelIndex &index) const;
 
     [[nodiscard]] static const PatchListView *viewOf(const QStyleOptionViewItem &option);
     static void paintSpeaker(QPainter &painter, const QRect &rect, bool hasUserIR, const RowState &state);
