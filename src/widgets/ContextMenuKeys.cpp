@@ -4,16 +4,6 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 
-namespace {
-
-/// The platform knows the menu key; this one it leaves to the program.
-bool isMenuShortcut(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier;
-}
-
-} // namespace
-
 ContextMenuKeys::ContextMenuKeys(QAbstractItemView &list)
     : QObject(&list)
     , m_list(list)
@@ -25,7 +15,10 @@ bool ContextMenuKeys::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isMenuKey = event->type() == QEvent::ContextMenu
         && static_cast<QContextMenuEvent *>(event)->reason() == QContextMenuEvent::Keyboard;
-    if (isMenuKey || (event->type() == QEvent::KeyPress && isMenuShortcut(*static_cast<QKeyEvent *>(event)))) {
+    // The platform knows the menu key; this one it leaves to the program.
+    const bool isShiftF10 = event->type() == QEvent::KeyPress
+        && static_cast<QKeyEvent *>(event)->keyCombination() == (Qt::SHIFT | Qt::Key_F10);
+    if (isMenuKey || isShiftF10) {
         event->accept();
         showMenu();
         return true;

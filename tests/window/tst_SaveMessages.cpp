@@ -1,3 +1,4 @@
+#include "Alerts.h"
 #include "CommentEdit.h"
 #include "LibraryCheckDialog.h"
 #include "TestLibraries.h"
@@ -29,6 +30,15 @@ class TestSaveMessages : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aMessageLeadsToTheMoveOfTheLibrary()
+    {
+        const auto window = WindowFixture::shown(QStringLiteral("Lead"));
+        int moves = 0;
+        window->desk.moveLibrary = [&moves] { ++moves; };
+        Q_EMIT window->window->alerts().libraryMoveWanted();
+        QCOMPARE(moves, 1);
+    }
+
     void aFileThatIsNotTheLibrarysIsNamedAndTheLibraryIsSaidToBeSaved()
     {
         const LibraryDirectory directory;

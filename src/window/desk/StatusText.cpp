@@ -34,6 +34,13 @@ QString positionOf(qsizetype row)
     return QStringLiteral("%1.%2").arg(place.bank).arg(place.number);
 }
 
+/// How many patches do not fit of those that were to be placed, and which.
+QString ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut)
+{
+    return Texts::tr("%1 of %2 patches fit, no slot is left for %3")
+        .arg(QString::number(placed), QString::number(placed + leftOut), fewNames(firstLeftOut, leftOut));
+}
+
 } // namespace
 
 QString StatusText::ofLibrary(const VelgorLibrary &library, const LibraryStorageManager &storage)
@@ -83,12 +90,6 @@ QString StatusText::ofDrop(const DropMark &mark)
         sentences.append(Texts::tr("The filter hides %1 of them").arg(mark.hidden));
     }
     return sentences.join(QStringLiteral(". "));
-}
-
-QString StatusText::ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut)
-{
-    return Texts::tr("%1 of %2 patches fit, no slot is left for %3")
-        .arg(QString::number(placed), QString::number(placed + leftOut), fewNames(firstLeftOut, leftOut));
 }
 
 QString StatusText::ofMove(const QString &name, qsizetype row, qsizetype count, const QString &before)

@@ -33,8 +33,6 @@ namespace StatusText {
 /// What is missing before a patch can be put into a slot, or into every selected one; empty for nothing.
 [[nodiscard]] QString ofMissingForPut(
     const VelgorLibrary &library, const VelgorContent &content, const ContentEditor &editor);
-/// How many patches do not fit of those that were to be placed, and which.
-[[nodiscard]] QString ofLeftOut(qsizetype placed, qsizetype leftOut, const QStringList &firstLeftOut);
 
 /// That the files of some patches may hold other ones than the library says; empty for none.
 [[nodiscard]] QString ofDoubtfulPatches(qsizetype count);
