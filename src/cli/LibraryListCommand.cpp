@@ -111,7 +111,7 @@ int CommandHandlers::libraryList(const Arguments &arguments)
         return Output::fail(LibraryListCommand::tr("library list takes one of --json and --ids"));
     }
     LibrarySession session(arguments);
-    if (!session.open(LibrarySession::Access::Read)) {
+    if (!session.open(LibrarySession::Access::List)) {
         return Failed;
     }
     VelgorLibrary &library = session.library();

@@ -79,7 +79,7 @@ bool LibrarySession::open(Access access)
     if (access == Access::Create && !create()) {
         return false;
     }
-    const bool isChange = access != Access::Read && access != Access::Inspect;
+    const bool isChange = access == Access::Change || access == Access::Create || access == Access::Rescue;
     if (isChange && !lock()) {
         return false;
     }
@@ -118,13 +118,13 @@ std::optional<LibraryState> LibrarySession::load(Access access)
     const QString file = directory.filePath(LibraryFileNames::libraryFile());
     for (int attempt = 1;; ++attempt) {
         const QDateTime before = QFileInfo(file).lastModified();
-        std::optional<LibraryState> loaded = m_storage.decodeLibrary();
+        std::optional<LibraryState> loaded =
+            m_storage.decodeLibrary(access == Access::List ? LibraryLoader::Sounds::Drop : LibraryLoader::Sounds::Keep);
         const bool isWhole = m_storage.droppedPatches().isEmpty() && !m_storage.readProblem();
         // Without a lock, reading may fall into another program's change and miss files that are about to be there.
         const bool isChanging =
             directory.exists(LibraryFileNames::lockFile()) || QFileInfo(file).lastModified() != before;
-        const bool isLocked = access != Access::Read && access != Access::Inspect;
-        if (isLocked || isWhole || !isChanging || attempt == attempts) {
+        if (m_lock || isWhole || !isChanging || attempt == attempts) {
             return loaded;
         }
         std::this_thread::sleep_for(pause);

@@ -21,7 +21,8 @@ class LibrarySession {
 public:
     enum class Access {
         Read, ///< a missing directory that was not asked for by name is an empty library
-        Change, ///< the same, locked
+        List, ///< the same, but the patches come without their sounds
+        Change, ///< as Read, locked
         Create, ///< locked, and made if it is missing
         Inspect, ///< as Read, but a library file that cannot be decoded is an empty library
         Rescue, ///< the same, locked; the library file is kept when saving

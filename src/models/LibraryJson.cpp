@@ -17,6 +17,8 @@ constexpr qsizetype usualIndent = 130; // the same, for spaces and ends of lines
 struct Member {
     const PatchField *field;
     QByteArray lead;
+    QByteArray on = lead + "true"; ///< the same with a value
+    QByteArray off = lead + "false";
 };
 
 /// How patches are written.
@@ -85,11 +87,13 @@ void appendNumber(QByteArray &text, double value)
 /// Each patch is written out at once, so that a large library never stands in memory as a tree.
 void appendPatch(QByteArray &text, const VelgorPatch &patch, const Form &form)
 {
-    for (const auto &[field, lead] : form.members) {
-        text += lead;
+    for (const auto &[field, lead, on, off] : form.members) {
         if (field->flag) {
-            text += patch.*field->flag ? "true" : "false";
-        } else if (field->text) {
+            text += patch.*field->flag ? on : off;
+            continue;
+        }
+        text += lead;
+        if (field->text) {
             appendText(text, patch.*field->text);
         } else if (field->date) {
             appendNumber(text, (patch.*field->date).seconds);

@@ -14,9 +14,10 @@
 #include <algorithm>
 #include <utility>
 
-LibraryLoader::LibraryLoader(const QString &directory, Report report)
+LibraryLoader::LibraryLoader(const QString &directory, Report report, Sounds sounds)
     : m_place(directory)
     , m_report(std::move(report))
+    , m_sounds(sounds)
 {
 }
 
@@ -141,6 +142,10 @@ LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, 
     for (VelgorPatch &entry : patches) {
         if (Result<Found> found = readPatch(entry, result)) {
             entry.records = std::move(found->records);
+            if (m_sounds == Sounds::Drop) {
+                entry.records->patchData.data.clear();
+                entry.records->userIRData.data.clear();
+            }
             ++progress.loaded;
             if (m_entries.hasFreshId(entry)) {
                 // It will be stored anew under its own id; its former file still carries the other patch's.
@@ -155,6 +160,12 @@ LibraryLoader::Progress LibraryLoader::loadPatches(QList<VelgorPatch> &patches, 
             progress.isStopped = true;
             return progress;
         }
+    }
+    if (m_sounds == Sounds::Drop && !m_doubts.isEmpty()) {
+        // What is said of a doubt depends on the sounds.
+        m_sounds = Sounds::Keep;
+        m_doubts = {};
+        return loadPatches(patches, result);
     }
     m_doubts.note(m_entries, patches, result);
     return progress;

@@ -30,8 +30,14 @@ public:
     /// came to until then means nothing.
     using Report = std::function<bool(qsizetype loaded, qsizetype total)>;
 
+    /// What a load gives of each sound. Each is read and looked into in any case.
+    enum class Sounds {
+        Keep,
+        Drop, ///< records without the bytes, for those who only want to know what there is
+    };
+
     /// `directory` is a path without a slash at its end.
-    explicit LibraryLoader(const QString &directory, Report report = {});
+    explicit LibraryLoader(const QString &directory, Report report = {}, Sounds sounds = Sounds::Keep);
 
     [[nodiscard]] LibraryLoadResult load();
     /// The same for another library file of this directory, one that was kept: the patches of `stored` whose preset
@@ -75,6 +81,7 @@ private:
 
     LibraryPlace m_place;
     Report m_report;
+    Sounds m_sounds;
     QHash<quint64, QString> m_failures; ///< patch id to the file that could not be loaded, and why
     LoadDoubts m_doubts;
     LibraryEntries m_entries;

@@ -12,9 +12,9 @@ LibraryOnDisk::LibraryOnDisk(const QString &directory, const LibraryWriteState &
 {
 }
 
-LibraryLoadResult LibraryOnDisk::load(const LibraryLoader::Report &report)
+LibraryLoadResult LibraryOnDisk::load(const LibraryLoader::Report &report, LibraryLoader::Sounds sounds)
 {
-    LibraryLoadResult result = LibraryLoader(m_directory, report).load();
+    LibraryLoadResult result = LibraryLoader(m_directory, report, sounds).load();
     m_leftovers = std::exchange(result.leftovers, {});
     keepState(result.writeState);
     return result;

@@ -16,7 +16,8 @@ public:
     explicit LibraryOnDisk(const QString &directory, const LibraryWriteState &state = {});
 
     /// Of what the save that follows has to know, the result says what cannot be read, no more.
-    [[nodiscard]] LibraryLoadResult load(const LibraryLoader::Report &report = {});
+    [[nodiscard]] LibraryLoadResult load(
+        const LibraryLoader::Report &report = {}, LibraryLoader::Sounds sounds = LibraryLoader::Sounds::Keep);
     /// The files of removed patches go with it. It keeps the present library file first if so wished. Of what the next
     /// save has to know, the result says what is still to be removed and what cannot be read, no more.
     [[nodiscard]] LibraryWriteResult save(

@@ -74,10 +74,10 @@ void LibraryStorageManager::openLibraryInFinder() const
     }
 }
 
-std::optional<LibraryState> LibraryStorageManager::decodeLibrary()
+std::optional<LibraryState> LibraryStorageManager::decodeLibrary(LibraryLoader::Sounds sounds)
 {
     finish();
-    noteLoad(m_stored->load());
+    noteLoad(m_stored->load({}, sounds));
     return takeLoadedLibrary();
 }
 

@@ -87,8 +87,9 @@ public:
     void setShowDirectory(ShowDirectory showDirectory) { m_showDirectory = std::move(showDirectory); }
     void openLibraryInFinder() const;
 
-    /// The stored library, complete with preset data; nothing when there is none, it is empty or not readable.
-    [[nodiscard]] std::optional<LibraryState> decodeLibrary();
+    /// The stored library, complete with preset data unless told otherwise, and not to be saved then; nothing when
+    /// there is none, it is empty or not readable.
+    [[nodiscard]] std::optional<LibraryState> decodeLibrary(LibraryLoader::Sounds sounds = LibraryLoader::Sounds::Keep);
     /// Begins to do the same; does nothing while a load is under way. The library is to be taken, and put where it will
     /// be saved from, by what loadFinished() calls: a save asked for during the load comes right after that.
     void startLoading();

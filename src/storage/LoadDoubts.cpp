@@ -27,7 +27,7 @@ void LoadDoubts::setFile(quint64 id, const QString &file)
 
 void LoadDoubts::note(const LibraryEntries &entries, const QList<VelgorPatch> &patches, LibraryLoadResult &result) const
 {
-    if (m_doubts.isEmpty() && m_foreign.isEmpty()) {
+    if (isEmpty()) {
         return;
     }
     const QHash<quint64, quint64> exchangedFiles = exchanged(entries, patches);

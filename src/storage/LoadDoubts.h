@@ -18,6 +18,7 @@ public:
     void insertForeign(quint64 id, quint64 hash) { m_foreign.append({id, hash}); }
     /// Where it was read from, if there is a doubt about it.
     void setFile(quint64 id, const QString &file);
+    [[nodiscard]] bool isEmpty() const { return m_doubts.isEmpty() && m_foreign.isEmpty(); }
     /// Tells of those that are left when all was read: `patches` are the entries, with what was found for them.
     void note(const LibraryEntries &entries, const QList<VelgorPatch> &patches, LibraryLoadResult &result) const;
 

@@ -196,6 +196,21 @@ private Q_SLOTS:
         QCOMPARE(result.doubtfulPatches.size(), 1);
         QCOMPARE(result.doubtfulPatches.first(),
             QStringLiteral("Lead: its file may have been changed after it was stored (%1)").arg(fileOf(lead())));
+        const LibraryLoadResult listed = LibraryLoader(directory.path(), {}, LibraryLoader::Sounds::Drop).load();
+        QCOMPARE(listed.doubtfulPatches, result.doubtfulPatches);
+    }
+
+    static void aLoadWithoutSoundsGivesTheSameButThem()
+    {
+        const LibraryDirectory directory;
+        QVERIFY(!save(directory, {{lead(), clean()}, clean().id()}).hasError());
+        const auto listed = LibraryLoader(directory.path(), {}, LibraryLoader::Sounds::Drop).load().library;
+        const auto loaded = load(directory).library;
+        QVERIFY(listed && loaded);
+        QCOMPARE(LibraryJson::encode(*listed), LibraryJson::encode(*loaded));
+        for (const VelgorPatch &patch : listed->patches) {
+            QVERIFY(patch.records && patch.records->patchData.data.isEmpty());
+        }
     }
 
     static void numbersOfAnotherProgramRaiseNoDoubt()
