@@ -1,8 +1,4 @@
-#include "ContentEditor.h"
-#include "ContentFiles.h"
-#include "EditorDesk.h"
-#include "FakeFiles.h"
-#include "PatchFileHandler.h"
+#include "DeskFixture.h"
 #include "TestProgram.h"
 
 #include <QRandomGenerator>
@@ -10,11 +6,11 @@
 #include <algorithm>
 #include <functional>
 
-using EditorDesk::abc;
-using EditorDesk::Desk;
 using TestPatches::isIdentical;
 
 namespace {
+
+const QString abc = QStringLiteral("A B C");
 
 /// The words of the steps, the last one last.
 QStringList namesOf(const QUndoStack &steps)
@@ -34,7 +30,7 @@ struct State {
     QMap<QString, int> versions;
     bool isTailBitInverse;
 
-    static State of(const Desk &desk)
+    static State of(const DeskFixture &desk)
     {
         return {desk.library.patchesInOwnOrder(), desk.library.defaultPatch(), desk.content.velgorContentPatchList(),
             desk.content.versions(), desk.content.inverseTailBit()};
@@ -75,7 +71,7 @@ QList<quint64> someIds(const VelgorLibrary &library, QRandomGenerator &random)
 }
 
 /// One thing that a user might do, of every kind.
-void doAnything(Desk &desk, ContentEditor &contentEditor, QRandomGenerator &random)
+void doAnything(DeskFixture &desk, QRandomGenerator &random)
 {
     const qsizetype row = random.bounded(desk.library.patches().size());
     const qsizetype slot = random.bounded(desk.content.velgorContentPatchList().size());
@@ -84,50 +80,50 @@ void doAnything(Desk &desk, ContentEditor &contentEditor, QRandomGenerator &rand
     switch (random.bounded(14)) {
     case 0:
         desk.tick({row});
-        desk.editor.tickToo(someIds(desk.library, random));
-        desk.editor.deleteAndGoOn();
+        desk.libraryEditor.tickToo(someIds(desk.library, random));
+        desk.libraryEditor.deleteAndGoOn();
         break;
     case 1:
         patch.comment = TestPatches::randomText(random, 9);
-        desk.editor.edit(patch);
+        desk.libraryEditor.edit(patch);
         break;
     case 2:
         patch.name = TestPatches::randomText(random, 9);
-        desk.editor.edit(patch);
+        desk.libraryEditor.edit(patch);
         break;
     case 3:
-        desk.editor.flipFlagOfSelected(random.bounded(2) ? &VelgorPatch::guitar : &VelgorPatch::solo);
+        desk.libraryEditor.flipFlagOfSelected(random.bounded(2) ? &VelgorPatch::guitar : &VelgorPatch::solo);
         break;
     case 4:
-        desk.editor.duplicateSelected();
+        desk.libraryEditor.duplicateSelected();
         break;
     case 5:
-        desk.editor.setSelectedAsDefault();
+        desk.libraryEditor.setSelectedAsDefault();
         break;
     case 6:
-        desk.editor.sort();
+        desk.libraryEditor.sort();
         break;
     case 7:
-        desk.editor.drop({desk.row(row)}, random.bounded(desk.library.count() + 1));
+        desk.libraryEditor.drop({desk.row(row)}, random.bounded(desk.library.count() + 1));
         break;
     case 8:
-        desk.editor.drop({desk.slot(slot)}, 0);
+        desk.libraryEditor.drop({desk.slot(slot)}, 0);
         break;
     case 9:
-        contentEditor.dropDest(patch.id(), slot);
+        desk.contentEditor.dropDest(patch.id(), slot);
         break;
     case 10:
-        desk.select({slot});
-        contentEditor.replaceSelectedSlots();
+        desk.selectSlots({slot});
+        desk.contentEditor.replaceSelectedSlots();
         break;
     case 11:
-        contentEditor.moveSlots({slot}, random.bounded(desk.content.velgorContentPatchList().size()));
+        desk.contentEditor.moveSlots({slot}, random.bounded(desk.content.velgorContentPatchList().size()));
         break;
     case 12:
-        contentEditor.setInverseTailBit(!desk.content.inverseTailBit());
+        desk.contentEditor.setInverseTailBit(!desk.content.inverseTailBit());
         break;
     default:
-        desk.editor.flipMultiSelection();
+        desk.libraryEditor.flipMultiSelection();
     }
 }
 
@@ -139,13 +135,13 @@ class TestEditHistory : public QObject {
 private Q_SLOTS:
     void aDeleteComesBackWithAllThatBelongedToIt()
     {
-        Desk desk(QStringLiteral("A B C D"));
-        desk.editor.setDefaultPatch(desk.idOf(2));
+        DeskFixture desk(QStringLiteral("A B C D"));
+        desk.libraryEditor.setDefaultPatch(desk.idOf(2));
         desk.tick({0, 2});
         desk.library.setSelection(desk.idOf(1));
         const State before = State::of(desk);
-        desk.storage.calls.clear();
-        desk.editor.deleteSelected();
+        desk.calls.calls.clear();
+        desk.libraryEditor.deleteSelected();
         QCOMPARE(desk.shown(), QStringLiteral("B D"));
         const State after = State::of(desk);
         desk.history.steps().undo();
@@ -154,29 +150,29 @@ private Q_SLOTS:
         desk.history.steps().redo();
         QVERIFY(State::of(desk) == after);
         const QString removed = QStringLiteral("remove %1,%2")
-                                    .arg(Desk::patch(QStringLiteral("A")).id())
-                                    .arg(Desk::patch(QStringLiteral("C")).id());
-        QCOMPARE(desk.storage.calls,
+                                    .arg(DeskFixture::patch(QStringLiteral("A")).id())
+                                    .arg(DeskFixture::patch(QStringLiteral("C")).id());
+        QCOMPARE(desk.calls.calls,
             (QStringList{removed, QStringLiteral("save B,D"), QStringLiteral("delayedSave A,B,C,D"), removed,
                 QStringLiteral("save B,D")}));
     }
 
     void typingIsOneStepAField()
     {
-        Desk desk(abc, QStringLiteral("B"));
+        DeskFixture desk(abc, QStringLiteral("B"));
         const VelgorPatch before = desk.library.patches().at(1);
         const VelgorPatch beforeInSlot = desk.content.velgorContentPatchList().first().patch;
         VelgorPatch edited = before;
         for (const QString &text : {QStringLiteral("w"), QStringLiteral("wa"), QStringLiteral("warm")}) {
             edited.comment = text;
-            desk.editor.edit(edited);
+            desk.libraryEditor.edit(edited);
         }
         edited.name = QStringLiteral("New");
-        desk.editor.edit(edited);
+        desk.libraryEditor.edit(edited);
         edited.guitar = true;
-        desk.editor.edit(edited);
+        desk.libraryEditor.edit(edited);
         edited.bass = true;
-        desk.editor.edit(edited);
+        desk.libraryEditor.edit(edited);
         QCOMPARE(namesOf(desk.history.steps()).size(), 4);
         for (int i = 0; i < 3; ++i) {
             desk.history.steps().undo();
@@ -191,42 +187,42 @@ private Q_SLOTS:
 
     void whatChangesNothingIsNoStep()
     {
-        Desk desk(abc);
-        desk.editor.edit(desk.library.patches().first());
-        desk.editor.drop({desk.row(1)}, 1);
-        desk.editor.sort();
+        DeskFixture desk(abc);
+        desk.libraryEditor.edit(desk.library.patches().first());
+        desk.libraryEditor.drop({desk.row(1)}, 1);
+        desk.libraryEditor.sort();
         desk.library.setSelection(desk.idOf(0));
-        desk.editor.setDefaultPatch(12);
+        desk.libraryEditor.setDefaultPatch(12);
         QCOMPARE(desk.history.steps().count(), 0);
-        QCOMPARE(desk.storage.calls, QStringList());
+        QCOMPARE(desk.calls.calls, QStringList());
     }
 
     void aSortedOrderThatIsKeptComesBack()
     {
-        Desk desk(QStringLiteral("C A B"));
-        desk.editor.sort();
+        DeskFixture desk(QStringLiteral("C A B"));
+        desk.libraryEditor.sort();
         const State before = State::of(desk);
-        desk.editor.drop({desk.row(0)}, 0);
+        desk.libraryEditor.drop({desk.row(0)}, 0);
         QCOMPARE(TestPatches::names(desk.library.patchesInOwnOrder()).join(u' '), abc);
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+        QCOMPARE(desk.calls.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
         desk.history.steps().undo();
         QVERIFY(State::of(desk) == before);
         QCOMPARE(TestPatches::names(desk.library.patchesInOwnOrder()).join(u' '), QStringLiteral("C A B"));
-        QCOMPARE(desk.storage.calls.size(), 2);
+        QCOMPARE(desk.calls.calls.size(), 2);
     }
 
     void anotherLibraryEndsTheHistory()
     {
-        Desk desk(abc);
-        desk.editor.drop({desk.row(0)}, 3);
+        DeskFixture desk(abc);
+        desk.libraryEditor.drop({desk.row(0)}, 3);
         const std::optional loaded = LibraryState();
-        desk.editor.adoptLoaded(loaded, {});
+        desk.libraryEditor.adoptLoaded(loaded, {});
         QVERIFY(!desk.history.steps().canUndo());
     }
 
     void whatHappensWhileAFileIsChosenIsNoPartOfTheImport()
     {
-        Desk desk(abc);
+        DeskFixture desk(abc);
         FakeFileAccess access;
         SlowChoice dialogs;
         PatchFileHandler handler(access, &dialogs);
@@ -234,13 +230,13 @@ private Q_SLOTS:
         const QString path = QStringLiteral("/list.prst");
         access.files.insert(path, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("X"))}, {SUserIR()}));
         dialogs.answer = path;
-        dialogs.meanwhile = [&] { desk.editor.drop({desk.row(0)}, 3); };
+        dialogs.meanwhile = [&] { desk.libraryEditor.drop({desk.row(0)}, 3); };
         contentFiles.importFile();
         QCOMPARE(namesOf(desk.history.steps()).join(u';'), QStringLiteral("Move of \"A\";Import"));
         desk.history.steps().undo();
         QVERIFY(desk.content.velgorContentPatchList().isEmpty());
         QCOMPARE(desk.shown(), QStringLiteral("B C A"));
-        dialogs.meanwhile = [&] { desk.editor.adoptLoaded(LibraryState(), {}); };
+        dialogs.meanwhile = [&] { desk.libraryEditor.adoptLoaded(LibraryState(), {}); };
         contentFiles.importFile();
         QCOMPARE(namesOf(desk.history.steps()), QStringList{QStringLiteral("Import")});
         desk.history.steps().undo();
@@ -249,15 +245,13 @@ private Q_SLOTS:
 
     void anImportTakenBackBringsBackTheFormerFile()
     {
-        Desk desk;
-        FakeFileAccess access;
-        FakeFileDialogs dialogs;
-        PatchFileHandler handler(access, &dialogs);
-        ContentFiles contentFiles(desk.content, handler, desk.history);
+        DeskFixture desk;
+        ContentFiles &contentFiles = desk.contentFiles;
         const QString first = QStringLiteral("/first.prst");
         const QString second = QStringLiteral("/second.prst");
-        access.files.insert(first, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("X"))}, {SUserIR()}));
-        access.files.insert(second, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Y"))}, {SUserIR()}));
+        desk.memory.files.insert(first, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("X"))}, {SUserIR()}));
+        desk.memory.files.insert(
+            second, TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Y"))}, {SUserIR()}));
         contentFiles.importFile(first);
         contentFiles.importFile(second);
         QUndoStack &steps = desk.history.steps();
@@ -269,8 +263,8 @@ private Q_SLOTS:
         steps.redo();
         QCOMPARE(contentFiles.fileName(), first);
         // Where the list was exported to meanwhile is no part of a step.
-        ContentEditor(desk.library, desk.content, desk.history).setInverseTailBit(true);
-        dialogs.answer = second;
+        desk.contentEditor.setInverseTailBit(true);
+        desk.dialogs.answer = second;
         QVERIFY(contentFiles.exportList());
         steps.undo();
         QCOMPARE(contentFiles.fileName(), second);
@@ -279,21 +273,20 @@ private Q_SLOTS:
 
     void stepsAreCalledByWhatWasDone()
     {
-        Desk desk(abc, QStringLiteral("X Y"));
-        ContentEditor contentEditor(desk.library, desk.content, desk.history);
+        DeskFixture desk(abc, QStringLiteral("X Y"));
         desk.library.setSelection(desk.idOf(0));
-        desk.editor.duplicateSelected();
-        desk.editor.setSelectedAsDefault();
-        desk.editor.flipFlagOfSelected(&VelgorPatch::guitar);
-        desk.editor.drop({desk.row(0)}, 2);
-        desk.select({0, 1});
-        desk.editor.keepSelectedSlots();
-        contentEditor.moveSlots({0}, 2);
-        contentEditor.replaceSelectedSlots();
-        contentEditor.dropDest(desk.idOf(0), 0);
-        contentEditor.reset();
+        desk.libraryEditor.duplicateSelected();
+        desk.libraryEditor.setSelectedAsDefault();
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::guitar);
+        desk.libraryEditor.drop({desk.row(0)}, 2);
+        desk.selectSlots({0, 1});
+        desk.libraryEditor.keepSelectedSlots();
+        desk.contentEditor.moveSlots({0}, 2);
+        desk.contentEditor.replaceSelectedSlots();
+        desk.contentEditor.dropDest(desk.idOf(0), 0);
+        desk.contentEditor.reset();
         desk.tick({0, 1});
-        desk.editor.deleteSelected();
+        desk.libraryEditor.deleteSelected();
         QCOMPARE(namesOf(desk.history.steps()).join(u';'),
             QStringLiteral("Duplicate of a Patch;Choice of the Default Patch;Mark of a Patch;Move of \"A\";"
                            "Keeping of 2 Patches;Move of a Slot;Replacing of 2 Slots;Placing of a Patch;New List;"
@@ -305,14 +298,13 @@ private Q_SLOTS:
         constexpr quint32 walks = 5;
         constexpr int deeds = 500;
         for (quint32 seed = 1; seed <= walks; ++seed) {
-            Desk desk(QStringLiteral("A B C D E F G"), QStringLiteral("A X Y B Z C"));
-            ContentEditor contentEditor(desk.library, desk.content, desk.history);
+            DeskFixture desk(QStringLiteral("A B C D E F G"), QStringLiteral("A X Y B Z C"));
             QUndoStack &steps = desk.history.steps();
             QRandomGenerator random(seed);
             QList<State> states{State::of(desk)};
             for (int i = 0; i < deeds; ++i) {
                 const int before = steps.index();
-                doAnything(desk, contentEditor, random);
+                doAnything(desk, random);
                 if (steps.index() > before) {
                     states.append(State::of(desk));
                 } else {
@@ -330,7 +322,7 @@ private Q_SLOTS:
                         State::of(desk) == states.at(at), qPrintable(QStringLiteral("%1 at %2").arg(seed).arg(at)));
                 }
                 if (i % 7 == 0) {
-                    desk.editor.sort();
+                    desk.libraryEditor.sort();
                     QVERIFY(State::of(desk) == states.at(at));
                 }
             }

@@ -1,23 +1,21 @@
-#include "DiagnosticRecorder.h"
-#include "EditorDesk.h"
-#include "TestPatches.h"
+#include "DeskFixture.h"
 #include "TestProgram.h"
 
 #include <QTest>
 
-using namespace EditorDesk;
 using TestPatches::imported;
 using TestPatches::isIdentical;
+
+namespace {
+
+const QString abc = QStringLiteral("A B C");
+
+} // namespace
 
 class TestLibraryEditor : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<DiagnosticRecorder> m_recorder;
-
 private Q_SLOTS:
-    void init() { m_recorder = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_recorder.reset(); }
-
     void aDroppedRowMoves_data()
     {
         QTest::addColumn<int>("row");
@@ -37,21 +35,21 @@ private Q_SLOTS:
         QFETCH(const int, row);
         QFETCH(const int, location);
         QFETCH(const QString, order);
-        Desk desk(abc);
-        desk.editor.drop({desk.row(row)}, location);
+        DeskFixture desk(abc);
+        desk.libraryEditor.drop({desk.row(row)}, location);
         QCOMPARE(desk.shown(), order);
         QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
         const QStringList save{QStringLiteral("delayedSave ") + QString(order).replace(u' ', u',')};
-        QCOMPARE(desk.storage.calls, order == abc ? QStringList() : save);
+        QCOMPARE(desk.calls.calls, order == abc ? QStringList() : save);
     }
 
     void movingInASortedLibraryMakesTheSortedOrderTheRememberedOne()
     {
-        Desk desk(QStringLiteral("C A B"));
-        desk.editor.sort();
-        desk.editor.drop({desk.row(0)}, 2);
+        DeskFixture desk(QStringLiteral("C A B"));
+        desk.libraryEditor.sort();
+        desk.libraryEditor.drop({desk.row(0)}, 2);
         QCOMPARE(desk.shown(), QStringLiteral("B A C"));
-        desk.editor.sort();
+        desk.libraryEditor.sort();
         QCOMPARE(desk.shown(), QStringLiteral("B A C"));
     }
 
@@ -74,28 +72,28 @@ private Q_SLOTS:
     void whatIsNotThereDropsNothing()
     {
         QFETCH(const QList<TransferablePatch>, items);
-        Desk desk(abc, QStringLiteral("X Y"));
+        DeskFixture desk(abc, QStringLiteral("X Y"));
         desk.library.setSelection(desk.idOf(1));
-        desk.editor.drop(items, 0);
+        desk.libraryEditor.drop(items, 0);
         QCOMPARE(desk.shown(), abc);
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(1)));
-        QVERIFY(!desk.editor.canKeep(items));
-        QCOMPARE(desk.storage.calls + m_recorder->take(), QStringList());
+        QVERIFY(!desk.libraryEditor.canKeep(items));
+        QCOMPARE(desk.calls.calls + desk.lines.take(), QStringList());
     }
 
     void severalLibraryPatchesDropNothing()
     {
-        Desk desk(abc);
-        desk.editor.drop({desk.row(2), desk.row(1)}, 0);
+        DeskFixture desk(abc);
+        desk.libraryEditor.drop({desk.row(2), desk.row(1)}, 0);
         QCOMPARE(desk.shown(), abc);
-        QCOMPARE(desk.storage.calls, QStringList());
+        QCOMPARE(desk.calls.calls, QStringList());
     }
 
     void thePlaceholderCannotBeMoved()
     {
-        Desk desk;
-        desk.editor.drop({desk.row(0)}, 1);
-        QCOMPARE(desk.storage.calls, QStringList());
+        DeskFixture desk;
+        desk.libraryEditor.drop({desk.row(0)}, 1);
+        QCOMPARE(desk.calls.calls, QStringList());
     }
 
     void slotsAreKeptAtTheEndWhereverTheyAreDropped_data()
@@ -109,25 +107,25 @@ private Q_SLOTS:
     void slotsAreKeptAtTheEndWhereverTheyAreDropped()
     {
         QFETCH(const int, location);
-        Desk desk(QStringLiteral("A B"), QStringLiteral("W X Y Z"));
+        DeskFixture desk(QStringLiteral("A B"), QStringLiteral("W X Y Z"));
         const ReferenceDate before = ReferenceDate::now();
-        desk.editor.drop({desk.slot(3), desk.slot(0), desk.slot(2)}, location);
+        desk.libraryEditor.drop({desk.slot(3), desk.slot(0), desk.slot(2)}, location);
         QCOMPARE(desk.shown(), QStringLiteral("A B Z W Y"));
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(2)));
         QVERIFY(desk.library.patches().last().date.seconds >= before.seconds);
         QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,Z,W,Y")});
-        QCOMPARE(m_recorder->take(), QStringList{QStringLiteral("Select %1").arg(desk.idOf(2))});
+        QCOMPARE(desk.calls.calls, QStringList{QStringLiteral("delayedSave A,B,Z,W,Y")});
+        QCOMPARE(desk.lines.take(), QStringList{QStringLiteral("Select %1").arg(desk.idOf(2))});
     }
 
     void keepingGivesThePatchTheDateOfNow()
     {
-        Desk desk({}, QStringLiteral("X"));
-        VelgorPatch old = Desk::patch(QStringLiteral("X"));
+        DeskFixture desk({}, QStringLiteral("X"));
+        VelgorPatch old = DeskFixture::patch(QStringLiteral("X"));
         old.date = {1};
         old.comment = QStringLiteral("kept");
         desk.content.setPatch(old, 0);
-        desk.editor.drop({desk.slot(0)}, 0);
+        desk.libraryEditor.drop({desk.slot(0)}, 0);
         VelgorPatch kept = desk.library.patches().first();
         QVERIFY(kept.date.seconds > 700'000'000);
         kept.date = old.date;
@@ -137,94 +135,94 @@ private Q_SLOTS:
 
     void aKnownPatchIsSelectedAndNotKeptTwice()
     {
-        Desk desk(abc, QStringLiteral("B"));
+        DeskFixture desk(abc, QStringLiteral("B"));
         const VelgorPatch known = desk.library.patches().at(1);
-        desk.editor.drop({desk.slot(0)}, 0);
+        desk.libraryEditor.drop({desk.slot(0)}, 0);
         QCOMPARE(desk.shown(), abc);
         QVERIFY(isIdentical(desk.library.patches().at(1), known));
         QCOMPARE(desk.library.selection(), std::optional(known.id()));
-        QCOMPARE(desk.storage.calls, QStringList());
+        QCOMPARE(desk.calls.calls, QStringList());
     }
 
     void twoSlotsWithOnePatchAreKeptOnce()
     {
-        Desk desk({}, QStringLiteral("X X"));
-        desk.editor.drop({desk.slot(0), desk.slot(1)}, 0);
+        DeskFixture desk({}, QStringLiteral("X X"));
+        desk.libraryEditor.drop({desk.slot(0), desk.slot(1)}, 0);
         QCOMPARE(desk.shown(), QStringLiteral("X"));
         QCOMPARE(desk.library.count(), 1);
     }
 
     void onlyTheFirstDroppedSlotCanBecomeTheSelection()
     {
-        Desk desk(QStringLiteral("A"), QStringLiteral("X Y"));
+        DeskFixture desk(QStringLiteral("A"), QStringLiteral("X Y"));
         const TransferablePatch gone{.cid = QUuid::createUuid(), .id = 1, .name = {}, .origin = 0};
-        desk.editor.drop({gone, desk.slot(1)}, 0);
+        desk.libraryEditor.drop({gone, desk.slot(1)}, 0);
         QCOMPARE(desk.shown(), QStringLiteral("A Y"));
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
     }
 
     void aSlotWithoutPresetDataCannotBeKept()
     {
-        Desk desk(QStringLiteral("A"));
+        DeskFixture desk(QStringLiteral("A"));
         desk.content.setLimit(2);
         desk.content.adjust(std::nullopt);
-        QVERIFY(!desk.editor.canKeep({desk.slot(0)}));
-        desk.editor.drop({desk.slot(0)}, 0);
+        QVERIFY(!desk.libraryEditor.canKeep({desk.slot(0)}));
+        desk.libraryEditor.drop({desk.slot(0)}, 0);
         QCOMPARE(desk.shown(), QStringLiteral("A"));
-        desk.content.setPatch(Desk::patch(QStringLiteral("X")), 1);
-        QVERIFY(desk.editor.canKeep({desk.slot(0), desk.slot(1)}));
+        desk.content.setPatch(DeskFixture::patch(QStringLiteral("X")), 1);
+        QVERIFY(desk.libraryEditor.canKeep({desk.slot(0), desk.slot(1)}));
     }
 
     void theSelectedSlotsAreKeptInTheirOrder()
     {
-        Desk desk(QStringLiteral("A"), QStringLiteral("W X Y Z"));
-        QVERIFY(!desk.editor.canKeepSelectedSlots());
-        desk.editor.keepSelectedSlots();
+        DeskFixture desk(QStringLiteral("A"), QStringLiteral("W X Y Z"));
+        QVERIFY(!desk.libraryEditor.canKeepSelectedSlots());
+        desk.libraryEditor.keepSelectedSlots();
         QCOMPARE(desk.shown(), QStringLiteral("A"));
-        desk.select({3, 1});
-        QVERIFY(desk.editor.canKeepSelectedSlots());
-        desk.editor.keepSelectedSlots();
+        desk.selectSlots({3, 1});
+        QVERIFY(desk.libraryEditor.canKeepSelectedSlots());
+        desk.libraryEditor.keepSelectedSlots();
         QCOMPARE(desk.shown(), QStringLiteral("A X Z"));
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(1)));
     }
 
     void anEditReachesTheSlotsThatHoldThePatch()
     {
-        Desk desk(abc, QStringLiteral("B X B"));
+        DeskFixture desk(abc, QStringLiteral("B X B"));
         VelgorPatch edited = desk.library.patches().at(1);
         edited.name = QStringLiteral("New");
         desk.library.update(edited);
-        desk.editor.changed(edited.id());
+        desk.libraryEditor.changed(edited.id());
         QCOMPARE(desk.content.velgorContentPatchList().at(0).patch.name, QStringLiteral("New"));
         QCOMPARE(desk.content.velgorContentPatchList().at(1).patch.name, QStringLiteral("X"));
         QCOMPARE(desk.content.velgorContentPatchList().at(2).patch.name, QStringLiteral("New"));
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,New,C")});
+        QCOMPARE(desk.calls.calls, QStringList{QStringLiteral("delayedSave A,New,C")});
     }
 
     void anEditOfAnUnknownPatchStillAsksForASave()
     {
-        Desk desk(abc, QStringLiteral("X"));
-        desk.editor.changed(12);
-        QCOMPARE(desk.storage.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
+        DeskFixture desk(abc, QStringLiteral("X"));
+        desk.libraryEditor.changed(12);
+        QCOMPARE(desk.calls.calls, QStringList{QStringLiteral("delayedSave A,B,C")});
     }
 
     void aChangeRemembersTheOrder()
     {
-        Desk desk(QStringLiteral("C A B"));
-        desk.editor.sort();
-        desk.editor.changed();
+        DeskFixture desk(QStringLiteral("C A B"));
+        desk.libraryEditor.sort();
+        desk.libraryEditor.changed();
         QCOMPARE(desk.library.order(), TestPatches::ids(desk.library.patches()));
         QCOMPARE(desk.shown(), abc);
     }
 
     void placesAreThoseOfTheSoundUnderAnyName()
     {
-        Desk desk(QStringLiteral("A"), QStringLiteral("A B A C D"));
+        DeskFixture desk(QStringLiteral("A"), QStringLiteral("A B A C D"));
         desk.content.setPatch(imported(QStringLiteral("Other name"), u'A'), 3);
         desk.content.setPatch(imported(QStringLiteral("A"), u'A', TestRecords::userIR(0)), 2);
         QStringList places;
         QSet<QUuid> ids;
-        for (const BankNumber &place : desk.editor.inContentPatch(desk.idOf(0))) {
+        for (const BankNumber &place : desk.libraryEditor.inContentPatch(desk.idOf(0))) {
             places.append(QStringLiteral("%1.%2").arg(place.bank).arg(place.number));
             ids.insert(place.id);
         }
@@ -234,61 +232,61 @@ private Q_SLOTS:
 
     void thereAreNoPlacesForWhatHasNoSound()
     {
-        Desk desk({}, {});
+        DeskFixture desk({}, {});
         desk.content.setLimit(2);
         desk.content.adjust(std::nullopt);
-        QVERIFY(desk.editor.inContentPatch(desk.idOf(0)).isEmpty());
-        QVERIFY(desk.editor.inContentPatch(12).isEmpty());
+        QVERIFY(desk.libraryEditor.inContentPatch(desk.idOf(0)).isEmpty());
+        QVERIFY(desk.libraryEditor.inContentPatch(12).isEmpty());
         desk.library.append(TestPatches::stored(7, QStringLiteral("Without file")), false, false);
         desk.content.setPatch(desk.library.patches().first(), 0);
-        QVERIFY(desk.editor.inContentPatch(7).isEmpty());
-        QVERIFY(Desk(abc).editor.inContentPatch(Desk(abc).idOf(0)).isEmpty());
+        QVERIFY(desk.libraryEditor.inContentPatch(7).isEmpty());
+        QVERIFY(DeskFixture(abc).libraryEditor.inContentPatch(DeskFixture(abc).idOf(0)).isEmpty());
     }
 
     void theDefaultPatchIsSetById()
     {
-        Desk desk(abc);
-        QVERIFY(!desk.editor.isDefaultPatch(desk.idOf(0)));
-        desk.editor.setDefaultPatch(desk.idOf(0));
-        desk.editor.setDefaultPatch(12);
-        QVERIFY(desk.editor.isDefaultPatch(desk.idOf(0)));
+        DeskFixture desk(abc);
+        QVERIFY(!desk.libraryEditor.isDefaultPatch(desk.idOf(0)));
+        desk.libraryEditor.setDefaultPatch(desk.idOf(0));
+        desk.libraryEditor.setDefaultPatch(12);
+        QVERIFY(desk.libraryEditor.isDefaultPatch(desk.idOf(0)));
         desk.library.setSelection(desk.idOf(2));
-        desk.editor.setSelectedAsDefault();
-        QVERIFY(desk.editor.isDefaultPatch(desk.idOf(2)));
-        desk.editor.select(std::nullopt);
-        desk.editor.setSelectedAsDefault();
-        QVERIFY(desk.editor.isDefaultPatch(desk.idOf(2)));
-        QCOMPARE(desk.storage.calls.size(), 2);
+        desk.libraryEditor.setSelectedAsDefault();
+        QVERIFY(desk.libraryEditor.isDefaultPatch(desk.idOf(2)));
+        desk.libraryEditor.select(std::nullopt);
+        desk.libraryEditor.setSelectedAsDefault();
+        QVERIFY(desk.libraryEditor.isDefaultPatch(desk.idOf(2)));
+        QCOMPARE(desk.calls.calls.size(), 2);
     }
 
     void thePlaceholderIsNoDefaultPatch()
     {
-        Desk desk;
-        desk.editor.setDefaultPatch(desk.idOf(0));
-        QVERIFY(!desk.editor.isDefaultPatch(desk.idOf(0)));
-        QCOMPARE(desk.storage.calls, QStringList());
+        DeskFixture desk;
+        desk.libraryEditor.setDefaultPatch(desk.idOf(0));
+        QVERIFY(!desk.libraryEditor.isDefaultPatch(desk.idOf(0)));
+        QCOMPARE(desk.calls.calls, QStringList());
     }
 
     void sortingClearsTheSelectionAndSavesNothing()
     {
-        Desk desk(QStringLiteral("C A B"));
+        DeskFixture desk(QStringLiteral("C A B"));
         desk.library.setSelection(desk.idOf(0));
-        desk.editor.sort();
+        desk.libraryEditor.sort();
         QCOMPARE(desk.shown(), abc);
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
-        QCOMPARE(desk.storage.calls, QStringList());
+        QCOMPARE(desk.calls.calls, QStringList());
     }
 
     void duplicatingCopiesTheSelectedPatchToTheEnd()
     {
-        Desk desk(abc);
-        desk.editor.duplicateSelected();
-        QCOMPARE(desk.storage.calls, QStringList());
+        DeskFixture desk(abc);
+        desk.libraryEditor.duplicateSelected();
+        QCOMPARE(desk.calls.calls, QStringList());
         desk.library.setSelection(desk.idOf(0));
-        desk.editor.duplicateSelected();
-        desk.editor.duplicateSelected();
+        desk.libraryEditor.duplicateSelected();
+        desk.libraryEditor.duplicateSelected();
         QCOMPARE(desk.shown(), QStringLiteral("A B C A-1 A-2"));
-        QCOMPARE(desk.storage.calls.size(), 2);
+        QCOMPARE(desk.calls.calls.size(), 2);
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(0)));
     }
 };

@@ -1,10 +1,5 @@
-#include "DiagnosticRecorder.h"
-#include "EditHistory.h"
-#include "FakeLibraryStorage.h"
-#include "LibraryEditor.h"
-#include "TestPatches.h"
+#include "DeskFixture.h"
 #include "TestProgram.h"
-#include "VelgorContent.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -15,51 +10,29 @@ using TestPatches::names;
 namespace {
 
 /// A library, a list of patches whose names hash alike, and the editor between them.
-struct Desk {
-    VelgorLibrary library;
-    VelgorContent content;
-    FakeLibraryStorage storage;
-    EditHistory history{library, content, storage};
-    LibraryEditor editor{library, content, history};
-    DiagnosticRecorder recorder;
-
-    explicit Desk(const QStringList &slotNames)
+struct Desk : DeskFixture {
+    explicit Desk(const QStringList &names)
     {
         QList<SPatch> records;
-        for (const QString &name : slotNames) {
+        for (const QString &name : names) {
             records.append(TestRecords::patch(name));
         }
         content.populate(TestRecords::file(records, {}, "V1.21"));
     }
 
-    [[nodiscard]] const VelgorPatch &slot(qsizetype row) const
-    {
-        return content.velgorContentPatchList().at(row).patch;
-    }
-    [[nodiscard]] QString slotNames() const
-    {
-        QStringList result;
-        for (const VelgorContentPatch &each : content.velgorContentPatchList()) {
-            result.append(each.patch.name);
-        }
-        return result.join(u',');
-    }
     void keep(const QList<qsizetype> &rows)
     {
         QList<TransferablePatch> items;
         for (const qsizetype row : rows) {
-            items.append(TransferablePatch::ofSlot(content.velgorContentPatchList().at(row)));
+            items.append(slot(row));
         }
-        editor.drop(items, 0);
+        libraryEditor.drop(items, 0);
     }
     void rename(quint64 id, const QString &name)
     {
-        VelgorPatch patch = *library.getPatchFromId(id)->patch;
-        patch.name = name;
-        library.update(patch);
-        editor.changed(id);
+        DeskFixture::rename(id, name);
+        libraryEditor.changed(id);
     }
-    [[nodiscard]] quint64 idOf(qsizetype row) const { return library.patches().at(row).id(); }
 };
 
 using Flag = bool VelgorPatch::*;
@@ -92,14 +65,14 @@ private Q_SLOTS:
         Desk desk(presets);
         // The library has the patch from a list of other firmware.
         desk.library.append(imported(presets.at(1), 1, {}, "V1.20"), false, false);
-        desk.library.setSelection(desk.idOf(0));
-        VelgorPatch expected = desk.slot(1);
+        desk.select(0);
+        VelgorPatch expected = desk.inSlot(1);
         for (const bool isSet : {true, false}) {
-            desk.editor.flipFlagOfSelected(flag);
+            desk.libraryEditor.flipFlagOfSelected(flag);
             expected.*flag = isSet;
             expected.date = desk.library.patches().first().date;
-            QVERIFY(TestPatches::isIdentical(desk.slot(1), expected));
-            QVERIFY(!(desk.slot(0).*flag) && !(desk.slot(2).*flag));
+            QVERIFY(TestPatches::isIdentical(desk.inSlot(1), expected));
+            QVERIFY(!(desk.inSlot(0).*flag) && !(desk.inSlot(2).*flag));
         }
     }
 
@@ -110,7 +83,7 @@ private Q_SLOTS:
         desk.keep({0, 1, 2});
         QCOMPARE(names(desk.library.patches()).join(u','), QStringLiteral("Preset 03,Preset 01,Preset 02"));
         QCOMPARE(desk.library.selection(), std::optional(desk.idOf(1)));
-        QCOMPARE(desk.recorder.lines().last(), QStringLiteral("Select %1").arg(desk.idOf(1)));
+        QCOMPARE(desk.lines.lines().last(), QStringLiteral("Select %1").arg(desk.idOf(1)));
     }
 
     void anEditMeansTheSlotsOfThisPatchAlone()
@@ -118,10 +91,10 @@ private Q_SLOTS:
         Desk desk(presets + presets.first(2));
         desk.keep({0, 1, 2});
         desk.rename(desk.idOf(1), QStringLiteral("Lead"));
-        QCOMPARE(desk.slotNames(), QStringLiteral("Preset 01,Lead,Preset 03,Preset 01,Lead"));
+        QCOMPARE(desk.slotNames(), QStringLiteral("Preset 01 Lead Preset 03 Preset 01 Lead"));
         desk.rename(desk.idOf(1), QStringLiteral("Preset 01"));
         desk.rename(desk.idOf(0), QStringLiteral("Solo"));
-        QCOMPARE(desk.slotNames(), QStringLiteral("Solo,Preset 01,Preset 03,Solo,Preset 01"));
+        QCOMPARE(desk.slotNames(), QStringLiteral("Solo Preset 01 Preset 03 Solo Preset 01"));
     }
 
     void placesAreThoseOfThisPatchAlone()
@@ -130,7 +103,7 @@ private Q_SLOTS:
         desk.keep({0, 1});
         const auto places = [&desk](qsizetype row) {
             QStringList texts;
-            for (const BankNumber &place : desk.editor.inContentPatch(desk.idOf(row))) {
+            for (const BankNumber &place : desk.libraryEditor.inContentPatch(desk.idOf(row))) {
                 texts.append(QStringLiteral("%1.%2").arg(place.bank).arg(place.number));
             }
             return texts.join(u' ');
@@ -149,7 +122,7 @@ private Q_SLOTS:
         Desk desk(presets);
         desk.keep({0, 1, 2});
         for (qsizetype row = 0; row < presets.size(); ++row) {
-            QCOMPARE(desk.editor.patchOfSlot(row), std::optional(desk.idOf(row)));
+            QCOMPARE(desk.libraryEditor.patchOfSlot(row), std::optional(desk.idOf(row)));
         }
     }
 
@@ -160,9 +133,9 @@ private Q_SLOTS:
         desk.content.setPatch(desk.library.patches().at(1), 2);
         desk.library.deletePatches(TestPatches::ids(desk.library.patches()));
         desk.keep({1});
-        QVERIFY(desk.slot(2).id() != desk.idOf(0));
+        QVERIFY(desk.inSlot(2).id() != desk.idOf(0));
         desk.rename(desk.idOf(0), QStringLiteral("Lead"));
-        QCOMPARE(desk.slotNames(), QStringLiteral("Preset 01,Lead,Lead"));
+        QCOMPARE(desk.slotNames(), QStringLiteral("Preset 01 Lead Lead"));
     }
 
     void anEditOfANewCopySparesTheSlotsOfTheOneThatHadItsName()
@@ -170,18 +143,18 @@ private Q_SLOTS:
         Desk desk({QStringLiteral("Lead"), QStringLiteral("Other"), QStringLiteral("Other")});
         desk.keep({0});
         for (const qsizetype slot : {1, 2}) {
-            desk.library.setSelection(desk.idOf(0));
-            desk.editor.duplicateSelected();
+            desk.select(0);
+            desk.libraryEditor.duplicateSelected();
             desk.content.setPatch(desk.library.patches().last(), slot);
             if (slot == 1) {
                 desk.rename(desk.library.patches().last().id(), QStringLiteral("Solo"));
             }
         }
-        QCOMPARE(desk.slotNames(), QStringLiteral("Lead,Solo,Lead-1"));
+        QCOMPARE(desk.slotNames(), QStringLiteral("Lead Solo Lead-1"));
         desk.rename(desk.library.patches().last().id(), QStringLiteral("Third"));
-        QCOMPARE(desk.slotNames(), QStringLiteral("Lead,Solo,Third"));
+        QCOMPARE(desk.slotNames(), QStringLiteral("Lead Solo Third"));
         desk.rename(desk.idOf(1), QStringLiteral("Second"));
-        QCOMPARE(desk.slotNames(), QStringLiteral("Lead,Second,Third"));
+        QCOMPARE(desk.slotNames(), QStringLiteral("Lead Second Third"));
     }
 };
 

@@ -1,10 +1,5 @@
-#include "EditHistory.h"
-#include "FakeLibraryStorage.h"
-#include "LibraryEditor.h"
-#include "TestPatches.h"
+#include "DeskFixture.h"
 #include "TestProgram.h"
-#include "VelgorContent.h"
-#include "VelgorLibrary.h"
 
 #include <QCoreApplication>
 #include <QSignalSpy>
@@ -15,44 +10,27 @@ using TestPatches::names;
 
 namespace {
 
-/// A library, a list of one slot and the editor. Names that begin alike are shown by a filter for that letter.
-struct Desk {
-    VelgorLibrary library;
-    VelgorContent content;
-    FakeLibraryStorage storage;
-    EditHistory history{library, content, storage};
-    LibraryEditor editor{library, content, history};
-
+/// Names that begin alike are shown by a filter for that letter.
+struct Desk : DeskFixture {
     explicit Desk(const QString &libraryNames)
     {
         int seed = 0;
-        for (const QString &name : libraryNames.split(u' ')) {
+        for (const QString &name : wordsOf(libraryNames)) {
             library.append(imported(name, ++seed), false, false);
         }
     }
 
-    [[nodiscard]] quint64 idOf(qsizetype row) const { return library.patches().at(row).id(); }
-    [[nodiscard]] QString shown() const { return names(library.patches()).join(u' '); }
     [[nodiscard]] QString ticked() const { return names(library.getMultiSelection()).join(u' '); }
     [[nodiscard]] QString selected() const
     {
         const auto found = library.getPatchFromId(library.selection());
         return found ? found->patch->name : QString();
     }
-    void tick(const QList<qsizetype> &rows)
-    {
-        MultiSelections ticks;
-        for (const qsizetype row : rows) {
-            ticks.multiSelections.insert(idOf(row), true);
-        }
-        library.setIsMultiSel(true);
-        library.setMultiSelections(ticks);
-    }
     void filterByName(const QString &name)
     {
         LibraryViewFilter filter;
         filter.filterPatch.name = name;
-        editor.setFilter(filter);
+        libraryEditor.setFilter(filter);
     }
 };
 
@@ -79,13 +57,13 @@ private Q_SLOTS:
         Desk desk(six);
         desk.tick({1});
         desk.filterByName(QStringLiteral("a"));
-        desk.editor.tickAll();
+        desk.libraryEditor.tickAll();
         QCOMPARE(desk.ticked(), QStringLiteral("a1 a2 a3"));
-        QCOMPARE(desk.editor.hiddenCount(desk.library.patches()), 3);
+        QCOMPARE(desk.libraryEditor.hiddenCount(desk.library.patches()), 3);
         desk.filterByName({});
-        desk.editor.tickAll();
+        desk.libraryEditor.tickAll();
         QCOMPARE(desk.ticked(), six);
-        QCOMPARE(desk.editor.hiddenCount(desk.library.patches()), 0);
+        QCOMPARE(desk.libraryEditor.hiddenCount(desk.library.patches()), 0);
     }
 
     void tickingOneMoreBeginsWithTheSelectedRow_data()
@@ -102,12 +80,12 @@ private Q_SLOTS:
         Desk desk(six);
         desk.filterByName(filter);
         desk.library.setSelection(desk.idOf(0));
-        desk.editor.tickToo({desk.idOf(3)});
+        desk.libraryEditor.tickToo({desk.idOf(3)});
         QVERIFY(desk.library.isMultiSel());
         QTEST(desk.ticked(), "ticked");
         desk.library.setSelection(desk.idOf(2));
         const QString before = desk.ticked();
-        desk.editor.tickToo({desk.idOf(5)});
+        desk.libraryEditor.tickToo({desk.idOf(5)});
         QCOMPARE(desk.ticked(), before + QStringLiteral(" b3"));
     }
 
@@ -116,10 +94,10 @@ private Q_SLOTS:
         Desk desk(QStringLiteral("A B C"));
         desk.tick({2, 0});
         desk.library.setSelection(desk.idOf(1));
-        desk.editor.duplicateSelected();
+        desk.libraryEditor.duplicateSelected();
         QCOMPARE(desk.shown(), QStringLiteral("A B C A-1 C-1"));
         desk.library.setMultiSelections({});
-        desk.editor.duplicateSelected();
+        desk.libraryEditor.duplicateSelected();
         QCOMPARE(desk.shown(), QStringLiteral("A B C A-1 C-1 B-1"));
     }
 
@@ -139,11 +117,11 @@ private Q_SLOTS:
             }
             return text;
         };
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::solo);
         QCOMPARE(solos(), QStringLiteral("x-xx"));
         QCOMPARE(changes.count(), 1);
-        QCOMPARE(desk.storage.calls.size(), 1);
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        QCOMPARE(desk.calls.calls.size(), 1);
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::solo);
         QCOMPARE(solos(), QStringLiteral("----"));
     }
 
@@ -152,7 +130,7 @@ private Q_SLOTS:
         Desk desk(QStringLiteral("A B C"));
         desk.tick({});
         desk.library.setSelection(desk.idOf(1));
-        desk.editor.deleteSelected();
+        desk.libraryEditor.deleteSelected();
         QCOMPARE(desk.shown(), QStringLiteral("A C"));
     }
 
@@ -187,7 +165,7 @@ private Q_SLOTS:
         if (selected >= 0) {
             desk.library.setSelection(desk.idOf(selected));
         }
-        desk.editor.deleteAndGoOn();
+        desk.libraryEditor.deleteAndGoOn();
         QCOMPARE(desk.library.count(), 6 - std::max<qsizetype>(ticks.size(), 1));
         QTEST(desk.selected(), "next");
     }

@@ -1,12 +1,16 @@
-#include "EditorDesk.h"
-#include "TestPatches.h"
+#include "DeskFixture.h"
 #include "TestProgram.h"
 
 #include <QTest>
 
-using namespace EditorDesk;
 using TestPatches::imported;
 using TestPatches::names;
+
+namespace {
+
+const QString abc = QStringLiteral("A B C");
+
+} // namespace
 
 class TestLibraryTicks : public QObject {
     Q_OBJECT
@@ -14,46 +18,46 @@ class TestLibraryTicks : public QObject {
 private Q_SLOTS:
     void deletingTakesTheSelectedPatchWithoutTicking()
     {
-        Desk desk(abc);
+        DeskFixture desk(abc);
         desk.library.setSelection(desk.idOf(1));
         const quint64 id = desk.idOf(1);
-        desk.editor.setDefaultPatch(id);
-        QVERIFY(desk.editor.isDefaultPatch(id));
-        desk.storage.calls.clear();
-        desk.editor.deleteSelected();
-        QCOMPARE(desk.storage.calls, (QStringList{QStringLiteral("remove %1").arg(id), QStringLiteral("save A,C")}));
+        desk.libraryEditor.setDefaultPatch(id);
+        QVERIFY(desk.libraryEditor.isDefaultPatch(id));
+        desk.calls.calls.clear();
+        desk.libraryEditor.deleteSelected();
+        QCOMPARE(desk.calls.calls, (QStringList{QStringLiteral("remove %1").arg(id), QStringLiteral("save A,C")}));
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
-        QVERIFY(!desk.editor.isDefaultPatch(id));
+        QVERIFY(!desk.libraryEditor.isDefaultPatch(id));
         QVERIFY(!desk.library.multiSelections().isTicked(id));
     }
 
     void deletingTakesTheTickedPatchesAndNotTheSelectedOne()
     {
-        Desk desk(QStringLiteral("A B C D"));
+        DeskFixture desk(QStringLiteral("A B C D"));
         desk.tick({0, 2});
         desk.library.setSelection(desk.idOf(1));
-        desk.editor.deleteSelected();
+        desk.libraryEditor.deleteSelected();
         QCOMPARE(desk.shown(), QStringLiteral("B D"));
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
         QVERIFY(desk.library.isMultiSel());
         QCOMPARE(desk.library.multiSelections().count(true), 0);
-        QCOMPARE(desk.storage.calls.last(), QStringLiteral("save B,D"));
+        QCOMPARE(desk.calls.calls.last(), QStringLiteral("save B,D"));
     }
 
     void deletingWithoutASelectionOnlyDeselects()
     {
-        Desk desk(abc);
+        DeskFixture desk(abc);
         desk.library.setSelection(12);
-        desk.editor.deleteSelected();
-        QCOMPARE(desk.storage.calls, QStringList());
+        desk.libraryEditor.deleteSelected();
+        QCOMPARE(desk.calls.calls, QStringList());
         QCOMPARE(desk.library.selection(), std::optional<quint64>());
     }
 
     void deletingTheLastPatchesEndsTicking()
     {
-        Desk desk(abc);
+        DeskFixture desk(abc);
         desk.tick({0, 1, 2});
-        desk.editor.deleteSelected();
+        desk.libraryEditor.deleteSelected();
         QCOMPARE(desk.library.count(), 0);
         QCOMPARE(desk.shown(), QStringLiteral("Empty library"));
         QVERIFY(!desk.library.isMultiSel());
@@ -61,90 +65,90 @@ private Q_SLOTS:
 
     void deletingAnUnknownIdDoesNothing()
     {
-        Desk desk(abc);
-        desk.editor.deleteFromId(12);
-        QCOMPARE(desk.storage.calls, QStringList());
-        desk.editor.deleteFromId(desk.idOf(0));
+        DeskFixture desk(abc);
+        desk.libraryEditor.deleteFromId(12);
+        QCOMPARE(desk.calls.calls, QStringList());
+        desk.libraryEditor.deleteFromId(desk.idOf(0));
         QCOMPARE(desk.shown(), QStringLiteral("B C"));
     }
 
     void bothEndsOfTickingClearTheTicks()
     {
-        Desk desk(abc);
+        DeskFixture desk(abc);
         desk.tick({0});
-        desk.editor.flipMultiSelection();
+        desk.libraryEditor.flipMultiSelection();
         QVERIFY(!desk.library.isMultiSel());
         QVERIFY(desk.library.multiSelections() == MultiSelections());
         desk.tick({0});
         desk.library.setIsMultiSel(false);
-        desk.editor.flipMultiSelection();
+        desk.libraryEditor.flipMultiSelection();
         QVERIFY(desk.library.isMultiSel());
         QVERIFY(desk.library.multiSelections() == MultiSelections());
     }
 
     void theFirstPressTicks()
     {
-        Desk desk(abc);
+        DeskFixture desk(abc);
         const quint64 id = desk.idOf(1);
-        desk.editor.flipTick(id);
+        desk.libraryEditor.flipTick(id);
         QVERIFY(desk.library.multiSelections().isTicked(id));
         QCOMPARE(desk.library.multiSelections().count(true), 1);
-        desk.editor.flipTick(id);
+        desk.libraryEditor.flipTick(id);
         QVERIFY(!desk.library.multiSelections().isTicked(id));
-        desk.editor.flipTick(id);
+        desk.libraryEditor.flipTick(id);
         QVERIFY(desk.library.multiSelections().isTicked(id));
     }
 
     void tickingAllTurnsTickingOn()
     {
-        Desk desk(abc);
-        desk.editor.tickAll();
+        DeskFixture desk(abc);
+        desk.libraryEditor.tickAll();
         QVERIFY(desk.library.isMultiSel());
         QCOMPARE(desk.library.getMultiSelection().size(), 3);
-        Desk empty;
-        empty.editor.tickAll();
+        DeskFixture empty;
+        empty.libraryEditor.tickAll();
         QVERIFY(!empty.library.isMultiSel());
         QCOMPARE(empty.library.multiSelections().count(true), 0);
     }
 
     void tickingSimilarPatchesTurnsTickingOn()
     {
-        Desk desk(abc);
-        desk.editor.tickSimilar();
+        DeskFixture desk(abc);
+        desk.libraryEditor.tickSimilar();
         QVERIFY(!desk.library.isMultiSel());
         desk.library.append(imported(QStringLiteral("Like B"), u'B'), false, false);
         desk.library.setSelection(desk.idOf(1));
-        desk.editor.tickSimilar();
+        desk.libraryEditor.tickSimilar();
         QVERIFY(desk.library.isMultiSel());
         QCOMPARE(names(desk.library.getMultiSelection()).join(u','), QStringLiteral("B,Like B"));
     }
 
     void thePlaceholderIsNeverTheSelectedPatch()
     {
-        Desk desk;
+        DeskFixture desk;
         desk.library.setSelection(desk.idOf(0));
-        QVERIFY(!desk.editor.selectedPatch());
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        QVERIFY(!desk.libraryEditor.selectedPatch());
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::solo);
         QVERIFY(!desk.library.patches().first().solo);
-        desk.editor.duplicateSelected();
+        desk.libraryEditor.duplicateSelected();
         QCOMPARE(desk.library.count(), 0);
         desk.library.setSelection(12);
-        QVERIFY(!desk.editor.selectedPatch());
+        QVERIFY(!desk.libraryEditor.selectedPatch());
     }
 
     void aFlagOfTheSelectedPatchIsFlippedEverywhere()
     {
-        Desk desk(abc, QStringLiteral("X B"));
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
-        QCOMPARE(desk.storage.calls, QStringList());
+        DeskFixture desk(abc, QStringLiteral("X B"));
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::solo);
+        QCOMPARE(desk.calls.calls, QStringList());
         desk.library.setSelection(desk.idOf(1));
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::solo);
         QVERIFY(desk.library.patches().at(1).solo);
         QVERIFY(desk.content.velgorContentPatchList().at(1).patch.solo);
         QVERIFY(!desk.library.patches().at(0).solo && !desk.content.velgorContentPatchList().at(0).patch.solo);
-        desk.editor.flipFlagOfSelected(&VelgorPatch::solo);
+        desk.libraryEditor.flipFlagOfSelected(&VelgorPatch::solo);
         QVERIFY(!desk.library.patches().at(1).solo);
-        QCOMPARE(desk.storage.calls.size(), 2);
+        QCOMPARE(desk.calls.calls.size(), 2);
     }
 };
 

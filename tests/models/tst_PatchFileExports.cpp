@@ -7,15 +7,6 @@
 
 using TestPatches::imported;
 
-namespace {
-
-QString fromUtf8(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-} // namespace
-
 /// What is in the files that exports write.
 class TestPatchFileExports : public QObject, private HandlerFixture {
     Q_OBJECT
@@ -125,11 +116,13 @@ private Q_SLOTS:
                                     << "Crunchy Rhythm 1";
         QTest::newRow("17 letters") << "Crunchy Rhythm 12"
                                     << "Crunchy Rhythm 1";
-        QTest::newRow("two bytes end at 16") << fromUtf8("12345678901234\u00e9") << fromUtf8("12345678901234\u00e9");
-        QTest::newRow("two bytes end at 17") << fromUtf8("123456789012345\u00e9x") << "123456789012345";
-        QTest::newRow("three bytes end at 17") << fromUtf8("12345678901234\u20ac") << "12345678901234";
-        QTest::newRow("four bytes end at 18") << fromUtf8("12345678901234\U0001F3B8") << "12345678901234";
-        QTest::newRow("four bytes each") << fromUtf8("\U0001F3B8").repeated(5) << fromUtf8("\U0001F3B8").repeated(4);
+        QTest::newRow("two bytes end at 16")
+            << QString::fromUtf8("12345678901234\u00e9") << QString::fromUtf8("12345678901234\u00e9");
+        QTest::newRow("two bytes end at 17") << QString::fromUtf8("123456789012345\u00e9x") << "123456789012345";
+        QTest::newRow("three bytes end at 17") << QString::fromUtf8("12345678901234\u20ac") << "12345678901234";
+        QTest::newRow("four bytes end at 18") << QString::fromUtf8("12345678901234\U0001F3B8") << "12345678901234";
+        QTest::newRow("four bytes each") << QString::fromUtf8("\U0001F3B8").repeated(5)
+                                         << QString::fromUtf8("\U0001F3B8").repeated(4);
     }
 
     void exportsCarryTheShownNameCutToItsField()
@@ -158,7 +151,7 @@ private Q_SLOTS:
 
     void noStoredRecordIsLongerThanItsField()
     {
-        const QString name = fromUtf8("\u00e9").repeated(16);
+        const QString name = QString::fromUtf8("\u00e9").repeated(16);
         QVERIFY(store(imported(name)));
         QVERIFY(written());
         QCOMPARE(written()->patches.first().name, name.left(8));

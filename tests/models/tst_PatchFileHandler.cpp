@@ -8,15 +8,6 @@
 
 using TestPatches::imported;
 
-namespace {
-
-QString fromUtf8(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-} // namespace
-
 class TestPatchFileHandler : public QObject, private HandlerFixture {
     Q_OBJECT
 
@@ -148,11 +139,11 @@ private Q_SLOTS:
         QTest::newRow("a slash at the start") << "/Lead"
                                               << "Lead.prst";
         QTest::newRow("longer than file names") << QString(5'000, u'n') << QString(200, u'n') + QStringLiteral(".prst");
-        QTest::newRow("longer, beyond ASCII")
-            << fromUtf8("\u00e9").repeated(150) << fromUtf8("\u00e9").repeated(100) + QStringLiteral(".prst");
+        QTest::newRow("longer, beyond ASCII") << QString::fromUtf8("\u00e9").repeated(150)
+                                              << QString::fromUtf8("\u00e9").repeated(100) + QStringLiteral(".prst");
         QTest::newRow("two lines") << "two\nlines"
                                    << "two lines.prst";
-        QTest::newRow("only beyond ASCII") << fromUtf8("\u00e9") << fromUtf8("\u00e9.prst");
+        QTest::newRow("only beyond ASCII") << QString::fromUtf8("\u00e9") << QString::fromUtf8("\u00e9.prst");
     }
 
     void aPatchProposesItsName()

@@ -1,8 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "StoredEdits.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -24,8 +20,6 @@ namespace {
 
 constexpr auto shortPeriod = 20ms;
 constexpr uid_t ordinaryUser = 65534;
-
-const QString libraryFile = LibraryFileNames::libraryFile();
 
 /// Something that keeps a library from being saved while it exists.
 class Fault {
@@ -142,39 +136,31 @@ private:
 enum class Change { Edit, Rename, Addition, Deletion };
 enum class Resumption { NextRequest, Closing };
 
-void make(Change change, VelgorLibrary &library, LibraryStorageManager &manager)
+void make(Change change, StoreFixture &store)
 {
-    VelgorPatch first = library.patches().first();
     switch (change) {
     case Change::Edit:
-        first.comment = QStringLiteral("edited");
-        library.update(first);
+        store.edit(42, [](VelgorPatch &patch) { patch.comment = QStringLiteral("edited"); });
         break;
     case Change::Rename:
-        first.name = QStringLiteral("Renamed");
-        library.update(first);
+        store.rename(42, QStringLiteral("Renamed"));
         break;
     case Change::Addition:
-        library.appendNew({patch(QStringLiteral("New"), 50, 7), patch(QStringLiteral("Newer"), 51, 8)});
+        store.library.appendNew({patch(QStringLiteral("New"), 50, 7), patch(QStringLiteral("Newer"), 51, 8)});
         break;
     case Change::Deletion:
-        StoredEdits::deletePatches(library, {42, 44}, manager);
-        manager.finish();
+        store.deletePatches({42, 44});
+        store.storage.finish();
         return;
     }
-    manager.delayedSave(library);
-}
-
-bool finishSaving(const LibraryStorageManager &manager)
-{
-    return QTest::qWaitFor([&manager] { return !manager.waitingToSave(); }, 10'000);
+    store.requestSave();
 }
 
 QStringList filesOf(const QList<VelgorPatch> &patches)
 {
     QStringList names{libraryFile};
     for (const VelgorPatch &patch : patches) {
-        names.append(LibraryFileNames::patchFile(patch.name, patch.id()));
+        names.append(fileOf(patch));
     }
     names.sort();
     return names;
@@ -219,71 +205,59 @@ private Q_SLOTS:
         QFETCH(const Fault::Kind, fault);
         QFETCH(const Change, change);
         QFETCH(const Resumption, resumption);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        manager.sweepLeftovers();
+        StoreFixture store(three(), shortPeriod);
+        QVERIFY(store.start());
+        store.storage.sweepLeftovers();
 
-        Fault cause(fault, directory);
-        make(change, *library, manager);
-        QVERIFY(finishSaving(manager));
-        QVERIFY(manager.writeError() && !manager.wasLastSaveWritten());
-        QVERIFY(manager.hasUnsavedChanges());
-        const QString told = manager.writeProblems().join(u'\n');
-        QVERIFY2(told.contains(directory.path()), qPrintable(told));
+        Fault cause(fault, store);
+        make(change, store);
+        QVERIFY(store.waitForSave());
+        QVERIFY(store.storage.writeError() && !store.storage.wasLastSaveWritten());
+        QVERIFY(store.storage.hasUnsavedChanges());
+        const QString told = store.storage.writeProblems().join(u'\n');
+        QVERIFY2(told.contains(store.path()), qPrintable(told));
         // Failing once more changes nothing.
-        manager.delayedSave(*library);
-        QVERIFY(finishSaving(manager));
-        QVERIFY(manager.hasUnsavedChanges());
+        store.requestSave();
+        QVERIFY(store.waitForSave());
+        QVERIFY(store.storage.hasUnsavedChanges());
 
         cause.end();
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY(store.holds(three().patches));
         if (resumption == Resumption::NextRequest) {
-            manager.setWriteError(false);
-            manager.delayedSave(*library);
-            QVERIFY(finishSaving(manager));
-            QVERIFY2(!manager.writeError(), qPrintable(manager.writeProblems().join(u'\n')));
+            store.storage.setWriteError(false);
+            store.requestSave();
+            QVERIFY(store.waitForSave());
+            QVERIFY2(!store.storage.writeError(), qPrintable(store.storage.writeProblems().join(u'\n')));
         } else {
-            QVERIFY(manager.saveUnsaved());
+            QVERIFY(store.storage.saveUnsaved());
         }
-        QVERIFY(!manager.hasUnsavedChanges() && manager.wasLastSaveWritten());
-        QVERIFY(areIdentical(loaded(directory), library->patches()));
-        QCOMPARE(directory.files(), filesOf(library->patches()));
+        QVERIFY(!store.storage.hasUnsavedChanges() && store.storage.wasLastSaveWritten());
+        QVERIFY(store.holds(store.library.patches()));
+        QCOMPARE(store.files(), filesOf(store.library.patches()));
     }
 
     static void directoryThatComesBackEmptyGetsTheWholeLibrary()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        QVERIFY(QFile::rename(directory.path(), directory.path() + QStringLiteral("-away")));
-        make(Change::Edit, *library, manager);
-        QVERIFY(finishSaving(manager));
-        QVERIFY(manager.hasUnsavedChanges());
-        QVERIFY(QDir().mkdir(directory.path()));
-        QVERIFY(manager.saveUnsaved());
-        QVERIFY(areIdentical(loaded(directory), library->patches()));
+        StoreFixture store(three(), shortPeriod);
+        QVERIFY(store.start());
+        QVERIFY(QFile::rename(store.path(), store.path() + QStringLiteral("-away")));
+        make(Change::Edit, store);
+        QVERIFY(store.waitForSave());
+        QVERIFY(store.storage.hasUnsavedChanges());
+        QVERIFY(QDir().mkdir(store.path()));
+        QVERIFY(store.storage.saveUnsaved());
+        QVERIFY(store.holds(store.library.patches()));
     }
 
     static void patchFilesTakenAwayComeBackWithTheNextSave()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        for (const QString &name : directory.files().filter(QStringLiteral(".prst"))) {
-            QVERIFY(QFile::remove(directory.filePath(name)));
+        StoreFixture store(three());
+        QVERIFY(store.start());
+        for (const QString &name : store.files().filter(QStringLiteral(".prst"))) {
+            QVERIFY(QFile::remove(store.filePath(name)));
         }
-        manager.save(*library);
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        store.storage.save(store.library);
+        QVERIFY(store.holds(three().patches));
     }
 };
 

@@ -1,7 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -16,13 +13,9 @@ namespace {
 
 constexpr auto shortPeriod = 20ms;
 
-const QString libraryFile = LibraryFileNames::libraryFile();
-
-void edit(VelgorLibrary &library, const QString &comment)
+void edit(StoreFixture &store, const QString &comment)
 {
-    VelgorPatch changed = library.patches().first();
-    changed.comment = comment;
-    library.update(changed);
+    store.edit(42, [&comment](VelgorPatch &patch) { patch.comment = comment; });
 }
 
 QByteArray bytesAt(const QString &path)
@@ -31,10 +24,10 @@ QByteArray bytesAt(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
-bool saveInBackground(LibraryStorageManager &manager, const VelgorLibrary &library)
+bool saveInBackground(StoreFixture &store)
 {
-    manager.delayedSave(library);
-    return QTest::qWaitFor([&manager] { return !manager.waitingToSave(); }, 10'000);
+    store.requestSave();
+    return store.waitForSave();
 }
 
 } // namespace
@@ -56,149 +49,118 @@ private Q_SLOTS:
     static void libraryFileOfAnotherProgramIsKept()
     {
         QFETCH(const QByteArray, written);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path(), shortPeriod);
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        edit(*library, QStringLiteral("first"));
-        QVERIFY(saveInBackground(manager, *library));
-        QVERIFY(!manager.wasChangedByOthers() && manager.keptFiles().isEmpty());
+        StoreFixture store(three(), shortPeriod);
+        QVERIFY(store.start());
+        edit(store, QStringLiteral("first"));
+        QVERIFY(saveInBackground(store));
+        QVERIFY(!store.storage.wasChangedByOthers() && store.storage.keptFiles().isEmpty());
 
-        directory.write(libraryFile, written);
-        edit(*library, QStringLiteral("second"));
-        QVERIFY(saveInBackground(manager, *library));
-        QVERIFY(manager.wasLastSaveWritten() && manager.wasChangedByOthers());
-        QVERIFY(areIdentical(loaded(directory), library->patches()));
-        QCOMPARE(manager.keptFiles().size(), 1);
-        QCOMPARE(bytesAt(manager.keptFiles().constFirst()), written);
+        store.write(libraryFile, written);
+        edit(store, QStringLiteral("second"));
+        QVERIFY(saveInBackground(store));
+        QVERIFY(store.storage.wasLastSaveWritten() && store.storage.wasChangedByOthers());
+        QVERIFY(store.holds(store.library.patches()));
+        QCOMPARE(store.storage.keptFiles().size(), 1);
+        QCOMPARE(bytesAt(store.storage.keptFiles().constFirst()), written);
 
         // What this program wrote itself is nobody else's.
-        edit(*library, QStringLiteral("third"));
-        QVERIFY(saveInBackground(manager, *library));
-        QCOMPARE(datedCopies(directory).size(), 1);
+        edit(store, QStringLiteral("third"));
+        QVERIFY(saveInBackground(store));
+        QCOMPARE(store.datedCopies().size(), 1);
     }
 
     static void changeBetweenLoadAndFirstSaveIsSeen()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
+        StoreFixture store(three());
+        QVERIFY(store.start());
         const QByteArray other = LibraryJson::encode(one(QStringLiteral("Other")));
-        directory.write(libraryFile, other);
-        manager.save(*library);
-        QVERIFY(manager.wasChangedByOthers());
-        QCOMPARE(bytesAt(manager.keptFiles().value(0)), other);
+        store.write(libraryFile, other);
+        store.storage.save(store.library);
+        QVERIFY(store.storage.wasChangedByOthers());
+        QCOMPARE(bytesAt(store.storage.keptFiles().value(0)), other);
     }
 
     static void theCauseIsToldAlsoWhenKeepingWorksOnlyLater()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
-        const QString elsewhere = directory.parentPath() + QStringLiteral("/other.json");
+        StoreFixture store(three());
+        QVERIFY(store.start());
+        QVERIFY(QFile::remove(store.filePath(libraryFile)));
+        const QString elsewhere = store.parentPath() + QStringLiteral("/other.json");
         QFile other(elsewhere);
         QVERIFY(other.open(QIODevice::WriteOnly) && other.write(LibraryJson::encode(one(QStringLiteral("Other")))) > 0);
         other.close();
         // A link is not read, so that it cannot be kept.
-        QVERIFY(QFile::link(elsewhere, directory.filePath(libraryFile)));
-        edit(*library, QStringLiteral("edited"));
-        manager.save(*library);
-        QVERIFY(manager.writeError() && manager.keptFiles().isEmpty());
-        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
-        QVERIFY(QFile::copy(elsewhere, directory.filePath(libraryFile)));
-        manager.save(*library);
-        QCOMPARE(manager.keptFiles().size(), 1);
-        QVERIFY(manager.wasChangedByOthers());
+        QVERIFY(QFile::link(elsewhere, store.filePath(libraryFile)));
+        edit(store, QStringLiteral("edited"));
+        store.storage.save(store.library);
+        QVERIFY(store.storage.writeError() && store.storage.keptFiles().isEmpty());
+        QVERIFY(QFile::remove(store.filePath(libraryFile)));
+        QVERIFY(QFile::copy(elsewhere, store.filePath(libraryFile)));
+        store.storage.save(store.library);
+        QCOMPARE(store.storage.keptFiles().size(), 1);
+        QVERIFY(store.storage.wasChangedByOthers());
     }
 
     static void replacedFileOfTheSameTimeIsSeen()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
+        StoreFixture store(three());
+        QVERIFY(store.start());
         const QByteArray other = LibraryJson::encode(three()).replace("Clean", "Dirty");
-        const QDateTime time = QFileInfo(directory.filePath(libraryFile)).lastModified();
+        const QDateTime time = QFileInfo(store.filePath(libraryFile)).lastModified();
         const QString beside = QStringLiteral("beside");
-        directory.write(beside, other);
-        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
-        QVERIFY(QFile::rename(directory.filePath(beside), directory.filePath(libraryFile)));
-        QFile file(directory.filePath(libraryFile));
+        store.write(beside, other);
+        QVERIFY(QFile::remove(store.filePath(libraryFile)));
+        QVERIFY(QFile::rename(store.filePath(beside), store.filePath(libraryFile)));
+        QFile file(store.filePath(libraryFile));
         QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(time, QFileDevice::FileModificationTime));
         file.close();
-        manager.save(*library);
-        QVERIFY(manager.wasChangedByOthers());
-        QCOMPARE(bytesAt(manager.keptFiles().value(0)), other);
+        store.storage.save(store.library);
+        QVERIFY(store.storage.wasChangedByOthers());
+        QCOMPARE(bytesAt(store.storage.keptFiles().value(0)), other);
     }
 
     static void removedFileIsWrittenAnew()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library && QFile::remove(directory.filePath(libraryFile)));
-        manager.save(*library);
-        QVERIFY(!manager.writeError());
-        QVERIFY(datedCopies(directory).isEmpty());
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture store(three());
+        QVERIFY(store.start() && QFile::remove(store.filePath(libraryFile)));
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        QVERIFY(store.datedCopies().isEmpty());
+        QVERIFY(store.holds(three().patches));
     }
 
     static void emptiedFileIsWrittenAnew()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        directory.write(libraryFile, QByteArray());
-        manager.save(*library);
-        QVERIFY(!manager.writeError());
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture store(three());
+        QVERIFY(store.start());
+        store.write(libraryFile, QByteArray());
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        QVERIFY(store.holds(three().patches));
     }
 
     static void sameBytesWrittenAgainAreNoLoss()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        directory.write(libraryFile, directory.read(libraryFile));
-        manager.save(*library);
-        QVERIFY(manager.wasLastSaveWritten());
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture store(three());
+        QVERIFY(store.start());
+        store.write(libraryFile, store.read(libraryFile));
+        store.storage.save(store.library);
+        QVERIFY(store.storage.wasLastSaveWritten());
+        QVERIFY(store.holds(three().patches));
     }
 
     static void manyForeignChangesInADayAreAllKept()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
+        StoreFixture store(three());
+        QVERIFY(store.start());
         constexpr int changes = 25;
         for (int i = 0; i < changes; ++i) {
             const QByteArray other = LibraryJson::encode(one(QString::number(i)));
-            directory.write(libraryFile, other);
-            manager.save(*library);
-            QCOMPARE(bytesAt(manager.keptFiles().value(0)), other);
+            store.write(libraryFile, other);
+            store.storage.save(store.library);
+            QCOMPARE(bytesAt(store.storage.keptFiles().value(0)), other);
         }
-        QCOMPARE(datedCopies(directory).size(), changes);
+        QCOMPARE(store.datedCopies().size(), changes);
     }
 };
 

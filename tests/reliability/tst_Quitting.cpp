@@ -1,8 +1,7 @@
 #include "CommentEdit.h"
 #include "ContentView.h"
-#include "DiagnosticRecorder.h"
 #include "LibraryListView.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 #include "VelgorStyle.h"
 #include "Velgor_Library_ManagerApp.h"
@@ -19,13 +18,12 @@ using namespace TestLibraries;
 namespace {
 
 /// Where the directory of the library and the home of the application are for one run of it.
-struct Home {
-    LibraryDirectory directory;
-
+struct Home : StoreFixture {
     Home()
+        : StoreFixture(three())
     {
         QSettings store(QStringLiteral("velgor"), QStringLiteral("velgor-library-manager"));
-        store.setValue(QStringLiteral("libraryDirectory"), directory.path());
+        store.setValue(QStringLiteral("libraryDirectory"), path());
     }
 };
 
@@ -94,11 +92,11 @@ public:
     }
 };
 
-/// The application itself, with an edit that no delayed save has written when it is told to end.
 } // namespace
 
 Q_DECLARE_METATYPE(End)
 
+/// The application itself, with an edit that no delayed save has written when it is told to end.
 class TestQuitting : public QObject {
     Q_OBJECT
 
@@ -123,28 +121,25 @@ private Q_SLOTS:
     void lastEditIsOnDisk()
     {
         QFETCH(const End, way);
-        const DiagnosticRecorder silence;
         for (int round = 0; round < m_rounds; ++round) {
             const Home home;
-            QVERIFY(!save(home.directory, three()).hasError());
             const QString comment = QStringLiteral("edit %1").arg(round);
             // From at once to after the first delay, so that a background save is met as well.
             const int pause = round % 4 == 3 ? 950 + round % 100 : static_cast<int>(m_random.bounded(100));
             bool isSavedAtLogout = false;
-            runApplication(way, comment, pause, home.directory, isSavedAtLogout);
-            const QList<VelgorPatch> stored = loaded(home.directory);
+            runApplication(way, comment, pause, home, isSavedAtLogout);
+            const QList<VelgorPatch> stored = home.loaded();
             QCOMPARE(stored.size(), 3);
             QCOMPARE(stored.first().comment, comment);
             QVERIFY(way != End::LoggingOut || isSavedAtLogout);
-            QVERIFY(!home.directory.has(LibraryFileNames::libraryCopy()));
-            QVERIFY(!home.directory.has(LibraryFileNames::lockFile()));
-            QCOMPARE(home.directory.files().size(), 4);
+            QVERIFY(!home.has(LibraryFileNames::libraryCopy()));
+            QVERIFY(!home.has(LibraryFileNames::lockFile()));
+            QCOMPARE(home.files().size(), 4);
         }
     }
 
 private:
-    static void runApplication(
-        End way, const QString &comment, int pause, const LibraryDirectory &directory, bool &isSavedAtLogout)
+    static void runApplication(End way, const QString &comment, int pause, const Home &home, bool &isSavedAtLogout)
     {
         Velgor_Library_ManagerApp application;
         QTimer look;
@@ -167,7 +162,7 @@ private:
         connect(&ending, &QTimer::timeout, &ending, [&] {
             end(way);
             if (way == End::LoggingOut) {
-                isSavedAtLogout = loaded(directory).first().comment == comment;
+                isSavedAtLogout = home.loaded().first().comment == comment;
                 QCoreApplication::exit(0);
             }
         });

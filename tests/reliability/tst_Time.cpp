@@ -1,7 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -22,8 +19,6 @@ constexpr int rounds = 100;
 constexpr int patchesInStore = 40;
 /// Old library files that stay.
 constexpr qsizetype keptFileLimit = 20;
-
-const QString libraryFile = LibraryFileNames::libraryFile();
 
 /// Any finite number that there is, and the ones that dates are made of more often.
 double randomSeconds(QRandomGenerator &random)
@@ -118,8 +113,7 @@ private Q_SLOTS:
 
     static void datesStandThroughAnyNumberOfSaves()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
+        StoreFixture store;
         QRandomGenerator random(12);
         QList<VelgorPatch> patches;
         for (int i = 0; i < patchesInStore; ++i) {
@@ -127,20 +121,21 @@ private Q_SLOTS:
             patch.date.seconds = randomSeconds(random);
             patches.append(patch);
         }
-        auto library = std::make_unique<VelgorLibrary>(patches, std::nullopt);
+        store.library.adopt({patches, std::nullopt});
         QByteArray firstText;
         for (int round = 0; round < rounds; ++round) {
             travel(round);
-            LibraryStorageManager manager(directory.path());
-            manager.save(*library);
+            LibraryStorageManager manager(store.path());
+            manager.save(store.library);
             QVERIFY(!manager.writeError());
-            const QByteArray text = directory.read(libraryFile);
+            const QByteArray text = store.read(libraryFile);
             firstText = round == 0 ? text : firstText;
             QCOMPARE(text, firstText);
             travel(round + 3);
-            library = libraryOf(manager.decodeLibrary());
-            QVERIFY(library && manager.droppedPatches().isEmpty());
-            QVERIFY(areIdentical(library->patches(), patches));
+            const auto read = manager.decodeLibrary();
+            QVERIFY(read && manager.droppedPatches().isEmpty());
+            store.library.adopt(*read);
+            QVERIFY(areIdentical(store.library.patches(), patches));
         }
     }
 
@@ -157,26 +152,21 @@ private Q_SLOTS:
     {
         QFETCH(const int, libraryYears);
         QFETCH(const int, patchYears);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QStringList files = directory.files();
+        StoreFixture store(three());
+        const QStringList files = store.files();
         for (const QString &name : files) {
-            setFileTime(directory, name, inYears(name == libraryFile ? libraryYears : patchYears));
+            setFileTime(store, name, inYears(name == libraryFile ? libraryYears : patchYears));
         }
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library && areIdentical(library->patches(), three().patches));
-        VelgorPatch changed = library->patches().first();
-        changed.name = QStringLiteral("Renamed");
-        changed.comment = QStringLiteral("new");
-        library->update(changed);
-        manager.save(*library);
-        QVERIFY(!manager.writeError());
-        QVERIFY(datedCopies(directory).isEmpty());
-        const QList<VelgorPatch> stored = loaded(directory);
-        QVERIFY(areIdentical(stored, library->patches()));
-        QCOMPARE(directory.files().size(), files.size());
+        QVERIFY(store.start() && areIdentical(store.library.patches(), three().patches));
+        store.edit(42, [](VelgorPatch &patch) {
+            patch.name = QStringLiteral("Renamed");
+            patch.comment = QStringLiteral("new");
+        });
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        QVERIFY(store.datedCopies().isEmpty());
+        QVERIFY(store.holds(store.library.patches()));
+        QCOMPARE(store.files().size(), files.size());
     }
 
     static void copyBesideTheLibraryFileServesWhateverTheClockSays_data()
@@ -191,15 +181,13 @@ private Q_SLOTS:
     {
         QFETCH(const int, libraryYears);
         QFETCH(const int, copyYears);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray whole = directory.read(libraryFile);
-        directory.write(LibraryFileNames::libraryCopy(), whole);
-        directory.write(libraryFile, whole.first(whole.size() / 2));
-        setFileTime(directory, libraryFile, inYears(libraryYears));
-        setFileTime(directory, LibraryFileNames::libraryCopy(), inYears(copyYears));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture store(three());
+        const QByteArray whole = store.read(libraryFile);
+        store.write(libraryCopy, whole);
+        store.write(libraryFile, whole.first(whole.size() / 2));
+        setFileTime(store, libraryFile, inYears(libraryYears));
+        setFileTime(store, libraryCopy, inYears(copyYears));
+        QVERIFY(store.holds(three().patches));
     }
 
     static void copyKeptJustNowStaysAmongCopiesFromTheFuture_data()
@@ -211,46 +199,41 @@ private Q_SLOTS:
     static void copyKeptJustNowStaysAmongCopiesFromTheFuture()
     {
         QFETCH(const int, year);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
+        StoreFixture store(three());
         constexpr int former = 25;
         for (int i = 0; i < former; ++i) {
-            directory.write(datedName(year, i), "kept before");
+            store.write(datedName(year, i), "kept before");
         }
-        QFile::remove(directory.filePath(QStringLiteral("lib-Lead.42.prst")));
-        const QByteArray old = directory.read(libraryFile);
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        manager.save(*library);
-        QCOMPARE(manager.keptFiles().size(), 1);
-        QFile kept(manager.keptFiles().constFirst());
+        QFile::remove(store.filePath(QStringLiteral("lib-Lead.42.prst")));
+        const QByteArray old = store.read(libraryFile);
+        QVERIFY(store.start());
+        store.storage.save(store.library);
+        QCOMPARE(store.storage.keptFiles().size(), 1);
+        QFile kept(store.storage.keptFiles().constFirst());
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), old);
         // None goes before it is thirty days old.
-        QCOMPARE(datedCopies(directory).size(), year > 2900 ? former + 1 : keptFileLimit);
+        QCOMPARE(store.datedCopies().size(), year > 2900 ? former + 1 : keptFileLimit);
         // A later save that has nothing to keep prunes nothing.
-        const QStringList before = datedCopies(directory);
-        manager.save(*library);
-        QCOMPARE(datedCopies(directory), before);
+        const QStringList before = store.datedCopies();
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies(), before);
     }
 
     static void twoCopiesOfOneSecondAreTwoFiles()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
+        StoreFixture store;
         QByteArrayList damaged;
         for (int i = 0; i < keptFileLimit; ++i) {
             damaged.append("{ \"" + QByteArray::number(i));
-            directory.write(libraryFile, damaged.last());
-            LibraryStorageManager manager(directory.path());
+            store.write(libraryFile, damaged.last());
+            LibraryStorageManager manager(store.path());
             QVERIFY(!manager.decodeLibrary());
             manager.save(VelgorLibrary(three().patches, std::nullopt));
         }
         QByteArrayList kept;
-        for (const QString &name : datedCopies(directory)) {
-            kept.append(directory.read(name));
+        for (const QString &name : store.datedCopies()) {
+            kept.append(store.read(name));
         }
         std::sort(kept.begin(), kept.end());
         std::sort(damaged.begin(), damaged.end());

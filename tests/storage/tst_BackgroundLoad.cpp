@@ -1,55 +1,58 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
+#include "WorkerGate.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
-#include <QThread>
 
 using namespace std::chrono_literals;
 using namespace TestLibraries;
 
 namespace {
 
-const QString libraryFile = LibraryFileNames::libraryFile();
-const QString leadFile = QStringLiteral("lib-Lead.42.prst");
-
-void store(const LibraryDirectory &directory, const LibraryState &content)
-{
-    for (const VelgorPatch &stored : content.patches) {
-        directory.write(LibraryFileNames::patchFile(stored.name, stored.id()), patchBytes(stored));
-    }
-    directory.write(libraryFile, LibraryJson::encode(content));
-}
-
-/// So many entries that loading them takes longer than what a test does meanwhile.
-constexpr int manyEntries = 20000;
-
-/// Three patches with files and, in front of them, as many entries without as it takes.
-void storeMany(const LibraryDirectory &directory)
+/// Three patches with files and, in front of them, others without, so that there are as many.
+LibraryState threeBehind(int entries)
 {
     LibraryState content = three();
-    QList<VelgorPatch> patches;
-    for (quint64 id = 1000; patches.size() < manyEntries - 3; ++id) {
-        patches.append(TestPatches::stored(id, QStringLiteral("Missing")));
+    for (quint64 id = 1000; content.patches.size() < entries; ++id) {
+        content.patches.prepend(TestPatches::stored(id, QStringLiteral("Missing")));
     }
-    store(directory, content);
-    content.patches = patches + content.patches;
-    directory.write(libraryFile, LibraryJson::encode(content));
+    return content;
 }
 
-/// What an application does: its library takes over what was loaded.
-void takeOverWhenLoaded(LibraryStorageManager &manager, VelgorLibrary &library)
-{
-    QObject::connect(&manager, &LibraryStorageManager::loadFinished, &library, [&manager, &library] {
-        if (const auto loaded = manager.takeLoadedLibrary()) {
-            library.adopt(*loaded);
-        }
-    });
-}
+/// As threeBehind(), on disk.
+struct Stored : StoreFixture {
+    explicit Stored(int entries)
+    {
+        writeEntries(three());
+        write(libraryFile, LibraryJson::encode(threeBehind(entries)));
+    }
+};
+
+/// So many entries that loading them takes its time.
+constexpr int manyEntries = 20000;
+
+/// A program that has begun to load three patches behind one without a file, and takes over what is loaded. The load is
+/// held up.
+struct Loading : StoreFixture {
+    explicit Loading(std::chrono::milliseconds period = never, std::chrono::milliseconds longest = 10s)
+        : StoreFixture(period)
+        , gate(storage.worker(), longest)
+    {
+        writeEntries(three());
+        write(libraryFile, LibraryJson::encode(threeBehind(4)));
+        QObject::connect(&storage, &LibraryStorageManager::loadFinished, &library, [this] {
+            if (const auto loaded = storage.takeLoadedLibrary()) {
+                library.adopt(*loaded);
+            }
+        });
+        storage.startLoading();
+    }
+
+    WorkerGate gate;
+};
 
 } // namespace
 
@@ -68,37 +71,35 @@ private Q_SLOTS:
     static void loadGivesWhatDecodingGives()
     {
         QFETCH(const QString, damage);
-        DiagnosticRecorder lines;
-        const LibraryDirectory directory;
-        store(directory, damage == QStringLiteral("empty") ? LibraryState() : three());
+        StoreFixture store;
+        store.writeEntries(damage == QStringLiteral("empty") ? LibraryState() : three());
         if (damage == QStringLiteral("new")) {
-            QVERIFY(QFile::remove(directory.filePath(libraryFile)));
+            QVERIFY(QFile::remove(store.filePath(libraryFile)));
         } else if (damage == QStringLiteral("undecodable")) {
-            directory.write(libraryFile, "{");
+            store.write(libraryFile, "{");
         } else if (damage == QStringLiteral("patch missing")) {
-            QVERIFY(QFile::remove(directory.filePath(leadFile)));
+            QVERIFY(QFile::remove(store.filePath(leadFile)));
         } else if (damage == QStringLiteral("patch damaged")) {
-            directory.write(leadFile, "no preset file");
+            store.write(leadFile, "no preset file");
         } else if (damage == QStringLiteral("copy only")) {
-            QVERIFY(
-                QFile::rename(directory.filePath(libraryFile), directory.filePath(LibraryFileNames::libraryCopy())));
+            QVERIFY(QFile::rename(store.filePath(libraryFile), store.filePath(libraryCopy)));
         } else if (damage == QStringLiteral("every patch missing")) {
             for (const VelgorPatch &stored : three().patches) {
-                QVERIFY(QFile::remove(directory.filePath(LibraryFileNames::patchFile(stored.name, stored.id()))));
+                QVERIFY(QFile::remove(store.filePath(fileOf(stored))));
             }
         }
-        LibraryStorageManager decoding(directory.path());
+        LibraryStorageManager decoding(store.path());
         const auto expected = decoding.decodeLibrary();
-        const QStringList expectedLines = lines.take();
+        const QStringList expectedLines = store.lines.take();
 
-        LibraryStorageManager manager(directory.path());
+        LibraryStorageManager &manager = store.storage;
         const QSignalSpy readErrors(&manager, &LibraryStorageManager::readErrorChanged);
         const QSignalSpy finished(&manager, &LibraryStorageManager::loadFinished);
         manager.startLoading();
         QVERIFY(manager.isLoading());
         QTRY_VERIFY(!manager.isLoading());
         QCOMPARE(finished.count(), 1);
-        QCOMPARE(lines.take(), expectedLines);
+        QCOMPARE(store.lines.take(), expectedLines);
         QCOMPARE(manager.readError(), decoding.readError());
         QCOMPARE(readErrors.count(), decoding.readError() ? 1 : 0);
         QCOMPARE(manager.readProblem().value_or(Problem()).text(), decoding.readProblem().value_or(Problem()).text());
@@ -119,19 +120,16 @@ private Q_SLOTS:
 
     static void eventsAreServedAndProgressIsReportedWhileLoading()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        storeMany(directory);
-        LibraryStorageManager manager(directory.path());
-        const QSignalSpy progress(&manager, &LibraryStorageManager::loadProgress);
+        Stored store(manyEntries);
+        const QSignalSpy progress(&store.storage, &LibraryStorageManager::loadProgress);
         int served = 0;
         QTimer heartbeat;
         connect(&heartbeat, &QTimer::timeout, &heartbeat, [&served] { ++served; });
         heartbeat.start(5ms);
         QElapsedTimer timer;
         timer.start();
-        manager.startLoading();
-        QTRY_VERIFY_WITH_TIMEOUT(!manager.isLoading(), 60000);
+        store.storage.startLoading();
+        QTRY_VERIFY_WITH_TIMEOUT(!store.storage.isLoading(), 60000);
         const qint64 elapsed = timer.elapsed();
         QVERIFY2(elapsed > 40 && served >= elapsed / 50, qPrintable(QString::number(elapsed)));
         QVERIFY2(!progress.isEmpty() && progress.count() <= elapsed * 30 / 1000 + 1,
@@ -143,145 +141,117 @@ private Q_SLOTS:
             QCOMPARE(report.at(1).toLongLong(), manyEntries);
             before = report.at(0).toLongLong();
         }
-        QCOMPARE(manager.takeLoadedLibrary()->patches.size(), 3);
+        QCOMPARE(store.storage.takeLoadedLibrary()->patches.size(), 3);
     }
 
     static void secondStartWhileLoadingChangesNothing()
     {
-        DiagnosticRecorder lines;
-        const LibraryDirectory directory;
-        store(directory, three());
-        LibraryStorageManager manager(directory.path());
-        const QSignalSpy finished(&manager, &LibraryStorageManager::loadFinished);
-        manager.startLoading();
-        manager.startLoading();
-        QTRY_VERIFY(!manager.isLoading());
+        StoreFixture store(three());
+        const QSignalSpy finished(&store.storage, &LibraryStorageManager::loadFinished);
+        store.storage.startLoading();
+        store.storage.startLoading();
+        QTRY_VERIFY(!store.storage.isLoading());
         QTest::qWait(100);
         QCOMPARE(finished.count(), 1);
-        QCOMPARE(lines.take().size(), 1);
+        QCOMPARE(store.lines.take().size(), 1);
     }
 
     static void loadsCanFollowEachOther()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        store(directory, three());
-        LibraryStorageManager manager(directory.path());
-        const QSignalSpy finished(&manager, &LibraryStorageManager::loadFinished);
+        StoreFixture store(three());
+        const QSignalSpy finished(&store.storage, &LibraryStorageManager::loadFinished);
         for (int i = 1; i <= 3; ++i) {
-            manager.startLoading();
+            store.storage.startLoading();
             // Decoding waits for the load, whose end is still on its way through the event loop afterwards.
-            QVERIFY(manager.decodeLibrary());
+            QVERIFY(store.storage.decodeLibrary());
             QCOMPARE(finished.count(), 2 * i - 1);
-            manager.startLoading();
-            QVERIFY(manager.isLoading());
-            QTRY_VERIFY(!manager.isLoading());
+            store.storage.startLoading();
+            QVERIFY(store.storage.isLoading());
+            QTRY_VERIFY(!store.storage.isLoading());
             QCOMPARE(finished.count(), 2 * i);
-            QCOMPARE(manager.takeLoadedLibrary()->patches.size(), 3);
+            QCOMPARE(store.storage.takeLoadedLibrary()->patches.size(), 3);
         }
     }
 
     static void endOfAnEarlierLoadIsNotTakenForTheEndOfTheNext()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        storeMany(directory);
-        LibraryStorageManager manager(directory.path());
-        manager.startLoading();
-        QVERIFY(manager.decodeLibrary());
-        manager.startLoading();
+        StoreFixture store(three());
+        store.storage.startLoading();
+        QVERIFY(store.storage.decodeLibrary());
+        const WorkerGate gate(store.storage.worker());
+        store.storage.startLoading();
         QCoreApplication::processEvents();
-        QVERIFY(manager.isLoading());
+        QVERIFY(store.storage.isLoading());
     }
 
     static void saveDueDuringTheLoadComesAfterItWithWhatWasTakenOver()
     {
-        DiagnosticRecorder lines;
-        const LibraryDirectory directory;
-        storeMany(directory);
-        LibraryStorageManager manager(directory.path(), 1ms);
-        VelgorLibrary library;
-        takeOverWhenLoaded(manager, library);
-        manager.startLoading();
-        manager.delayedSave(library);
-        while (!lines.lines().contains(QStringLiteral("Saving library..."))) {
+        Loading store(1ms);
+        store.requestSave();
+        while (!store.lines.lines().contains(QStringLiteral("Saving library..."))) {
             QCoreApplication::processEvents();
         }
-        QVERIFY(manager.isLoading() && manager.waitingToSave() && manager.hasUnsavedChanges());
-        QTRY_VERIFY_WITH_TIMEOUT(!manager.isLoading(), 60'000);
-        QTRY_VERIFY(!manager.waitingToSave());
-        QVERIFY(!manager.hasUnsavedChanges());
-        const QStringList printed = lines.take();
+        QVERIFY(store.storage.isLoading() && store.storage.waitingToSave() && store.storage.hasUnsavedChanges());
+        store.gate.open();
+        QTRY_VERIFY(!store.storage.isLoading());
+        QTRY_VERIFY(!store.storage.waitingToSave());
+        QVERIFY(!store.storage.hasUnsavedChanges());
+        const QStringList printed = store.lines.take();
         const auto at = [&printed](const char *line) { return printed.indexOf(QLatin1String(line)); };
         QVERIFY(at("Saving library...") >= 0);
-        QVERIFY(at("Saving library...") < at("Incomplete library loading: 3 out of 20000"));
-        QCOMPARE(at("Saving in progress..."), at("Incomplete library loading: 3 out of 20000") + 1);
+        QVERIFY(at("Saving library...") < at("Incomplete library loading: 3 out of 4"));
+        QCOMPARE(at("Saving in progress..."), at("Incomplete library loading: 3 out of 4") + 1);
         QCOMPARE(printed.count(QStringLiteral("Saving in progress...")), 1);
-        QCOMPARE(loaded(directory).size(), 3);
+        QCOMPARE(store.loaded().size(), 3);
     }
 
     static void saveStartedDuringTheLoadComesAfterItWithWhatWasTakenOver()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        storeMany(directory);
-        LibraryStorageManager manager(directory.path(), 60s);
-        VelgorLibrary library;
-        takeOverWhenLoaded(manager, library);
-        manager.startLoading();
-        manager.startSave(library);
-        QVERIFY(manager.isLoading() && manager.hasUnsavedChanges() && !manager.isSaving());
-        QTRY_VERIFY_WITH_TIMEOUT(!manager.hasUnsavedChanges(), 60'000);
-        QCOMPARE(loaded(directory).size(), 3);
+        Loading store;
+        store.storage.startSave(store.library);
+        QVERIFY(store.storage.isLoading() && store.storage.hasUnsavedChanges() && !store.storage.isSaving());
+        store.gate.open();
+        QTRY_VERIFY(!store.storage.hasUnsavedChanges());
+        QCOMPARE(store.loaded().size(), 3);
     }
 
     static void directCallsWaitForTheLoad_data()
     {
         using Call = std::function<void(LibraryStorageManager &, VelgorLibrary &)>;
         QTest::addColumn<Call>("call");
-        QTest::addColumn<int>("stored");
-        QTest::newRow("save") << Call([](auto &manager, auto &library) { manager.save(library); }) << 3;
+        QTest::newRow("save") << Call([](auto &manager, auto &library) { manager.save(library); });
         QTest::newRow("remove") << Call([](auto &manager, auto &) {
             manager.remove({42});
             manager.finish();
-        }) << 3;
+        });
         QTest::newRow("save at the end") << Call([](auto &manager, auto &library) {
             manager.delayedSave(library);
             QVERIFY(manager.saveUnsaved());
-        }) << 3;
-        QTest::newRow("sweep") << Call([](auto &manager, auto &) { manager.sweepLeftovers(); }) << 3;
+        });
+        QTest::newRow("sweep") << Call([](auto &manager, auto &) { manager.sweepLeftovers(); });
     }
     static void directCallsWaitForTheLoad()
     {
         using Call = std::function<void(LibraryStorageManager &, VelgorLibrary &)>;
         QFETCH(const Call, call);
-        QFETCH(const int, stored);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        storeMany(directory);
-        LibraryStorageManager manager(directory.path(), 60s);
-        VelgorLibrary library;
-        takeOverWhenLoaded(manager, library);
-        manager.startLoading();
-        QVERIFY(manager.isLoading());
-        call(manager, library);
-        QVERIFY(!manager.isLoading() && !manager.hasUnsavedChanges());
-        QCOMPARE(library.count(), 3);
-        QCOMPARE(loaded(directory).size(), stored);
+        Loading store(StoreFixture::never, 100ms);
+        QVERIFY(store.storage.isLoading());
+        call(store.storage, store.library);
+        QVERIFY(!store.storage.isLoading() && !store.storage.hasUnsavedChanges());
+        QCOMPARE(store.library.count(), 3);
+        QCOMPARE(store.loaded().size(), 3);
     }
 
     static void destructionEndsTheLoad()
     {
-        DiagnosticRecorder lines;
-        const LibraryDirectory directory;
-        storeMany(directory);
+        Stored store(manyEntries);
         {
-            LibraryStorageManager manager(directory.path());
+            LibraryStorageManager manager(store.path());
             manager.startLoading();
             QVERIFY(manager.isLoading());
         }
         // That comes at the end of a whole load.
-        QCOMPARE(lines.take().filter(QStringLiteral("Incomplete library loading")), QStringList());
+        QCOMPARE(store.lines.take().filter(QStringLiteral("Incomplete library loading")), QStringList());
         QCoreApplication::processEvents();
     }
 };

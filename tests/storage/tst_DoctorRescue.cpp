@@ -1,18 +1,13 @@
-#include "DiagnosticRecorder.h"
-#include "ExaminedLibrary.h"
 #include "KeptLibraries.h"
 #include "LibraryJournal.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
+#include "StoreFixture.h"
 #include "TemporaryFiles.h"
-#include "TestLibraries.h"
 #include "TestProgram.h"
 
 #include <QTest>
 
 #include <algorithm>
 
-using namespace ExaminedLibrary;
 using namespace TestLibraries;
 using Kind = LibraryFinding::Kind;
 
@@ -20,26 +15,21 @@ class TestDoctorRescue : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DiagnosticRecorder> m_lines;
     LibraryState m_three = importedThree();
     VelgorPatch m_lead = m_three.patches.first();
 
 private Q_SLOTS:
-    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_lines.reset(); }
-
     void patchWithoutFileIsRescuedFromAFileThatHoldsIt()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        QVERIFY(QFile::rename(directory.filePath(fileOf(m_lead)), directory.filePath(QStringLiteral("lib-x.7.prst"))));
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        QVERIFY(QFile::rename(store.filePath(fileOf(m_lead)), store.filePath(QStringLiteral("lib-x.7.prst"))));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::PatchWithoutFile && finding.rescued);
-        repair(directory);
-        QList<VelgorPatch> patches = loaded(directory);
+        store.repair();
+        QList<VelgorPatch> patches = store.loaded();
         QVERIFY(areIdentical(patches, m_three.patches));
         // The file under the wrong name stays, and is of no more account.
-        const LibraryHealth health = examine(directory);
+        const LibraryHealth health = store.examine();
         QVERIFY(health.findings.isEmpty());
         QCOMPARE(health.notes.size(), 1);
         QVERIFY(health.notes.first().kind == Kind::SpareFile);
@@ -48,107 +38,102 @@ private Q_SLOTS:
 
     void fileWithoutEntryIsAdopted()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState two = m_three;
         two.patches.removeFirst();
-        QVERIFY(!save(directory, two).hasError());
-        directory.write(fileOf(m_lead), patchBytes(m_lead));
-        const LibraryFinding finding = only(examine(directory));
+        QVERIFY(!store.save(two).hasError());
+        store.write(fileOf(m_lead), patchBytes(m_lead));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::FileWithoutEntry && finding.rescued);
-        repair(directory);
-        QVERIFY(examine(directory).findings.isEmpty());
-        const VelgorPatch adopted = loaded(directory).last();
+        store.repair();
+        QVERIFY(store.examine().findings.isEmpty());
+        const VelgorPatch adopted = store.loaded().last();
         QCOMPARE(adopted.id(), m_lead.id());
         QCOMPARE(adopted.records->patchData, m_lead.records->patchData);
     }
 
     void adoptedFileGetsBackWhatAFormerLibraryFileKnows()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         VelgorPatch renamed = m_lead.withId(m_lead.id());
         renamed.name = QStringLiteral("Renamed");
         LibraryState former = m_three;
         former.patches.first() = renamed;
-        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
-        directory.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), LibraryJson::encode(former));
+        store.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
+        store.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), LibraryJson::encode(former));
         LibraryState two = m_three;
         two.patches.removeFirst();
-        directory.write(libraryFile, LibraryJson::encode(two));
-        repair(directory);
-        QVERIFY(TestPatches::isIdentical(loaded(directory).first(), renamed));
-        QVERIFY(examine(directory).findings.isEmpty());
+        store.write(libraryFile, LibraryJson::encode(two));
+        store.repair();
+        QVERIFY(TestPatches::isIdentical(store.loaded().first(), renamed));
+        QVERIFY(store.examine().findings.isEmpty());
     }
 
     void damagedLibraryFileIsRebuiltFromThePatchFiles()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
-        directory.write(libraryFile, "garbled");
-        const LibraryHealth health = examine(directory);
+        StoreFixture store(m_three);
+        store.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
+        store.write(libraryFile, "garbled");
+        const LibraryHealth health = store.examine();
         QVERIFY(health.findings.first().kind == Kind::DamagedLibraryFile);
         QCOMPARE(health.rescuedPatches().size(), 3);
-        repair(directory);
-        QList<VelgorPatch> patches = loaded(directory);
+        store.repair();
+        QList<VelgorPatch> patches = store.loaded();
         QCOMPARE(patches.size(), 3);
         for (const VelgorPatch &patch : std::as_const(m_three.patches)) {
             QVERIFY(std::any_of(patches.begin(), patches.end(),
                 [&patch](const VelgorPatch &other) { return TestPatches::isIdentical(patch, other); }));
         }
-        QCOMPARE(datedCopies(directory).size(), 2);
-        QCOMPARE(directory.read(datedCopies(directory).last()), QByteArray("garbled"));
+        QCOMPARE(store.datedCopies().size(), 2);
+        QCOMPARE(store.read(store.datedCopies().last()), QByteArray("garbled"));
     }
 
     void restoringIsPreviewedAndCanBeTakenBack()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
         LibraryState then = m_three;
         then.patches.removeAt(2);
         then.patches.first().comment = QStringLiteral("former words");
         then.patches.append(imported(QStringLiteral("Gone"), 7));
         then.defaultPatch = m_lead.id();
-        directory.write(former, LibraryJson::encode(then));
+        store.write(former, LibraryJson::encode(then));
 
-        LibraryStorageManager manager(directory.path());
-        auto library = libraryOf(manager.decodeLibrary());
-        const auto preview = KeptLibraries::preview(directory.path(), former, library->state());
+        QVERIFY(store.start());
+        const auto preview = KeptLibraries::preview(store.path(), former, store.library.state());
         QVERIFY(preview);
         QCOMPARE(preview->comingBack, QStringList());
         QCOMPARE(preview->changing, QStringList{QStringLiteral("Lead")});
         QCOMPARE(preview->leaving, QStringList{QStringLiteral("Clean")});
         QCOMPARE(preview->withoutFile, QStringList{QStringLiteral("Gone")});
 
-        library->adopt({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
-        manager.keepLibraryFile();
-        manager.save(*library);
-        QCOMPARE(manager.keptFiles().size(), 1);
-        QCOMPARE(loadedNames(directory), (QStringList{QStringLiteral("Lead"), QStringLiteral("A/B")}));
-        QCOMPARE(load(directory).library->defaultPatch, std::optional(m_lead.id()));
+        store.library.adopt({.patches = preview->patches, .defaultPatch = preview->defaultPatch});
+        store.storage.keepLibraryFile();
+        store.storage.save(store.library);
+        QCOMPARE(store.storage.keptFiles().size(), 1);
+        QCOMPARE(store.loadedNames(), (QStringList{QStringLiteral("Lead"), QStringLiteral("A/B")}));
+        QCOMPARE(store.load().library->defaultPatch, std::optional(m_lead.id()));
 
-        const QString kept = QFileInfo(manager.keptFiles().constFirst()).fileName();
-        const auto back = KeptLibraries::preview(directory.path(), kept, library->state());
+        const QString kept = QFileInfo(store.storage.keptFiles().constFirst()).fileName();
+        const auto back = KeptLibraries::preview(store.path(), kept, store.library.state());
         QCOMPARE(back->comingBack, QStringList{QStringLiteral("Clean")});
         QVERIFY(areIdentical(back->patches, m_three.patches));
     }
 
     void formerLibraryFileThatCannotBeReadHasNoPreview()
     {
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), "garbled");
-        QVERIFY(!KeptLibraries::preview(directory.path(), QStringLiteral("velgorlibrary-20260101T000000-00.json"), {}));
-        QVERIFY(!KeptLibraries::preview(directory.path(), QStringLiteral("missing.json"), {}));
+        StoreFixture store;
+        store.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), "garbled");
+        QVERIFY(!KeptLibraries::preview(store.path(), QStringLiteral("velgorlibrary-20260101T000000-00.json"), {}));
+        QVERIFY(!KeptLibraries::preview(store.path(), QStringLiteral("missing.json"), {}));
     }
 
     void damagedCopyOfAPatchWithoutFileIsNoRescue()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        QVERIFY(QFile::remove(directory.filePath(fileOf(m_lead))));
-        directory.write(QStringLiteral("copy.%1.prst").arg(m_lead.id()), "damaged");
-        const LibraryHealth health = examine(directory);
+        StoreFixture store(m_three);
+        QVERIFY(QFile::remove(store.filePath(fileOf(m_lead))));
+        store.write(QStringLiteral("copy.%1.prst").arg(m_lead.id()), "damaged");
+        const LibraryHealth health = store.examine();
         QCOMPARE(health.findings.size(), 2);
         QVERIFY(health.findings.first().kind == Kind::ForeignFile);
         QVERIFY(health.findings.last().kind == Kind::PatchWithoutFile);
@@ -168,30 +153,30 @@ private Q_SLOTS:
     void adoptedFileKeepsTheNameThatTheUserGave()
     {
         QFETCH(const QString, name);
-        const LibraryDirectory directory;
+        StoreFixture store;
         VelgorPatch named = m_lead;
         named.name = name;
-        QVERIFY(!save(directory, {{named}, std::nullopt}).hasError());
-        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
-        repair(directory);
-        const QList<VelgorPatch> patches = loaded(directory);
+        QVERIFY(!store.save({{named}, std::nullopt}).hasError());
+        QVERIFY(QFile::remove(store.filePath(libraryFile)));
+        store.repair();
+        const QList<VelgorPatch> patches = store.loaded();
         QCOMPARE(patches.size(), 1);
         QTEST(patches.first().name, "found");
         QCOMPARE(patches.first().id(), m_lead.id());
         QCOMPARE(patches.first().records->patchData, m_lead.records->patchData);
-        QVERIFY(directory.has(fileOf(named)));
-        QVERIFY(examine(directory).findings.isEmpty());
+        QVERIFY(store.has(fileOf(named)));
+        QVERIFY(store.examine().findings.isEmpty());
     }
 
     void renamedCopyIsAdoptedUnderItsName()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QString name = QString(14, QChar(0x00e4)) + QStringLiteral("-1");
         const VelgorPatch copy = VelgorPatch::copyNamed(m_lead, name);
-        QVERIFY(!save(directory, {{m_lead, copy}, std::nullopt}).hasError());
-        QVERIFY(QFile::remove(directory.filePath(libraryFile)));
-        repair(directory);
-        QList<VelgorPatch> patches = loaded(directory);
+        QVERIFY(!store.save({{m_lead, copy}, std::nullopt}).hasError());
+        QVERIFY(QFile::remove(store.filePath(libraryFile)));
+        store.repair();
+        QList<VelgorPatch> patches = store.loaded();
         QCOMPARE(patches.size(), 2);
         QVERIFY(std::any_of(patches.begin(), patches.end(),
             [&copy](const VelgorPatch &patch) { return patch.id() == copy.id() && patch.name == copy.name; }));
@@ -199,70 +184,68 @@ private Q_SLOTS:
 
     void stagedPatchOfADamagedLibraryIsRescued()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const VelgorPatch unknown = imported(QStringLiteral("Unknown"), 9);
-        QVERIFY(!save(directory, m_three).hasError());
+        QVERIFY(!store.save(m_three).hasError());
         // The last two were about to be put in place when the library file was cut.
         const QString stagedClean = TemporaryFiles::prefix() + QStringLiteral("a");
         const QString stagedUnknown = TemporaryFiles::prefix() + QStringLiteral("b");
-        QVERIFY(QFile::rename(directory.filePath(fileOf(m_three.patches.last())), directory.filePath(stagedClean)));
-        directory.write(stagedUnknown, patchBytes(unknown));
+        QVERIFY(QFile::rename(store.filePath(fileOf(m_three.patches.last())), store.filePath(stagedClean)));
+        store.write(stagedUnknown, patchBytes(unknown));
         LibraryJournal journal;
         journal.staged = {{m_three.patches.last().id(), stagedClean}, {unknown.id(), stagedUnknown}};
-        directory.write(LibraryFileNames::journalFile(), journal.encode());
-        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
-        directory.write(libraryFile, LibraryJson::encode(m_three).chopped(9));
+        store.write(journalFile, journal.encode());
+        store.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"), LibraryJson::encode(m_three));
+        store.write(libraryFile, LibraryJson::encode(m_three).chopped(9));
 
-        const LibraryHealth health = examine(directory);
+        const LibraryHealth health = store.examine();
         QCOMPARE(health.rescuedPatches().size(), 4);
         const auto named = std::find_if(health.findings.begin(), health.findings.end(),
             [&stagedUnknown](const LibraryFinding &finding) { return finding.file == stagedUnknown; });
         QVERIFY(named != health.findings.end() && named->kind == Kind::FileWithoutEntry);
         QCOMPARE(named->name, QStringLiteral("Unknown"));
         QVERIFY(!named->reason.isEmpty());
-        repair(directory);
-        QList<VelgorPatch> patches = loaded(directory);
+        store.repair();
+        QList<VelgorPatch> patches = store.loaded();
         QCOMPARE(patches.size(), 4);
         QVERIFY(areIdentical(patches.first(3), m_three.patches));
         QCOMPARE(patches.last().id(), unknown.id());
         QCOMPARE(patches.last().records->patchData, unknown.records->patchData);
-        QVERIFY(directory.has(fileOf(unknown)));
+        QVERIFY(store.has(fileOf(unknown)));
     }
 
     void exchangedFilesArePutRight()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         const VelgorPatch &clean = m_three.patches.last();
-        directory.write(fileOf(m_lead), patchBytes(clean));
-        directory.write(fileOf(clean), patchBytes(m_lead));
-        QCOMPARE(TestPatches::ids(examine(directory).rescuedPatches()).size(), 2);
-        repair(directory);
-        QVERIFY(areIdentical(load(directory).library->patches, m_three.patches));
-        QVERIFY(examine(directory).findings.isEmpty());
+        store.write(fileOf(m_lead), patchBytes(clean));
+        store.write(fileOf(clean), patchBytes(m_lead));
+        QCOMPARE(TestPatches::ids(store.examine().rescuedPatches()).size(), 2);
+        store.repair();
+        QVERIFY(areIdentical(store.load().library->patches, m_three.patches));
+        QVERIFY(store.examine().findings.isEmpty());
     }
 
     void copyElsewhereOfAnOverwrittenPatchPutsItRight()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(QStringLiteral("lib-x.7.prst"), patchBytes(m_lead));
-        directory.write(fileOf(m_lead), patchBytes(m_three.patches.last()));
-        QVERIFY(examine(directory).notes.isEmpty());
-        repair(directory);
-        QVERIFY(areIdentical(load(directory).library->patches, m_three.patches));
+        StoreFixture store(m_three);
+        store.write(QStringLiteral("lib-x.7.prst"), patchBytes(m_lead));
+        store.write(fileOf(m_lead), patchBytes(m_three.patches.last()));
+        QVERIFY(store.examine().notes.isEmpty());
+        store.repair();
+        QVERIFY(areIdentical(store.load().library->patches, m_three.patches));
     }
 
     void previewTellsOfTheDefaultPatchAndTheOrder()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState now = m_three;
         now.defaultPatch = m_lead.id();
-        QVERIFY(!save(directory, now).hasError());
+        QVERIFY(!store.save(now).hasError());
         const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
         const auto previewOf = [&](const LibraryState &then) {
-            directory.write(former, LibraryJson::encode(then));
-            return *KeptLibraries::preview(directory.path(), former, now);
+            store.write(former, LibraryJson::encode(then));
+            return *KeptLibraries::preview(store.path(), former, now);
         };
         LibraryState then = now;
         QVERIFY(!previewOf(then).isDefaultChanging && !previewOf(then).isOrderChanging);
@@ -280,13 +263,12 @@ private Q_SLOTS:
 
     void previewTellsMissingFilesFromUnreadableOnes()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         const QString former = QStringLiteral("velgorlibrary-20260101T000000-00.json");
-        directory.write(former, LibraryJson::encode(m_three));
-        QVERIFY(QFile::remove(directory.filePath(fileOf(m_lead))));
-        directory.write(fileOf(m_three.patches.last()), "damaged");
-        const auto preview = KeptLibraries::preview(directory.path(), former, m_three);
+        store.write(former, LibraryJson::encode(m_three));
+        QVERIFY(QFile::remove(store.filePath(fileOf(m_lead))));
+        store.write(fileOf(m_three.patches.last()), "damaged");
+        const auto preview = KeptLibraries::preview(store.path(), former, m_three);
         QCOMPARE(preview->withoutFile, QStringList{QStringLiteral("Lead")});
         QCOMPARE(preview->unreadable.size(), 1);
         QCOMPARE(preview->unreadable.first().name, QStringLiteral("Clean"));

@@ -1,9 +1,6 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
 #include "PatchIdentity.h"
 #include "PatchWriter.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -23,19 +20,14 @@ VelgorPatch clean()
     return imported(QStringLiteral("Clean"), 2);
 }
 
-QString fileOf(const VelgorPatch &patch)
-{
-    return LibraryFileNames::patchFile(patch.name, patch.id());
-}
-
 /// A library of these two, in which the file of the first holds what the second one's does.
-void storeOverwritten(const LibraryDirectory &directory)
-{
-    if (save(directory, {{lead(), clean()}, lead().id()}).hasError()) {
-        qFatal("cannot store the library");
+struct Overwritten : StoreFixture {
+    Overwritten()
+        : StoreFixture({{lead(), clean()}, lead().id()})
+    {
+        write(fileOf(lead()), patchBytes(clean()));
     }
-    directory.write(fileOf(lead()), patchBytes(clean()));
-}
+};
 
 } // namespace
 
@@ -43,34 +35,27 @@ void storeOverwritten(const LibraryDirectory &directory)
 class TestExchangedFiles : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
 private Q_SLOTS:
     static void anotherPatchOfTheLibraryIsNotTakenForTheFilesOwn()
     {
-        const LibraryDirectory directory;
-        storeOverwritten(directory);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        QCOMPARE(TestPatches::names(library->patches()), QStringList{QStringLiteral("Clean")});
-        QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
-        QCOMPARE(storage.droppedProblems().first(),
+        Overwritten store;
+        QVERIFY(store.start());
+        QCOMPARE(TestPatches::names(store.library.patches()), QStringList{QStringLiteral("Clean")});
+        QCOMPARE(store.storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
+        QCOMPARE(store.storage.droppedProblems().first(),
             QStringLiteral("Lead: it holds \"Clean\", another patch of the library (%1)").arg(fileOf(lead())));
     }
 
     static void whatWasSaidAboutThePatchWaitsForItsFile()
     {
-        const LibraryDirectory directory;
-        storeOverwritten(directory);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        library->append(imported(QStringLiteral("New"), 3), true, false);
-        storage.save(*library);
-        QVERIFY(!storage.writeError());
+        Overwritten store;
+        QVERIFY(store.start());
+        store.library.append(imported(QStringLiteral("New"), 3), true, false);
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
 
-        directory.write(fileOf(lead()), patchBytes(lead()));
-        const LibraryLoadResult again = load(directory);
+        store.write(fileOf(lead()), patchBytes(lead()));
+        const LibraryLoadResult again = store.load();
         QCOMPARE(again.library->patches.size(), 3);
         QVERIFY(TestPatches::isIdentical(again.library->patches.first(), lead()));
         QCOMPARE(again.library->defaultPatch, std::optional(lead().id()));
@@ -78,25 +63,22 @@ private Q_SLOTS:
 
     static void importedAgainThePatchHasItsFileBack()
     {
-        const LibraryDirectory directory;
-        storeOverwritten(directory);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        library->append(lead(), true, false);
-        storage.save(*library);
-        QVERIFY(!storage.writeError());
-        QCOMPARE(directory.read(fileOf(lead())), patchBytes(lead()));
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(lead().id(), 0)), patchBytes(clean()));
-        QCOMPARE(loaded(directory).size(), 2);
+        Overwritten store;
+        QVERIFY(store.start());
+        store.library.append(lead(), true, false);
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        QCOMPARE(store.read(fileOf(lead())), patchBytes(lead()));
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(lead().id(), 0)), patchBytes(clean()));
+        QCOMPARE(store.loaded().size(), 2);
     }
 
     static void fileOfAFormerNameIsNotTakenEitherWhenItHoldsAnother()
     {
-        const LibraryDirectory directory;
-        storeOverwritten(directory);
-        QVERIFY(QFile::rename(directory.filePath(fileOf(lead())),
-            directory.filePath(LibraryFileNames::patchFile(QStringLiteral("Former"), lead().id()))));
-        QCOMPARE(loadedNames(directory), QStringList{QStringLiteral("Clean")});
+        Overwritten store;
+        QVERIFY(QFile::rename(store.filePath(fileOf(lead())),
+            store.filePath(LibraryFileNames::patchFile(QStringLiteral("Former"), lead().id()))));
+        QCOMPARE(store.loadedNames(), QStringList{QStringLiteral("Clean")});
     }
 
     /// Beside the patch stands one with the very record that its file holds.
@@ -119,14 +101,14 @@ private Q_SLOTS:
     static void patchWhoseIdHasAReasonLoads()
     {
         QFETCH(const VelgorPatch, entry);
-        const LibraryDirectory directory;
+        StoreFixture store;
         QList<VelgorPatch> patches{entry};
         const VelgorPatch twin(entry.records->patchData, entry.records->userIRData, entry.records->headerData);
         if (twin.id() != entry.id()) {
             patches.append(twin);
         }
-        QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
-        const LibraryLoadResult result = load(directory);
+        QVERIFY(!store.save({patches, std::nullopt}).hasError());
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.droppedPatches.isEmpty());
         QCOMPARE(TestPatches::ids(result.library->patches), TestPatches::ids(patches));
         QCOMPARE(result.doubtfulPatches, QStringList());
@@ -134,10 +116,9 @@ private Q_SLOTS:
 
     static void patchFromElsewhereIsLoadedAndTold()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, {{lead(), clean()}, std::nullopt}).hasError());
-        directory.write(fileOf(lead()), patchBytes(imported(QStringLiteral("Other"), 3)));
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store({{lead(), clean()}, std::nullopt});
+        store.write(fileOf(lead()), patchBytes(imported(QStringLiteral("Other"), 3)));
+        const LibraryLoadResult result = store.load();
         QCOMPARE(result.library->patches.size(), 2);
         QCOMPARE(result.doubtfulPatches,
             QStringList{
@@ -165,14 +146,13 @@ private Q_SLOTS:
         VelgorLibrary library;
         library.appendNew({first, second, clean(), imported(QStringLiteral("Bells"), 3)});
         QCOMPARE(library.count(), 4);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, {library.patches(), std::nullopt}).hasError());
-        QCOMPARE(load(directory).doubtfulPatches, QStringList());
+        StoreFixture store({library.patches(), std::nullopt});
+        QCOMPARE(store.load().doubtfulPatches, QStringList());
 
         const VelgorPatch held = library.patches().at(1);
-        directory.write(fileOf(first), patchBytes(second));
-        directory.write(fileOf(held), patchBytes(first));
-        const LibraryLoadResult result = load(directory);
+        store.write(fileOf(first), patchBytes(second));
+        store.write(fileOf(held), patchBytes(first));
+        const LibraryLoadResult result = store.load();
         QCOMPARE(result.doubtfulPatches.value(0),
             QStringLiteral("%1: its file holds the patch of the same id that is called \"%2\" in the library (%3)")
                 .arg(first.name, second.name, fileOf(first)));
@@ -183,29 +163,27 @@ private Q_SLOTS:
 
     static void soundThatChangedOnTheDiskIsTold()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, {{lead(), clean(), imported(QStringLiteral("Bells"), 3)}, std::nullopt}).hasError());
+        StoreFixture store({{lead(), clean(), imported(QStringLiteral("Bells"), 3)}, std::nullopt});
         QByteArray bytes = patchBytes(lead());
         const qsizetype sound = bytes.indexOf(lead().records->patchData.data);
         bytes[sound] = static_cast<char>(bytes.at(sound) ^ 1);
         const auto read = SPresetFile::fromData(bytes);
         QVERIFY(read);
-        directory.write(fileOf(lead()), *PatchWriter::encodePatches(*read));
-        const LibraryLoadResult result = load(directory);
+        store.write(fileOf(lead()), *PatchWriter::encodePatches(*read));
+        const LibraryLoadResult result = store.load();
         QCOMPARE(result.library->patches.size(), 3);
         QCOMPARE(result.doubtfulPatches.size(), 1);
         QCOMPARE(result.doubtfulPatches.first(),
             QStringLiteral("Lead: its file may have been changed after it was stored (%1)").arg(fileOf(lead())));
-        const LibraryLoadResult listed = LibraryLoader(directory.path(), {}, LibraryLoader::Sounds::Drop).load();
+        const LibraryLoadResult listed = LibraryLoader(store.path(), {}, LibraryLoader::Sounds::Drop).load();
         QCOMPARE(listed.doubtfulPatches, result.doubtfulPatches);
     }
 
     static void aLoadWithoutSoundsGivesTheSameButThem()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, {{lead(), clean()}, clean().id()}).hasError());
-        const auto listed = LibraryLoader(directory.path(), {}, LibraryLoader::Sounds::Drop).load().library;
-        const auto loaded = load(directory).library;
+        const StoreFixture store({{lead(), clean()}, clean().id()});
+        const auto listed = LibraryLoader(store.path(), {}, LibraryLoader::Sounds::Drop).load().library;
+        const auto loaded = store.load().library;
         QVERIFY(listed && loaded);
         QCOMPARE(LibraryJson::encode(*listed), LibraryJson::encode(*loaded));
         for (const VelgorPatch &patch : listed->patches) {
@@ -215,10 +193,10 @@ private Q_SLOTS:
 
     static void numbersOfAnotherProgramRaiseNoDoubt()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QList<VelgorPatch> patches{lead().withId(1), clean().withId(2), imported(QStringLiteral("Bells"), 3)};
-        QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
-        QCOMPARE(load(directory).doubtfulPatches, QStringList());
+        QVERIFY(!store.save({patches, std::nullopt}).hasError());
+        QCOMPARE(store.load().doubtfulPatches, QStringList());
     }
 
     static void copiesThatAreRenamedOneAfterTheOtherAllLoadAgain()
@@ -233,9 +211,8 @@ private Q_SLOTS:
             library.append(copy, false, true);
         }
         QCOMPARE(library.count(), 1 + copies);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, {library.patches(), std::nullopt}).hasError());
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store({library.patches(), std::nullopt});
+        const LibraryLoadResult result = store.load();
         QCOMPARE(result.droppedPatches, QStringList());
         QCOMPARE(result.doubtfulPatches, QStringList());
         QCOMPARE(TestPatches::ids(result.library->patches), TestPatches::ids(library.patches()));
@@ -250,40 +227,36 @@ private Q_SLOTS:
         for (const QString &name : {second.name, QStringLiteral("Renamed")}) {
             VelgorPatch copy = second.withId(1234567890123);
             copy.name = name;
-            const LibraryDirectory directory;
-            QVERIFY(!save(directory, {{first, copy, lead()}, std::nullopt}).hasError());
-            QCOMPARE(loadedNames(directory), (QStringList{first.name, name, lead().name}));
+            const StoreFixture store({{first, copy, lead()}, std::nullopt});
+            QCOMPARE(store.loadedNames(), (QStringList{first.name, name, lead().name}));
         }
     }
 
     static void idThatTheLibraryFileHeldTwiceIsExplainedFromThenOn()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, {{lead(), clean()}, std::nullopt}).hasError());
-        QByteArray text = directory.read(LibraryFileNames::libraryFile());
+        StoreFixture store({{lead(), clean()}, std::nullopt});
+        QByteArray text = store.read(libraryFile);
         const qsizetype begin = text.indexOf("[{") + 1;
         const QByteArray entry = text.mid(begin, text.indexOf("},{") + 1 - begin);
         text.insert(begin, entry + ',');
-        directory.write(LibraryFileNames::libraryFile(), text);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        QCOMPARE(library->count(), 3);
-        storage.save(*library);
-        const LibraryLoadResult again = load(directory);
+        store.write(libraryFile, text);
+        QVERIFY(store.start());
+        QCOMPARE(store.library.count(), 3);
+        store.storage.save(store.library);
+        const LibraryLoadResult again = store.load();
         QCOMPARE(again.droppedPatches, QStringList());
         QCOMPARE(again.doubtfulPatches, QStringList());
-        QCOMPARE(TestPatches::ids(again.library->patches), TestPatches::ids(library->patches()));
+        QCOMPARE(TestPatches::ids(again.library->patches), TestPatches::ids(store.library.patches()));
     }
 
     static void idThatNothingExplainsProvesNothing()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         VelgorPatch renamed = imported(QStringLiteral("Former"), 6).withId(7);
         renamed.name = QStringLiteral("Renamed");
         const QList<VelgorPatch> patches{lead().withId(~0ULL), clean(), renamed};
-        QVERIFY(!save(directory, {patches, std::nullopt}).hasError());
-        QCOMPARE(TestPatches::ids(loaded(directory)), TestPatches::ids(patches));
+        QVERIFY(!store.save({patches, std::nullopt}).hasError());
+        QCOMPARE(TestPatches::ids(store.loaded()), TestPatches::ids(patches));
     }
 };
 

@@ -1,11 +1,9 @@
-#include "DiagnosticRecorder.h"
 #include "DiskFiles.h"
-#include "ExaminedLibrary.h"
 #include "LibraryDoctor.h"
 #include "LibraryJournal.h"
 #include "OrdinaryUser.h"
+#include "StoreFixture.h"
 #include "TemporaryFiles.h"
-#include "TestLibraries.h"
 #include "TestProgram.h"
 
 #include <QSysInfo>
@@ -15,7 +13,6 @@
 
 #include <unistd.h>
 
-using namespace ExaminedLibrary;
 using namespace TestLibraries;
 using Kind = LibraryFinding::Kind;
 
@@ -23,42 +20,37 @@ class TestLibraryDoctor : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DiagnosticRecorder> m_lines;
     LibraryState m_three = importedThree();
     VelgorPatch m_lead = m_three.patches.first();
 
 private Q_SLOTS:
     void directoryThatCannotBeListedIsFound()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, importedThree()).hasError());
-        const OrdinaryUser user(directory, 0300);
-        const LibraryHealth health = examine(directory);
+        StoreFixture store(importedThree());
+        const OrdinaryUser user(store, 0300);
+        const LibraryHealth health = store.examine();
         QVERIFY(std::any_of(health.findings.begin(), health.findings.end(),
             [](const LibraryFinding &finding) { return finding.kind == Kind::UnlistedDirectory; }));
     }
 
     void itReportsEachPatchAndGoesOnWhileFilesAndContentsAreLookedAt()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, importedThree()).hasError());
+        StoreFixture store(importedThree());
         QList<qsizetype> reported;
-        std::ignore = LibraryDoctor(directory.path(), [&reported](qsizetype done, qsizetype) {
+        std::ignore = LibraryDoctor(store.path(), [&reported](qsizetype done, qsizetype) {
             reported.append(done);
             return true;
         }).examine();
-        const qsizetype later = directory.files().size() + importedThree().patches.size();
+        const qsizetype later = store.files().size() + importedThree().patches.size();
         QCOMPARE(reported, (QList<qsizetype>{1, 2, 3} + QList<qsizetype>(later, 3)));
     }
 
     void examinationEndsWithTheReportThatSaysSo()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, importedThree()).hasError());
+        StoreFixture store(importedThree());
         for (const int last : {1, 2, 3, 5, 8}) {
             int reports = 0;
-            std::ignore =
-                LibraryDoctor(directory.path(), [&](qsizetype, qsizetype) { return ++reports < last; }).examine();
+            std::ignore = LibraryDoctor(store.path(), [&](qsizetype, qsizetype) { return ++reports < last; }).examine();
             // Where the loading ends, the examination of what was loaded asks once more.
             QVERIFY2(reports >= last && reports <= last + 2, qPrintable(QString::number(reports)));
         }
@@ -66,38 +58,32 @@ private Q_SLOTS:
 
     void whatAJournalNamesAndIsNoPatchIsALeftover()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QString temporary = TemporaryFiles::prefix() + QStringLiteral("x");
-        directory.write(libraryFile, "cut");
-        directory.write(temporary, "no patch");
-        directory.write(
-            LibraryFileNames::journalFile(), LibraryJournal{.staged = {{42, temporary}}, .removed = {}}.encode());
-        const LibraryHealth health = examine(directory);
+        store.write(libraryFile, "cut");
+        store.write(temporary, "no patch");
+        store.write(journalFile, LibraryJournal{.staged = {{42, temporary}}, .removed = {}}.encode());
+        const LibraryHealth health = store.examine();
         QVERIFY(std::any_of(health.findings.begin(), health.findings.end(), [&](const LibraryFinding &finding) {
             return finding.kind == Kind::Leftover && finding.file == temporary;
         }));
     }
 
-    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_lines.reset(); }
-
     void soundLibraryHasNoFindings()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(QStringLiteral("notes.txt"), "mine");
-        const auto before = directory.stamps();
-        QVERIFY(examine(directory).findings.isEmpty());
-        QCOMPARE(directory.stamps(), before);
-        QVERIFY(examine(LibraryDirectory()).findings.isEmpty());
+        StoreFixture store(m_three);
+        store.write(QStringLiteral("notes.txt"), "mine");
+        const auto before = store.stamps();
+        QVERIFY(store.examine().findings.isEmpty());
+        QCOMPARE(store.stamps(), before);
+        QVERIFY(StoreFixture().examine().findings.isEmpty());
     }
 
     void patchWithoutFileIsFound()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        QFile::remove(directory.filePath(fileOf(m_lead)));
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        QFile::remove(store.filePath(fileOf(m_lead)));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::PatchWithoutFile && !finding.rescued);
         QCOMPARE(finding.name, QStringLiteral("Lead"));
         QCOMPARE(finding.id, m_lead.id());
@@ -105,10 +91,9 @@ private Q_SLOTS:
 
     void unreadableFileIsFoundOnce()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(fileOf(m_lead), "damaged");
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        store.write(fileOf(m_lead), "damaged");
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::UnreadableFile && !finding.rescued && !finding.reason.isEmpty());
         QCOMPARE(finding.file, fileOf(m_lead));
         QCOMPARE(finding.name, QStringLiteral("Lead"));
@@ -116,10 +101,9 @@ private Q_SLOTS:
 
     void fileOfAnotherPatchIsFound()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(fileOf(m_lead), patchBytes(m_three.patches.at(1)));
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        store.write(fileOf(m_lead), patchBytes(m_three.patches.at(1)));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::FileOfOtherContent && !finding.rescued);
         QCOMPARE(finding.file, fileOf(m_lead));
         QVERIFY(finding.reason.contains(QStringLiteral("A/B")));
@@ -127,11 +111,10 @@ private Q_SLOTS:
 
     void renamedPatchIsNoFinding()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         m_three.patches.first().name = QStringLiteral("Renamed");
-        QVERIFY(!save(directory, m_three).hasError());
-        QVERIFY(examine(directory).findings.isEmpty());
+        QVERIFY(!store.save(m_three).hasError());
+        QVERIFY(store.examine().findings.isEmpty());
         m_three = importedThree();
     }
 
@@ -147,10 +130,9 @@ private Q_SLOTS:
     void foreignFilesWithAnIdAreFound()
     {
         QFETCH(const QString, file);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(file, patchBytes(m_lead));
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        store.write(file, patchBytes(m_lead));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::ForeignFile && !finding.rescued);
         QCOMPARE(finding.file, file);
         QCOMPARE(finding.id, m_lead.id());
@@ -158,27 +140,25 @@ private Q_SLOTS:
 
     void leftoversAreFoundAndSwept()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(TemporaryFiles::prefix() + QStringLiteral("1"), "x");
-        directory.write(LibraryFileNames::journalFile(), LibraryJournal().encode());
-        directory.write(LibraryFileNames::libraryCopy(), "{");
-        const LibraryHealth health = examine(directory);
+        StoreFixture store(m_three);
+        store.write(TemporaryFiles::prefix() + QStringLiteral("1"), "x");
+        store.write(journalFile, LibraryJournal().encode());
+        store.write(libraryCopy, "{");
+        const LibraryHealth health = store.examine();
         QCOMPARE(health.findings.size(), 3);
         QVERIFY(std::all_of(health.findings.begin(), health.findings.end(),
             [](const LibraryFinding &finding) { return finding.kind == Kind::Leftover; }));
-        repair(directory);
-        QVERIFY(examine(directory).findings.isEmpty());
+        store.repair();
+        QVERIFY(store.examine().findings.isEmpty());
     }
 
     void keptFilesAreListedTheLatestFirst()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(QStringLiteral("velgorlibrary-20260101T100203-00.json"), LibraryJson::encode(m_three));
-        directory.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), "garbled");
-        directory.write(LibraryFileNames::damagedFile(42, 0), "damaged");
-        const LibraryHealth health = examine(directory);
+        StoreFixture store(m_three);
+        store.write(QStringLiteral("velgorlibrary-20260101T100203-00.json"), LibraryJson::encode(m_three));
+        store.write(QStringLiteral("velgorlibrary-20260102T000000-00.json"), "garbled");
+        store.write(LibraryFileNames::damagedFile(42, 0), "damaged");
+        const LibraryHealth health = store.examine();
         QVERIFY(health.findings.isEmpty());
         QCOMPARE(health.keptLibraries.size(), 2);
         QVERIFY(!health.keptLibraries.first().content);
@@ -208,10 +188,9 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, bytes);
         QFETCH(const QString, reason);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(QStringLiteral("lib-X.77.prst"), bytes);
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        store.write(QStringLiteral("lib-X.77.prst"), bytes);
+        const LibraryFinding finding = store.finding();
         QCOMPARE(finding.file, QStringLiteral("lib-X.77.prst"));
         QTEST(static_cast<int>(finding.kind), "kind");
         QTEST(finding.rescued.has_value(), "isRescued");
@@ -220,50 +199,47 @@ private Q_SLOTS:
 
     void fileThatIsTooLargeIsFound()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        directory.write(QStringLiteral("lib-X.77.prst"), {});
-        QVERIFY(QFile::resize(directory.filePath(QStringLiteral("lib-X.77.prst")), DiskFiles::largestFile + 1));
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        store.write(QStringLiteral("lib-X.77.prst"), {});
+        QVERIFY(QFile::resize(store.filePath(QStringLiteral("lib-X.77.prst")), DiskFiles::largestFile + 1));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::UnreadableFile && !finding.reason.isEmpty());
     }
 
     void stagedPatchOfASaveThatDidNotCountIsLeftOver()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         const VelgorPatch unknown = imported(QStringLiteral("Unknown"), 9);
         const QString staged = TemporaryFiles::prefix() + QStringLiteral("b");
-        directory.write(staged, patchBytes(unknown));
+        store.write(staged, patchBytes(unknown));
         LibraryJournal journal;
         journal.staged = {{unknown.id(), staged}};
-        directory.write(LibraryFileNames::journalFile(), journal.encode());
-        const LibraryHealth health = examine(directory);
+        store.write(journalFile, journal.encode());
+        const LibraryHealth health = store.examine();
         QCOMPARE(health.findings.size(), 2);
         QVERIFY(health.rescuedPatches().isEmpty());
     }
 
     void filesOfALiveProgramAreNotLeftOver()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
+        StoreFixture store(m_three);
         const QString host = QSysInfo::machineHostName();
         // The parent of this program lives, and a process number beyond all is nobody's.
         const QString theirs = TemporaryFiles::prefix(host, getppid()) + QStringLiteral("a");
         const QString nobodys = TemporaryFiles::prefix(host, 0x7ffffff0) + QStringLiteral("a");
-        directory.write(theirs, "x");
-        directory.write(nobodys, "x");
-        QCOMPARE(only(examine(directory)).file, nobodys);
-        directory.write(LibraryFileNames::journalFile(), LibraryJournal().encode());
-        directory.write(LibraryFileNames::libraryCopy(), "{");
-        QCOMPARE(examine(directory).findings.size(), 3);
+        store.write(theirs, "x");
+        store.write(nobodys, "x");
+        QCOMPARE(store.finding().file, nobodys);
+        store.write(journalFile, LibraryJournal().encode());
+        store.write(libraryCopy, "{");
+        QCOMPARE(store.examine().findings.size(), 3);
         const auto lockOf = [&host](qint64 process) {
             return QStringLiteral("%1\nvelgor\n%2\n\n\n").arg(process).arg(host).toUtf8();
         };
-        directory.write(LibraryFileNames::lockFile(), lockOf(getppid()));
-        QCOMPARE(only(examine(directory)).file, nobodys);
-        directory.write(LibraryFileNames::lockFile(), lockOf(0x7ffffff0));
-        QCOMPARE(examine(directory).findings.size(), 3);
+        store.write(LibraryFileNames::lockFile(), lockOf(getppid()));
+        QCOMPARE(store.finding().file, nobodys);
+        store.write(LibraryFileNames::lockFile(), lockOf(0x7ffffff0));
+        QCOMPARE(store.examine().findings.size(), 3);
     }
 
     void whatStandsInAFilesPlaceIsSaid_data()
@@ -278,12 +254,11 @@ private Q_SLOTS:
     {
         QFETCH(const bool, isLink);
         QFETCH(const QString, reason);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, m_three).hasError());
-        const QString path = directory.filePath(fileOf(m_lead));
-        QVERIFY(QFile::rename(path, directory.parentPath() + QStringLiteral("/elsewhere")));
-        QVERIFY(isLink ? QFile::link(directory.parentPath() + QStringLiteral("/elsewhere"), path) : QDir().mkdir(path));
-        const LibraryFinding finding = only(examine(directory));
+        StoreFixture store(m_three);
+        const QString path = store.filePath(fileOf(m_lead));
+        QVERIFY(QFile::rename(path, store.parentPath() + QStringLiteral("/elsewhere")));
+        QVERIFY(isLink ? QFile::link(store.parentPath() + QStringLiteral("/elsewhere"), path) : QDir().mkdir(path));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::PatchWithoutFile);
         QCOMPARE(finding.file, fileOf(m_lead));
         QVERIFY2(finding.reason.contains(reason), qPrintable(finding.reason));
@@ -291,8 +266,9 @@ private Q_SLOTS:
 
     void directoryThatIsNotThereIsFound()
     {
-        const LibraryDirectory directory;
-        const LibraryFinding finding = only(LibraryDoctor(directory.filePath(QStringLiteral("missing"))).examine());
+        StoreFixture store;
+        QVERIFY(QDir().rmdir(store.path()));
+        const LibraryFinding finding = store.finding();
         QVERIFY(finding.kind == Kind::DamagedLibraryFile && !finding.reason.isEmpty());
     }
 };

@@ -1,7 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -14,7 +11,6 @@ using namespace TestLibraries;
 
 namespace {
 
-const QString libraryFile = LibraryFileNames::libraryFile();
 const LibraryWriteState mustKeep{.filesToKeep = {QStringLiteral("velgorlibrary.json")}};
 
 } // namespace
@@ -22,8 +18,6 @@ const LibraryWriteState mustKeep{.filesToKeep = {QStringLiteral("velgorlibrary.j
 /// Which former library files are kept under dated names, and for how long.
 class TestLibraryFileWriter : public QObject {
     Q_OBJECT
-
-    const DiagnosticRecorder m_silence;
 
 private Q_SLOTS:
     static void whatIsNotUnderstoodIsKeptBeforeTheFirstSave_data()
@@ -46,40 +40,34 @@ private Q_SLOTS:
     static void whatIsNotUnderstoodIsKeptBeforeTheFirstSave()
     {
         QFETCH(const QByteArray, text);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        QVERIFY(text != directory.read(libraryFile));
-        directory.write(libraryFile, text);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library && areIdentical(library->patches(), three().patches));
-        QCOMPARE(datedCopies(directory), QStringList());
-        storage.save(*library);
-        QVERIFY(!storage.writeError());
-        const QStringList kept = datedCopies(directory);
+        StoreFixture store(three());
+        QVERIFY(text != store.read(libraryFile));
+        store.write(libraryFile, text);
+        QVERIFY(store.start() && areIdentical(store.library.patches(), three().patches));
+        QCOMPARE(store.datedCopies(), QStringList());
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        const QStringList kept = store.datedCopies();
         QCOMPARE(kept.size(), 1);
-        QCOMPARE(directory.read(kept.first()), text);
-        QCOMPARE(storage.keptFiles(), QStringList{directory.filePath(kept.first())});
-        storage.save(*library);
-        QVERIFY(storage.decodeLibrary());
-        storage.save(*library);
-        QCOMPARE(datedCopies(directory), kept);
+        QCOMPARE(store.read(kept.first()), text);
+        QCOMPARE(store.storage.keptFiles(), QStringList{store.filePath(kept.first())});
+        store.storage.save(store.library);
+        QVERIFY(store.storage.decodeLibrary());
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies(), kept);
     }
 
     static void whatIsNotUnderstoodIsKeptFromTheCopyThatServed()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray text = directory.read(libraryFile).replace("{\"patches\"", "{\"format\":2,\"patches\"");
-        directory.write(libraryFile, text.first(20));
-        directory.write(LibraryFileNames::libraryCopy(), text);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        storage.sweepLeftovers();
-        storage.save(*library);
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(directory.read(datedCopies(directory).first()), text);
+        StoreFixture store(three());
+        const QByteArray text = store.read(libraryFile).replace("{\"patches\"", "{\"format\":2,\"patches\"");
+        store.write(libraryFile, text.first(20));
+        store.write(libraryCopy, text);
+        QVERIFY(store.start());
+        store.storage.sweepLeftovers();
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(store.read(store.datedCopies().first()), text);
     }
 
     static void whatIsUnderstoodIsNotKept_data()
@@ -92,22 +80,19 @@ private Q_SLOTS:
     static void whatIsUnderstoodIsNotKept()
     {
         QFETCH(const QByteArray, end);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        QByteArray text = directory.read(libraryFile);
+        StoreFixture store(three());
+        QByteArray text = store.read(libraryFile);
         text.truncate(text.indexOf("\"defaultPatch\""));
         text = end.size() == 1 ? text.chopped(1) + end : text + end;
-        directory.write(libraryFile, text);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        storage.save(*library);
-        QCOMPARE(datedCopies(directory), QStringList());
+        store.write(libraryFile, text);
+        QVERIFY(store.start());
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies(), QStringList());
     }
 
     static void noKeptFileGoesBeforeItIsThirtyDaysOld()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QDateTime now = QDateTime::currentDateTimeUtc();
         const auto nameOf = [&now](qint64 days, int attempt) {
             return QStringLiteral("velgorlibrary-%1-%2.json")
@@ -117,12 +102,12 @@ private Q_SLOTS:
         QStringList young;
         for (int i = 0; i < 40; ++i) {
             young.append(nameOf(29, i));
-            directory.write(young.last(), "young");
+            store.write(young.last(), "young");
         }
-        directory.write(nameOf(31, 0), "old");
-        directory.write(libraryFile, "garbled");
-        QVERIFY(!save(directory, three(), mustKeep).hasError());
-        const QStringList kept = datedCopies(directory);
+        store.write(nameOf(31, 0), "old");
+        store.write(libraryFile, "garbled");
+        QVERIFY(!store.save(three(), mustKeep).hasError());
+        const QStringList kept = store.datedCopies();
         QCOMPARE(kept.size(), 41);
         QCOMPARE(kept.first(40), young);
     }
@@ -130,21 +115,21 @@ private Q_SLOTS:
     static void aDayOfWritingByTwoComputersLosesNoComment()
     {
         // Each writes what the other has not seen.
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState here = three();
         LibraryState elsewhere = three();
-        LibraryWriteResult result = save(directory, here);
+        LibraryWriteResult result = store.save(here);
         QByteArrayList theirs;
         for (int i = 0; i < 25; ++i) {
             elsewhere.patches.first().comment = QStringLiteral("said elsewhere, %1").arg(i);
             theirs.append(LibraryJson::encode(elsewhere));
-            directory.write(libraryFile, theirs.last());
-            result = save(directory, here, result.state);
+            store.write(libraryFile, theirs.last());
+            result = store.save(here, result.state);
             QVERIFY(result.wasChangedByOthers);
         }
         QByteArrayList kept;
-        for (const QString &name : datedCopies(directory)) {
-            kept.append(directory.read(name));
+        for (const QString &name : store.datedCopies()) {
+            kept.append(store.read(name));
         }
         for (const QByteArray &text : std::as_const(theirs)) {
             QVERIFY(kept.contains(text));

@@ -1,9 +1,6 @@
-#include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
-#include "LoadedLibrary.h"
-#include "StoredThree.h"
+#include "StoreFixture.h"
 #include "TemporaryFiles.h"
-#include "TestLibraries.h"
 #include "TestProgram.h"
 
 #include <QElapsedTimer>
@@ -12,117 +9,114 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace StoredThree;
+using namespace TestLibraries;
+
+namespace {
+
+const QString loading = QStringLiteral("Loading library from directory");
+
+} // namespace
 
 class TestLibraryLoader : public QObject {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticRecorder> m_lines;
-
 private Q_SLOTS:
-    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_lines.reset(); }
-
     void storedLibraryComesBackComplete()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        m_lines->take();
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store(three());
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         QVERIFY(areIdentical(result.library->patches, three().patches));
         QCOMPARE(result.library->defaultPatch, std::optional(quint64(43)));
         const QList<quint64> ids = TestPatches::ids(three().patches);
-        const auto library = libraryOf(result.library);
-        QCOMPARE(library->order(), ids);
-        library->sort();
-        QVERIFY(TestPatches::ids(library->patches()) != ids);
-        library->sort();
-        QCOMPARE(TestPatches::ids(library->patches()), ids);
+        VelgorLibrary &library = store.library;
+        library.adopt(*result.library);
+        QCOMPARE(library.order(), ids);
+        library.sort();
+        QVERIFY(TestPatches::ids(library.patches()) != ids);
+        library.sort();
+        QCOMPARE(TestPatches::ids(library.patches()), ids);
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(m_lines->take(), QStringList{loading});
+        QCOMPARE(store.lines.take(), QStringList{loading});
     }
 
     void patchNamedWithASlashIsLoadedFromItsFile()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        QVERIFY(directory.has(QStringLiteral("lib-A$B.43.prst")));
-        QVERIFY(loadedNames(directory).contains(QStringLiteral("A/B")));
+        StoreFixture store(three());
+        QVERIFY(store.has(QStringLiteral("lib-A$B.43.prst")));
+        QVERIFY(store.loadedNames().contains(QStringLiteral("A/B")));
     }
 
     void directoryWithoutLibraryFileIsANewLibrary()
     {
-        const LibraryDirectory directory;
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store;
+        const LibraryLoadResult result = store.load();
         QVERIFY(!result.library);
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
         QVERIFY(!result.problem);
-        QCOMPARE(m_lines->take(), (QStringList{loading, QStringLiteral("New library")}));
-        QCOMPARE(directory.files(), QStringList());
+        QCOMPARE(store.lines.take(), (QStringList{loading, QStringLiteral("New library")}));
+        QCOMPARE(store.files(), QStringList());
     }
 
     void garbledLibraryFileIsAReadErrorAndStays()
     {
-        const LibraryDirectory directory;
-        directory.write(libraryFile, "{\"patches\":[{");
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store;
+        store.write(libraryFile, "{\"patches\":[{");
+        const LibraryLoadResult result = store.load();
         QVERIFY(!result.library);
         QVERIFY(result.readError && !result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(result.problem.value_or(Problem()).where, directory.filePath(libraryFile));
-        QCOMPARE(m_lines->take(), (QStringList{loading, QStringLiteral("Cannot decode library")}));
-        QCOMPARE(directory.read(libraryFile), QByteArray("{\"patches\":[{"));
+        QCOMPARE(result.problem.value_or(Problem()).where, store.filePath(libraryFile));
+        QCOMPARE(store.lines.take(), (QStringList{loading, QStringLiteral("Cannot decode library")}));
+        QCOMPARE(store.read(libraryFile), QByteArray("{\"patches\":[{"));
     }
 
     void emptyPatchListGivesNoLibrary()
     {
-        const LibraryDirectory directory;
-        directory.write(libraryFile, LibraryJson::encode({}));
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store;
+        store.write(libraryFile, LibraryJson::encode({}));
+        const LibraryLoadResult result = store.load();
         QVERIFY(!result.library);
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(m_lines->take(),
+        QCOMPARE(store.lines.take(),
             (QStringList{loading, QStringLiteral("Nothing to load into library"),
                 QStringLiteral("Incomplete library loading: 0 out of 0")}));
     }
 
     void missingPatchFileDropsThatPatchOnly()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        QFile::remove(directory.filePath(QStringLiteral("lib-A$B.43.prst")));
-        m_lines->take();
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store(three());
+        QFile::remove(store.filePath(QStringLiteral("lib-A$B.43.prst")));
+        store.lines.take();
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         QCOMPARE(TestPatches::ids(result.library->patches), (QList<quint64>{42, 44}));
-        QCOMPARE(libraryOf(result.library)->order(), (QList<quint64>{42, 44}));
+        store.library.adopt(*result.library);
+        QCOMPARE(store.library.order(), (QList<quint64>{42, 44}));
         QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("A/B")});
         QVERIFY(!result.writeState.filesToKeep.isEmpty() && !result.readError);
-        QCOMPARE(m_lines->take(),
+        QCOMPARE(store.lines.take(),
             (QStringList{loading,
-                QStringLiteral("Could not open file://") + directory.filePath(QStringLiteral("lib-A$B.43.prst")),
+                QStringLiteral("Could not open file://") + store.filePath(QStringLiteral("lib-A$B.43.prst")),
                 QStringLiteral("Incomplete library loading: 2 out of 3")}));
     }
 
     void unreadablePatchFileDropsThePatch()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        directory.write(leadFile, directory.read(leadFile).chopped(10));
-        m_lines->take();
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store(three());
+        store.write(leadFile, store.read(leadFile).chopped(10));
+        store.lines.take();
+        const LibraryLoadResult result = store.load();
         QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});
-        const QStringList lines = m_lines->take();
+        const QStringList lines = store.lines.take();
         QCOMPARE(lines.last(), QStringLiteral("Incomplete library loading: 2 out of 3"));
         QVERIFY(lines.filter(QStringLiteral("Could not open")).isEmpty());
     }
 
     void allPatchesMissingGivesNoLibraryButKeepsTheFile()
     {
-        const LibraryDirectory directory;
-        directory.write(libraryFile, LibraryJson::encode(three()));
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store;
+        store.write(libraryFile, LibraryJson::encode(three()));
+        const LibraryLoadResult result = store.load();
         QVERIFY(!result.library);
         QVERIFY(!result.writeState.filesToKeep.isEmpty() && !result.readError);
         QCOMPARE(result.droppedPatches.size(), 3);
@@ -139,26 +133,24 @@ private Q_SLOTS:
     void fileUnderAnOldNameIsFoundByItsId()
     {
         QFETCH(const QString, name);
-        LibraryDirectory directory;
-        stored(directory);
-        QVERIFY(QFile::rename(directory.filePath(leadFile), directory.filePath(name)));
-        const auto before = directory.stamps();
-        m_lines->take();
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store(three());
+        QVERIFY(QFile::rename(store.filePath(leadFile), store.filePath(name)));
+        const auto before = store.stamps();
+        store.lines.take();
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(m_lines->take(), QStringList{loading});
-        QCOMPARE(directory.stamps(), before);
+        QCOMPARE(store.lines.take(), QStringList{loading});
+        QCOMPARE(store.stamps(), before);
     }
 
     void damagedFileGivesWayToAGoodOneOfItsId()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        directory.write(QStringLiteral("lib-Old.42.prst"), directory.read(leadFile));
-        directory.write(leadFile, "damaged");
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture store(three());
+        store.write(QStringLiteral("lib-Old.42.prst"), store.read(leadFile));
+        store.write(leadFile, "damaged");
+        QVERIFY(store.holds(three().patches));
     }
 
     void whatIsNotThePatchsFileIsNotTaken_data()
@@ -178,11 +170,10 @@ private Q_SLOTS:
     {
         QFETCH(const QString, name);
         QFETCH(const QByteArray, bytes);
-        LibraryDirectory directory;
-        stored(directory);
-        QFile::remove(directory.filePath(leadFile));
-        directory.write(name, bytes);
-        QCOMPARE(load(directory).droppedPatches, QStringList{QStringLiteral("Lead")});
+        StoreFixture store(three());
+        QFile::remove(store.filePath(leadFile));
+        store.write(name, bytes);
+        QCOMPARE(store.load().droppedPatches, QStringList{QStringLiteral("Lead")});
     }
 
     void whatIsNoRegularFileIsRefusedAtOnce_data()
@@ -200,10 +191,9 @@ private Q_SLOTS:
     {
         QFETCH(const QString, name);
         QFETCH(const QString, kind);
-        LibraryDirectory directory;
-        stored(directory);
-        const QString path = directory.filePath(name);
-        const QString outside = directory.parentPath() + QStringLiteral("/outside");
+        StoreFixture store(three());
+        const QString path = store.filePath(name);
+        const QString outside = store.parentPath() + QStringLiteral("/outside");
         QVERIFY(QFile::rename(path, outside));
         if (kind == QStringLiteral("pipe")) {
             QVERIFY(mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
@@ -216,7 +206,7 @@ private Q_SLOTS:
         }
         QElapsedTimer timer;
         timer.start();
-        const LibraryLoadResult result = load(directory);
+        const LibraryLoadResult result = store.load();
         QVERIFY(timer.elapsed() < 2000);
         // The link may be to a disk that is back tomorrow.
         const bool isUnread = name == leadFile && kind.startsWith(QStringLiteral("link"));
@@ -225,7 +215,7 @@ private Q_SLOTS:
         if (name == libraryFile) {
             QVERIFY(!result.library && !result.readError);
             QCOMPARE(result.problem.value_or(Problem()).where, path);
-            QCOMPARE(m_lines->take().last(), QStringLiteral("New library"));
+            QCOMPARE(store.lines.take().last(), QStringLiteral("New library"));
         } else {
             QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});
         }
@@ -233,28 +223,26 @@ private Q_SLOTS:
 
     void loadingChangesNothing()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        QFile::remove(directory.filePath(leadFile));
-        directory.write(libraryCopy, "{");
-        directory.write(QStringLiteral("notes.43.txt"), "mine");
-        directory.write(TemporaryFiles::prefix() + QStringLiteral("x"), "left over");
-        const auto before = directory.stamps();
-        QVERIFY(load(directory).library);
-        QCOMPARE(directory.stamps(), before);
+        StoreFixture store(three());
+        QFile::remove(store.filePath(leadFile));
+        store.write(libraryCopy, "{");
+        store.write(QStringLiteral("notes.43.txt"), "mine");
+        store.write(TemporaryFiles::prefix() + QStringLiteral("x"), "left over");
+        const auto before = store.stamps();
+        QVERIFY(store.load().library);
+        QCOMPARE(store.stamps(), before);
     }
 
     void directoryThatIsReplacedMeanwhileIsLoadedWhole()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        const QString former = directory.path() + QStringLiteral(".former");
+        StoreFixture store(three());
+        const QString former = store.path() + QStringLiteral(".former");
         // As a program does that restores the directory from a backup.
         const auto replace = [&] {
-            QVERIFY(QDir().rename(directory.path(), former));
-            QVERIFY(QDir().mkdir(directory.path()));
+            QVERIFY(QDir().rename(store.path(), former));
+            QVERIFY(QDir().mkdir(store.path()));
             for (const QString &name : QDir(former).entryList(QDir::Files)) {
-                QVERIFY(QFile::copy(former + u'/' + name, directory.filePath(name)));
+                QVERIFY(QFile::copy(former + u'/' + name, store.filePath(name)));
             }
             QVERIFY(QDir(former).removeRecursively());
         };
@@ -264,7 +252,7 @@ private Q_SLOTS:
             }
             return true;
         };
-        const LibraryLoadResult result = LibraryLoader(directory.path(), replaceOnce).load();
+        const LibraryLoadResult result = LibraryLoader(store.path(), replaceOnce).load();
         QVERIFY(result.library);
         QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(result.droppedPatches.isEmpty());
@@ -272,20 +260,19 @@ private Q_SLOTS:
 
     void directoryIsListedAtMostOnce()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        DirectoryWatch watch(directory.path());
+        StoreFixture store(three());
+        DirectoryWatch watch(store.path());
         QVERIFY(watch.isWatching());
-        QVERIFY(load(directory).library);
+        QVERIFY(store.load().library);
         watch.look();
         QCOMPARE(watch.scans, 0);
         QCOMPARE(watch.opened.size(), 4);
         for (const char *name : {"lib-Lead.42.prst", "lib-Clean.44.prst"}) {
             const QString file = QString::fromLatin1(name);
-            QVERIFY(QFile::rename(directory.filePath(file), directory.filePath(QStringLiteral("x") + file)));
+            QVERIFY(QFile::rename(store.filePath(file), store.filePath(QStringLiteral("x") + file)));
         }
         watch.look();
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY(store.holds(three().patches));
         watch.look();
         QCOMPARE(watch.scans, 1);
     }
@@ -311,19 +298,19 @@ private Q_SLOTS:
     void namesThatFileSystemsDoNotTakeAreFoundAgain()
     {
         QFETCH(const QString, name);
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState library = one(QStringLiteral("Plain"));
         library.patches.append(TestLibraries::patch(QStringLiteral("Neighbour"), 77, 5));
-        QVERIFY(!save(directory, library).hasError());
+        QVERIFY(!store.save(library).hasError());
         library.patches.first().name = name;
-        const LibraryWriteResult result = save(directory, library);
+        const LibraryWriteResult result = store.save(library);
         QVERIFY2(!result.hasError(), qPrintable(result.problems.join(u'\n')));
         QCOMPARE(result.written, 0);
-        QCOMPARE(directory.files().size(), 3);
-        QVERIFY(areIdentical(loaded(directory), library.patches));
-        const auto before = directory.stamps();
-        QCOMPARE(save(directory, library).written, 0);
-        auto after = directory.stamps();
+        QCOMPARE(store.files().size(), 3);
+        QVERIFY(store.holds(library.patches));
+        const auto before = store.stamps();
+        QCOMPARE(store.save(library).written, 0);
+        auto after = store.stamps();
         after.insert(libraryFile, before.value(libraryFile));
         QCOMPARE(after, before);
     }

@@ -1,14 +1,6 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryDirectory.h"
-#include "LibraryFileNames.h"
-#include "LibraryManagerPreferences.h"
-#include "LibraryMoving.h"
-#include "LoadedLibrary.h"
-#include "StoredEdits.h"
-#include "TestLibraries.h"
-#include "TestPatches.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
-#include "ThreadGate.h"
+#include "WorkerGate.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -19,45 +11,38 @@ using namespace std::chrono_literals;
 class TestLibraryMove : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
-    static std::unique_ptr<QSettings> settingsIn(const LibraryDirectory &directory)
-    {
-        return std::make_unique<QSettings>(directory.parentPath() + QStringLiteral("/settings"), QSettings::IniFormat);
-    }
-
-    static void fill(VelgorLibrary &library)
-    {
-        library.append(TestPatches::imported(QStringLiteral("Lead"), 1), false, false);
-        library.append(TestPatches::imported(QStringLiteral("Clean"), 2), false, false);
-    }
+    /// A program with a library of two that nothing asked to save yet.
+    struct Former : StoreFixture {
+        explicit Former(std::chrono::milliseconds period = never, const LibraryDirectory &place = LibraryDirectory(),
+            bool isPreferred = false)
+            : StoreFixture(place, period, isPreferred)
+        {
+            append(QStringLiteral("Lead"), 1);
+            append(QStringLiteral("Clean"), 2);
+        }
+        void append(const QString &name, int seed) { library.append(TestPatches::imported(name, seed), false, false); }
+    };
 
 private Q_SLOTS:
     void theLibraryIsKeptInTheNewDirectoryFromThenOn()
     {
-        const LibraryDirectory former(QStringLiteral("my library"));
+        Former former(Former::never, LibraryDirectory(QStringLiteral("my library")), true);
+        former.storage.save(former.library);
         const LibraryDirectory place;
-        LibraryManagerPreferences preferences(settingsIn(place));
-        QVERIFY(preferences.setLibraryDirectory(former.path()));
-        LibraryStorageManager storage(preferences);
-        VelgorLibrary library;
-        fill(library);
-        storage.save(library);
         const QStringList formerFiles = former.files();
 
         const QString target = place.filePath(QStringLiteral("moved"));
-        QVERIFY(moveLibrary(storage, target, library));
-        QCOMPARE(storage.libDirectory(), target);
-        QCOMPARE(preferences.libraryDirectory(), target);
+        QVERIFY(former.move(target));
+        QCOMPARE(former.storage.libDirectory(), target);
+        QCOMPARE(former.preferences.libraryDirectory(), target);
         QCOMPARE(former.files(), formerFiles);
 
-        library.append(TestPatches::imported(QStringLiteral("Later"), 3), false, false);
-        storage.save(library);
+        former.append(QStringLiteral("Later"), 3);
+        former.storage.save(former.library);
         QCOMPARE(former.files(), formerFiles);
-        LibraryStorageManager again(target);
-        const std::unique_ptr<VelgorLibrary> loaded = libraryOf(again.decodeLibrary());
+        const auto loaded = LibraryStorageManager(target).decodeLibrary();
         QVERIFY(loaded);
-        QCOMPARE(TestPatches::names(loaded->patches()),
+        QCOMPARE(TestPatches::names(loaded->patches),
             QStringList({QStringLiteral("Lead"), QStringLiteral("Clean"), QStringLiteral("Later")}));
     }
 
@@ -70,69 +55,66 @@ private Q_SLOTS:
     void whatIsSavedDuringTheMoveIsInTheNewDirectory()
     {
         QFETCH(const bool, isQuitting);
-        const LibraryDirectory former;
-        const LibraryDirectory place;
-        LibraryStorageManager storage(former.path(), 1ms);
-        VelgorLibrary library;
-        fill(library);
-        storage.save(library);
+        Former former(1ms);
+        former.storage.save(former.library);
         const auto formerFiles = former.stamps();
-        ThreadGate gate(isQuitting ? 50ms : 10s);
+        const StoreFixture place;
         LibraryMove::Steps steps;
+        std::optional<WorkerGate> gate;
+        // What is written then is known by that time.
+        steps.acquire = [&](const QString &) {
+            gate.emplace(former.storage.worker(), isQuitting ? 200ms : 10s);
+            return Success();
+        };
         QList<bool> ends;
         steps.ended = [&ends](const Result<> &moved, const LibraryWriteResult &) { ends.append(bool(moved)); };
-        storage.startMove(place.path(), library, steps);
-        storage.startMove(former.path(), library, steps);
-        QTRY_VERIFY(gate.isHolding());
-        library.append(TestPatches::imported(QStringLiteral("Later"), 3), false, false);
-        storage.delayedSave(library);
-        StoredEdits::deletePatches(library, {library.patches().first().id()}, storage);
+        former.storage.startMove(place.path(), former.library, steps);
+        former.storage.startMove(former.path(), former.library, steps);
+        QTRY_VERIFY(gate);
+        former.append(QStringLiteral("Later"), 3);
+        former.storage.delayedSave(former.library);
+        former.deletePatches({former.library.patches().first().id()});
         QTest::qWait(5);
-        QVERIFY(storage.hasUnsavedChanges() && !storage.isSaving());
-        QCOMPARE(storage.libDirectory(), former.path());
+        QVERIFY(former.storage.hasUnsavedChanges() && !former.storage.isSaving());
+        QCOMPARE(former.storage.libDirectory(), former.path());
         if (isQuitting) {
-            QVERIFY(storage.saveUnsaved());
+            QVERIFY(former.storage.saveUnsaved());
         } else {
-            gate.open();
-            QTRY_VERIFY(!storage.hasUnsavedChanges());
+            gate->open();
+            QTRY_VERIFY(!former.storage.hasUnsavedChanges());
         }
         QCOMPARE(ends, QList{true});
-        QCOMPARE(storage.libDirectory(), place.path());
+        QCOMPARE(former.storage.libDirectory(), place.path());
         QCOMPARE(former.stamps(), formerFiles);
-        QCOMPARE(TestLibraries::loadedNames(place), (QStringList{QStringLiteral("Clean"), QStringLiteral("Later")}));
+        QCOMPARE(place.loadedNames(), (QStringList{QStringLiteral("Clean"), QStringLiteral("Later")}));
     }
 
     void directoryThatAnotherProgramUsesIsNotWrittenTo()
     {
-        const LibraryDirectory former;
+        Former former;
         const LibraryDirectory place;
-        LibraryStorageManager storage(former.path());
-        VelgorLibrary library;
-        fill(library);
         QString taken;
         LibraryMove::Steps steps;
         steps.acquire = [&taken](const QString &directory) {
             taken = directory;
             return Problem{.why = QStringLiteral("in use")};
         };
-        const Result<> moved = moveLibrary(storage, place.path(), library, steps);
+        const Result<> moved = former.move(place.path(), steps);
         QCOMPARE(moved.problem().text(), QStringLiteral("in use"));
         QCOMPARE(taken, place.path());
         QCOMPARE(place.files(), QStringList());
-        QCOMPARE(storage.libDirectory(), former.path());
+        QCOMPARE(former.storage.libDirectory(), former.path());
     }
 
     void moveThatThePreferencesCannotRecordIsTakenBack()
     {
-        const LibraryDirectory former;
         const LibraryDirectory place;
         // Preferences that can be read and not written.
         place.write(QStringLiteral("file"), "x");
         LibraryManagerPreferences preferences(
             std::make_unique<QSettings>(place.filePath(QStringLiteral("file/settings")), QSettings::IniFormat));
         LibraryStorageManager recorded(preferences);
-        VelgorLibrary library;
-        fill(library);
+        const Former former;
         const QString before = recorded.libDirectory();
         int taken = 0;
         const QString target = place.filePath(QStringLiteral("a/b/moved"));
@@ -147,7 +129,7 @@ private Q_SLOTS:
             --taken;
             QFile::remove(target + u'/' + LibraryFileNames::lockFile());
         };
-        const Result<> moved = moveLibrary(recorded, target, library, steps);
+        const Result<> moved = StoreFixture::moveOf(recorded, former.library, target, steps);
         QVERIFY(!moved && moved.problem().text().contains(QStringLiteral("file/settings")));
         QCOMPARE(taken, 0);
         QCOMPARE(place.files(), QStringList{QStringLiteral("file")});
@@ -158,31 +140,25 @@ private Q_SLOTS:
 
     void fileOfTheUserThatNamesAPatchDoesNotEndTheMove()
     {
-        const LibraryDirectory former;
+        Former former;
         const LibraryDirectory place;
-        LibraryStorageManager storage(former.path());
-        VelgorLibrary library;
-        fill(library);
-        storage.save(library);
-        const QString notes = QStringLiteral("notes.%1.txt").arg(library.patches().first().id());
+        former.storage.save(former.library);
+        const QString notes = QStringLiteral("notes.%1.txt").arg(former.library.patches().first().id());
         place.write(notes, "mine");
-        QVERIFY(moveLibrary(storage, place.path(), library));
-        QCOMPARE(storage.libDirectory(), place.path());
+        QVERIFY(former.move(place.path()));
+        QCOMPARE(former.storage.libDirectory(), place.path());
         QCOMPARE(place.read(notes), QByteArray("mine"));
-        QVERIFY(storage.wasLastSaveWritten());
+        QVERIFY(former.storage.wasLastSaveWritten());
     }
 
     void unsavedChangesGoAlong()
     {
-        const LibraryDirectory former;
+        Former former;
         const LibraryDirectory place;
-        LibraryStorageManager storage(former.path(), std::chrono::hours(1));
-        VelgorLibrary library;
-        fill(library);
-        storage.delayedSave(library);
-        QVERIFY(moveLibrary(storage, place.path(), library));
-        QVERIFY(!storage.hasUnsavedChanges());
-        QVERIFY(!storage.waitingToSave());
+        former.storage.delayedSave(former.library);
+        QVERIFY(former.move(place.path()));
+        QVERIFY(!former.storage.hasUnsavedChanges());
+        QVERIFY(!former.storage.waitingToSave());
         QVERIFY(QFile::exists(place.filePath(LibraryFileNames::libraryFile())));
         QCOMPARE(former.files(), QStringList());
     }
@@ -201,24 +177,21 @@ private Q_SLOTS:
     void aDirectoryThatCannotTakeTheLibraryIsRefused()
     {
         QFETCH(const QString, name);
-        const LibraryDirectory former;
+        Former former;
         const LibraryDirectory place;
-        VelgorLibrary library;
-        fill(library);
         QDir().mkpath(place.filePath(QStringLiteral("taken")));
-        LibraryStorageManager(place.filePath(QStringLiteral("taken"))).save(library);
+        LibraryStorageManager(place.filePath(QStringLiteral("taken"))).save(former.library);
         place.write(QStringLiteral("cut/") + LibraryFileNames::libraryCopy(), "{}");
         place.write(QStringLiteral("begun/") + LibraryFileNames::journalFile(), "end\n");
         place.write(QStringLiteral("file"), "x");
         const QStringList files = place.files();
 
-        LibraryStorageManager storage(former.path());
-        storage.save(library);
-        const Result<> moved = moveLibrary(storage, place.filePath(name), library);
+        former.storage.save(former.library);
+        const Result<> moved = former.move(place.filePath(name));
         QVERIFY(!moved && moved.problem().text().contains(place.filePath(name)));
-        QCOMPARE(storage.libDirectory(), former.path());
+        QCOMPARE(former.storage.libDirectory(), former.path());
         QCOMPARE(place.files(), files);
-        QVERIFY(!storage.writeError());
+        QVERIFY(!former.storage.writeError());
     }
 };
 

@@ -1,8 +1,5 @@
-#include "DiagnosticRecorder.h"
 #include "LibraryLock.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 #include "UserFiles.h"
 
@@ -15,18 +12,18 @@ using namespace TestLibraries;
 class TestLibraryRescue : public QObject {
     Q_OBJECT
 
-    const QString m_libraryFile = LibraryFileNames::libraryFile();
-    const QString m_copy = LibraryFileNames::libraryCopy();
+    const QString m_libraryFile = libraryFile;
+    const QString m_copy = libraryCopy;
     const QString m_leadFile = QStringLiteral("lib-Lead.42.prst");
 
     /// Loads, lets `change` work on the patches, and saves, as one run of a program does.
     template <typename Change>
-    static LibraryWriteResult run(const LibraryDirectory &directory, Change change)
+    static LibraryWriteResult run(const StoreFixture &store, Change change)
     {
-        const LibraryLoadResult result = load(directory);
+        const LibraryLoadResult result = store.load();
         LibraryState content{result.library ? result.library->patches : QList<VelgorPatch>(), std::nullopt};
         change(content.patches);
-        return save(directory, content, stateAfter(result));
+        return store.save(content, result.writeState);
     }
 
     static void nothing(const QList<VelgorPatch> &) { }
@@ -34,17 +31,15 @@ class TestLibraryRescue : public QObject {
 private Q_SLOTS:
     void copyOfAMissingLibraryFileIsKeptWhenAPatchWasDropped()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray old = directory.read(m_libraryFile);
-        QFile::rename(directory.filePath(m_libraryFile), directory.filePath(m_copy));
-        QFile::remove(directory.filePath(m_leadFile));
-        const LibraryWriteResult result = run(directory, nothing);
+        StoreFixture store(three());
+        const QByteArray old = store.read(m_libraryFile);
+        QFile::rename(store.filePath(m_libraryFile), store.filePath(m_copy));
+        QFile::remove(store.filePath(m_leadFile));
+        const LibraryWriteResult result = run(store, nothing);
         QVERIFY(!result.hasError());
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(directory.read(datedCopies(directory).first()), old);
-        QVERIFY(!run(directory, nothing).hasError());
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(store.read(store.datedCopies().first()), old);
+        QVERIFY(!run(store, nothing).hasError());
     }
 
     void damagedLibraryFileAndItsCopyAreBothKeptWhenAPatchWasDropped_data()
@@ -58,17 +53,15 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, damaged);
         QFETCH(const int, keptCount);
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray old = directory.read(m_libraryFile);
-        directory.write(m_copy, old);
-        directory.write(m_libraryFile, damaged);
-        QFile::remove(directory.filePath(m_leadFile));
-        QVERIFY(!run(directory, nothing).hasError());
+        StoreFixture store(three());
+        const QByteArray old = store.read(m_libraryFile);
+        store.write(m_copy, old);
+        store.write(m_libraryFile, damaged);
+        QFile::remove(store.filePath(m_leadFile));
+        QVERIFY(!run(store, nothing).hasError());
         QByteArrayList kept;
-        for (const QString &name : datedCopies(directory)) {
-            kept.append(directory.read(name));
+        for (const QString &name : store.datedCopies()) {
+            kept.append(store.read(name));
         }
         // A part of the copy holds nothing that the copy does not.
         QCOMPARE(kept.size(), keptCount);
@@ -77,106 +70,92 @@ private Q_SLOTS:
 
     void patchDroppedFromACutLibraryIsKeptAfterSweeping()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray old = directory.read(m_libraryFile);
-        directory.write(m_copy, old);
-        directory.write(m_libraryFile, old.first(10));
-        QFile::remove(directory.filePath(m_leadFile));
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        manager.sweepLeftovers();
-        manager.save(*library);
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(directory.read(datedCopies(directory).first()), old);
-        QVERIFY(!directory.has(m_copy));
+        StoreFixture store(three());
+        const QByteArray old = store.read(m_libraryFile);
+        store.write(m_copy, old);
+        store.write(m_libraryFile, old.first(10));
+        QFile::remove(store.filePath(m_leadFile));
+        QVERIFY(store.start());
+        store.storage.sweepLeftovers();
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(store.read(store.datedCopies().first()), old);
+        QVERIFY(!store.has(m_copy));
     }
 
     void renamedPatchTakesItsOwnFileAndNotAnotherSoundUnderItsId()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
+        StoreFixture store(three());
         const QString foreign = QStringLiteral("lib-backup.42.prst");
-        directory.write(foreign, patchBytes(three().patches.at(2)));
-        std::ignore = run(directory, [](QList<VelgorPatch> &patches) { patches[0].name = QStringLiteral("New"); });
-        QVERIFY(directory.has(QStringLiteral("lib-New.42.prst")) && directory.has(foreign));
-        QCOMPARE(loaded(directory).first().records->patchData.data, three().patches.first().records->patchData.data);
-        QCOMPARE(directory.read(foreign), patchBytes(three().patches.at(2)));
+        store.write(foreign, patchBytes(three().patches.at(2)));
+        std::ignore = run(store, [](QList<VelgorPatch> &patches) { patches[0].name = QStringLiteral("New"); });
+        QVERIFY(store.has(QStringLiteral("lib-New.42.prst")) && store.has(foreign));
+        QCOMPARE(store.loaded().first().records->patchData.data, three().patches.first().records->patchData.data);
+        QCOMPARE(store.read(foreign), patchBytes(three().patches.at(2)));
     }
 
     void damagedPatchFileMakesRoomForTheImportedPatch()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        directory.write(m_leadFile, "damaged");
+        StoreFixture store(three());
+        store.write(m_leadFile, "damaged");
         const LibraryWriteResult result =
-            run(directory, [](QList<VelgorPatch> &patches) { patches.append(three().patches.first()); });
+            run(store, [](QList<VelgorPatch> &patches) { patches.append(three().patches.first()); });
         QVERIFY(!result.hasError());
         QCOMPARE(result.written, 1);
-        QVERIFY(loadedNames(directory).contains(QStringLiteral("Lead")));
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("damaged"));
+        QVERIFY(store.loadedNames().contains(QStringLiteral("Lead")));
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("damaged"));
     }
 
     void damagedFileUnderThePresentNameIsReplacedFromTheFileThatServed()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        directory.write(QStringLiteral("lib-Former.42.prst"), directory.read(m_leadFile));
-        directory.write(m_leadFile, {});
-        std::ignore = run(directory, nothing);
-        QCOMPARE(directory.read(m_leadFile), patchBytes(three().patches.first()));
+        StoreFixture store(three());
+        store.write(QStringLiteral("lib-Former.42.prst"), store.read(m_leadFile));
+        store.write(m_leadFile, {});
+        std::ignore = run(store, nothing);
+        QCOMPARE(store.read(m_leadFile), patchBytes(three().patches.first()));
     }
 
     void entryMarkedEmptyAmongOthersIsKeptWithTheOldFile()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState content = three();
         content.patches[0].empty = true;
         content.patches[0].comment = QStringLiteral("precious");
-        QVERIFY(!save(directory, content).hasError());
-        QCOMPARE(load(directory).droppedPatches, QStringList{QStringLiteral("Lead")});
-        QVERIFY(!run(directory, nothing).hasError());
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QVERIFY(directory.read(datedCopies(directory).first()).contains("precious"));
+        QVERIFY(!store.save(content).hasError());
+        QCOMPARE(store.load().droppedPatches, QStringList{QStringLiteral("Lead")});
+        QVERIFY(!run(store, nothing).hasError());
+        QCOMPARE(store.datedCopies().size(), 1);
+        QVERIFY(store.read(store.datedCopies().first()).contains("precious"));
     }
 
     void fileKeptJustNowStaysEvenIfTheClockWentBack()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        QFile::remove(directory.filePath(m_leadFile));
+        StoreFixture store(three());
+        QFile::remove(store.filePath(m_leadFile));
         constexpr int others = 25;
         for (int number = 10; number < 10 + others; ++number) {
-            directory.write(QStringLiteral("velgorlibrary-29990101T000000-%1.json").arg(number), "future");
+            store.write(QStringLiteral("velgorlibrary-29990101T000000-%1.json").arg(number), "future");
         }
-        const LibraryWriteResult result = run(directory, nothing);
+        const LibraryWriteResult result = run(store, nothing);
         QCOMPARE(result.keptFiles.size(), 1);
         QVERIFY(QFile::exists(result.keptFiles.first()));
         // None of them is thirty days old.
-        QCOMPARE(datedCopies(directory).size(), others + 1);
+        QCOMPARE(store.datedCopies().size(), others + 1);
     }
 
     void removingOnePatchTwiceOrAFileOfTwoPatchesIsNoError()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        directory.write(QStringLiteral("both.42.43.txt"), "x");
-        QVERIFY(!remove(directory, {42, 43, 42}).hasError());
-        QCOMPARE(directory.files().filter(QStringLiteral(".prst")).size(), 1);
+        StoreFixture store(three());
+        store.write(QStringLiteral("both.42.43.txt"), "x");
+        QVERIFY(!store.remove({42, 43, 42}).hasError());
+        QCOMPARE(store.files().filter(QStringLiteral(".prst")).size(), 1);
     }
 
     void lockWithoutAnOwnerIsTakenOver()
     {
-        const LibraryDirectory directory;
-        directory.write(LibraryFileNames::lockFile(), {});
-        QVERIFY(LibraryLock(directory.path()).tryLock());
+        StoreFixture store;
+        store.write(LibraryFileNames::lockFile(), {});
+        QVERIFY(LibraryLock(store.path()).tryLock());
     }
 
     void exportNeverReplacesAFileOfALibrary_data()
@@ -188,25 +167,23 @@ private Q_SLOTS:
     }
     void exportNeverReplacesAFileOfALibrary()
     {
-        const DiagnosticRecorder silence;
         QFETCH(const QString, name);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const auto before = directory.contents();
-        QVERIFY(!UserFiles().write(directory.filePath(name), "export"));
-        QCOMPARE(directory.contents(), before);
-        QVERIFY(UserFiles().write(directory.filePath(QStringLiteral("gig.prst")), "export"));
+        StoreFixture store(three());
+        const auto before = store.contents();
+        QVERIFY(!UserFiles().write(store.filePath(name), "export"));
+        QCOMPARE(store.contents(), before);
+        QVERIFY(UserFiles().write(store.filePath(QStringLiteral("gig.prst")), "export"));
     }
 
     void chainOfLinksIsWrittenAtItsEnd()
     {
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("real"), "old");
-        QFile::link(directory.filePath(QStringLiteral("real")), directory.filePath(QStringLiteral("middle")));
-        QFile::link(directory.filePath(QStringLiteral("middle")), directory.filePath(QStringLiteral("top")));
-        QVERIFY(UserFiles().write(directory.filePath(QStringLiteral("top")), "new"));
-        QCOMPARE(directory.read(QStringLiteral("real")), QByteArray("new"));
-        QVERIFY(QFileInfo(directory.filePath(QStringLiteral("middle"))).isSymLink());
+        StoreFixture store;
+        store.write(QStringLiteral("real"), "old");
+        QFile::link(store.filePath(QStringLiteral("real")), store.filePath(QStringLiteral("middle")));
+        QFile::link(store.filePath(QStringLiteral("middle")), store.filePath(QStringLiteral("top")));
+        QVERIFY(UserFiles().write(store.filePath(QStringLiteral("top")), "new"));
+        QCOMPARE(store.read(QStringLiteral("real")), QByteArray("new"));
+        QVERIFY(QFileInfo(store.filePath(QStringLiteral("middle"))).isSymLink());
     }
 };
 

@@ -1,7 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -21,7 +18,7 @@ QString text(const Json &value)
 
 /// A copy of a sample directory, and what is known about it.
 struct Sample {
-    LibraryDirectory directory;
+    StoreFixture store;
     Json facts;
 
     explicit Sample(const QString &name)
@@ -31,7 +28,7 @@ struct Sample {
         while (entry.hasNext()) {
             QFile file(entry.next());
             if (file.open(QIODevice::ReadOnly)) {
-                directory.write(entry.filePath().sliced(source.size() + 1), file.readAll());
+                store.write(entry.filePath().sliced(source.size() + 1), file.readAll());
             }
         }
         QFile file(source + QStringLiteral(".json"));
@@ -46,7 +43,7 @@ struct Sample {
         QStringList result;
         for (const Json &line : facts.at(key)) {
             result.append(text(line)
-                              .replace(QStringLiteral("<DIR>"), directory.path())
+                              .replace(QStringLiteral("<DIR>"), store.path())
                               .replace(QStringLiteral("<CWD>"), QDir::currentPath()));
         }
         return result;
@@ -87,56 +84,51 @@ private Q_SLOTS:
     static void loadingIsAsStated()
     {
         QFETCH(const QString, name);
-        const Sample sample(name);
+        Sample sample(name);
         QVERIFY(sample.facts.is_object());
-        const auto before = sample.directory.stamps();
-        DiagnosticRecorder lines;
-        LibraryStorageManager manager(sample.directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QCOMPARE(lines.take(), sample.lines("lines"));
-        QCOMPARE(library != nullptr, sample.isLoaded());
+        const auto before = sample.store.stamps();
+        const auto library = sample.store.storage.decodeLibrary();
+        QCOMPARE(sample.store.lines.take(), sample.lines("lines"));
+        QCOMPARE(library.has_value(), sample.isLoaded());
         if (library) {
             const Json &stated = sample.facts.at("loaded");
             const Json defaultPatch =
-                library->defaultPatch() ? Json(std::to_string(*library->defaultPatch())) : Json(nullptr);
+                library->defaultPatch ? Json(std::to_string(*library->defaultPatch)) : Json(nullptr);
             QVERIFY(defaultPatch == stated.at("defaultPatch"));
-            QCOMPARE(std::size_t(library->patches().size()), stated.at("patches").size());
-            for (qsizetype i = 0; i < library->patches().size(); ++i) {
+            QCOMPARE(std::size_t(library->patches.size()), stated.at("patches").size());
+            for (qsizetype i = 0; i < library->patches.size(); ++i) {
                 const Json &patch = stated.at("patches").at(static_cast<std::size_t>(i));
-                QCOMPARE(QString::fromStdString(factsOf(library->patches().at(i)).dump()),
+                QCOMPARE(QString::fromStdString(factsOf(library->patches.at(i)).dump()),
                     QString::fromStdString(patch.dump()));
             }
         }
-        QCOMPARE(manager.readError(), sample.facts.at("readError").get<bool>());
-        QCOMPARE(manager.writeError(), sample.facts.at("writeError").get<bool>());
-        QCOMPARE(sample.directory.stamps(), before);
+        QCOMPARE(sample.store.storage.readError(), sample.facts.at("readError").get<bool>());
+        QCOMPARE(sample.store.storage.writeError(), sample.facts.at("writeError").get<bool>());
+        QCOMPARE(sample.store.stamps(), before);
     }
 
     static void savingWithoutChangesIsAsStated_data() { addRows(); }
     static void savingWithoutChangesIsAsStated()
     {
         QFETCH(const QString, name);
-        const Sample sample(name);
+        Sample sample(name);
         if (!sample.facts.contains("save_lines")) {
             QVERIFY(!sample.isLoaded());
             return;
         }
-        DiagnosticRecorder lines;
-        LibraryStorageManager manager(sample.directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
+        QVERIFY(sample.store.start());
         // The sample whose default patch is no id holds something that is not understood.
-        const bool isKept = !manager.droppedPatches().isEmpty() || name == QStringLiteral("default_text");
-        const QByteArray oldText = sample.directory.read(LibraryFileNames::libraryFile());
-        lines.take();
-        manager.save(*library);
-        QCOMPARE(lines.take(), sample.lines("save_lines"));
-        QCOMPARE(manager.writeError(), sample.facts.at("save_writeError").get<bool>());
+        const bool isKept = !sample.store.storage.droppedPatches().isEmpty() || name == QStringLiteral("default_text");
+        const QByteArray oldText = sample.store.read(LibraryFileNames::libraryFile());
+        sample.store.lines.take();
+        sample.store.storage.save(sample.store.library);
+        QCOMPARE(sample.store.lines.take(), sample.lines("save_lines"));
+        QCOMPARE(sample.store.storage.writeError(), sample.facts.at("save_writeError").get<bool>());
 
         // What would be lost is still in the old library file, which is kept.
-        const QStringList kept = TestLibraries::datedCopies(sample.directory);
+        const QStringList kept = sample.store.datedCopies();
         QCOMPARE(kept.size(), isKept ? 1 : 0);
-        QMap<QString, QByteArray> left = sample.directory.contents();
+        QMap<QString, QByteArray> left = sample.store.contents();
         if (isKept) {
             QCOMPARE(left.take(kept.first()), oldText);
         }
@@ -154,20 +146,17 @@ private Q_SLOTS:
     static void savedLibraryLoadsTheSameAgain()
     {
         QFETCH(const QString, name);
-        const Sample sample(name);
-        const DiagnosticRecorder silence;
-        LibraryStorageManager manager(sample.directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        if (!library) {
+        Sample sample(name);
+        if (!sample.store.start()) {
             QVERIFY(!sample.isLoaded());
             return;
         }
-        manager.save(*library);
-        const auto again = libraryOf(manager.decodeLibrary());
+        sample.store.storage.save(sample.store.library);
+        const auto again = sample.store.storage.decodeLibrary();
         QVERIFY(again);
-        QVERIFY(TestLibraries::areIdentical(again->patches(), library->patches()));
-        QCOMPARE(again->defaultPatch(), library->defaultPatch());
-        QCOMPARE(manager.droppedPatches(), QStringList());
+        QVERIFY(TestLibraries::areIdentical(again->patches, sample.store.library.patches()));
+        QCOMPARE(again->defaultPatch, sample.store.library.defaultPatch());
+        QCOMPARE(sample.store.storage.droppedPatches(), QStringList());
     }
 };
 

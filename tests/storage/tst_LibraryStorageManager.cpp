@@ -1,12 +1,9 @@
-#include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
 #include "FileExistence.h"
 #include "LibraryManagerPreferences.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
+#include "StoreFixture.h"
 #include "StoredEdits.h"
 #include "TemporaryFiles.h"
-#include "TestLibraries.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -17,14 +14,7 @@ using namespace TestLibraries;
 
 namespace {
 
-const QString libraryFile = LibraryFileNames::libraryFile();
-const QString leadFile = QStringLiteral("lib-Lead.42.prst");
 const QString directoryKey = QStringLiteral("libraryDirectory");
-
-std::unique_ptr<VelgorLibrary> threePatches()
-{
-    return std::make_unique<VelgorLibrary>(three().patches, three().defaultPatch);
-}
 
 std::unique_ptr<QSettings> storeOf(const QTemporaryDir &directory)
 {
@@ -57,17 +47,16 @@ private Q_SLOTS:
     static void plainFileInThePlaceOfTheDirectoryIsOneWriteError()
     {
         const QTemporaryDir parent;
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("file"), "mine");
-        const QString path = directory.filePath(QStringLiteral("file"));
+        StoreFixture store;
+        store.write(QStringLiteral("file"), "mine");
+        const QString path = store.filePath(QStringLiteral("file"));
         // What a usable directory would be recorded as is another text.
         storeOf(parent)->setValue(directoryKey, QString(path + u'/'));
         LibraryManagerPreferences preferences(storeOf(parent));
         const QSignalSpy changes(&preferences, &LibraryManagerPreferences::libraryDirectoryChanged);
-        DiagnosticRecorder lines;
         LibraryStorageManager manager(preferences);
         QVERIFY(manager.writeError());
-        QCOMPARE(lines.take(), QStringList{QStringLiteral("Cannot create library directory")});
+        QCOMPARE(store.lines.take(), QStringList{QStringLiteral("Cannot create library directory")});
         QCOMPARE(manager.writeProblems().size(), 1);
         QVERIFY(manager.writeProblems().first().contains(path));
         QVERIFY(!manager.decodeLibrary());
@@ -75,203 +64,184 @@ private Q_SLOTS:
         QCOMPARE(manager.writeProblems().size(), 1);
         QCOMPARE(changes.size(), 0);
         QCOMPARE(storeOf(parent)->value(directoryKey).toString(), path + u'/');
-        QCOMPARE(directory.read(QStringLiteral("file")), QByteArray("mine"));
+        QCOMPARE(store.read(QStringLiteral("file")), QByteArray("mine"));
     }
 
     static void failedWriteTestKeepsThePreferences()
     {
         const QTemporaryDir parent;
-        const LibraryDirectory directory;
-        QDir(directory.path()).mkdir(QStringLiteral("new.testfile.txt"));
-        const QString stored = directory.filePath(QStringLiteral("new/"));
+        StoreFixture store;
+        QDir(store.path()).mkdir(QStringLiteral("new.testfile.txt"));
+        const QString stored = store.filePath(QStringLiteral("new/"));
         storeOf(parent)->setValue(directoryKey, stored);
         LibraryManagerPreferences preferences(storeOf(parent));
-        DiagnosticRecorder lines;
         {
             const LibraryStorageManager manager(preferences);
             QVERIFY(manager.writeError());
-            QCOMPARE(lines.take(), QStringList());
+            QCOMPARE(store.lines.take(), QStringList());
             QCOMPARE(storeOf(parent)->value(directoryKey).toString(), stored);
         }
         // With nothing in the way of the test, the directory is recorded.
-        QVERIFY(QDir(directory.path()).rmdir(QStringLiteral("new.testfile.txt")));
-        QVERIFY(QDir(directory.path()).rmdir(QStringLiteral("new")));
+        QVERIFY(QDir(store.path()).rmdir(QStringLiteral("new.testfile.txt")));
+        QVERIFY(QDir(store.path()).rmdir(QStringLiteral("new")));
         const LibraryStorageManager manager(preferences);
         QVERIFY(!manager.writeError());
-        QCOMPARE(storeOf(parent)->value(directoryKey).toString(), directory.filePath(QStringLiteral("new")));
+        QCOMPARE(storeOf(parent)->value(directoryKey).toString(), store.filePath(QStringLiteral("new")));
     }
 
     static void writeTestSparesAFileOfItsName()
     {
         const QTemporaryDir parent;
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QString other = QStringLiteral("new.testfile.txt");
-        directory.write(other, "mine");
+        store.write(other, "mine");
         LibraryManagerPreferences preferences(storeOf(parent));
-        QVERIFY(preferences.setLibraryDirectory(directory.filePath(QStringLiteral("new"))));
+        QVERIFY(preferences.setLibraryDirectory(store.filePath(QStringLiteral("new"))));
         const LibraryStorageManager manager(preferences);
         QVERIFY(!manager.writeError());
         QVERIFY(QFileInfo(manager.libDirectory()).isDir());
-        QCOMPARE(directory.read(other), QByteArray("mine"));
+        QCOMPARE(store.read(other), QByteArray("mine"));
     }
 
     static void existingDirectoryIsNotWrittenTo()
     {
         const QTemporaryDir parent;
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("file"), "mine");
-        const auto before = directory.stamps();
+        StoreFixture store;
+        store.write(QStringLiteral("file"), "mine");
+        const auto before = store.stamps();
         LibraryManagerPreferences preferences(storeOf(parent));
-        QVERIFY(preferences.setLibraryDirectory(directory.path()));
+        QVERIFY(preferences.setLibraryDirectory(store.path()));
         const LibraryStorageManager manager(preferences);
         QVERIFY(!manager.writeError());
-        QCOMPARE(directory.stamps(), before);
+        QCOMPARE(store.stamps(), before);
     }
 
     static void directoryIsShownAsAnAddress()
     {
-        const LibraryDirectory directory(QStringLiteral("my library"));
-        LibraryStorageManager manager(directory.path());
-        manager.openLibraryInFinder();
+        StoreFixture store(LibraryDirectory(QStringLiteral("my library")));
+        store.storage.openLibraryInFinder();
         QUrl shown;
-        manager.setShowDirectory([&shown](const QUrl &address) { shown = address; });
-        manager.openLibraryInFinder();
-        QCOMPARE(shown, QUrl::fromLocalFile(directory.path()));
+        store.storage.setShowDirectory([&shown](const QUrl &address) { shown = address; });
+        store.storage.openLibraryInFinder();
+        QCOMPARE(shown, QUrl::fromLocalFile(store.path()));
     }
 
     static void existenceTellsDirectoriesFromTheRest()
     {
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("file"), "x");
-        QVERIFY(QFile::link(directory.path(), directory.filePath(QStringLiteral("link"))));
-        QVERIFY(QFile::link(directory.filePath(QStringLiteral("x")), directory.filePath(QStringLiteral("dangling"))));
-        QCOMPARE(existence(directory.path()), FileExistence::directory);
-        QCOMPARE(existence(directory.filePath(QStringLiteral("file"))), FileExistence::file);
-        QCOMPARE(existence(directory.filePath(QStringLiteral("missing"))), FileExistence::none);
-        QCOMPARE(existence(directory.filePath(QStringLiteral("link"))), FileExistence::directory);
-        QCOMPARE(existence(directory.filePath(QStringLiteral("dangling"))), FileExistence::none);
+        StoreFixture store;
+        store.write(QStringLiteral("file"), "x");
+        QVERIFY(QFile::link(store.path(), store.filePath(QStringLiteral("link"))));
+        QVERIFY(QFile::link(store.filePath(QStringLiteral("x")), store.filePath(QStringLiteral("dangling"))));
+        QCOMPARE(existence(store.path()), FileExistence::directory);
+        QCOMPARE(existence(store.filePath(QStringLiteral("file"))), FileExistence::file);
+        QCOMPARE(existence(store.filePath(QStringLiteral("missing"))), FileExistence::none);
+        QCOMPARE(existence(store.filePath(QStringLiteral("link"))), FileExistence::directory);
+        QCOMPARE(existence(store.filePath(QStringLiteral("dangling"))), FileExistence::none);
         QCOMPARE(existence(QStringLiteral("/dev/null")), FileExistence::file);
     }
 
     static void pathsOfAPatchAreFoundByItsId()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("sub/notes.42.txt"), "x");
-        directory.write(leadFile, "x");
-        LibraryStorageManager manager(directory.path());
-        QStringList paths = manager.getPathsForPatchID(42);
+        StoreFixture store;
+        store.write(QStringLiteral("sub/notes.42.txt"), "x");
+        store.write(leadFile, "x");
+        QStringList paths = store.storage.getPathsForPatchID(42);
         paths.sort();
         QCOMPARE(paths, (QStringList{leadFile, QStringLiteral("sub/notes.42.txt")}));
-        QVERIFY(!manager.writeError());
+        QVERIFY(!store.storage.writeError());
     }
 
     static void directoryWithASpaceIsAWriteErrorAtEachSave()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory(QStringLiteral("my library"));
-        LibraryStorageManager manager(directory.path());
+        StoreFixture store(LibraryDirectory(QStringLiteral("my library")));
+        store.library.adopt(three());
         for (int i = 0; i < 3; ++i) {
-            manager.save(*threePatches());
-            QVERIFY(manager.writeError() && manager.wasLastSaveWritten());
-            manager.setWriteError(false);
-            QCOMPARE(manager.writeProblems(), QStringList());
+            store.storage.save(store.library);
+            QVERIFY(store.storage.writeError() && store.storage.wasLastSaveWritten());
+            store.storage.setWriteError(false);
+            QCOMPARE(store.storage.writeProblems(), QStringList());
         }
-        QCOMPARE(manager.getPathsForPatchID(42), QStringList());
-        QVERIFY(manager.writeError());
-        QVERIFY(areIdentical(manager.decodeLibrary()->patches, three().patches));
+        QCOMPARE(store.storage.getPathsForPatchID(42), QStringList());
+        QVERIFY(store.storage.writeError());
+        QVERIFY(areIdentical(store.storage.decodeLibrary()->patches, three().patches));
     }
 
     // Flags
 
     static void readErrorStaysUntilItIsCleared()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        directory.write(libraryFile, "{");
-        LibraryStorageManager manager(directory.path());
-        const QSignalSpy changes(&manager, &LibraryStorageManager::readErrorChanged);
-        QVERIFY(!manager.decodeLibrary());
-        QVERIFY(!manager.decodeLibrary());
-        QVERIFY(manager.readError() && !manager.writeError());
+        StoreFixture store;
+        store.write(libraryFile, "{");
+        const QSignalSpy changes(&store.storage, &LibraryStorageManager::readErrorChanged);
+        QVERIFY(!store.storage.decodeLibrary());
+        QVERIFY(!store.storage.decodeLibrary());
+        QVERIFY(store.storage.readError() && !store.storage.writeError());
         QCOMPARE(changes.size(), 1);
-        QVERIFY(manager.readProblem().value_or(Problem()).where.endsWith(libraryFile));
-        QFile::remove(directory.filePath(libraryFile));
-        QVERIFY(!manager.decodeLibrary());
-        QVERIFY(manager.readError());
-        QVERIFY(!manager.readProblem());
-        manager.setReadError(false);
-        QVERIFY(!manager.readError());
+        QVERIFY(store.storage.readProblem().value_or(Problem()).where.endsWith(libraryFile));
+        QFile::remove(store.filePath(libraryFile));
+        QVERIFY(!store.storage.decodeLibrary());
+        QVERIFY(store.storage.readError());
+        QVERIFY(!store.storage.readProblem());
+        store.storage.setReadError(false);
+        QVERIFY(!store.storage.readError());
     }
 
     static void writeErrorStaysUntilItIsCleared()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QDir(directory.path()).mkdir(libraryFile);
-        LibraryStorageManager manager(directory.path());
-        const QSignalSpy changes(&manager, &LibraryStorageManager::writeErrorChanged);
-        manager.save(*threePatches());
-        QVERIFY(manager.writeError() && !manager.wasLastSaveWritten());
-        QVERIFY(QDir(directory.path()).rmdir(libraryFile));
-        manager.save(*threePatches());
-        QVERIFY(manager.writeError() && manager.wasLastSaveWritten());
+        StoreFixture store(StoreFixture::never, three());
+        QDir(store.path()).mkdir(libraryFile);
+        const QSignalSpy changes(&store.storage, &LibraryStorageManager::writeErrorChanged);
+        store.storage.save(store.library);
+        QVERIFY(store.storage.writeError() && !store.storage.wasLastSaveWritten());
+        QVERIFY(QDir(store.path()).rmdir(libraryFile));
+        store.storage.save(store.library);
+        QVERIFY(store.storage.writeError() && store.storage.wasLastSaveWritten());
         QCOMPARE(changes.size(), 1);
-        manager.setWriteError(false);
-        manager.save(*threePatches());
-        QVERIFY(!manager.writeError());
+        store.storage.setWriteError(false);
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
     }
 
     static void firstSaveAfterADroppedPatchKeepsTheOldFileAndSaysWhere()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        QFile::remove(directory.filePath(leadFile));
-        const QByteArray old = directory.read(libraryFile);
-        LibraryStorageManager manager(directory.path());
-        const auto library = libraryOf(manager.decodeLibrary());
-        QVERIFY(library);
-        QCOMPARE(manager.droppedPatches(), QStringList{QStringLiteral("Lead")});
-        QCOMPARE(manager.keptFiles(), QStringList());
-        manager.save(*library);
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(manager.keptFiles(), QStringList{directory.filePath(datedCopies(directory).first())});
-        QCOMPARE(directory.read(datedCopies(directory).first()), old);
-        manager.save(*library);
-        QCOMPARE(datedCopies(directory).size(), 1);
+        StoreFixture store(three());
+        QFile::remove(store.filePath(leadFile));
+        const QByteArray old = store.read(libraryFile);
+        QVERIFY(store.start());
+        QCOMPARE(store.storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
+        QCOMPARE(store.storage.keptFiles(), QStringList());
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(store.storage.keptFiles(), QStringList{store.filePath(store.datedCopies().first())});
+        QCOMPARE(store.read(store.datedCopies().first()), old);
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies().size(), 1);
     }
 
     static void savingGoesOnAfterADamagedFileWasTakenAway()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        directory.write(libraryFile, "{");
-        LibraryStorageManager manager(directory.path());
-        QVERIFY(!manager.decodeLibrary());
-        QFile::remove(directory.filePath(libraryFile));
-        manager.save(*threePatches());
-        QVERIFY(manager.wasLastSaveWritten());
+        StoreFixture store(StoreFixture::never, three());
+        store.write(libraryFile, "{");
+        QVERIFY(!store.storage.decodeLibrary());
+        QFile::remove(store.filePath(libraryFile));
+        store.storage.save(store.library);
+        QVERIFY(store.storage.wasLastSaveWritten());
     }
 
     static void leftoversOfACrashAreSwept()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QStringList files = directory.files();
-        directory.write(TemporaryFiles::prefix() + QStringLiteral("x"), "half");
-        directory.write(LibraryFileNames::libraryCopy(), "half");
-        LibraryStorageManager manager(directory.path());
-        QVERIFY(manager.decodeLibrary());
-        manager.sweepLeftovers();
-        QCOMPARE(directory.files(), files);
+        StoreFixture store(three());
+        const QStringList files = store.files();
+        store.write(TemporaryFiles::prefix() + QStringLiteral("x"), "half");
+        store.write(libraryCopy, "half");
+        QVERIFY(store.storage.decodeLibrary());
+        store.storage.sweepLeftovers();
+        QCOMPARE(store.files(), files);
     }
 
     static void sortingAloneStoresNoOrder()
     {
-        const LibraryDirectory directory;
-        LibraryStorageManager storage(directory.path());
+        StoreFixture store;
         VelgorLibrary library;
         for (const char *name : {"c", "a", "b"}) {
             library.append(TestLibraries::imported(QString::fromLatin1(name), 1), false, false);
@@ -281,74 +251,64 @@ private Q_SLOTS:
         library.sort();
         const QStringList sorted = TestPatches::names(library.patches());
         QVERIFY(sorted != own);
-        StoredEdits::setDefault(library, library.patches().first().id(), storage);
-        storage.save(library);
-        QCOMPARE(TestLibraries::loadedNames(directory), own);
+        StoredEdits::setDefault(library, library.patches().first().id(), store.storage);
+        store.storage.save(library);
+        QCOMPARE(store.loadedNames(), own);
         QCOMPARE(TestPatches::names(library.patches()), sorted);
         library.saveOrder();
-        storage.save(library);
-        QCOMPARE(TestLibraries::loadedNames(directory), sorted);
+        store.storage.save(library);
+        QCOMPARE(store.loadedNames(), sorted);
     }
 
     static void placeholderNeverReachesTheDisk()
     {
-        DiagnosticRecorder lines;
-        const LibraryDirectory directory;
-        LibraryStorageManager manager(directory.path());
-        manager.save(VelgorLibrary());
-        QVERIFY(!manager.writeError());
-        QCOMPARE(directory.files(), QStringList{libraryFile});
-        QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
-        QVERIFY(lines.take().contains(QStringLiteral("Nothing to save in library")));
-        QVERIFY(!manager.decodeLibrary());
-        QVERIFY(!manager.readError());
+        StoreFixture store;
+        store.storage.save(VelgorLibrary());
+        QVERIFY(!store.storage.writeError());
+        QCOMPARE(store.files(), QStringList{libraryFile});
+        QCOMPARE(store.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
+        QVERIFY(store.lines.take().contains(QStringLiteral("Nothing to save in library")));
+        QVERIFY(!store.storage.decodeLibrary());
+        QVERIFY(!store.storage.readError());
     }
 
     // Deleting
 
     static void deletedPatchIsGoneFromTheDiskAtOnce()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        LibraryStorageManager manager(directory.path());
-        const auto library = threePatches();
-        manager.save(*library);
-        directory.write(QStringLiteral("notes.42.txt"), "x");
-        StoredEdits::deletePatches(*library, {42}, manager);
-        manager.finish();
-        QCOMPARE(directory.files(),
+        StoreFixture store(StoreFixture::never, three());
+        store.storage.save(store.library);
+        store.write(QStringLiteral("notes.42.txt"), "x");
+        store.deletePatches({42});
+        store.storage.finish();
+        QCOMPARE(store.files(),
             (QStringList{QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), libraryFile}));
-        QCOMPARE(loadedNames(directory), TestPatches::names(library->patches()));
-        QVERIFY(!manager.writeError() && manager.wereFilesRemoved());
+        QCOMPARE(store.loadedNames(), TestPatches::names(store.library.patches()));
+        QVERIFY(!store.storage.writeError() && store.storage.wereFilesRemoved());
     }
 
     static void deletingManyListsOnce()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        LibraryStorageManager manager(directory.path());
-        const auto library = threePatches();
-        manager.save(*library);
-        DirectoryWatch watch(directory.path());
-        StoredEdits::deletePatches(*library, {42, 44}, manager);
-        manager.finish();
+        StoreFixture store(StoreFixture::never, three());
+        store.storage.save(store.library);
+        DirectoryWatch watch(store.path());
+        store.deletePatches({42, 44});
+        store.storage.finish();
         watch.look();
         QCOMPARE(watch.scans, 1);
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
-        QCOMPARE(directory.files().size(), 2);
+        QCOMPARE(store.files().size(), 2);
     }
 
     static void deletingTheLastPatchLeavesAnEmptyLibrary()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        LibraryStorageManager manager(directory.path());
+        StoreFixture store;
         VelgorLibrary library(one(QStringLiteral("Lead")).patches, 42);
-        manager.save(library);
-        StoredEdits::deletePatches(library, {42}, manager);
-        manager.finish();
-        QCOMPARE(directory.files(), QStringList{libraryFile});
-        QCOMPARE(directory.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
+        store.storage.save(library);
+        StoredEdits::deletePatches(library, {42}, store.storage);
+        store.storage.finish();
+        QCOMPARE(store.files(), QStringList{libraryFile});
+        QCOMPARE(store.read(libraryFile), QByteArray(R"({"patches":[],"defaultPatch":null})"));
     }
 };
 

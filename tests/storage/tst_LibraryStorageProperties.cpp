@@ -1,9 +1,5 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
 #include "PatchName.h"
-#include "StoredEdits.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -68,8 +64,9 @@ std::optional<quint64> anyId(const VelgorLibrary &library, QRandomGenerator &ran
     return library.patches().at(random.bounded(library.count())).id();
 }
 
-void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRandomGenerator &random)
+void changeSomething(StoreFixture &store, QRandomGenerator &random)
 {
+    VelgorLibrary &library = store.library;
     const std::optional<quint64> id = anyId(library, random);
     switch (random.bounded(id ? 9 : 1)) {
     case 0:
@@ -89,12 +86,12 @@ void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRa
         break;
     }
     case 4:
-        StoredEdits::deletePatches(library, {*id}, manager);
-        manager.finish();
+        store.deletePatches({*id});
+        store.storage.finish();
         break;
     case 5:
         if (library.count() < mostPatches) {
-            StoredEdits::duplicate(library, *id, manager);
+            StoredEdits::duplicate(library, *id, store.storage);
         }
         break;
     case 6:
@@ -104,7 +101,7 @@ void changeSomething(VelgorLibrary &library, LibraryStorageManager &manager, QRa
         library.move(random.bounded(library.count()), random.bounded(library.count() + 1));
         break;
     default:
-        StoredEdits::setDefault(library, *id, manager);
+        StoredEdits::setDefault(library, *id, store.storage);
     }
 }
 
@@ -114,9 +111,10 @@ class TestLibraryStorageProperties : public QObject {
     Q_OBJECT
 
 private:
-    static void checkStored(const LibraryDirectory &directory, const VelgorLibrary &library)
+    static void checkStored(const StoreFixture &store)
     {
-        const LibraryLoadResult result = load(directory);
+        const VelgorLibrary &library = store.library;
+        const LibraryLoadResult result = store.load();
         QVERIFY(!result.readError && result.writeState.filesToKeep.isEmpty());
         QCOMPARE(result.library.has_value(), library.count() > 0);
         if (result.library) {
@@ -127,44 +125,41 @@ private:
             QCOMPARE(result.library->defaultPatch, library.defaultPatch());
         }
         // One file a patch and the library file; no copies, nothing half written.
-        QCOMPARE(directory.files().size(), library.count() + 1);
+        QCOMPARE(store.files().size(), library.count() + 1);
     }
 
 private Q_SLOTS:
     static void anyLibraryComesBackTheSameAndIsWrittenOnce()
     {
-        const DiagnosticRecorder silence;
         for (quint32 seed = 1; seed <= rounds; ++seed) {
             QRandomGenerator random(seed);
-            const LibraryDirectory directory;
-            LibraryStorageManager manager(directory.path());
-            std::unique_ptr<VelgorLibrary> library = std::make_unique<VelgorLibrary>();
+            StoreFixture store;
+            LibraryStorageManager &storage = store.storage;
             for (int count = random.bounded(mostPatches); count > 0; --count) {
-                library->append(randomPatch(random), false, false);
+                store.library.append(randomPatch(random), false, false);
             }
             for (int step = 0; step < stepsPerRound; ++step) {
-                changeSomething(*library, manager, random);
+                changeSomething(store, random);
                 if (random.bounded(8) != 0 && step < stepsPerRound - 1) {
                     continue;
                 }
                 const QByteArray where = QByteArrayLiteral("seed ") + QByteArray::number(seed);
-                manager.save(*library);
+                storage.save(store.library);
                 QVERIFY2(
-                    !manager.writeError(), (where + ' ' + manager.writeProblems().join(u'\n').toUtf8()).constData());
-                checkStored(directory, *library);
-                auto before = directory.stamps();
-                manager.save(*library);
-                auto after = directory.stamps();
-                before.remove(LibraryFileNames::libraryFile());
-                after.remove(LibraryFileNames::libraryFile());
+                    !storage.writeError(), (where + ' ' + storage.writeProblems().join(u'\n').toUtf8()).constData());
+                checkStored(store);
+                auto before = store.stamps();
+                storage.save(store.library);
+                auto after = store.stamps();
+                before.remove(libraryFile);
+                after.remove(libraryFile);
                 QCOMPARE(after, before);
                 if (QTest::currentTestFailed()) {
                     qWarning("%s", where.constData());
                     return;
                 }
-                if (random.bounded(3) == 0 && library->count() > 0) {
-                    library = libraryOf(manager.decodeLibrary());
-                    QVERIFY(library);
+                if (random.bounded(3) == 0 && store.library.count() > 0) {
+                    QVERIFY(store.start());
                 }
             }
         }

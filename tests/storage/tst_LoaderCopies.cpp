@@ -1,6 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "StoredThree.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QTest>
@@ -8,26 +6,20 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace StoredThree;
+using namespace TestLibraries;
 
 class TestLoaderCopies : public QObject {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticRecorder> m_lines;
-
 private Q_SLOTS:
-    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_lines.reset(); }
-
     void secondOfTwoEqualIdsGetsAFreshOneAndItsOwnFile()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const VelgorPatch first = TestLibraries::patch(QStringLiteral("First"), 42, 1);
         const VelgorPatch second = TestLibraries::patch(QStringLiteral("Second"), 42, 2);
         const VelgorPatch third = TestLibraries::patch(QStringLiteral("Third"), 42, 3);
-        writeEntries(directory, {first, second, third});
-        const LibraryLoadResult result = load(directory);
+        store.writeEntries({{first, second, third}, std::nullopt});
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         const QList<VelgorPatch> patches = result.library->patches;
         QCOMPARE(TestPatches::names(patches), TestPatches::names({first, second, third}));
@@ -37,50 +29,50 @@ private Q_SLOTS:
         QCOMPARE(patches.at(1).records->patchData, second.records->patchData);
         QCOMPARE(patches.at(2).records->patchData, third.records->patchData);
 
-        QVERIFY(!save(directory, {patches, std::nullopt}, stateAfter(result)).hasError());
-        QVERIFY(areIdentical(loaded(directory), patches));
+        QVERIFY(!store.save({patches, std::nullopt}, result.writeState).hasError());
+        QVERIFY(store.holds(patches));
     }
 
     void firstOfTwoEqualIdsKeepsItsSoundWhenRenamed()
     {
         // In which order a directory gives its names is open: several pairs, so that some are in the wrong one.
-        const LibraryDirectory directory;
+        StoreFixture store;
         QList<VelgorPatch> entries;
         for (quint64 id = 1; id <= 8; ++id) {
             entries.append(TestLibraries::patch(QStringLiteral("First"), id, static_cast<int>(id)));
             entries.append(TestLibraries::patch(QStringLiteral("Second"), id, static_cast<int>(id) + 100));
         }
-        writeEntries(directory, entries);
-        const LibraryLoadResult result = load(directory);
+        store.writeEntries({entries, std::nullopt});
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         QList<VelgorPatch> patches = result.library->patches;
         for (VelgorPatch &patch : patches) {
             patch.name += QStringLiteral(" renamed");
         }
-        QVERIFY(!save(directory, {patches, std::nullopt}, stateAfter(result)).hasError());
-        QVERIFY(areIdentical(loaded(directory), patches));
+        QVERIFY(!store.save({patches, std::nullopt}, result.writeState).hasError());
+        QVERIFY(store.holds(patches));
     }
 
     void equalIdsWithEqualNamesShareTheFile()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const VelgorPatch patch = TestLibraries::patch(QStringLiteral("Same"), 42, 1);
-        writeEntries(directory, {patch, patch});
-        const LibraryLoadResult result = load(directory);
+        store.writeEntries({{patch, patch}, std::nullopt});
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         QCOMPARE(result.library->patches.size(), 2);
-        QVERIFY(!save(directory, {result.library->patches, std::nullopt}, stateAfter(result)).hasError());
-        QVERIFY(areIdentical(loaded(directory), result.library->patches));
+        QVERIFY(!store.save({result.library->patches, std::nullopt}, result.writeState).hasError());
+        QVERIFY(store.holds(result.library->patches));
     }
 
     void secondOfTwoEqualIdsDoesNotTakeTheFirstOnesSound()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const VelgorPatch first = TestLibraries::patch(QStringLiteral("First"), 42, 1);
         const VelgorPatch second = TestLibraries::patch(QStringLiteral("Second"), 42, 2);
-        writeEntries(directory, {first, second});
-        QFile::remove(directory.filePath(QStringLiteral("lib-Second.42.prst")));
-        QCOMPARE(load(directory).droppedPatches, QStringList{QStringLiteral("Second")});
+        store.writeEntries({{first, second}, std::nullopt});
+        QFile::remove(store.filePath(QStringLiteral("lib-Second.42.prst")));
+        QCOMPARE(store.load().droppedPatches, QStringList{QStringLiteral("Second")});
     }
 
     void completeCopyStandsInForADamagedLibraryFile_data()
@@ -96,24 +88,23 @@ private Q_SLOTS:
     void completeCopyStandsInForADamagedLibraryFile()
     {
         QFETCH(const int, left);
-        LibraryDirectory directory;
-        stored(directory);
-        const QByteArray text = directory.read(libraryFile);
-        QVERIFY(QFile::rename(directory.filePath(libraryFile), directory.filePath(libraryCopy)));
+        StoreFixture store(three());
+        const QByteArray text = store.read(libraryFile);
+        QVERIFY(QFile::rename(store.filePath(libraryFile), store.filePath(libraryCopy)));
         if (left != -1) {
-            directory.write(libraryFile, left < 0 ? text.chopped(1) : text.first(left));
+            store.write(libraryFile, left < 0 ? text.chopped(1) : text.first(left));
         }
-        m_lines->take();
-        const LibraryLoadResult result = load(directory);
+        store.lines.take();
+        const LibraryLoadResult result = store.load();
         QVERIFY(result.library);
         QVERIFY(areIdentical(result.library->patches, three().patches));
         QVERIFY(!result.readError);
         // A part of the copy holds nothing that the copy does not.
         QVERIFY(result.writeState.filesToKeep.isEmpty());
-        const QStringList lines = m_lines->take();
+        const QStringList lines = store.lines.take();
         QCOMPARE(lines.size(), 2);
-        QVERIFY(lines.last().contains(directory.filePath(libraryCopy)));
-        QCOMPARE(directory.read(libraryCopy), text);
+        QVERIFY(lines.last().contains(store.filePath(libraryCopy)));
+        QCOMPARE(store.read(libraryCopy), text);
     }
 
     void wholeLibraryFileComesBeforeAnyCopy_data()
@@ -127,30 +118,28 @@ private Q_SLOTS:
     void wholeLibraryFileComesBeforeAnyCopy()
     {
         QFETCH(const QByteArray, copy);
-        LibraryDirectory directory;
-        stored(directory);
-        directory.write(libraryCopy, copy);
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture store(three());
+        store.write(libraryCopy, copy);
+        QVERIFY(store.holds(three().patches));
     }
 
     void damagedLibraryFileAndDamagedCopyAreAReadError()
     {
-        const LibraryDirectory directory;
-        directory.write(libraryFile, "{");
-        directory.write(libraryCopy, "{");
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store;
+        store.write(libraryFile, "{");
+        store.write(libraryCopy, "{");
+        const LibraryLoadResult result = store.load();
         QVERIFY(!result.library && result.readError && !result.writeState.filesToKeep.isEmpty());
-        QCOMPARE(directory.files().size(), 2);
+        QCOMPARE(store.files().size(), 2);
     }
 
     void copyThatIsALinkIsNotFollowed()
     {
-        LibraryDirectory directory;
-        stored(directory);
-        const QString outside = directory.parentPath() + QStringLiteral("/outside");
-        QVERIFY(QFile::rename(directory.filePath(libraryFile), outside));
-        QVERIFY(QFile::link(outside, directory.filePath(libraryCopy)));
-        QVERIFY(!load(directory).library);
+        StoreFixture store(three());
+        const QString outside = store.parentPath() + QStringLiteral("/outside");
+        QVERIFY(QFile::rename(store.filePath(libraryFile), outside));
+        QVERIFY(QFile::link(outside, store.filePath(libraryCopy)));
+        QVERIFY(!store.load().library);
     }
 };
 

@@ -1,6 +1,6 @@
 #include "LibraryAnnouncements.h"
 #include "RescuedPatches.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -64,27 +64,27 @@ private Q_SLOTS:
         QFETCH(const QString, file);
         QFETCH(const QString, former);
         QFETCH(const QString, rescued);
-        const LibraryDirectory directory;
-        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode({patches(file), std::nullopt}));
-        directory.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"),
+        StoreFixture store;
+        store.write(libraryFile, LibraryJson::encode({patches(file), std::nullopt}));
+        store.write(QStringLiteral("velgorlibrary-20260101T000000-00.json"),
             LibraryJson::encode({patches(former), std::nullopt}));
         VelgorLibrary library;
         library.appendNew(patches(present));
-        RescuedPatches::addTo(library, patches(rescued), RescuedPatches::libraryFiles(directory.path()));
+        RescuedPatches::addTo(library, patches(rescued), RescuedPatches::libraryFiles(store.path()));
         QTEST(lettersOf(library), "result");
         QCOMPARE(library.count(), library.order().size());
     }
 
     void selectionTicksAndDefaultStay()
     {
-        const LibraryDirectory directory;
-        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode({patches(QStringLiteral("abc")), 'c'}));
+        StoreFixture store;
+        store.write(libraryFile, LibraryJson::encode({patches(QStringLiteral("abc")), 'c'}));
         VelgorLibrary library(patches(QStringLiteral("ac")), 'c');
         library.setSelection('a');
         library.setIsMultiSel(true);
         const MultiSelections ticks = library.findSimilarPatches('c');
         library.setMultiSelections(ticks);
-        RescuedPatches::addTo(library, patches(QStringLiteral("b")), RescuedPatches::libraryFiles(directory.path()));
+        RescuedPatches::addTo(library, patches(QStringLiteral("b")), RescuedPatches::libraryFiles(store.path()));
         QCOMPARE(lettersOf(library), QStringLiteral("abc"));
         QCOMPARE(library.selection(), std::optional<quint64>('a'));
         QCOMPARE(library.defaultPatch(), std::optional<quint64>('c'));
@@ -94,10 +94,10 @@ private Q_SLOTS:
 
     void patchesAtTheEndAreAnnouncedAsAnInsertion()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         VelgorLibrary library(patches(QStringLiteral("ac")), std::nullopt);
         LibraryAnnouncements announcements(library);
-        RescuedPatches::addTo(library, patches(QStringLiteral("xy")), RescuedPatches::libraryFiles(directory.path()));
+        RescuedPatches::addTo(library, patches(QStringLiteral("xy")), RescuedPatches::libraryFiles(store.path()));
         QCOMPARE(announcements.take(), QStringLiteral("+insert 2 3; insert 2 3"));
     }
 };

@@ -1,6 +1,5 @@
-#include "DiagnosticRecorder.h"
 #include "DirectoryWatch.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -12,8 +11,6 @@
 using namespace TestLibraries;
 
 namespace {
-
-const QString libraryFile = LibraryFileNames::libraryFile();
 
 /// What this process has given to the system to be written, in bytes.
 qint64 bytesWritten()
@@ -42,16 +39,14 @@ LibraryState many(int count)
 class TestSaveCost : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
 private Q_SLOTS:
     static void savingWithoutChangesListsOnceAndOpensNoPatchFile()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, three());
-        DirectoryWatch watch(directory.path());
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(three());
+        DirectoryWatch watch(store.path());
         QVERIFY(watch.isWatching());
-        QVERIFY(!save(directory, three(), first.state).hasError());
+        QVERIFY(!store.save(three(), first.state).hasError());
         watch.look();
         QCOMPARE(watch.scans, 1);
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
@@ -59,24 +54,22 @@ private Q_SLOTS:
 
     static void savingWhatWasLoadedOpensNoPatchFile()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const LibraryLoadResult result = load(directory);
-        DirectoryWatch watch(directory.path());
-        QVERIFY(!save(directory, three(), stateAfter(result)).hasError());
+        StoreFixture store(three());
+        const LibraryLoadResult result = store.load();
+        DirectoryWatch watch(store.path());
+        QVERIFY(!store.save(three(), result.writeState).hasError());
         watch.look();
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
     }
 
     static void fileThatIsLookedIntoOnceIsNotAgain()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        DirectoryWatch watch(directory.path());
-        const LibraryWriteResult first = save(directory, three());
+        StoreFixture store(three());
+        DirectoryWatch watch(store.path());
+        const LibraryWriteResult first = store.save(three());
         watch.look();
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")).size(), 3);
-        QVERIFY(!save(directory, three(), first.state).hasError());
+        QVERIFY(!store.save(three(), first.state).hasError());
         watch.look();
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
     }
@@ -90,14 +83,14 @@ private Q_SLOTS:
     static void listingsDoNotDependOnTheNumberOfPatches()
     {
         QFETCH(const int, count);
-        const LibraryDirectory directory;
+        StoreFixture store;
         const LibraryState library = many(count);
-        DirectoryWatch watch(directory.path());
-        const LibraryWriteResult first = save(directory, library);
+        DirectoryWatch watch(store.path());
+        const LibraryWriteResult first = store.save(library);
         QCOMPARE(first.written, count);
         watch.look();
         QCOMPARE(watch.scans, 1);
-        QVERIFY(!save(directory, library, first.state).hasError());
+        QVERIFY(!store.save(library, first.state).hasError());
         watch.look();
         QCOMPARE(watch.scans, 1);
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
@@ -105,15 +98,14 @@ private Q_SLOTS:
 
     static void renamingAndAddingListsOnce()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
+        StoreFixture store(three());
         LibraryState library = three();
         for (VelgorPatch &patch : library.patches) {
             patch.name += QStringLiteral(" new");
         }
         library.patches.append(TestLibraries::patch(QStringLiteral("Added"), 45, 9));
-        DirectoryWatch watch(directory.path());
-        QVERIFY(!save(directory, library).hasError());
+        DirectoryWatch watch(store.path());
+        QVERIFY(!store.save(library).hasError());
         watch.look();
         QCOMPARE(watch.scans, 1);
         // Each file is looked into once before it is moved.
@@ -122,43 +114,42 @@ private Q_SLOTS:
 
     static void removingManyListsOnce()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        DirectoryWatch watch(directory.path());
-        LibraryWriteState state = stateOf(directory);
+        StoreFixture store(three());
+        DirectoryWatch watch(store.path());
+        LibraryWriteState state = store.state();
         state.idsToRemove = {42, 43, 44};
-        QVERIFY(!save(directory, {}, state).hasError());
+        QVERIFY(!store.save({}, state).hasError());
         watch.look();
         QCOMPARE(watch.scans, 1);
         QCOMPARE(watch.opened.filter(QStringLiteral(".prst")), QStringList());
-        QCOMPARE(directory.files(), QStringList{libraryFile});
+        QCOMPARE(store.files(), QStringList{libraryFile});
     }
 
     // Once into the copy beside the library file, once into the library file.
     static void savingWithoutChangesWritesTheLibraryFilesTextTwice()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, many(100));
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(many(100));
         const qint64 before = bytesWritten();
         if (before < 0) {
             QSKIP("this system does not count what a process writes");
         }
-        QVERIFY(!save(directory, many(100), first.state).hasError());
-        QCOMPARE(bytesWritten() - before, 2 * directory.read(libraryFile).size());
+        QVERIFY(!store.save(many(100), first.state).hasError());
+        QCOMPARE(bytesWritten() - before, 2 * store.read(libraryFile).size());
     }
 
     static void patchFilesAreWrittenOnce()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const qint64 before = bytesWritten();
         if (before < 0) {
             QSKIP("this system does not count what a process writes");
         }
-        QVERIFY(!save(directory, many(100)).hasError());
+        QVERIFY(!store.save(many(100)).hasError());
         const qint64 written = bytesWritten() - before;
-        qint64 fewest = 2 * directory.read(libraryFile).size();
-        for (const QString &name : directory.files().filter(QStringLiteral(".prst"))) {
-            fewest += directory.read(name).size();
+        qint64 fewest = 2 * store.read(libraryFile).size();
+        for (const QString &name : store.files().filter(QStringLiteral(".prst"))) {
+            fewest += store.read(name).size();
         }
         // The rest is the journal: a line for each patch.
         constexpr qint64 longestLine = 80;

@@ -1,7 +1,6 @@
-#include "DiagnosticRecorder.h"
 #include "LibraryJournal.h"
 #include "SettledExamination.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -18,16 +17,6 @@ using namespace TestLibraries;
 namespace {
 
 const QString stray = LibraryFileNames::patchFile(QStringLiteral("Stray"), 99);
-
-/// Patches whose ids are the hashes of their content, as an import gives them.
-LibraryState importedThree()
-{
-    LibraryState content = three();
-    for (VelgorPatch &patch : content.patches) {
-        patch = patch.withId(VelgorPatch::staticSimpleHash(patch));
-    }
-    return content;
-}
 
 /// The lock of a program that lives as long as this one.
 void lock(const LibraryDirectory &directory)
@@ -54,37 +43,36 @@ private Q_SLOTS:
     void whatStaysIsFound()
     {
         QFETCH(const bool, isLocked);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, importedThree()).hasError());
-        directory.write(stray, "damaged");
+        StoreFixture store(importedThree());
+        store.write(stray, "damaged");
         if (isLocked) {
-            lock(directory);
+            lock(store);
         }
-        const LibraryHealth health = SettledExamination::examine(directory.path());
+        const LibraryHealth health = SettledExamination::examine(store.path());
         QCOMPARE(health.findings.size(), 1);
         QCOMPARE(health.findings.first().file, stray);
     }
 
     void stepsOfARunningSaveAreNoFindings()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState two = importedThree();
         const VelgorPatch removed = two.patches.takeLast();
-        QVERIFY(!save(directory, two).hasError());
-        lock(directory);
-        const QString file = LibraryFileNames::patchFile(removed.name, removed.id());
+        QVERIFY(!store.save(two).hasError());
+        lock(store);
+        const QString file = fileOf(removed);
         LibraryJournal journal;
         journal.removed = {removed.id()};
-        directory.write(LibraryFileNames::journalFile(), journal.encode());
-        directory.write(file, patchBytes(removed));
-        directory.write(stray, "damaged");
+        store.write(journalFile, journal.encode());
+        store.write(file, patchBytes(removed));
+        store.write(stray, "damaged");
         std::thread other([&] {
             std::this_thread::sleep_for(std::chrono::milliseconds(150));
-            QFile::remove(directory.filePath(file));
-            QFile::remove(directory.filePath(LibraryFileNames::journalFile()));
-            QFile::remove(directory.filePath(LibraryFileNames::lockFile()));
+            QFile::remove(store.filePath(file));
+            QFile::remove(store.filePath(journalFile));
+            QFile::remove(store.filePath(LibraryFileNames::lockFile()));
         });
-        const LibraryHealth health = SettledExamination::examine(directory.path());
+        const LibraryHealth health = SettledExamination::examine(store.path());
         other.join();
         QCOMPARE(health.findings.size(), 1);
         QCOMPARE(health.findings.first().file, stray);
@@ -92,12 +80,11 @@ private Q_SLOTS:
 
     void saveThatDoesNotEndIsNotWaitedFor()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, importedThree()).hasError());
-        lock(directory);
-        directory.write(LibraryFileNames::journalFile(), LibraryJournal().encode());
-        directory.write(stray, "damaged");
-        const LibraryHealth health = SettledExamination::examine(directory.path());
+        StoreFixture store(importedThree());
+        lock(store);
+        store.write(journalFile, LibraryJournal().encode());
+        store.write(stray, "damaged");
+        const LibraryHealth health = SettledExamination::examine(store.path());
         QCOMPARE(health.findings.size(), 1);
         QCOMPARE(health.findings.first().file, stray);
     }

@@ -1,10 +1,6 @@
-#include "DiagnosticRecorder.h"
 #include "FailingCall.h"
 #include "LibraryManagerPreferences.h"
-#include "LibraryMoving.h"
-#include "LoadedLibrary.h"
-#include "StoredEdits.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -14,8 +10,6 @@ using namespace TestLibraries;
 using Call = FailingCall::Call;
 
 namespace {
-
-const QString leadFile = QStringLiteral("lib-Lead.42.prst");
 
 std::unique_ptr<QSettings> settingsIn(const LibraryDirectory &place)
 {
@@ -36,98 +30,90 @@ QString storedDirectory(const LibraryDirectory &place)
 class TestStorageFaults : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
     /// A library of three whose first patch was deleted; its file could not be.
-    static std::unique_ptr<VelgorLibrary> afterAFailedRemoval(LibraryStorageManager &storage)
-    {
-        auto library = std::make_unique<VelgorLibrary>(three().patches, three().defaultPatch);
-        storage.save(*library);
-        // The first that is removed is the copy of the library file.
-        const FailingCall failing(Call::Unlink, EIO, 1);
-        StoredEdits::deletePatches(*library, {42}, storage);
-        storage.finish();
-        return failing.wasMade() && storage.writeError() ? std::move(library) : nullptr;
-    }
+    struct AfterAFailedRemoval : StoreFixture {
+        AfterAFailedRemoval()
+            : StoreFixture(never, three())
+        {
+            storage.save(library);
+            // The first that is removed is the copy of the library file.
+            const FailingCall failing(Call::Unlink, EIO, 1);
+            deletePatches({42});
+            storage.finish();
+            if (!failing.wasMade() || !storage.writeError()) {
+                qFatal("the removal does not fail");
+            }
+        }
+    };
 
 private Q_SLOTS:
     static void fileThatCannotBeSetAsideCostsNoPatch()
     {
-        const LibraryDirectory directory;
-        directory.write(leadFile, "something else");
-        LibraryStorageManager storage(directory.path());
+        StoreFixture store(StoreFixture::never, three());
+        store.write(leadFile, "something else");
         {
             const FailingCall failing(Call::MoveOnly, EPERM);
-            storage.save(VelgorLibrary(three().patches, three().defaultPatch));
+            store.storage.save(store.library);
             QVERIFY(failing.wasMade());
         }
-        QVERIFY(storage.writeError());
-        QCOMPARE(storage.writeProblems().size(), 1);
-        QCOMPARE(directory.read(leadFile), QByteArray("something else"));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY(store.storage.writeError());
+        QCOMPARE(store.storage.writeProblems().size(), 1);
+        QCOMPARE(store.read(leadFile), QByteArray("something else"));
+        QVERIFY(store.holds(three().patches));
 
         {
             const FailingCall failing(Call::MoveOnly, EPERM);
-            sweep(directory);
+            store.sweep();
         }
-        QCOMPARE(directory.read(leadFile), QByteArray("something else"));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QCOMPARE(store.read(leadFile), QByteArray("something else"));
+        QVERIFY(store.holds(three().patches));
 
-        const DiagnosticRecorder recorder;
-        sweep(directory);
-        QCOMPARE(directory.read(leadFile), patchBytes(three().patches.first()));
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("something else"));
+        store.sweep();
+        QCOMPARE(store.read(leadFile), patchBytes(three().patches.first()));
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("something else"));
         const QString told = QStringLiteral("%1 was in the place of a patch's file, and is kept as %2");
-        QVERIFY2(
-            recorder.lines().contains(told.arg(directory.filePath(leadFile), LibraryFileNames::damagedFile(42, 0))),
-            qPrintable(recorder.lines().join(u'\n')));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY2(store.lines.lines().contains(told.arg(store.filePath(leadFile), LibraryFileNames::damagedFile(42, 0))),
+            qPrintable(store.lines.lines().join(u'\n')));
+        QVERIFY(store.holds(three().patches));
     }
 
     static void patchThatIsImportedAgainAfterAFailedRemovalKeepsItsFile()
     {
-        const LibraryDirectory directory;
-        LibraryStorageManager storage(directory.path());
-        const auto library = afterAFailedRemoval(storage);
-        QVERIFY(library && directory.has(leadFile));
-        library->append(three().patches.first(), false, false);
-        storage.setWriteError(false);
-        storage.save(*library);
-        QVERIFY(!storage.writeError());
-        QVERIFY(directory.has(leadFile));
-        QVERIFY(areIdentical(loaded(directory), library->patches()));
-        QVERIFY(!directory.has(LibraryFileNames::journalFile()));
+        AfterAFailedRemoval store;
+        QVERIFY(store.has(leadFile));
+        store.library.append(three().patches.first(), false, false);
+        store.storage.setWriteError(false);
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        QVERIFY(store.has(leadFile));
+        QVERIFY(store.holds(store.library.patches()));
+        QVERIFY(!store.has(journalFile));
 
         // As a synchronised folder may bring it back.
-        const QList<VelgorPatch> former(library->patches().first(2));
+        const QList<VelgorPatch> former(store.library.patches().first(2));
         QVERIFY(former.first().id() != 42 && former.last().id() != 42);
-        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode({former, std::nullopt}));
-        sweep(directory);
-        QVERIFY(directory.has(leadFile));
+        store.write(libraryFile, LibraryJson::encode({former, std::nullopt}));
+        store.sweep();
+        QVERIFY(store.has(leadFile));
     }
 
     static void fileThatAFailedRemovalLeftIsNoFileOfAnotherPatchWithItsId()
     {
-        const LibraryDirectory directory;
-        LibraryStorageManager storage(directory.path());
-        const auto library = afterAFailedRemoval(storage);
-        QVERIFY(library);
-        const QByteArray former = directory.read(leadFile);
+        AfterAFailedRemoval store;
+        const QByteArray former = store.read(leadFile);
         const VelgorPatch other = TestLibraries::patch(QStringLiteral("Lead"), 42, 9);
-        library->append(other, false, false);
-        storage.save(*library);
-        QCOMPARE(directory.read(leadFile), patchBytes(other));
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), former);
+        store.library.append(other, false, false);
+        store.storage.save(store.library);
+        QCOMPARE(store.read(leadFile), patchBytes(other));
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(42, 0)), former);
     }
 
     static void fileThatAFailedRemovalLeftGoesWithTheNextSave()
     {
-        const LibraryDirectory directory;
-        LibraryStorageManager storage(directory.path());
-        const auto library = afterAFailedRemoval(storage);
-        QVERIFY(library && directory.has(leadFile));
-        storage.save(*library);
-        QVERIFY(!directory.has(leadFile));
+        AfterAFailedRemoval store;
+        QVERIFY(store.has(leadFile));
+        store.storage.save(store.library);
+        QVERIFY(!store.has(leadFile));
     }
 
     static void writeTestWritesItsText()
@@ -192,13 +178,12 @@ private Q_SLOTS:
         bool wasMade = true;
         int failures = 0;
         for (int before = 0; wasMade; ++before) {
-            const LibraryDirectory former;
+            const StoreFixture former(StoreFixture::never, three());
             const LibraryDirectory place;
             LibraryManagerPreferences preferences(settingsIn(place));
             QVERIFY(preferences.setLibraryDirectory(former.path()));
             LibraryStorageManager storage(preferences);
-            const VelgorLibrary library(three().patches, three().defaultPatch);
-            storage.save(library);
+            storage.save(former.library);
             // Somebody's own files, two of which are in the way.
             const QString target = place.filePath(QStringLiteral("new"));
             place.write(QStringLiteral("new/notes.txt"), "mine");
@@ -209,7 +194,7 @@ private Q_SLOTS:
             Result<> result = Success();
             {
                 const FailingCall failing(call, EIO, before);
-                result = moveLibrary(storage, target, library);
+                result = StoreFixture::moveOf(storage, former.library, target);
                 wasMade = failing.wasMade();
             }
             QCOMPARE(former.stamps(), formerFiles);
@@ -217,9 +202,8 @@ private Q_SLOTS:
             QCOMPARE(storage.libDirectory(), expected);
             QCOMPARE(preferences.libraryDirectory(), expected);
             QCOMPARE(storedDirectory(place), expected);
-            LibraryStorageManager again(expected);
-            const auto found = libraryOf(again.decodeLibrary());
-            QVERIFY(found && areIdentical(found->patches(), three().patches));
+            const auto found = LibraryStorageManager(expected).decodeLibrary();
+            QVERIFY(found && areIdentical(found->patches, three().patches));
             if (!result) {
                 ++failures;
                 auto left = place.contents();

@@ -1,12 +1,7 @@
-#include "DiagnosticRecorder.h"
 #include "DirectoryListing.h"
-#include "DiskFiles.h"
-#include "DiskSync.h"
 #include "FailingCall.h"
 #include "LibraryJournal.h"
-#include "LibraryMoving.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -17,9 +12,6 @@ using namespace TestLibraries;
 using Call = FailingCall::Call;
 
 namespace {
-
-const QString file = QStringLiteral("file");
-const QString leadFile = QStringLiteral("lib-Lead.42.prst");
 
 /// The library of three patches with one renamed, one removed and one added.
 LibraryState changed()
@@ -35,9 +27,7 @@ LibraryState changed()
 QStringList leftovers(const LibraryDirectory &directory)
 {
     QStringList names = directory.files();
-    names.removeIf([](const QString &name) {
-        return !LibraryFileNames::isReserved(name) || name == LibraryFileNames::libraryFile();
-    });
+    names.removeIf([](const QString &name) { return !LibraryFileNames::isReserved(name) || name == libraryFile; });
     return names;
 }
 
@@ -47,113 +37,25 @@ QStringList leftovers(const LibraryDirectory &directory)
 class TestSystemFaults : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
 private Q_SLOTS:
-    // Single files
-
-    static void fileThatCannotBeReadForTheMomentIsToldFromADamagedOne()
-    {
-        const LibraryDirectory directory;
-        directory.write(file, "bytes");
-        const FailingCall failing(Call::Read, EIO);
-        const Result<QByteArray> result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
-        QVERIFY(!result && result.problem().mayPass);
-        QCOMPARE(result.problem().why, QString::fromLocal8Bit(strerror(EIO)));
-    }
-
-    static void interruptedReadingGoesOn()
-    {
-        const LibraryDirectory directory;
-        directory.write(file, "bytes");
-        const FailingCall failing(Call::Read, EINTR);
-        const Result<QByteArray> result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
-        QVERIFY(failing.wasMade());
-        QCOMPARE(*result, QByteArray("bytes"));
-    }
-
-    static void fileThatShrinksMeanwhileIsReadToItsEnd()
-    {
-        const LibraryDirectory directory;
-        directory.write(file, "bytes");
-        const FailingCall failing(Call::Read, FailingCall::endOfFile);
-        const Result<QByteArray> result = DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse);
-        QCOMPARE(*result, QByteArray());
-    }
-
-    static void fileOfUnknownKindIsNotRead()
-    {
-        const LibraryDirectory directory;
-        directory.write(file, "bytes");
-        const FailingCall failing(Call::Stat, EIO);
-        QVERIFY(!DiskFiles::readRegular(directory.filePath(file), DiskFiles::Links::Refuse));
-    }
-
-    static void failedReplacementLeavesTheOldFileAndNothingElse_data()
-    {
-        QTest::addColumn<Call>("call");
-        QTest::newRow("making") << Call::Open;
-        QTest::newRow("writing") << Call::Write;
-        QTest::newRow("synchronising") << Call::Sync;
-        QTest::newRow("renaming") << Call::Rename;
-    }
-    static void failedReplacementLeavesTheOldFileAndNothingElse()
-    {
-        QFETCH(const Call, call);
-        const LibraryDirectory directory;
-        directory.write(file, "old");
-        const FailingCall failing(call, EIO);
-        QCOMPARE(
-            DiskFiles::replace(directory.filePath(file), "new").problem().why, QString::fromLocal8Bit(strerror(EIO)));
-        QCOMPARE(directory.read(file), QByteArray("old"));
-        QCOMPARE(directory.files(), QStringList{file});
-    }
-
-    static void interruptedWritingGoesOn()
-    {
-        const LibraryDirectory directory;
-        const FailingCall failing(Call::Write, EINTR);
-        QVERIFY(DiskFiles::replace(directory.filePath(file), "new"));
-        QVERIFY(failing.wasMade());
-        QCOMPARE(directory.read(file), QByteArray("new"));
-    }
-
-    static void fileThatCannotBeMeasuredIsNotTakenForWritten()
-    {
-        const LibraryDirectory directory;
-        directory.write(file, "old");
-        const FailingCall failing(Call::Stat, EIO);
-        QVERIFY(!DiskFiles::replace(directory.filePath(file), "new"));
-        QVERIFY(failing.wasMade());
-        QCOMPARE(directory.read(file), QByteArray("old"));
-        QCOMPARE(directory.files(), QStringList{file});
-    }
-
-    static void temporaryNameThatIsTakenIsPassedOver()
-    {
-        const LibraryDirectory directory;
-        const FailingCall failing(Call::Open, EEXIST);
-        QVERIFY(DiskFiles::replace(directory.filePath(file), "new"));
-        QVERIFY(failing.wasMade());
-        QCOMPARE(directory.files(), QStringList{file});
-    }
+    // Listing
 
     static void directoryBelowThatVanishesWhileItIsListedIsNoEmptyOne()
     {
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("below/file"), "x");
+        StoreFixture store;
+        store.write(QStringLiteral("below/file"), "x");
         const FailingCall failing(Call::Open, ENOENT, 1);
-        QVERIFY(!DirectoryListing::scan(directory.path()));
+        QVERIFY(!DirectoryListing::scan(store.path()));
         QVERIFY(failing.wasMade());
     }
 
     static void directoryBelowThatMayNotBeListedIsPassedOver()
     {
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("below/file"), "x");
-        directory.write(leadFile, "x");
+        StoreFixture store;
+        store.write(QStringLiteral("below/file"), "x");
+        store.write(leadFile, "x");
         const FailingCall failing(Call::Open, EACCES, 1);
-        const auto listing = DirectoryListing::scan(directory.path());
+        const auto listing = DirectoryListing::scan(store.path());
         QVERIFY(failing.wasMade());
         QVERIFY(listing);
         QCOMPARE(listing->pathsFor(42), QStringList{leadFile});
@@ -161,67 +63,25 @@ private Q_SLOTS:
 
     static void directoryThatMayNotBeListedIsNoEmptyOne()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const FailingCall failing(Call::Open, EACCES);
-        QVERIFY(!DirectoryListing::scan(directory.path()));
-    }
-
-    static void directoryThatKnowsNoSynchronisingIsNoFailure_data()
-    {
-        QTest::addColumn<int>("error");
-        QTest::addColumn<bool>("isFailure");
-        QTest::newRow("no such thing") << EINVAL << false;
-        QTest::newRow("failing disk") << EIO << true;
-    }
-    static void directoryThatKnowsNoSynchronisingIsNoFailure()
-    {
-        QFETCH(const int, error);
-        const LibraryDirectory directory;
-        const FailingCall failing(Call::Sync, error);
-        QTEST(!DiskSync::syncDirectory(directory.path()), "isFailure");
-    }
-
-    static void movingNeverReplacesWhereTheSystemHasNoSuchMove_data()
-    {
-        QTest::addColumn<int>("error");
-        QTest::newRow("file system") << EINVAL;
-        QTest::newRow("kernel") << ENOSYS;
-    }
-    static void movingNeverReplacesWhereTheSystemHasNoSuchMove()
-    {
-        QFETCH(const int, error);
-        const LibraryDirectory directory;
-        directory.write(QStringLiteral("a"), "a");
-        directory.write(QStringLiteral("b"), "b");
-        const QString a = directory.filePath(QStringLiteral("a"));
-        {
-            const FailingCall failing(Call::MoveOnly, error);
-            QVERIFY(!DiskFiles::move(a, directory.filePath(QStringLiteral("b"))));
-            QVERIFY(failing.wasMade());
-        }
-        QCOMPARE(directory.read(QStringLiteral("b")), QByteArray("b"));
-        const FailingCall failing(Call::MoveOnly, error);
-        QVERIFY(DiskFiles::move(a, directory.filePath(QStringLiteral("c"))));
-        QCOMPARE(directory.read(QStringLiteral("c")), QByteArray("a"));
-        QVERIFY(!directory.has(QStringLiteral("a")));
+        QVERIFY(!DirectoryListing::scan(store.path()));
     }
 
     // Whole saves
 
     static void saveWithoutRoomForEveryPatchLeavesTheFormerState()
     {
-        const DiagnosticRecorder silence;
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
-        const QByteArray text = directory.read(LibraryFileNames::libraryFile());
-        const QStringList files = directory.files();
+        StoreFixture store(one(QStringLiteral("Lead")));
+        const QByteArray text = store.read(libraryFile);
+        const QStringList files = store.files();
         // One is prepared, the next one finds no room.
         const FailingCall failing(Call::Write, ENOSPC, 1);
-        const LibraryWriteResult result = save(directory, three());
+        const LibraryWriteResult result = store.save(three());
         QVERIFY(failing.wasMade());
         QVERIFY(result.hasError() && !result.isLibraryFileWritten && !result.arePatchesWritten);
-        QCOMPARE(directory.read(LibraryFileNames::libraryFile()), text);
-        QCOMPARE(directory.files(), files);
+        QCOMPARE(store.read(libraryFile), text);
+        QCOMPARE(store.files(), files);
     }
 
     static void saveWithAnyCallFailingLosesNothing_data()
@@ -240,27 +100,26 @@ private Q_SLOTS:
         QFETCH(const Call, call);
         bool wasMade = true;
         for (int before = 0; wasMade; ++before) {
-            const LibraryDirectory directory;
-            QVERIFY(!save(directory, three()).hasError());
-            LibraryWriteState state = stateOf(directory);
+            StoreFixture store(three());
+            LibraryWriteState state = store.state();
             state.idsToRemove = {43};
             LibraryWriteResult result;
             {
                 const FailingCall failing(call, EIO, before);
-                result = save(directory, changed(), state);
+                result = store.save(changed(), state);
                 wasMade = failing.wasMade();
             }
-            const QList<VelgorPatch> now = loaded(directory);
+            const QList<VelgorPatch> now = store.loaded();
             const bool isNew = areIdentical(now, changed().patches);
             QVERIFY2(isNew || areIdentical(now, three().patches), qPrintable(QString::number(before)));
             QVERIFY2(isNew || result.hasError(), qPrintable(QString::number(before)));
 
-            const LibraryWriteResult again = save(directory, changed(), result.state);
+            const LibraryWriteResult again = store.save(changed(), result.state);
             QVERIFY2(!again.hasError(), qPrintable(again.problems.join(u'\n')));
-            QVERIFY(areIdentical(loaded(directory), changed().patches));
-            sweep(directory);
-            QCOMPARE(leftovers(directory), QStringList());
-            QVERIFY(areIdentical(loaded(directory), changed().patches));
+            QVERIFY(store.holds(changed().patches));
+            store.sweep();
+            QCOMPARE(leftovers(store), QStringList());
+            QVERIFY(store.holds(changed().patches));
             QVERIFY(before > 0 || wasMade);
         }
     }
@@ -274,27 +133,26 @@ private Q_SLOTS:
         QFETCH(const Call, call);
         bool wasMade = true;
         for (int before = 0; wasMade; ++before) {
-            const LibraryDirectory directory;
-            QVERIFY(!save(directory, three()).hasError());
-            LibraryWriteState state = stateOf(directory);
+            StoreFixture store(three());
+            LibraryWriteState state = store.state();
             state.idsToRemove = {43};
             {
                 // Those of the journal and of the copy of the library file come before that of the new patch.
                 const FailingCall interruption(Call::Rename, EIO, 2);
-                QVERIFY(save(directory, changed(), state).hasError());
+                QVERIFY(store.save(changed(), state).hasError());
             }
-            directory.write(LibraryFileNames::libraryCopy(), directory.read(LibraryFileNames::libraryFile()));
-            directory.write(LibraryFileNames::libraryFile(), "{");
-            const LibraryLoadResult found = load(directory);
+            store.write(libraryCopy, store.read(libraryFile));
+            store.write(libraryFile, "{");
+            const LibraryLoadResult found = store.load();
             {
                 const FailingCall failing(call, EIO, before);
-                LibrarySweeper(directory.path(), found.leftovers).sweep();
+                LibrarySweeper(store.path(), found.leftovers).sweep();
                 wasMade = failing.wasMade();
             }
-            QVERIFY2(areIdentical(loaded(directory), changed().patches), qPrintable(QString::number(before)));
-            sweep(directory);
-            QCOMPARE(leftovers(directory), QStringList());
-            QVERIFY(areIdentical(loaded(directory), changed().patches));
+            QVERIFY2(store.holds(changed().patches), qPrintable(QString::number(before)));
+            store.sweep();
+            QCOMPARE(leftovers(store), QStringList());
+            QVERIFY(store.holds(changed().patches));
         }
     }
 
@@ -310,122 +168,116 @@ private Q_SLOTS:
     {
         QFETCH(const Call, call);
         QFETCH(const int, before);
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState library = one(QStringLiteral("Lead"));
-        QVERIFY(!save(directory, library).hasError());
+        QVERIFY(!store.save(library).hasError());
         library.patches.first().name = QStringLiteral("Solo");
         LibraryWriteResult result;
         {
             const FailingCall moving(Call::MoveOnly, EIO);
             const FailingCall failing(call, EIO, before);
-            result = save(directory, library);
+            result = store.save(library);
             QVERIFY(moving.wasMade() && failing.wasMade());
             QVERIFY(!result.arePatchesWritten && !result.problems.isEmpty());
         }
-        QVERIFY(directory.has(leadFile));
-        QCOMPARE(leftovers(directory), QStringList());
-        QVERIFY(areIdentical(loaded(directory), library.patches));
+        QVERIFY(store.has(leadFile));
+        QCOMPARE(leftovers(store), QStringList());
+        QVERIFY(store.holds(library.patches));
 
         // Nothing stands in the way any more.
-        QVERIFY(!save(directory, library, result.state).hasError());
-        QVERIFY(directory.has(QStringLiteral("lib-Solo.42.prst")));
+        QVERIFY(!store.save(library, result.state).hasError());
+        QVERIFY(store.has(QStringLiteral("lib-Solo.42.prst")));
     }
 
     static void damagedFileThatCannotBeSetAsideStays()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        directory.write(leadFile, "damaged");
-        directory.write(LibraryFileNames::damagedFile(42, 0), "an earlier one");
+        StoreFixture store(three());
+        store.write(leadFile, "damaged");
+        store.write(LibraryFileNames::damagedFile(42, 0), "an earlier one");
         LibraryWriteResult result;
         {
-            const LibraryWriteState state = stateAfter(load(directory));
+            const LibraryWriteState state = store.load().writeState;
             const FailingCall failing(Call::MoveOnly, EIO);
-            result = save(directory, three(), state);
+            result = store.save(three(), state);
         }
         QVERIFY(!result.arePatchesWritten);
-        QCOMPARE(directory.read(leadFile), QByteArray("damaged"));
-        QVERIFY(!save(directory, three(), result.state).hasError());
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("an earlier one"));
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 1)), QByteArray("damaged"));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QCOMPARE(store.read(leadFile), QByteArray("damaged"));
+        QVERIFY(!store.save(three(), result.state).hasError());
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(42, 0)), QByteArray("an earlier one"));
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(42, 1)), QByteArray("damaged"));
+        QVERIFY(store.holds(three().patches));
     }
 
     static void oldLibraryFileThatCannotBeKeptIsNotOverwritten()
     {
-        const LibraryDirectory directory;
-        directory.write(LibraryFileNames::libraryFile(), "garbled");
-        const LibraryWriteState state = stateAfter(load(directory));
+        StoreFixture store;
+        store.write(libraryFile, "garbled");
+        const LibraryWriteState state = store.load().writeState;
         // The first is that of the journal.
         const FailingCall failing(Call::Rename, EIO, 1);
-        const LibraryWriteResult result = save(directory, three(), state);
+        const LibraryWriteResult result = store.save(three(), state);
         QVERIFY(failing.wasMade() && !result.isLibraryFileWritten && !result.problems.isEmpty());
-        QCOMPARE(directory.read(LibraryFileNames::libraryFile()), QByteArray("garbled"));
+        QCOMPARE(store.read(libraryFile), QByteArray("garbled"));
     }
 
     static void patchThatCannotBeReadForTheMomentComesBack()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
+        StoreFixture store(three());
         LibraryLoadResult result;
         {
             // The first is that of the library file.
             const FailingCall failing(Call::Read, EIO, 1);
-            result = load(directory);
+            result = store.load();
         }
         QCOMPARE(result.droppedPatches, QStringList{QStringLiteral("Lead")});
         const LibraryState without{result.library->patches, result.library->defaultPatch};
-        QVERIFY(!save(directory, without, stateAfter(result)).hasError());
-        QVERIFY(areIdentical(loaded(directory), three().patches));
-        QCOMPARE(datedCopies(directory), QStringList());
+        QVERIFY(!store.save(without, result.writeState).hasError());
+        QVERIFY(store.holds(three().patches));
+        QCOMPARE(store.datedCopies(), QStringList());
     }
 
     // The storage
 
     static void fileOfARemovedPatchThatStaysAtTheStartGoesWithTheNextSave()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState rest = three();
-        QVERIFY(!save(directory, rest).hasError());
+        QVERIFY(!store.save(rest).hasError());
         rest.patches.removeFirst();
-        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode(rest));
-        directory.write(LibraryFileNames::journalFile(), LibraryJournal{.staged = {}, .removed = {42}}.encode());
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
+        store.write(libraryFile, LibraryJson::encode(rest));
+        store.write(journalFile, LibraryJournal{.staged = {}, .removed = {42}}.encode());
+        QVERIFY(store.start());
         {
             const FailingCall failing(Call::Unlink, EIO);
-            storage.sweepLeftovers();
+            store.storage.sweepLeftovers();
             QVERIFY(failing.wasMade());
         }
-        QVERIFY(directory.has(leadFile) && directory.has(LibraryFileNames::journalFile()));
-        storage.save(*library);
-        QVERIFY(!directory.has(leadFile) && !directory.has(LibraryFileNames::journalFile()));
-        QVERIFY(!storage.writeError());
+        QVERIFY(store.has(leadFile) && store.has(journalFile));
+        store.storage.save(store.library);
+        QVERIFY(!store.has(leadFile) && !store.has(journalFile));
+        QVERIFY(!store.storage.writeError());
     }
 
     static void libraryStaysWhereItIsIfItsNewDirectoryFails()
     {
-        const LibraryDirectory directory;
+        StoreFixture store(StoreFixture::never, three());
         const LibraryDirectory target;
-        LibraryStorageManager storage(directory.path());
-        const VelgorLibrary library(three().patches, three().defaultPatch);
         const FailingCall failing(Call::Sync, EIO);
-        QVERIFY(!moveLibrary(storage, target.path(), library));
-        QCOMPARE(storage.libDirectory(), directory.path());
+        QVERIFY(!store.move(target.path()));
+        QCOMPARE(store.storage.libDirectory(), store.path());
     }
 
     static void loadAndSaveTakePlaceWithoutAnotherThread()
     {
-        const LibraryDirectory directory;
-        LibraryStorageManager storage(directory.path(), std::chrono::milliseconds(1));
-        const VelgorLibrary library(three().patches, three().defaultPatch);
+        StoreFixture store(std::chrono::milliseconds(1), three());
+        LibraryStorageManager &storage = store.storage;
         {
             const FailingCall failing(Call::Thread, EAGAIN);
-            storage.delayedSave(library);
+            store.requestSave();
             QTRY_VERIFY(!storage.waitingToSave());
             QVERIFY(failing.wasMade());
         }
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY(store.holds(three().patches));
         const FailingCall failing(Call::Thread, EAGAIN);
         QSignalSpy finished(&storage, &LibraryStorageManager::loadFinished);
         storage.startLoading();

@@ -1,8 +1,5 @@
-#include "DiagnosticRecorder.h"
 #include "FailingCall.h"
-#include "LibraryMoving.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 #include "UnreadPatches.h"
 
@@ -46,8 +43,6 @@ LibraryState libraryOf(const QList<quint64> &ids)
 class TestUnreadPatches : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
 private Q_SLOTS:
     static void eachStandsBehindTheNearestFormerPredecessor_data()
     {
@@ -82,32 +77,31 @@ private Q_SLOTS:
 
     static void aLibraryOfWhichNothingCouldBeReadKeepsItsDefaultPatch()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const LibraryState content{one(QStringLiteral("Lead")).patches, 42};
-        QVERIFY(!save(directory, content).hasError());
+        QVERIFY(!store.save(content).hasError());
         LibraryLoadResult result;
         {
             // The first is that of the library file.
             const FailingCall failing(Call::Read, EIO, 1);
-            result = load(directory);
+            result = store.load();
         }
         QVERIFY(!result.library);
-        QVERIFY(!save(directory, {{patch(QStringLiteral("New"), 50)}, std::nullopt}, stateAfter(result)).hasError());
-        const LibraryLoadResult again = load(directory);
+        QVERIFY(!store.save({{patch(QStringLiteral("New"), 50)}, std::nullopt}, result.writeState).hasError());
+        const LibraryLoadResult again = store.load();
         QCOMPARE(TestPatches::ids(again.library->patches), (QList<quint64>{42, 50}));
         QCOMPARE(again.library->defaultPatch, std::optional<quint64>(42));
     }
 
     static void aPatchWhoseFileHasAnotherNameStaysToo()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
-        QVERIFY(QFile::rename(directory.filePath(QStringLiteral("lib-Lead.42.prst")),
-            directory.filePath(QStringLiteral("lib-Former.42.prst"))));
+        StoreFixture store(one(QStringLiteral("Lead")));
+        QVERIFY(QFile::rename(
+            store.filePath(QStringLiteral("lib-Lead.42.prst")), store.filePath(QStringLiteral("lib-Former.42.prst"))));
         LibraryLoadResult result;
         {
             const FailingCall failing(Call::Read, EIO, 1);
-            result = load(directory);
+            result = store.load();
             QVERIFY(failing.wasMade());
         }
         QVERIFY(!result.library);
@@ -116,55 +110,48 @@ private Q_SLOTS:
 
     static void aPatchWhoseFileIsALinkStays()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray text = directory.read(LibraryFileNames::libraryFile());
-        const QString file = directory.filePath(QStringLiteral("lib-A$B.43.prst"));
-        const QString outside = directory.parentPath() + QStringLiteral("/outside.prst");
+        StoreFixture store(three());
+        const QByteArray text = store.read(libraryFile);
+        const QString file = store.filePath(QStringLiteral("lib-A$B.43.prst"));
+        const QString outside = store.parentPath() + QStringLiteral("/outside.prst");
         QVERIFY(QFile::rename(file, outside));
         QVERIFY(QFile::link(outside, file));
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("A/B")});
-        QCOMPARE(storage.unreadPatches(), 1);
-        storage.save(*library);
-        QVERIFY(!storage.writeError());
-        QCOMPARE(directory.read(LibraryFileNames::libraryFile()), text);
+        QVERIFY(store.start());
+        QCOMPARE(store.storage.droppedPatches(), QStringList{QStringLiteral("A/B")});
+        QCOMPARE(store.storage.unreadPatches(), 1);
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        QCOMPARE(store.read(libraryFile), text);
         QCOMPARE(QFileInfo(file).symLinkTarget(), outside);
-        QCOMPARE(datedCopies(directory), QStringList());
+        QCOMPARE(store.datedCopies(), QStringList());
         QVERIFY(QFile::remove(file));
         QVERIFY(QFile::rename(outside, file));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        QVERIFY(store.holds(three().patches));
     }
 
     static void aPatchWhoseFileIsALinkUnderAFormerNameStaysToo()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, one(QStringLiteral("Lead"))).hasError());
-        const QString outside = directory.parentPath() + QStringLiteral("/outside.prst");
-        QVERIFY(QFile::rename(directory.filePath(QStringLiteral("lib-Lead.42.prst")), outside));
-        QVERIFY(QFile::link(outside, directory.filePath(QStringLiteral("lib-Former.42.prst"))));
-        QCOMPARE(load(directory).writeState.unread.patches.keys(), QList<quint64>{42});
+        StoreFixture store(one(QStringLiteral("Lead")));
+        const QString outside = store.parentPath() + QStringLiteral("/outside.prst");
+        QVERIFY(QFile::rename(store.filePath(QStringLiteral("lib-Lead.42.prst")), outside));
+        QVERIFY(QFile::link(outside, store.filePath(QStringLiteral("lib-Former.42.prst"))));
+        QCOMPARE(store.load().writeState.unread.patches.keys(), QList<quint64>{42});
     }
 
     static void aLibraryIsNotMovedWithoutThem()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager storage(directory.path());
-        std::unique_ptr<VelgorLibrary> library;
+        StoreFixture store(three());
         {
             const FailingCall failing(Call::Read, EIO, 1);
-            library = libraryOf(storage.decodeLibrary());
+            QVERIFY(store.start());
         }
-        QCOMPARE(library->count(), 2);
-        QCOMPARE(storage.unreadPatches(), 1);
+        QCOMPARE(store.library.count(), 2);
+        QCOMPARE(store.storage.unreadPatches(), 1);
         const LibraryDirectory target;
-        const Result<> moved = moveLibrary(storage, target.path(), *library);
-        QVERIFY(!moved && moved.problem().text().contains(directory.path()));
+        const Result<> moved = store.move(target.path());
+        QVERIFY(!moved && moved.problem().text().contains(store.path()));
         QCOMPARE(target.files(), QStringList());
-        QCOMPARE(storage.libDirectory(), directory.path());
+        QCOMPARE(store.storage.libDirectory(), store.path());
     }
 };
 

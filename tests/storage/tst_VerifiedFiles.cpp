@@ -1,10 +1,7 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryMoving.h"
-#include "LoadedLibrary.h"
 #include "OrdinaryUser.h"
 #include "PatchFileHandler.h"
+#include "StoreFixture.h"
 #include "TemporaryFiles.h"
-#include "TestLibraries.h"
 #include "TestProgram.h"
 #include "UserFiles.h"
 
@@ -21,8 +18,6 @@
 using namespace TestLibraries;
 
 namespace {
-
-const QString leadFile = QStringLiteral("lib-Lead.42.prst");
 
 VelgorPatch lead()
 {
@@ -70,11 +65,10 @@ void verifySetAside(const LibraryDirectory &directory, const QByteArray &bytes, 
 /// Exports every patch of a library that is loaded anew, as a user would after a restart.
 QByteArray exportedAfterRestart(const LibraryDirectory &directory)
 {
-    LibraryStorageManager storage(directory.path());
-    const auto library = libraryOf(storage.decodeLibrary());
+    const auto library = LibraryStorageManager(directory.path()).decodeLibrary();
     UserFiles files;
     const QString path = directory.parentPath() + QStringLiteral("/exported.prst");
-    if (!library || !PatchFileHandler(files).exportTo(library->patches(), path)) {
+    if (!library || !PatchFileHandler(files).exportTo(library->patches, path)) {
         return {};
     }
     const Result<QByteArray> bytes = files.read(path);
@@ -108,25 +102,22 @@ void setTimes(const QString &path, const std::array<timespec, 2> &times)
 class TestVerifiedFiles : public QObject {
     Q_OBJECT
 
-    const DiagnosticRecorder m_silence;
-
 private Q_SLOTS:
     static void fileThatIsThereBeforeThePatchIsImportedMakesRoom_data() { addOtherBytes(); }
     static void fileThatIsThereBeforeThePatchIsImportedMakesRoom()
     {
         QFETCH(const QByteArray, bytes);
-        const LibraryDirectory directory;
-        directory.write(leadFile, bytes);
-        LibraryStorageManager storage(directory.path());
+        StoreFixture store;
+        store.write(leadFile, bytes);
         const VelgorLibrary library({lead()}, std::nullopt);
-        storage.save(library);
-        QVERIFY(!storage.writeError());
-        verifySetAside(directory, bytes, storage.keptFiles());
-        QCOMPARE(exportedAfterRestart(directory), patchBytes(lead()));
-        const auto before = directory.stamps();
-        storage.save(library);
-        auto after = directory.stamps();
-        after.insert(LibraryFileNames::libraryFile(), before.value(LibraryFileNames::libraryFile()));
+        store.storage.save(library);
+        QVERIFY(!store.storage.writeError());
+        verifySetAside(store, bytes, store.storage.keptFiles());
+        QCOMPARE(exportedAfterRestart(store), patchBytes(lead()));
+        const auto before = store.stamps();
+        store.storage.save(library);
+        auto after = store.stamps();
+        after.insert(libraryFile, before.value(libraryFile));
         QCOMPARE(after, before);
     }
 
@@ -134,57 +125,54 @@ private Q_SLOTS:
     static void fileThatChangesWhileTheProgramRunsIsPutRight()
     {
         QFETCH(const QByteArray, bytes);
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        directory.write(leadFile, bytes);
-        setModified(directory.filePath(leadFile), QDateTime::currentDateTimeUtc().addSecs(5));
-        storage.save(*library);
-        QVERIFY(!storage.writeError());
-        verifySetAside(directory, bytes, storage.keptFiles());
+        StoreFixture store(three());
+        QVERIFY(store.start());
+        store.write(leadFile, bytes);
+        setModified(store.filePath(leadFile), QDateTime::currentDateTimeUtc().addSecs(5));
+        store.storage.save(store.library);
+        QVERIFY(!store.storage.writeError());
+        verifySetAside(store, bytes, store.storage.keptFiles());
     }
 
     static void fileOfAnotherSizeIsPutRightWhateverItsTime()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, three());
-        const QString path = directory.filePath(leadFile);
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(three());
+        const QString path = store.filePath(leadFile);
         const std::array<timespec, 2> times = timesOf(path);
         // Written into the very file, as a program does that brings the time back afterwards.
         QFile file(path);
         QVERIFY(file.resize(file.size() - 10));
         setTimes(path, times);
-        const QByteArray bytes = directory.read(leadFile);
-        verifySetAside(directory, bytes, save(directory, three(), first.state).keptFiles);
+        const QByteArray bytes = store.read(leadFile);
+        verifySetAside(store, bytes, store.save(three(), first.state).keptFiles);
     }
 
     static void fileThatAnotherOneTookThePlaceOfIsLookedInto()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, three());
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(three());
         // Of the same size and with the same time, but another file.
         const QByteArray other = patchBytes(TestLibraries::patch(QStringLiteral("Deal"), 77, 5));
-        directory.write(QStringLiteral("other"), other);
-        setTimes(directory.filePath(QStringLiteral("other")), timesOf(directory.filePath(leadFile)));
-        QCOMPARE(other.size(), directory.read(leadFile).size());
-        QVERIFY(QFile::remove(directory.filePath(leadFile)));
-        QVERIFY(QFile::rename(directory.filePath(QStringLiteral("other")), directory.filePath(leadFile)));
-        const LibraryWriteResult second = save(directory, three(), first.state);
-        verifySetAside(directory, other, second.keptFiles);
+        store.write(QStringLiteral("other"), other);
+        setTimes(store.filePath(QStringLiteral("other")), timesOf(store.filePath(leadFile)));
+        QCOMPARE(other.size(), store.read(leadFile).size());
+        QVERIFY(QFile::remove(store.filePath(leadFile)));
+        QVERIFY(QFile::rename(store.filePath(QStringLiteral("other")), store.filePath(leadFile)));
+        const LibraryWriteResult second = store.save(three(), first.state);
+        verifySetAside(store, other, second.keptFiles);
     }
 
     static void fileThatIsTouchedStays()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, three());
-        setModified(directory.filePath(leadFile), QDateTime::currentDateTimeUtc().addSecs(5));
-        const auto before = directory.stamps();
-        const LibraryWriteResult second = save(directory, three(), first.state);
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(three());
+        setModified(store.filePath(leadFile), QDateTime::currentDateTimeUtc().addSecs(5));
+        const auto before = store.stamps();
+        const LibraryWriteResult second = store.save(three(), first.state);
         QVERIFY(!second.hasError() && second.keptFiles.isEmpty());
         QCOMPARE(second.written, 0);
-        QCOMPARE(directory.stamps().value(leadFile), before.value(leadFile));
+        QCOMPARE(store.stamps().value(leadFile), before.value(leadFile));
     }
 
     static void fileThatHoldsThePatchIsTakenAsItIs_data()
@@ -196,120 +184,111 @@ private Q_SLOTS:
     static void fileThatHoldsThePatchIsTakenAsItIs()
     {
         QFETCH(const QByteArray, bytes);
-        const LibraryDirectory directory;
-        directory.write(leadFile, bytes);
-        const LibraryWriteResult result = save(directory, {{lead()}, std::nullopt});
+        StoreFixture store;
+        store.write(leadFile, bytes);
+        const LibraryWriteResult result = store.save({{lead()}, std::nullopt});
         QVERIFY(!result.hasError() && result.keptFiles.isEmpty());
         QCOMPARE(result.written, 0);
-        QCOMPARE(directory.read(leadFile), bytes);
+        QCOMPARE(store.read(leadFile), bytes);
     }
 
     static void fileThatMayNotBeReadMakesRoom()
     {
-        const LibraryDirectory directory;
-        directory.write(leadFile, patchBytes(lead()));
-        std::ignore = ::chown(QFile::encodeName(directory.filePath(leadFile)).constData(), 65534, gid_t(-1));
-        const OrdinaryUser user(directory, 0755);
-        QVERIFY(QFile::setPermissions(directory.filePath(leadFile), {}));
-        const LibraryWriteResult result = save(directory, {{lead()}, std::nullopt});
+        StoreFixture store;
+        store.write(leadFile, patchBytes(lead()));
+        std::ignore = ::chown(QFile::encodeName(store.filePath(leadFile)).constData(), 65534, gid_t(-1));
+        const OrdinaryUser user(store, 0755);
+        QVERIFY(QFile::setPermissions(store.filePath(leadFile), {}));
+        const LibraryWriteResult result = store.save({{lead()}, std::nullopt});
         QVERIFY(!result.hasError());
         // The new file can be read, and the other one is there still.
-        QCOMPARE(directory.read(leadFile), patchBytes(lead()));
-        QVERIFY(directory.has(LibraryFileNames::damagedFile(42, 0)));
+        QCOMPARE(store.read(leadFile), patchBytes(lead()));
+        QVERIFY(store.has(LibraryFileNames::damagedFile(42, 0)));
     }
 
     static void linkInThePlaceOfTheFileIsSetAside()
     {
-        const LibraryDirectory directory;
-        const QString outside = directory.parentPath() + QStringLiteral("/outside.prst");
+        StoreFixture store;
+        const QString outside = store.parentPath() + QStringLiteral("/outside.prst");
         QVERIFY(QFile(outside).open(QIODevice::WriteOnly));
-        QVERIFY(QFile::link(outside, directory.filePath(leadFile)));
-        const LibraryWriteResult result = save(directory, {{lead()}, std::nullopt});
+        QVERIFY(QFile::link(outside, store.filePath(leadFile)));
+        const LibraryWriteResult result = store.save({{lead()}, std::nullopt});
         QVERIFY(!result.hasError());
-        QCOMPARE(directory.read(leadFile), patchBytes(lead()));
-        QVERIFY(!QFileInfo(directory.filePath(leadFile)).isSymLink());
-        QCOMPARE(QFileInfo(directory.filePath(LibraryFileNames::damagedFile(42, 0))).symLinkTarget(), outside);
+        QCOMPARE(store.read(leadFile), patchBytes(lead()));
+        QVERIFY(!QFileInfo(store.filePath(leadFile)).isSymLink());
+        QCOMPARE(QFileInfo(store.filePath(LibraryFileNames::damagedFile(42, 0))).symLinkTarget(), outside);
         QCOMPARE(QFileInfo(outside).size(), 0);
     }
 
     static void listUnderThePatchsNameIsDamagedAndItsEntryIsKept()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        const QByteArray text = directory.read(LibraryFileNames::libraryFile());
+        StoreFixture store(three());
+        const QByteArray text = store.read(libraryFile);
         const QByteArray list =
             TestRecords::fileBytes({lead().records->patchData, TestRecords::patch(QStringLiteral("x"), 7)});
-        directory.write(leadFile, list);
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        QCOMPARE(storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
-        QVERIFY(storage.droppedProblems().first().contains(QStringLiteral("a list of 2 patches")));
-        storage.save(*library);
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(directory.read(datedCopies(directory).first()), text);
-        QCOMPARE(directory.read(leadFile), list);
+        store.write(leadFile, list);
+        QVERIFY(store.start());
+        QCOMPARE(store.storage.droppedPatches(), QStringList{QStringLiteral("Lead")});
+        QVERIFY(store.storage.droppedProblems().first().contains(QStringLiteral("a list of 2 patches")));
+        store.storage.save(store.library);
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(store.read(store.datedCopies().first()), text);
+        QCOMPARE(store.read(leadFile), list);
 
         // The patch is imported again.
-        library->append(lead(), false, false);
-        storage.save(*library);
-        verifySetAside(directory, list, storage.keptFiles());
-        QVERIFY(!storage.writeError());
+        store.library.append(lead(), false, false);
+        store.storage.save(store.library);
+        verifySetAside(store, list, store.storage.keptFiles());
+        QVERIFY(!store.storage.writeError());
     }
 
     static void movingTheLibraryLooksIntoFilesThatAreThere_data() { addOtherBytes(); }
     static void movingTheLibraryLooksIntoFilesThatAreThere()
     {
         QFETCH(const QByteArray, bytes);
-        const LibraryDirectory former;
-        const LibraryDirectory directory;
-        directory.write(leadFile, bytes);
-        LibraryStorageManager storage(former.path());
-        const VelgorLibrary library(three().patches, three().defaultPatch);
-        storage.save(library);
-        QVERIFY(moveLibrary(storage, directory.path(), library));
-        QVERIFY(!storage.writeError());
-        verifySetAside(directory, bytes, storage.keptFiles());
-        QVERIFY(areIdentical(loaded(directory), three().patches));
+        StoreFixture former(StoreFixture::never, three());
+        const StoreFixture store;
+        store.write(leadFile, bytes);
+        former.storage.save(former.library);
+        QVERIFY(former.move(store.path()));
+        QVERIFY(!former.storage.writeError());
+        verifySetAside(store, bytes, former.storage.keptFiles());
+        QVERIFY(store.holds(three().patches));
     }
 
     static void directoryThatCannotBeListedIsNoExcuse()
     {
-        const LibraryDirectory directory(QStringLiteral("my library"));
-        directory.write(leadFile, "damaged");
-        const LibraryWriteResult result = save(directory, {{lead()}, std::nullopt});
-        verifySetAside(directory, "damaged", result.keptFiles);
+        StoreFixture store(LibraryDirectory(QStringLiteral("my library")));
+        store.write(leadFile, "damaged");
+        const LibraryWriteResult result = store.save({{lead()}, std::nullopt});
+        verifySetAside(store, "damaged", result.keptFiles);
     }
 
     static void preparedFileGoesBeforeTheOneInItsPlace()
     {
         // A save was killed when the library file was written and the foreign file still stood in the patch's place.
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QString prepared = TemporaryFiles::prefix() + QStringLiteral("1");
         const QByteArray foreign = patchBytes(TestLibraries::patch(QStringLiteral("Other"), 77, 5));
-        directory.write(LibraryFileNames::libraryFile(), LibraryJson::encode({{lead()}, std::nullopt}));
-        directory.write(leadFile, foreign);
-        directory.write(prepared, patchBytes(lead()));
-        directory.write(
-            LibraryFileNames::journalFile(), LibraryJournal{.staged = {{42, prepared}}, .removed = {}}.encode());
-        LibraryStorageManager storage(directory.path());
-        const auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        QVERIFY(areIdentical(library->patches(), {lead()}));
-        storage.sweepLeftovers();
-        QCOMPARE(directory.read(leadFile), patchBytes(lead()));
-        QCOMPARE(directory.read(LibraryFileNames::damagedFile(42, 0)), foreign);
-        QVERIFY(!directory.has(prepared) && !directory.has(LibraryFileNames::journalFile()));
+        store.write(libraryFile, LibraryJson::encode({{lead()}, std::nullopt}));
+        store.write(leadFile, foreign);
+        store.write(prepared, patchBytes(lead()));
+        store.write(journalFile, LibraryJournal{.staged = {{42, prepared}}, .removed = {}}.encode());
+        QVERIFY(store.start());
+        QVERIFY(areIdentical(store.library.patches(), {lead()}));
+        store.storage.sweepLeftovers();
+        QCOMPARE(store.read(leadFile), patchBytes(lead()));
+        QCOMPARE(store.read(LibraryFileNames::damagedFile(42, 0)), foreign);
+        QVERIFY(!store.has(prepared) && !store.has(journalFile));
     }
 
     static void patchWithoutPresetDataTakesTheFileThatIsThere()
     {
-        const LibraryDirectory directory;
-        directory.write(leadFile, "whatever");
-        const LibraryWriteResult result =
-            save(directory, {{TestPatches::stored(42, QStringLiteral("Lead"))}, std::nullopt});
+        StoreFixture store;
+        store.write(leadFile, "whatever");
+        const LibraryWriteResult result = store.save({{TestPatches::stored(42, QStringLiteral("Lead"))}, std::nullopt});
         QVERIFY(!result.hasError() && result.keptFiles.isEmpty());
-        QCOMPARE(directory.read(leadFile), QByteArray("whatever"));
+        QCOMPARE(store.read(leadFile), QByteArray("whatever"));
     }
 };
 

@@ -1,90 +1,87 @@
-#include "DiagnosticRecorder.h"
-#include "StoredThree.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QTest>
 
 #include <sys/stat.h>
 
-using namespace StoredThree;
+using namespace TestLibraries;
+
+namespace {
+
+const LibraryWriteState mustKeep{.filesToKeep = {QStringLiteral("velgorlibrary.json")}};
+
+} // namespace
 
 class TestWriterKeepsFiles : public QObject {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticRecorder> m_lines;
-
 private Q_SLOTS:
-    void init() { m_lines = std::make_unique<DiagnosticRecorder>(); }
-    void cleanup() { m_lines.reset(); }
-
     void undecodableLibraryFileIsKeptBeforeItIsOverwritten()
     {
-        const LibraryDirectory directory;
-        directory.write(libraryFile, "{\"patches\":[garbled");
-        const LibraryWriteResult result = save(directory, three(), stateAfter(load(directory)));
+        StoreFixture store;
+        store.write(libraryFile, "{\"patches\":[garbled");
+        const LibraryWriteResult result = store.save(three(), store.load().writeState);
         QVERIFY(!result.hasError());
-        const QStringList kept = datedCopies(directory);
+        const QStringList kept = store.datedCopies();
         QCOMPARE(kept.size(), 1);
-        QCOMPARE(result.keptFiles, QStringList{directory.filePath(kept.first())});
-        QCOMPARE(directory.read(kept.first()), QByteArray("{\"patches\":[garbled"));
-        QVERIFY(areIdentical(loaded(directory), three().patches));
-        const LibraryWriteResult second = save(directory, three(), result.state);
+        QCOMPARE(result.keptFiles, QStringList{store.filePath(kept.first())});
+        QCOMPARE(store.read(kept.first()), QByteArray("{\"patches\":[garbled"));
+        QVERIFY(store.holds(three().patches));
+        const LibraryWriteResult second = store.save(three(), result.state);
         QCOMPARE(second.keptFiles, QStringList());
-        QCOMPARE(datedCopies(directory), kept);
+        QCOMPARE(store.datedCopies(), kept);
     }
 
     void droppedPatchKeepsTheOldLibraryFile()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!save(directory, three()).hasError());
-        QFile::remove(directory.filePath(leadFile));
-        const QByteArray old = directory.read(libraryFile);
-        const LibraryLoadResult result = load(directory);
-        QVERIFY(!save(directory, {result.library->patches, std::nullopt}, stateAfter(result)).hasError());
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(directory.read(datedCopies(directory).first()), old);
+        StoreFixture store(three());
+        QFile::remove(store.filePath(leadFile));
+        const QByteArray old = store.read(libraryFile);
+        const LibraryLoadResult result = store.load();
+        QVERIFY(!store.save({result.library->patches, std::nullopt}, result.writeState).hasError());
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(store.read(store.datedCopies().first()), old);
     }
 
     void sameSecondKeepsBoth()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         for (const char *text : {"first", "second", "third"}) {
-            directory.write(libraryFile, text);
-            QVERIFY(!save(directory, three(), mustKeep).hasError());
+            store.write(libraryFile, text);
+            QVERIFY(!store.save(three(), mustKeep).hasError());
         }
         QList<QByteArray> kept;
-        for (const QString &name : datedCopies(directory)) {
-            kept.append(directory.read(name));
+        for (const QString &name : store.datedCopies()) {
+            kept.append(store.read(name));
         }
         QCOMPARE(kept, (QList<QByteArray>{"first", "second", "third"}));
     }
 
     void twentyKeptFilesStayAndNoneOfTheUsers()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const QString users = QStringLiteral("velgorlibrary-backup.json");
-        directory.write(users, "mine");
+        store.write(users, "mine");
         QStringList old;
         for (int i = 10; i < 32; ++i) {
             old.append(QStringLiteral("velgorlibrary-202001%1T000000-00.json").arg(i));
-            directory.write(old.last(), "old");
+            store.write(old.last(), "old");
         }
-        directory.write(libraryFile, "garbled");
-        QVERIFY(!save(directory, three(), mustKeep).hasError());
-        const QStringList kept = datedCopies(directory);
+        store.write(libraryFile, "garbled");
+        QVERIFY(!store.save(three(), mustKeep).hasError());
+        const QStringList kept = store.datedCopies();
         QCOMPARE(kept.size(), 20);
         QCOMPARE(kept.first(19), old.last(19));
-        QCOMPARE(directory.read(kept.last()), QByteArray("garbled"));
-        QCOMPARE(directory.read(users), QByteArray("mine"));
+        QCOMPARE(store.read(kept.last()), QByteArray("garbled"));
+        QCOMPARE(store.read(users), QByteArray("mine"));
     }
 
     void keptFileThatCannotBeWrittenStopsTheOverwriting()
     {
-        const LibraryDirectory directory;
-        QVERIFY(QDir(directory.path()).mkdir(libraryFile));
-        const LibraryWriteResult result = save(directory, three(), mustKeep);
+        StoreFixture store;
+        QVERIFY(QDir(store.path()).mkdir(libraryFile));
+        const LibraryWriteResult result = store.save(three(), mustKeep);
         QVERIFY(!result.isLibraryFileWritten && !result.state.filesToKeep.isEmpty());
         QCOMPARE(result.written, 3);
     }
@@ -92,45 +89,45 @@ private Q_SLOTS:
     void nothingToKeepIsNoObstacle()
     {
         // The user took the damaged file away after it could not be loaded.
-        const LibraryDirectory directory;
-        const LibraryWriteResult result = save(directory, three(), mustKeep);
+        StoreFixture store;
+        const LibraryWriteResult result = store.save(three(), mustKeep);
         QVERIFY(!result.hasError());
     }
 
     void libraryFileChangedByAnotherProgramIsKept()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, three());
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(three());
         LibraryState others = three();
         others.patches.first().comment = QStringLiteral("theirs");
         const QByteArray text = LibraryJson::encode(others);
-        directory.write(libraryFile, text);
-        const LibraryWriteResult second = save(directory, three(), first.state);
+        store.write(libraryFile, text);
+        const LibraryWriteResult second = store.save(three(), first.state);
         QVERIFY(!second.hasError() && second.wasChangedByOthers);
-        QCOMPARE(datedCopies(directory).size(), 1);
-        QCOMPARE(second.keptFiles, QStringList{directory.filePath(datedCopies(directory).first())});
-        QCOMPARE(directory.read(datedCopies(directory).first()), text);
-        const LibraryWriteResult third = save(directory, three(), second.state);
+        QCOMPARE(store.datedCopies().size(), 1);
+        QCOMPARE(second.keptFiles, QStringList{store.filePath(store.datedCopies().first())});
+        QCOMPARE(store.read(store.datedCopies().first()), text);
+        const LibraryWriteResult third = store.save(three(), second.state);
         QVERIFY(!third.wasChangedByOthers && third.keptFiles.isEmpty());
     }
 
     void libraryFileThatAppearedSinceLoadingIsKept()
     {
-        const LibraryDirectory directory;
-        const LibraryLoadResult result = load(directory);
+        StoreFixture store;
+        const LibraryLoadResult result = store.load();
         const QByteArray text = LibraryJson::encode(one(QStringLiteral("Theirs")));
-        directory.write(libraryFile, text);
-        QVERIFY(save(directory, three(), stateAfter(result)).wasChangedByOthers);
-        QCOMPARE(directory.read(datedCopies(directory).first()), text);
+        store.write(libraryFile, text);
+        QVERIFY(store.save(three(), result.writeState).wasChangedByOthers);
+        QCOMPARE(store.read(store.datedCopies().first()), text);
     }
 
     void touchedLibraryFileIsNotKept()
     {
-        const LibraryDirectory directory;
-        const LibraryWriteResult first = save(directory, three());
-        directory.write(libraryFile, directory.read(libraryFile));
-        QVERIFY(!save(directory, three(), first.state).wasChangedByOthers);
-        QCOMPARE(directory.files(), threeFiles);
+        StoreFixture store;
+        const LibraryWriteResult first = store.save(three());
+        store.write(libraryFile, store.read(libraryFile));
+        QVERIFY(!store.save(three(), first.state).wasChangedByOthers);
+        QCOMPARE(store.files(), threeFiles);
     }
 };
 

@@ -9,20 +9,22 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <memory>
+
 #include <sys/stat.h>
 
-/// A library directory in a place of its own, gone with the object. Its path needs no percent-encoding unless `name`
-/// does.
+/// A library directory in a place of its own, gone with the object and its copies. Its path needs no percent-encoding
+/// unless `name` does.
 class LibraryDirectory {
 public:
     explicit LibraryDirectory(const QString &name = QStringLiteral("library"))
-        : m_path(m_parent.filePath(name))
+        : m_path(m_parent->filePath(name))
     {
         QDir().mkpath(m_path);
     }
 
     [[nodiscard]] QString path() const { return m_path; }
-    [[nodiscard]] QString parentPath() const { return m_parent.path(); }
+    [[nodiscard]] QString parentPath() const { return m_parent->path(); }
     [[nodiscard]] QString filePath(const QString &name) const { return m_path + u'/' + name; }
     [[nodiscard]] bool has(const QString &name) const
     {
@@ -82,6 +84,7 @@ public:
 
 private:
     /// Not named for the program, whose name may hold a space.
-    QTemporaryDir m_parent{QDir::tempPath() + QStringLiteral("/velgor-XXXXXX")};
+    std::shared_ptr<QTemporaryDir> m_parent =
+        std::make_shared<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/velgor-XXXXXX"));
     QString m_path;
 };

@@ -3,14 +3,23 @@
 #include "LibraryDirectory.h"
 #include "LibraryFileNames.h"
 #include "LibraryJson.h"
-#include "LibraryLoader.h"
-#include "LibraryWriter.h"
 #include "TestPatches.h"
 
 #include <algorithm>
 
-/// Stored libraries for tests.
+/// Libraries that can be stored, for tests, and the names of their files.
 namespace TestLibraries {
+
+inline const QString libraryFile = LibraryFileNames::libraryFile();
+inline const QString libraryCopy = LibraryFileNames::libraryCopy();
+inline const QString journalFile = LibraryFileNames::journalFile();
+/// That of the first of three().
+inline const QString leadFile = QStringLiteral("lib-Lead.42.prst");
+
+inline QString fileOf(const VelgorPatch &patch)
+{
+    return LibraryFileNames::patchFile(patch.name, patch.id());
+}
 
 /// A patch with the records that a file of this patch alone holds, so that it is the same after it was stored.
 inline VelgorPatch patch(const QString &name, quint64 id, int seed = 1, const SUserIR &userIR = {})
@@ -40,6 +49,17 @@ inline LibraryState three()
         43};
 }
 
+inline const QStringList threeFiles{
+    QStringLiteral("lib-A$B.43.prst"), QStringLiteral("lib-Clean.44.prst"), leadFile, libraryFile};
+
+/// The same, with ids as an import gives them and without a default.
+inline LibraryState importedThree()
+{
+    return {
+        {imported(QStringLiteral("Lead"), 1), imported(QStringLiteral("A/B"), 2), imported(QStringLiteral("Clean"), 3)},
+        std::nullopt};
+}
+
 inline LibraryState one(const QString &name)
 {
     return {{patch(name, 42)}, std::nullopt};
@@ -51,79 +71,9 @@ inline QByteArray patchBytes(const VelgorPatch &patch)
     return TestRecords::fileBytes({patch.records->patchData}, {patch.records->userIRData});
 }
 
-/// What a program remembers that has just read or written the library file.
-inline LibraryWriteState stateOf(const LibraryDirectory &directory)
-{
-    const QString path = directory.filePath(LibraryFileNames::libraryFile());
-    // A pipe would be waited for.
-    const bool isFile = QFileInfo(path).isFile();
-    std::optional<FileContentStamp> stamp = FileContentStamp::of(path);
-    if (stamp) {
-        stamp->setBytes(isFile ? directory.read(LibraryFileNames::libraryFile()) : QByteArray());
-    }
-    return {.libraryFile = stamp};
-}
-
-inline LibraryWriteResult save(const LibraryDirectory &directory, const LibraryState &content,
-    const std::optional<LibraryWriteState> &state = std::nullopt)
-{
-    return LibraryWriter(directory.path(), state.value_or(stateOf(directory))).save(content);
-}
-
-/// Saves the library of the directory without these patches.
-inline LibraryWriteResult remove(const LibraryDirectory &directory, const QList<quint64> &ids)
-{
-    const LibraryLoadResult before = LibraryLoader(directory.path()).load();
-    LibraryState content;
-    if (before.library) {
-        content.patches = before.library->patches;
-    }
-    content.patches.removeIf([&ids](const VelgorPatch &patch) { return ids.contains(patch.id()); });
-    LibraryWriteState state = stateOf(directory);
-    state.idsToRemove = ids;
-    return LibraryWriter(directory.path(), state).save(content);
-}
-
-/// Starts as a program does that alone uses the directory: loads, and sweeps what was left.
-inline void sweep(const LibraryDirectory &directory)
-{
-    LibrarySweeper(directory.path(), LibraryLoader(directory.path()).load().leftovers).sweep();
-}
-
-inline LibraryLoadResult load(const LibraryDirectory &directory)
-{
-    return LibraryLoader(directory.path()).load();
-}
-
-/// The patches that loading gives.
-inline QList<VelgorPatch> loaded(const LibraryDirectory &directory)
-{
-    const LibraryLoadResult result = load(directory);
-    return result.library ? result.library->patches : QList<VelgorPatch>();
-}
-
-inline QStringList loadedNames(const LibraryDirectory &directory)
-{
-    return TestPatches::names(loaded(directory));
-}
-
 inline bool areIdentical(const QList<VelgorPatch> &a, const QList<VelgorPatch> &b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), TestPatches::isIdentical);
-}
-
-/// The files kept under a dated name.
-inline QStringList datedCopies(const LibraryDirectory &directory)
-{
-    QStringList names = directory.files();
-    names.removeIf([](const QString &name) { return !LibraryFileNames::isDatedCopy(name); });
-    return names;
-}
-
-/// What the loader remembers for the save that follows it.
-inline LibraryWriteState stateAfter(const LibraryLoadResult &result)
-{
-    return result.writeState;
 }
 
 } // namespace TestLibraries

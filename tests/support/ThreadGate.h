@@ -9,12 +9,12 @@
 #include <mutex>
 #include <thread>
 
-/// Holds every other thread that prints a certain diagnostic line, by default the first of a save. Collects all lines.
+/// Holds every other thread that prints a certain diagnostic line. Collects all lines. Nothing is to be printed on the
+/// own thread meanwhile, as no line is printed beside another.
 class ThreadGate {
 public:
     /// A thread is held until open(), but no longer than `longest`.
-    explicit ThreadGate(
-        std::chrono::milliseconds longest, const QString &held = QStringLiteral("Saving in progress..."))
+    ThreadGate(std::chrono::milliseconds longest, const QString &held)
         : m_longest(longest)
         , m_held(held)
         , m_owner(std::this_thread::get_id())

@@ -1,21 +1,18 @@
 #pragma once
 
+#include "DeskFixture.h"
 #include "LookTokens.h"
 #include "RecordingCallbacks.h"
 #include "ShownWidgets.h"
-#include "TestPatches.h"
 #include "VelgorPatchDetailView.h"
 
-#include <QCoreApplication>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
 /// The detail column of a library with two patches, "Lead" and "Solo", of which the first is selected.
-struct DetailFixture {
+struct DetailFixture : DeskFixture {
     explicit DetailFixture(const QList<VelgorPatch> &patches = twoPatches())
-        : library(patches, std::nullopt)
-        , callbacks(library, content)
-        , view(library, content, callbacks)
+        : DeskFixture(patches)
     {
         applyLook(false);
         library.setSelection(patches.isEmpty() ? std::nullopt : std::optional(patches.first().id()));
@@ -29,24 +26,13 @@ struct DetailFixture {
         return {TestPatches::imported(QStringLiteral("Lead"), 1), TestPatches::imported(QStringLiteral("Solo"), 2)};
     }
 
-    /// Lets what was put off happen, layouts included: a layout may ask for another one.
-    static void settle()
-    {
-        constexpr int rounds = 5;
-        for (int i = 0; i < rounds; ++i) {
-            QCoreApplication::sendPostedEvents();
-            QCoreApplication::processEvents();
-        }
-    }
-
     [[nodiscard]] const VelgorPatch &patch(qsizetype row = 0) const { return library.patches().at(row); }
-    void select(qsizetype row) { library.setSelection(patch(row).id()); }
     void changeElsewhere(const QString &name, const QString &comment)
     {
-        VelgorPatch changed = patch();
-        changed.name = name;
-        changed.comment = comment;
-        library.update(changed);
+        edit(idOf(0), [&](VelgorPatch &changed) {
+            changed.name = name;
+            changed.comment = comment;
+        });
     }
 
     [[nodiscard]] QLineEdit *name() const { return ShownWidgets::named<QLineEdit>(view, QStringLiteral("Name")); }
@@ -55,8 +41,6 @@ struct DetailFixture {
         return ShownWidgets::named<QPlainTextEdit>(view, QStringLiteral("Comment"));
     }
 
-    VelgorLibrary library;
-    VelgorContent content;
-    RecordingCallbacks callbacks;
-    VelgorPatchDetailView view;
+    RecordingCallbacks callbacks{library, content};
+    VelgorPatchDetailView view{library, content, callbacks};
 };

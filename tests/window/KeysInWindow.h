@@ -11,11 +11,6 @@ namespace KeysInWindow {
 
 using namespace ShownWidgets;
 
-inline QLineEdit *field(const WindowFixture &window, const char *name)
-{
-    return named<QLineEdit>(*window.window, QLatin1String(name));
-}
-
 /// Each key goes to whatever has the focus.
 inline void type(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {

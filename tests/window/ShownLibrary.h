@@ -1,14 +1,9 @@
 #pragma once
 
-#include "EditHistory.h"
-#include "FakeLibraryStorage.h"
-#include "LibraryEditor.h"
+#include "DeskFixture.h"
 #include "LibraryListModel.h"
 #include "PatchPayload.h"
 #include "PatchRoles.h"
-#include "TestPatches.h"
-#include "VelgorContent.h"
-#include "VelgorLibrary.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
@@ -28,13 +23,8 @@ inline VelgorPatch patch(const QString &name, bool isSolo = false)
 }
 
 /// A model under a tester, and the patch ids that persistent indexes are to follow.
-struct Shown {
-    VelgorLibrary library;
-    FakeLibraryStorage storage;
-    VelgorContent content;
-    EditHistory history{library, content, storage};
-    LibraryEditor editor{library, content, history};
-    LibraryListModel model{library, editor};
+struct Shown : DeskFixture {
+    LibraryListModel model{library, libraryEditor};
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     QSignalSpy resets{&model, &QAbstractItemModel::modelReset};
     QSignalSpy layouts{&model, &QAbstractItemModel::layoutChanged};
@@ -46,8 +36,8 @@ struct Shown {
     explicit Shown(const QString &names = {})
     {
         QList<VelgorPatch> patches;
-        for (const QString &name : names.split(u' ', Qt::SkipEmptyParts)) {
-            patches.append(patch(name));
+        for (const QString &name : wordsOf(names)) {
+            patches.append(ShownLibrary::patch(name));
         }
         library.appendNew(patches);
         forget();
@@ -66,7 +56,6 @@ struct Shown {
         }
         return names.join(u' ');
     }
-    [[nodiscard]] quint64 idOf(qsizetype row) const { return library.patches().at(row).id(); }
     /// Signals since forget(), as "reset layout insert remove move change".
     [[nodiscard]] QString signalCounts() const
     {
@@ -88,9 +77,7 @@ inline LibraryViewFilter named(const QString &name)
 
 inline void edit(Shown &shown, qsizetype row, const std::function<void(VelgorPatch &)> &change)
 {
-    VelgorPatch patch = shown.library.patches().at(row);
-    change(patch);
-    shown.library.update(patch);
+    shown.edit(shown.idOf(row), change);
 }
 
 } // namespace ShownLibrary

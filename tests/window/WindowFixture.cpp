@@ -4,28 +4,20 @@
 #include "LibraryContentMainView.h"
 #include "PatchRoles.h"
 #include "ShownWidgets.h"
-#include "TestLibraries.h"
+#include "UserFiles.h"
 #include "VelgorContentView.h"
 #include "VelgorLibraryView.h"
 #include "VelgorStyle.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QStatusBar>
 
 namespace {
-
-std::unique_ptr<QSettings> preferencesFor(const LibraryDirectory &directory)
-{
-    auto store =
-        std::make_unique<QSettings>(directory.parentPath() + QStringLiteral("/preferences.ini"), QSettings::IniFormat);
-    store->setValue(QStringLiteral("libraryDirectory"), directory.path());
-    return store;
-}
 
 int seedOf(const QString &name)
 {
@@ -53,18 +45,10 @@ QAction *entryIn(const QList<QAction *> &actions, const QString &text)
 } // namespace
 
 WindowFixture::WindowFixture(const LibraryDirectory &directory, std::chrono::milliseconds savePeriod)
-    : preferences(preferencesFor(directory))
-    , storage(preferences, savePeriod)
-    , calls(storage)
-    , state(directory.parentPath() + QStringLiteral("/state.ini"))
-    , files(userFiles, &dialogs)
-    , history(library, content, calls)
-    , libraryEditor(library, content, history)
-    , contentEditor(library, content, history)
-    , contentFiles(content, files, history)
+    : DeskFixture(directory, savePeriod, std::make_unique<UserFiles>())
+    , state(parentPath() + QStringLiteral("/state.ini"))
     , desk{library, content, storage, preferences, {libraryEditor, contentEditor, contentFiles},
           [this] { return std::make_unique<LibraryCheck>(library, storage, history); }}
-    , m_parentPath(directory.parentPath())
 {
     if (!qobject_cast<VelgorStyle *>(QApplication::style())) {
         QApplication::setStyle(new VelgorStyle);
@@ -77,16 +61,15 @@ WindowFixture::~WindowFixture() = default;
 
 std::unique_ptr<WindowFixture> WindowFixture::shown(const QString &patches, const QString &slots)
 {
-    auto directory = std::make_unique<const LibraryDirectory>();
     LibraryState stored;
-    for (const QString &name : patches.split(u' ', Qt::SkipEmptyParts)) {
+    for (const QString &name : wordsOf(patches)) {
         stored.patches.append(patch(name));
     }
+    auto fixture = std::make_unique<WindowFixture>(LibraryDirectory());
     if (!stored.patches.isEmpty()) {
-        TestLibraries::save(*directory, stored);
+        fixture->save(stored);
+        fixture->lines.take();
     }
-    auto fixture = std::make_unique<WindowFixture>(*directory);
-    fixture->ownDirectory = std::move(directory);
     if (!fixture->open()) {
         return nullptr;
     }
@@ -106,15 +89,6 @@ bool WindowFixture::open()
     return isShown;
 }
 
-void WindowFixture::settle()
-{
-    constexpr int rounds = 5;
-    for (int i = 0; i < rounds; ++i) {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-    }
-}
-
 VelgorPatch WindowFixture::patch(const QString &name, const QByteArray &version)
 {
     const auto file =
@@ -131,7 +105,7 @@ QString WindowFixture::presetFile(const QString &file, const QString &patches) c
     for (const QString &name : patches.split(u' ')) {
         records.append(patch(name).records->patchData);
     }
-    const QString path = m_parentPath + u'/' + file;
+    const QString path = parentPath() + u'/' + file;
     const QByteArray bytes = TestRecords::fileBytes(records);
     QFile target(path);
     if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size()) {
@@ -219,6 +193,16 @@ QString WindowFixture::libraryStatus() const
 QAbstractButton *WindowFixture::button(const QString &name) const
 {
     return ShownWidgets::named<QAbstractButton>(*window, name);
+}
+
+QLineEdit *WindowFixture::field(const char *name) const
+{
+    return ShownWidgets::named<QLineEdit>(*window, QLatin1String(name));
+}
+
+QString WindowFixture::labelOf(const QString &name) const
+{
+    return button(name)->text();
 }
 
 bool WindowFixture::isEnabled(const QString &name) const

@@ -1,40 +1,24 @@
 #pragma once
 
-#include "ContentEditor.h"
-#include "ContentFiles.h"
 #include "ContentListView.h"
 #include "ContentView.h"
 #include "Desk.h"
-#include "DiagnosticRecorder.h"
-#include "EditHistory.h"
-#include "FakeFiles.h"
-#include "LibraryDirectory.h"
-#include "LibraryEditor.h"
-#include "LibraryJson.h"
+#include "DeskFixture.h"
 #include "LibraryListView.h"
-#include "LibraryManagerPreferences.h"
-#include "LibraryStorageManager.h"
-#include "PatchFileHandler.h"
-#include "RecordingStorage.h"
 #include "SystemColorScheme.h"
-#include "UserFiles.h"
-#include "VelgorContent.h"
-#include "VelgorLibrary.h"
 #include "WindowState.h"
 
 #include <memory>
 
 class QAbstractButton;
-class QDropEvent;
+class QLineEdit;
 class QMessageBox;
-class QMimeData;
 
 /// The real window over a real library directory, put together as the application does it. Files are chosen without
 /// a dialog, and what is remembered from one run to the next lies beside the library.
-struct WindowFixture {
+struct WindowFixture : DeskFixture {
     /// A window that is not shown yet. `directory` may be missing.
-    explicit WindowFixture(
-        const LibraryDirectory &directory, std::chrono::milliseconds savePeriod = std::chrono::hours(1));
+    explicit WindowFixture(const LibraryDirectory &directory, std::chrono::milliseconds savePeriod = never);
     ~WindowFixture();
     Q_DISABLE_COPY_MOVE(WindowFixture)
 
@@ -44,9 +28,6 @@ struct WindowFixture {
 
     /// Shows the window and waits until the library is there and the window has the focus.
     [[nodiscard]] bool open();
-    /// Lets what was put off happen.
-    static void settle();
-
     static VelgorPatch patch(const QString &name, const QByteArray &version = "V1.20");
     /// A preset file beside the library.
     [[nodiscard]] QString presetFile(const QString &file, const QString &patches) const;
@@ -64,6 +45,8 @@ struct WindowFixture {
     /// What the line at the lower edge says first, and what it says of the library.
     [[nodiscard]] QString status() const;
     [[nodiscard]] QString libraryStatus() const;
+    [[nodiscard]] QLineEdit *field(const char *name) const;
+    [[nodiscard]] QString labelOf(const QString &button) const;
     /// False when there is no such button or it is disabled.
     [[nodiscard]] bool press(const QString &button) const;
     [[nodiscard]] bool isEnabled(const QString &button) const;
@@ -81,21 +64,7 @@ struct WindowFixture {
     /// Presses a button of the message that is shown. False when there is none.
     [[nodiscard]] bool answer(const QString &button) const;
 
-    std::unique_ptr<const LibraryDirectory> ownDirectory; ///< of shown() alone
-    LibraryManagerPreferences preferences;
-    DiagnosticRecorder recorder;
-    LibraryStorageManager storage;
-    RecordingStorage calls;
-    VelgorLibrary library;
-    VelgorContent content;
     WindowState state;
-    UserFiles userFiles;
-    FakeFileDialogs dialogs;
-    PatchFileHandler files;
-    EditHistory history;
-    LibraryEditor libraryEditor;
-    ContentEditor contentEditor;
-    ContentFiles contentFiles;
     Desk desk;
     SystemColorScheme systemColorScheme;
     std::unique_ptr<ContentView> window;
@@ -103,6 +72,4 @@ struct WindowFixture {
 private:
     [[nodiscard]] QMessageBox *box() const;
     [[nodiscard]] QAbstractButton *button(const QString &name) const;
-
-    QString m_parentPath;
 };

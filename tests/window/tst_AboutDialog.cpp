@@ -45,7 +45,7 @@ private Q_SLOTS:
         const QStringList said = labels(*dialog());
         QVERIFY(said.contains(QStringLiteral("Version ") + ProgramVersion::text()));
         QVERIFY(said.contains(QString::fromLatin1(qVersion())));
-        QVERIFY(said.contains(m_window->ownDirectory->path()));
+        QVERIFY(said.contains(m_window->path()));
         QVERIFY(said.contains(QStringLiteral("2 patches")));
     }
 
@@ -75,7 +75,7 @@ private Q_SLOTS:
         const QStringList begins{QStringLiteral("Program: velgor ") + ProgramVersion::text(),
             QStringLiteral("Qt: ") + QString::fromLatin1(qVersion()), QStringLiteral("System: "),
             QStringLiteral("Desktop: offscreen"), QStringLiteral("Style: "), QStringLiteral("Screen: 800 x 800, "),
-            QStringLiteral("Library: ") + m_window->ownDirectory->path(), QStringLiteral("Patches in it: 2"),
+            QStringLiteral("Library: ") + m_window->path(), QStringLiteral("Patches in it: 2"),
             QStringLiteral("Last messages of this run: %1").arg(lines.size() - 9)};
         for (qsizetype i = 0; i < begins.size(); ++i) {
             QVERIFY2(lines.at(i).startsWith(begins.at(i)), qPrintable(lines.at(i)));

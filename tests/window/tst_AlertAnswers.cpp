@@ -62,7 +62,7 @@ private Q_SLOTS:
         QVERIFY(box && QTest::qWaitForWindowActive(box));
         buttonOf(*box, QStringLiteral("OK"))->setFocus(Qt::TabFocusReason);
         QTest::keyClick(box->focusWidget(), Qt::Key_Return);
-        QTRY_VERIFY(window.desk.files.files.contains(QStringLiteral("out")));
+        QTRY_VERIFY(window.desk.memory.files.contains(QStringLiteral("out")));
     }
 
     void aLetterPressesAButtonOnlyWithAlt()
@@ -125,7 +125,7 @@ private Q_SLOTS:
         }
         QTest::qWait(1);
         QCOMPARE(window.desk.dialogs.asked, QStringList());
-        QVERIFY(window.desk.files.files.isEmpty());
+        QVERIFY(window.desk.memory.files.isEmpty());
         QVERIFY(!window.desk.content.saveError());
         QVERIFY(shownBoxes().isEmpty());
     }
@@ -137,8 +137,8 @@ private Q_SLOTS:
         window.desk.dialogs.answer = QStringLiteral("out");
         window.alerts->confirmExport();
         press(QStringLiteral("OK"));
-        QTRY_VERIFY(window.desk.files.files.contains(QStringLiteral("out")));
-        QCOMPARE(SPresetFile::fromData(window.desk.files.files.value(QStringLiteral("out")))->patches.size(), 2);
+        QTRY_VERIFY(window.desk.memory.files.contains(QStringLiteral("out")));
+        QCOMPARE(SPresetFile::fromData(window.desk.memory.files.value(QStringLiteral("out")))->patches.size(), 2);
         QTest::qWait(1);
         QVERIFY(shownBoxes().isEmpty());
     }
@@ -163,7 +163,7 @@ private Q_SLOTS:
         Window window;
         window.desk.fillContent(QStringLiteral("x"));
         window.desk.dialogs.answer = QStringLiteral("out");
-        window.desk.files.writeError = QStringLiteral("disk full");
+        window.desk.memory.writeError = QStringLiteral("disk full");
         window.alerts->confirmExport();
         press(QStringLiteral("OK"));
         QTRY_COMPARE(shownTitle(), QStringLiteral("Could not export file"));

@@ -42,7 +42,7 @@ private Q_SLOTS:
     void importFillsTheList()
     {
         Window window;
-        window.desk.files.files.insert(
+        window.desk.memory.files.insert(
             QStringLiteral("in"), TestRecords::fileBytes({TestRecords::patch(QStringLiteral("Lead"))}));
         window.desk.dialogs.answer = QStringLiteral("in");
         window.action(CommandId::Import).trigger();
@@ -57,7 +57,7 @@ private Q_SLOTS:
         window.desk.dialogs.answer = QStringLiteral("out");
         window.action(CommandId::Export).trigger();
         QCOMPARE(window.tasks.asked, QStringList{QStringLiteral("confirmExport")});
-        QVERIFY(window.desk.files.files.isEmpty());
+        QVERIFY(window.desk.memory.files.isEmpty());
     }
 
     void withoutAListThereIsNothingToExport()
@@ -75,7 +75,7 @@ private Q_SLOTS:
         window.desk.dialogs.answer = QStringLiteral("out");
         window.action(CommandId::ExportOnePatch).trigger();
         QCOMPARE(window.desk.dialogs.asked, QStringList{QStringLiteral("Save patch: B.prst")});
-        const auto file = SPresetFile::fromData(window.desk.files.files.value(QStringLiteral("out")));
+        const auto file = SPresetFile::fromData(window.desk.memory.files.value(QStringLiteral("out")));
         QVERIFY(file && file->patches.size() == 1);
         QCOMPARE(file->patches.first().name, QStringLiteral("B"));
     }
@@ -222,7 +222,7 @@ private Q_SLOTS:
         window.action(CommandId::ShowLibraryFolder).trigger();
         QCOMPARE(window.tasks.asked.join(u';'),
             WebPages::donation().toString() + QStringLiteral(";showGuide;showColumnHelp"));
-        QCOMPARE(opened, QList{QUrl::fromLocalFile(window.desk.directory.path())});
+        QCOMPARE(opened, QList{QUrl::fromLocalFile(window.desk.path())});
     }
 };
 

@@ -103,7 +103,7 @@ private Q_SLOTS:
     void anImportThatFailsIsToldAndChangesNothing()
     {
         const auto window = WindowFixture::shown({}, QStringLiteral("One Two"));
-        window->dialogs.answer = window->ownDirectory->parentPath() + QStringLiteral("/none.prst");
+        window->dialogs.answer = window->parentPath() + QStringLiteral("/none.prst");
         QVERIFY(window->press(QStringLiteral("Import")));
         QCOMPARE(window->message(), QStringLiteral("Could not import file"));
         QVERIFY(window->messageText().contains(QStringLiteral("none.prst")));
@@ -182,7 +182,7 @@ private Q_SLOTS:
         const auto start = [&] {
             return byMenu ? window->choose(QStringLiteral("Export...")) : window->press(QStringLiteral("Export"));
         };
-        const QString path = window->ownDirectory->parentPath() + QStringLiteral("/out.prst");
+        const QString path = window->parentPath() + QStringLiteral("/out.prst");
         window->dialogs.answer = path;
         QVERIFY(start());
         QCOMPARE(window->message(), disclaimer);
@@ -197,7 +197,7 @@ private Q_SLOTS:
     void anExportThatFailsIsTold()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("One Two"));
-        window->dialogs.answer = window->ownDirectory->parentPath() + QStringLiteral("/nowhere/out.prst");
+        window->dialogs.answer = window->parentPath() + QStringLiteral("/nowhere/out.prst");
         QVERIFY(window->press(QStringLiteral("Export")));
         QVERIFY(window->answer(QStringLiteral("OK")));
         QCOMPARE(window->message(), QStringLiteral("Could not export file"));
@@ -212,7 +212,7 @@ private Q_SLOTS:
     void theSelectedLibraryPatchIsExportedAlone()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"), QStringLiteral("One Two"));
-        const QString path = window->ownDirectory->parentPath() + QStringLiteral("/one.prst");
+        const QString path = window->parentPath() + QStringLiteral("/one.prst");
         window->dialogs.answer = path;
         WindowFixture::click(window->libraryList(), 1);
         QVERIFY(window->choose(QStringLiteral("Export One Patch")));

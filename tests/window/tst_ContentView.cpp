@@ -56,7 +56,7 @@ private Q_SLOTS:
         QVERIFY(!window->window->isWindowModified());
         changeList(*window);
         QVERIFY(window->window->isWindowModified());
-        window->dialogs.answer = window->ownDirectory->parentPath() + QStringLiteral("/out.prst");
+        window->dialogs.answer = window->parentPath() + QStringLiteral("/out.prst");
         QVERIFY(window->press(QStringLiteral("Export")));
         QVERIFY(window->answer(QStringLiteral("OK")));
         QCOMPARE(window->window->windowTitle(), QStringLiteral("out.prst[*] - velgor"));
@@ -128,7 +128,7 @@ private Q_SLOTS:
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
         if (isExported) {
             changeList(*window);
-            window->dialogs.answer = window->ownDirectory->parentPath() + QStringLiteral("/out.prst");
+            window->dialogs.answer = window->parentPath() + QStringLiteral("/out.prst");
             QVERIFY(window->press(QStringLiteral("Export")));
             QVERIFY(window->answer(QStringLiteral("OK")));
         }
@@ -151,7 +151,7 @@ private Q_SLOTS:
         auto *name = named<QLineEdit>(*window->window, QStringLiteral("Name"));
         name->selectAll();
         QTest::keyClicks(name, QStringLiteral("Chimes"));
-        QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), QStringLiteral("Lead Bells"));
+        QCOMPARE(window->loadedNames().join(u' '), QStringLiteral("Lead Bells"));
         if (isAsked) {
             changeList(*window);
             QVERIFY(!window->window->close());
@@ -161,19 +161,19 @@ private Q_SLOTS:
         }
         QVERIFY(!window->window->isVisible());
         QVERIFY(!window->storage.hasUnsavedChanges());
-        QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), QStringLiteral("Lead Chimes"));
+        QCOMPARE(window->loadedNames().join(u' '), QStringLiteral("Lead Chimes"));
     }
 
     void closingTellsWhatItKeptOfAnotherProgram()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
-        window->ownDirectory->write(
+        window->write(
             LibraryFileNames::libraryFile(), LibraryJson::encode(TestLibraries::one(QStringLiteral("Other"))));
         WindowFixture::click(window->libraryList(), 0);
         QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
         QVERIFY(!window->window->close());
         QCOMPARE(window->message(), QStringLiteral("The former files of the library are kept"));
-        QVERIFY(window->messageText().contains(TestLibraries::datedCopies(*window->ownDirectory).value(0)));
+        QVERIFY(window->messageText().contains(window->datedCopies().value(0)));
         QVERIFY(window->answer(QStringLiteral("Not Now")));
         QVERIFY(!window->window->isVisible());
     }
@@ -186,7 +186,7 @@ private Q_SLOTS:
         window->window->closeUnasked();
         QVERIFY(!window->window->isVisible());
         QVERIFY(window->storage.saveUnsaved());
-        QCOMPARE(TestLibraries::loaded(*window->ownDirectory).size(), 2);
+        QCOMPARE(window->loaded().size(), 2);
     }
 
     void aLibraryThatCannotBeSavedKeepsTheWindowOpen()
@@ -194,7 +194,7 @@ private Q_SLOTS:
         const auto window = WindowFixture::shown(QStringLiteral("Lead"));
         WindowFixture::click(window->libraryList(), 0);
         QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
-        blockDirectory(*window->ownDirectory);
+        blockDirectory(*window);
         QVERIFY(!window->window->close());
         QCOMPARE(window->message(), notSaved);
         QVERIFY(!window->messageText().isEmpty());
@@ -204,9 +204,9 @@ private Q_SLOTS:
         }
         QVERIFY(window->window->isVisible());
         QCOMPARE(window->libraryStatus(), QStringLiteral("Changes not saved"));
-        unblockDirectory(*window->ownDirectory);
+        unblockDirectory(*window);
         QVERIFY(window->window->close());
-        QCOMPARE(TestLibraries::loaded(*window->ownDirectory).size(), 2);
+        QCOMPARE(window->loaded().size(), 2);
     }
 
     void theWindowCanBeClosedWithoutSaving()
@@ -214,7 +214,7 @@ private Q_SLOTS:
         const auto window = WindowFixture::shown(QStringLiteral("Lead"));
         WindowFixture::click(window->libraryList(), 0);
         QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
-        blockDirectory(*window->ownDirectory);
+        blockDirectory(*window);
         QVERIFY(!window->window->close());
         QVERIFY(window->answer(QStringLiteral("Close without Saving")));
         QVERIFY(!window->window->isVisible());
@@ -222,22 +222,21 @@ private Q_SLOTS:
 
     void aSaveThatFailsIsToldAndOver()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, TestLibraries::three());
-        WindowFixture window(directory, std::chrono::milliseconds(20));
+        StoreFixture store(TestLibraries::three());
+        WindowFixture window(store, std::chrono::milliseconds(20));
         QVERIFY(window.open());
         WindowFixture::click(window.libraryList(), 0);
-        blockDirectory(directory);
+        blockDirectory(store);
         QVERIFY(window.choose(QStringLiteral("Duplicate Patch")));
         QTRY_COMPARE(window.message(), notSaved);
         QVERIFY(window.answer(QStringLiteral("Not Now")));
         QCOMPARE(window.message(), QString());
         QVERIFY(!window.storage.writeError());
         QCOMPARE(window.library.count(), 4);
-        unblockDirectory(directory);
+        unblockDirectory(store);
         QVERIFY(window.choose(QStringLiteral("Duplicate Patch")));
         QTRY_COMPARE(window.libraryStatus(), QStringLiteral("All changes saved"));
-        QCOMPARE(TestLibraries::loaded(directory).size(), 5);
+        QCOMPARE(store.loaded().size(), 5);
     }
 
     void theWindowComesBackAsItWas()
@@ -262,7 +261,7 @@ private Q_SLOTS:
         const auto window = WindowFixture::shown({});
         window->importList(QStringLiteral("A B"));
         QCOMPARE(window->slotNames(), QStringLiteral("A B"));
-        window->window->importFile(window->ownDirectory->filePath(QStringLiteral("none.prst")));
+        window->window->importFile(window->filePath(QStringLiteral("none.prst")));
         QCOMPARE(window->message(), QStringLiteral("Could not import file"));
     }
 
@@ -297,7 +296,7 @@ private Q_SLOTS:
         QUrl shown;
         window->storage.setShowDirectory([&shown](const QUrl &directory) { shown = directory; });
         QVERIFY(window->choose(QStringLiteral("Show library folder")));
-        QCOMPARE(shown.toLocalFile(), window->ownDirectory->path());
+        QCOMPARE(shown.toLocalFile(), window->path());
     }
 };
 

@@ -137,7 +137,7 @@ private Q_SLOTS:
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead Bells A C D"));
         QCOMPARE(window->selectedName(), QStringLiteral("A"));
         QCOMPARE(window->selectedRows(list), QStringLiteral("2"));
-        QVERIFY(window->recorder.lines().contains(QStringLiteral("Select %1").arg(*window->library.selection())));
+        QVERIFY(window->lines.lines().contains(QStringLiteral("Select %1").arg(*window->library.selection())));
         QCOMPARE(window->calls.calls, QStringList{QStringLiteral("delayedSave")});
         QCOMPARE(window->library.order(), TestPatches::ids(window->library.patches()));
         QCOMPARE(window->slotNames(), QStringLiteral("A B C D"));
@@ -166,10 +166,9 @@ private Q_SLOTS:
 
     void aDropThatMixesFirmwareVersionsWarnsAtOnce()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory,
+        StoreFixture store(
             {{WindowFixture::patch(QStringLiteral("Old")), WindowFixture::patch(QStringLiteral("New"), "V1.30")}, {}});
-        WindowFixture window(directory);
+        WindowFixture window(store);
         QVERIFY(window.open());
         window.importList(QStringLiteral("A B"));
         QVERIFY(drop(window.libraryList(), {0}, window.contentList(), pointIn(window.contentList(), 0)));

@@ -98,12 +98,11 @@ private Q_SLOTS:
 
     void theMessageOfMixedVersionsSaysItToo()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory,
+        StoreFixture store(
             {{WindowFixture::patch(QStringLiteral("Old")), WindowFixture::patch(QStringLiteral("New"), "V1.30"),
                  WindowFixture::patch(QStringLiteral("Newer"), "V1.30")},
                 {}});
-        WindowFixture window(directory);
+        WindowFixture window(store);
         QVERIFY(window.open());
         window.importList(QStringLiteral("A B C"));
         tick(window, {0, 1, 2});

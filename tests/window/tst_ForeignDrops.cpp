@@ -129,7 +129,7 @@ private Q_SLOTS:
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
         const QString good = window->presetFile(QStringLiteral("good.prst"), QStringLiteral("Bells"));
-        const QString missing = window->ownDirectory->parentPath() + QStringLiteral("/missing.prst");
+        const QString missing = window->parentPath() + QStringLiteral("/missing.prst");
         for (const bool isGoodThere : {true, false}) {
             const QStringList files = isGoodThere ? QStringList{missing, good} : QStringList{missing};
             QVERIFY(DragOver(window->libraryList()->viewport(), filesData(files)).dropAt(QPoint(30, 30)));
@@ -254,7 +254,7 @@ private Q_SLOTS:
         QVERIFY(!DragOver(window->window.get(), text).dropAt(QPoint(30, 30)));
         QCOMPARE(window->message(), QString());
         auto *directory = new QMimeData;
-        directory->setUrls({QUrl::fromLocalFile(window->ownDirectory->path())});
+        directory->setUrls({QUrl::fromLocalFile(window->path())});
         QVERIFY(DragOver(window->window.get(), directory).dropAt(QPoint(30, 30)));
         QCOMPARE(window->message(), QStringLiteral("Could not import file"));
         QCOMPARE(window->slotNames(), QStringLiteral("A B"));

@@ -158,7 +158,7 @@ private Q_SLOTS:
     void altAndArrowsPassTheNeighbourThatIsShown()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Ann Bo Cy Ada"));
-        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("a"));
+        QTest::keyClicks(window->field("Filter by name"), QStringLiteral("a"));
         WindowFixture::click(window->libraryList(), 0);
         type(Qt::Key_Down, Qt::AltModifier);
         QCOMPARE(window->libraryRows(), QStringLiteral("Ada Ann"));
@@ -247,7 +247,7 @@ private Q_SLOTS:
         type(Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(window->library.multiSelections().count(true), 4);
         type(Qt::Key_L, Qt::ControlModifier);
-        QVERIFY(field(*window, "Filter by name")->hasFocus());
+        QVERIFY(window->field("Filter by name")->hasFocus());
         window->libraryList()->setFocus();
         type(Qt::Key_S, Qt::ControlModifier);
         QVERIFY(window->message().startsWith(QStringLiteral("I know that")));

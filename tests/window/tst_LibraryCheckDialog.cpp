@@ -19,26 +19,24 @@ class TestLibraryCheckDialog : public QObject {
 private Q_SLOTS:
     void aSoundLibraryHasNothingToMend()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        const auto before = directory.stamps();
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        const auto before = store.stamps();
+        Checked check(store);
         QVERIFY(check.open());
         QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
-        QVERIFY(check.isSaid(QStringLiteral("2 patches in ") + directory.path()));
+        QVERIFY(check.isSaid(QStringLiteral("2 patches in ") + store.path()));
         QVERIFY(check.findings()->accessibleDescription().startsWith(QStringLiteral("Nothing to mend. ")));
         QVERIFY(check.kept()->accessibleDescription().startsWith(QStringLiteral("No former library. ")));
         QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
         QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
         QVERIFY(check.button(QStringLiteral("Close"))->hasFocus());
-        QCOMPARE(directory.stamps(), before);
+        QCOMPARE(store.stamps(), before);
     }
 
     void changesAreWrittenBeforeTheDirectoryIsLookedAt()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        Checked check(store);
         QVERIFY(check.window.open());
         WindowFixture::click(check.window.libraryList(), 0);
         QVERIFY(check.window.choose(QStringLiteral("Duplicate Patch")));
@@ -46,16 +44,15 @@ private Q_SLOTS:
         QVERIFY(check.check());
         QVERIFY(!check.window.storage.hasUnsavedChanges());
         QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
-        QCOMPARE(TestLibraries::loaded(directory).size(), 3);
+        QCOMPARE(store.loaded().size(), 3);
     }
 
     void whatCanBeRescuedIsAdded()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        writePatch(directory, QStringLiteral("Stray"), fileOf(QStringLiteral("Stray")));
-        writePatch(directory, QStringLiteral("Other"), fileOf(QStringLiteral("Other")));
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        writePatch(store, QStringLiteral("Stray"), fileOf(QStringLiteral("Stray")));
+        writePatch(store, QStringLiteral("Other"), fileOf(QStringLiteral("Other")));
+        Checked check(store);
         QVERIFY(check.open());
         QVERIFY(check.isSaid(QStringLiteral("2 findings in the library folder")));
         QCOMPARE(check.rows(check.findings()).first(), QStringLiteral("Unknown files (2, 2 can be added)"));
@@ -70,34 +67,33 @@ private Q_SLOTS:
         QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
         QVERIFY(check.button(QStringLiteral("Close"))->hasFocus());
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A B Other Stray"));
-        QCOMPARE(TestLibraries::loaded(directory).size(), 4);
+        QCOMPARE(store.loaded().size(), 4);
     }
 
     void aPatchWhoseFileWasPutBackIsAdded()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState content = contentOf(QStringLiteral("A B C"));
         content.patches[1].comment = QStringLiteral("my words");
         content.defaultPatch = content.patches.at(1).id();
-        QVERIFY(!TestLibraries::save(directory, content).hasError());
-        QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
-        Checked check(directory);
+        QVERIFY(!store.save(content).hasError());
+        QVERIFY(QFile::remove(store.filePath(fileOf(QStringLiteral("B")))));
+        Checked check(store);
         QVERIFY(check.window.open());
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A C"));
-        writePatch(directory, QStringLiteral("B"), fileOf(QStringLiteral("B")));
+        writePatch(store, QStringLiteral("B"), fileOf(QStringLiteral("B")));
         QVERIFY(check.check());
         check.press(QStringLiteral("Add 1 Patch"));
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A B C"));
-        QVERIFY(TestLibraries::areIdentical(TestLibraries::loaded(directory), content.patches));
-        QCOMPARE(TestLibraries::load(directory).library->defaultPatch, content.defaultPatch);
+        QVERIFY(store.holds(content.patches));
+        QCOMPARE(store.load().library->defaultPatch, content.defaultPatch);
     }
 
     void aFileThatIsNotNeededIsShownAndNoFinding()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        writePatch(directory, QStringLiteral("A"), QStringLiteral("lib-x.7.prst"));
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        writePatch(store, QStringLiteral("A"), QStringLiteral("lib-x.7.prst"));
+        Checked check(store);
         QVERIFY(check.open());
         QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
         QCOMPARE(check.rows(check.findings()).first(), QStringLiteral("Files that are not needed (1)"));
@@ -107,13 +103,12 @@ private Q_SLOTS:
 
     void defaultOrderAndUnreadableFilesArePreviewed()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C"))).hasError());
+        StoreFixture store(contentOf(QStringLiteral("A B C")));
         LibraryState then = contentOf(QStringLiteral("B A Broken"));
         then.defaultPatch = patchOf(QStringLiteral("A")).id();
-        directory.write(former, LibraryJson::encode(then));
-        directory.write(fileOf(QStringLiteral("Broken")), "damaged");
-        Checked check(directory);
+        store.write(former, LibraryJson::encode(then));
+        store.write(fileOf(QStringLiteral("Broken")), "damaged");
+        Checked check(store);
         QVERIFY(check.open());
         for (const char *expected :
             {"default patch will be \"A\".", "get their former order.", "files cannot be read (1):\nBroken: "}) {
@@ -123,12 +118,12 @@ private Q_SLOTS:
 
     void aMixedUpFileThatIsRightIsSettledByDuplicating()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState content = contentOf(QStringLiteral("A"));
         content.patches[0].comment = QStringLiteral("my words");
-        QVERIFY(!TestLibraries::save(directory, content).hasError());
-        writePatch(directory, QStringLiteral("Other"), fileOf(QStringLiteral("A")));
-        Checked check(directory);
+        QVERIFY(!store.save(content).hasError());
+        writePatch(store, QStringLiteral("Other"), fileOf(QStringLiteral("A")));
+        Checked check(store);
         QVERIFY(check.open());
         QCOMPARE(check.rows(check.findings()).first(), QStringLiteral("Mixed-up files (1)"));
         QVERIFY2(check.aboutFinding().contains(QStringLiteral("duplicate it and delete the original")),
@@ -141,7 +136,7 @@ private Q_SLOTS:
         QVERIFY2(check.window.answer(QStringLiteral("Yes")), qPrintable(check.window.messageText()));
         QVERIFY(check.check());
         QVERIFY(check.isSaid(QStringLiteral("Everything in the library folder is as it should be")));
-        const QList<VelgorPatch> patches = TestLibraries::loaded(directory);
+        const QList<VelgorPatch> patches = store.loaded();
         QCOMPARE(patches.size(), 1);
         QCOMPARE(patches.first().comment, QStringLiteral("my words"));
         QCOMPARE(patches.first().soundHash(), patchOf(QStringLiteral("Other")).soundHash());
@@ -149,10 +144,9 @@ private Q_SLOTS:
 
     void aDamagedLibraryIsPutTogetherFromItsFiles()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        directory.write(LibraryFileNames::libraryFile(), "garbled");
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        store.write(LibraryFileNames::libraryFile(), "garbled");
+        Checked check(store);
         QVERIFY(check.window.open());
         QCOMPARE(check.window.message(), QStringLiteral("Could not access to library directory."));
         QVERIFY(check.window.answer(entry));
@@ -160,11 +154,11 @@ private Q_SLOTS:
         QVERIFY(check.isExamined());
         QVERIFY(check.rows(check.findings()).contains(QStringLiteral("Library file not readable (1)")));
         check.press(QStringLiteral("Add 2 Patches"));
-        QCOMPARE(TestLibraries::loaded(directory).size(), 2);
+        QCOMPARE(store.loaded().size(), 2);
         QCOMPARE(check.window.library.count(), 2);
-        const QStringList copies = TestLibraries::datedCopies(directory);
+        const QStringList copies = store.datedCopies();
         QCOMPARE(copies.size(), 1);
-        QCOMPARE(directory.read(copies.first()), QByteArray("garbled"));
+        QCOMPARE(store.read(copies.first()), QByteArray("garbled"));
         QVERIFY(check.rows(check.kept()).last().endsWith(QStringLiteral("cannot be read")));
         QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
         // The dialog shows the file that was kept.
@@ -173,10 +167,9 @@ private Q_SLOTS:
 
     void anIncompleteLibraryLeadsToTheCheck()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        QVERIFY(QFile::remove(store.filePath(fileOf(QStringLiteral("B")))));
+        Checked check(store);
         QVERIFY(check.window.open());
         QCOMPARE(check.window.message(), QStringLiteral("Some patches of the library could not be loaded"));
         QVERIFY(check.window.answer(entry));
@@ -191,12 +184,11 @@ private Q_SLOTS:
 
     void aFormerLibraryIsPreviewedRestoredAndTakenBack()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C"))).hasError());
+        StoreFixture store(contentOf(QStringLiteral("A B C")));
         LibraryState then = contentOf(QStringLiteral("A B Gone"));
         then.patches.first().comment = QStringLiteral("former words");
-        directory.write(former, LibraryJson::encode(then));
-        Checked check(directory);
+        store.write(former, LibraryJson::encode(then));
+        Checked check(store);
         QVERIFY(check.open());
         QCOMPARE(check.rows(check.kept()).first(), QStringLiteral("Library files (1)"));
         for (const char *expected : {"will hold 2 patches", "comment and marks (1):\nA\n", "files stay (1):\nC\n",
@@ -207,9 +199,9 @@ private Q_SLOTS:
 
         check.press(QStringLiteral("Restore"));
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A B"));
-        QCOMPARE(TestLibraries::loadedNames(directory), (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
-        QCOMPARE(TestLibraries::loaded(directory).first().comment, QStringLiteral("former words"));
-        QVERIFY(directory.has(stray));
+        QCOMPARE(store.loadedNames(), (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+        QCOMPARE(store.loaded().first().comment, QStringLiteral("former words"));
+        QVERIFY(store.has(stray));
         QCOMPARE(check.rows(check.kept()).first(), QStringLiteral("Library files (2)"));
         QVERIFY(!check.aboutKept().contains(former));
         QVERIFY2(check.aboutKept().contains(QStringLiteral("Come back (1):\nC\n")), qPrintable(check.aboutKept()));
@@ -217,8 +209,7 @@ private Q_SLOTS:
         QCOMPARE(check.window.message(), QString());
 
         check.press(QStringLiteral("Restore"));
-        QVERIFY(
-            TestLibraries::areIdentical(TestLibraries::loaded(directory), contentOf(QStringLiteral("A B C")).patches));
+        QVERIFY(store.holds(contentOf(QStringLiteral("A B C")).patches));
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A B C"));
 
         check.press(QStringLiteral("Close"));

@@ -32,18 +32,17 @@ private Q_SLOTS:
 
     void everyKindIsSaidInWords()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B C D"))).hasError());
+        StoreFixture store(contentOf(QStringLiteral("A B C D")));
         const quint64 id = patchOf(QStringLiteral("A")).id();
-        QVERIFY(QFile::remove(directory.filePath(fileOf(QStringLiteral("B")))));
-        writePatch(directory, QStringLiteral("Stray"), fileOf(QStringLiteral("Stray")));
-        writePatch(directory, QStringLiteral("A"), fileOf(QStringLiteral("C")));
-        directory.write(fileOf(QStringLiteral("D")), "damaged");
-        directory.write(QStringLiteral("copy.%1.bak").arg(id), "mine");
-        directory.write(TemporaryFiles::prefix() + QStringLiteral("x"), "x");
-        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
-        directory.write(LibraryFileNames::damagedFile(id, 0), "damaged");
-        Checked check(directory);
+        QVERIFY(QFile::remove(store.filePath(fileOf(QStringLiteral("B")))));
+        writePatch(store, QStringLiteral("Stray"), fileOf(QStringLiteral("Stray")));
+        writePatch(store, QStringLiteral("A"), fileOf(QStringLiteral("C")));
+        store.write(fileOf(QStringLiteral("D")), "damaged");
+        store.write(QStringLiteral("copy.%1.bak").arg(id), "mine");
+        store.write(TemporaryFiles::prefix() + QStringLiteral("x"), "x");
+        store.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        store.write(LibraryFileNames::damagedFile(id, 0), "damaged");
+        Checked check(store);
         QVERIFY(check.open());
         QStringList titles = check.rows(check.findings());
         const int last = static_cast<int>(titles.size()) - 1;
@@ -58,19 +57,18 @@ private Q_SLOTS:
         }
         QCOMPARE(said.size(), 6);
         QTest::keyClick(check.kept(), Qt::Key_End);
-        QVERIFY(check.aboutKept().contains(directory.filePath(LibraryFileNames::damagedFile(id, 0))));
+        QVERIFY(check.aboutKept().contains(store.filePath(LibraryFileNames::damagedFile(id, 0))));
         QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
     }
 
     void namesAreNoMarkupAndThousandsOfFindingsAreShown()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
+        StoreFixture store(contentOf(QStringLiteral("A")));
         constexpr int count = 1000;
         for (int i = 0; i < count; ++i) {
-            directory.write(QStringLiteral("lib-<b>x & y.%1.prst").arg(i + 1), "damaged");
+            store.write(QStringLiteral("lib-<b>x & y.%1.prst").arg(i + 1), "damaged");
         }
-        Checked check(directory);
+        Checked check(store);
         QVERIFY(check.open());
         QVERIFY(check.findings()->uniformItemSizes());
         QCOMPARE(check.findings()->model()->rowCount(), count + 1);
@@ -84,9 +82,8 @@ private Q_SLOTS:
 
     void everythingHasANameAndAMnemonicOfItsOwn()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A")));
+        Checked check(store);
         QVERIFY(check.open());
         QStringList mnemonics;
         for (const QPushButton *button : check.dialog()->findChildren<QPushButton *>()) {
@@ -99,17 +96,16 @@ private Q_SLOTS:
 
     void aCheckThatTakesItsTimeSaysSo()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        directory.write(fileOf(QStringLiteral("B")), "damaged");
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        store.write(fileOf(QStringLiteral("B")), "damaged");
+        Checked check(store);
         QVERIFY(check.open());
         check.press(QStringLiteral("Close"));
         ThreadGate gate(longest, damagedLine);
         QVERIFY(check.window.choose(entry));
         QTRY_VERIFY(gate.isHolding());
         QTRY_VERIFY(check.isSaid(QStringLiteral("Checking the library folder: 1 of 2 patches")));
-        QVERIFY(check.isSaid(directory.path()));
+        QVERIFY(check.isSaid(store.path()));
         QVERIFY(!check.button(QStringLiteral("Add Patches"))->isEnabled());
         QVERIFY(!check.button(QStringLiteral("Restore"))->isEnabled());
         QVERIFY(check.button(QStringLiteral("Close"))->hasFocus());
@@ -121,11 +117,10 @@ private Q_SLOTS:
 
     void aCheckThatIsClosedEndsWithThePatchThatItLooksAt()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        directory.write(fileOf(QStringLiteral("A")), "damaged");
-        directory.write(fileOf(QStringLiteral("B")), "damaged");
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        store.write(fileOf(QStringLiteral("A")), "damaged");
+        store.write(fileOf(QStringLiteral("B")), "damaged");
+        Checked check(store);
         QVERIFY(check.open());
         check.press(QStringLiteral("Close"));
         {
@@ -143,11 +138,10 @@ private Q_SLOTS:
 
     void theFocusIsWhereItWasAfterACheckThatTookItsTime()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
-        directory.write(QStringLiteral("lib-X.1.prst"), "damaged");
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        store.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        store.write(QStringLiteral("lib-X.1.prst"), "damaged");
+        Checked check(store);
         QVERIFY(check.open());
         QPushButton *const restore = check.button(QStringLiteral("Restore"));
         restore->setFocus();
@@ -162,12 +156,11 @@ private Q_SLOTS:
 
     void restoringHoldsNothingUp()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        store.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        Checked check(store);
         QVERIFY(check.open());
-        ThreadGate gate(longest);
+        ThreadGate gate(longest, QStringLiteral("Saving in progress..."));
         QTest::mouseClick(check.button(QStringLiteral("Restore")), Qt::LeftButton);
         QTRY_VERIFY(gate.isHolding());
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A"));
@@ -178,32 +171,31 @@ private Q_SLOTS:
         QVERIFY(check.isExamined());
         QVERIFY(check.isSaid(
             QStringLiteral("The former library is back. The one that it replaced is the first in the list.")));
-        QCOMPARE(TestLibraries::loadedNames(directory), QStringList{QStringLiteral("A")});
+        QCOMPARE(store.loadedNames(), QStringList{QStringLiteral("A")});
         QCOMPARE(check.window.message(), QString());
     }
 
     void theFolderIsShownFromHere()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A")));
+        Checked check(store);
         QList<QUrl> shown;
         check.window.storage.setShowDirectory([&shown](const QUrl &url) { shown.append(url); });
         QVERIFY(check.open());
         check.press(QStringLiteral("Show Library Folder"));
-        QCOMPARE(shown, QList{QUrl::fromLocalFile(directory.path())});
+        QCOMPARE(shown, QList{QUrl::fromLocalFile(store.path())});
         QVERIFY(check.dialog());
     }
 
     void longNamesAreCut()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState content = contentOf(QStringLiteral("A B"));
         content.patches[1].name = QString(500, u'x');
-        QVERIFY(!TestLibraries::save(directory, content).hasError());
+        QVERIFY(!store.save(content).hasError());
         const QString file = LibraryFileNames::patchFile(content.patches.at(1).name, content.patches.at(1).id());
-        QVERIFY(QFile::remove(directory.filePath(file)));
-        Checked check(directory);
+        QVERIFY(QFile::remove(store.filePath(file)));
+        Checked check(store);
         QVERIFY(check.open());
         QCOMPARE(check.rows(check.findings()).last(), QString(80, u'x') + u'\u2026');
         QVERIFY(!check.aboutFinding().contains(QString(100, u'x')));
@@ -213,14 +205,14 @@ private Q_SLOTS:
     {
         const QString name = QStringLiteral("\u05e9\u05dc\u05d5\u05dd");
         const QString isolated = u'\u2068' + name + u'\u2069';
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState content = contentOf(QStringLiteral("A B"));
         content.patches[1].name = name;
-        QVERIFY(!TestLibraries::save(directory, content).hasError());
+        QVERIFY(!store.save(content).hasError());
         const QString file = LibraryFileNames::patchFile(name, content.patches.at(1).id());
-        QVERIFY(QFile::rename(directory.filePath(file), directory.parentPath() + u'/' + file));
-        directory.write(QStringLiteral("lib-%1.7.prst").arg(name), "not a preset file");
-        Checked check(directory);
+        QVERIFY(QFile::rename(store.filePath(file), store.parentPath() + u'/' + file));
+        store.write(QStringLiteral("lib-%1.7.prst").arg(name), "not a preset file");
+        Checked check(store);
         QVERIFY(check.open());
         QVERIFY2(check.rows(check.findings()).join(u'\n').contains(isolated), "rows");
         QSet<QString> said;
@@ -243,12 +235,11 @@ private Q_SLOTS:
 
     void theKeyboardAloneRestoresAndCloses()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A"))).hasError());
-        writePatch(directory, QStringLiteral("B"), fileOf(QStringLiteral("B")));
-        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("B"))));
-        directory.write(latest, "garbled");
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A")));
+        writePatch(store, QStringLiteral("B"), fileOf(QStringLiteral("B")));
+        store.write(former, LibraryJson::encode(contentOf(QStringLiteral("B"))));
+        store.write(latest, "garbled");
+        Checked check(store);
         QVERIFY(check.open());
         QWidget *const focused = check.kept();
         for (int presses = 0; QApplication::focusWidget() != focused && presses < 10; ++presses) {
@@ -268,12 +259,11 @@ private Q_SLOTS:
 
     void aSaveThatFailsIsToldAndNothingIsRestored()
     {
-        const LibraryDirectory directory;
-        QVERIFY(!TestLibraries::save(directory, contentOf(QStringLiteral("A B"))).hasError());
-        directory.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
-        Checked check(directory);
+        StoreFixture store(contentOf(QStringLiteral("A B")));
+        store.write(former, LibraryJson::encode(contentOf(QStringLiteral("A"))));
+        Checked check(store);
         QVERIFY(check.open());
-        const QString file = directory.filePath(LibraryFileNames::libraryFile());
+        const QString file = store.filePath(LibraryFileNames::libraryFile());
         check.window.library.append(patchOf(QStringLiteral("Unsaved")), false, false);
         check.window.storage.delayedSave(check.window.library);
         QVERIFY(QFile::remove(file));
@@ -292,7 +282,7 @@ private Q_SLOTS:
         QVERIFY(QDir().rmdir(file));
         check.press(QStringLiteral("Restore"));
         QCOMPARE(check.window.libraryRows(), QStringLiteral("A"));
-        QVERIFY(directory.has(fileOf(QStringLiteral("Unsaved"))));
+        QVERIFY(store.has(fileOf(QStringLiteral("Unsaved"))));
     }
 };
 

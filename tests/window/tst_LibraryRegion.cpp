@@ -1,15 +1,14 @@
-#include "LibraryColumn.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
-#include "ThreadGate.h"
 #include "WindowFixture.h"
+#include "WorkerGate.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 
-using namespace LibraryColumn;
+using namespace ShownWidgets;
 using namespace ShownWidgets;
 
 namespace {
@@ -41,7 +40,7 @@ private Q_SLOTS:
         const auto window = WindowFixture::shown({});
         QCOMPARE(window->libraryList()->model()->rowCount(), 1);
         QVERIFY(window->isSaid(QStringLiteral("Showing: 0 element out of 0")));
-        QCOMPARE(selectLabel(*window), QStringLiteral("Select (0)"));
+        QCOMPARE(window->labelOf(QStringLiteral("Select")), QStringLiteral("Select (0)"));
         WindowFixture::click(window->libraryList(), 0);
         for (const char *button : {"Sort", "Select", "Delete", "Duplicate"}) {
             QVERIFY2(!window->isEnabled(QLatin1String(button)), button);
@@ -54,9 +53,9 @@ private Q_SLOTS:
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Lean Bells Choir"));
         QVERIFY(window->isSaid(QStringLiteral("Showing: 4 elements out of 4")));
-        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("bell"));
+        QTest::keyClicks(window->field("Filter by name"), QStringLiteral("bell"));
         QVERIFY(window->isSaid(QStringLiteral("Showing: 1 element out of 4")));
-        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("x"));
+        QTest::keyClicks(window->field("Filter by name"), QStringLiteral("x"));
         QVERIFY(window->isSaid(QStringLiteral("Showing: 0 element out of 4")));
         QVERIFY(window->libraryRows().isEmpty());
     }
@@ -68,7 +67,7 @@ private Q_SLOTS:
         for (const QChar letter : QStringLiteral("lead")) {
             WindowFixture::click(window->libraryList(), 0);
             QVERIFY(window->library.selection());
-            QTest::keyClick(field(*window, "Filter by name"), letter.toLatin1());
+            QTest::keyClick(window->field("Filter by name"), letter.toLatin1());
             lists.append(window->libraryRows());
             QVERIFY(!window->library.selection());
             QCOMPARE(window->selectedRows(window->libraryList()), QString());
@@ -119,17 +118,17 @@ private Q_SLOTS:
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
         clickTick(*window, 1);
-        QCOMPARE(selectLabel(*window), QStringLiteral("Select (0)"));
+        QCOMPARE(window->labelOf(QStringLiteral("Select")), QStringLiteral("Select (0)"));
         QVERIFY(window->press(QStringLiteral("Select")));
         clickTick(*window, 1);
         clickTick(*window, 2);
         clickTick(*window, 0);
         clickTick(*window, 2);
         QCOMPARE(ticks(*window), QStringLiteral("Lead Bells"));
-        QCOMPARE(selectLabel(*window), QStringLiteral("Select (2)"));
+        QCOMPARE(window->labelOf(QStringLiteral("Select")), QStringLiteral("Select (2)"));
         QVERIFY(window->menuEntry(QStringLiteral("Delete patches")) != nullptr);
         QVERIFY(window->press(QStringLiteral("Select")));
-        QCOMPARE(selectLabel(*window), QStringLiteral("Select (0)"));
+        QCOMPARE(window->labelOf(QStringLiteral("Select")), QStringLiteral("Select (0)"));
         QVERIFY(window->press(QStringLiteral("Select")));
         QCOMPARE(ticks(*window), QString());
         QVERIFY(window->menuEntry(QStringLiteral("Delete patch")) != nullptr);
@@ -142,10 +141,10 @@ private Q_SLOTS:
         QVERIFY(window->choose(QStringLiteral("Duplicate Patch")));
         WindowFixture::click(window->libraryList(), 1);
         QVERIFY(window->choose(QStringLiteral("Find Similar Patches")));
-        QCOMPARE(selectLabel(*window), QStringLiteral("Select (2)"));
+        QCOMPARE(window->labelOf(QStringLiteral("Select")), QStringLiteral("Select (2)"));
         QCOMPARE(window->libraryList()->model()->index(3, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
         QVERIFY(window->choose(QStringLiteral("Select All")));
-        QCOMPARE(selectLabel(*window), QStringLiteral("Select (4)"));
+        QCOMPARE(window->labelOf(QStringLiteral("Select")), QStringLiteral("Select (4)"));
     }
 
     void deletingAsksWithTheNumberOfTicks_data()
@@ -192,24 +191,24 @@ private Q_SLOTS:
         QVERIFY(!window->isSaid(noSelection));
         QCOMPARE(window->calls.calls.first(2), (QStringList{call, QStringLiteral("save")}));
         window->storage.finish();
-        QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), window->libraryRows());
+        QCOMPARE(window->loadedNames().join(u' '), window->libraryRows());
     }
 
     void deletingWaitsForNoDisk()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Choir"));
         WindowFixture::click(window->libraryList(), 1);
-        ThreadGate gate(std::chrono::seconds(10));
+        WorkerGate gate(window->storage.worker());
         QVERIFY(window->press(QStringLiteral("Delete")));
         QVERIFY(window->answer(QStringLiteral("Yes")));
         QCOMPARE(window->libraryRows(), QStringLiteral("Lead Choir"));
-        QTRY_VERIFY(gate.isHolding());
+        QVERIFY(window->storage.isSaving());
         QTRY_COMPARE(window->libraryStatus(), QStringLiteral("Saving changes"));
         WindowFixture::click(window->libraryList(), 0);
         QCOMPARE(window->selectedName(), QStringLiteral("Lead"));
         gate.open();
         QTRY_VERIFY(!window->storage.isSaving());
-        QCOMPARE(TestLibraries::loadedNames(*window->ownDirectory).join(u' '), QStringLiteral("Lead Choir"));
+        QCOMPARE(window->loadedNames().join(u' '), QStringLiteral("Lead Choir"));
     }
 
     void theLastDeletionLeavesTheEmptyLibrary()
@@ -227,7 +226,7 @@ private Q_SLOTS:
     void deletingInAFilteredListGoesOnToTheNextRowThatIsShown()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells Lean Choir Leap"));
-        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("lea"));
+        QTest::keyClicks(window->field("Filter by name"), QStringLiteral("lea"));
         WindowFixture::click(window->libraryList(), 1);
         QVERIFY(window->press(QStringLiteral("Delete")));
         QVERIFY(window->answer(QStringLiteral("Yes")));
@@ -240,9 +239,9 @@ private Q_SLOTS:
     void detailsStayWhileTheEditedPatchFallsOutOfTheFilter()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Lean Bells"));
-        QTest::keyClicks(field(*window, "Filter by name"), QStringLiteral("lea"));
+        QTest::keyClicks(window->field("Filter by name"), QStringLiteral("lea"));
         WindowFixture::click(window->libraryList(), 0);
-        QLineEdit *name = field(*window, "Name");
+        QLineEdit *name = window->field("Name");
         name->setFocus();
         name->selectAll();
         QTest::keyClicks(name, QStringLiteral("Organ"));
@@ -261,22 +260,21 @@ private Q_SLOTS:
 
     void anEditReachesTheSlotsAndIsSavedOnce()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, {{WindowFixture::patch(QStringLiteral("Lead"))}, std::nullopt});
-        WindowFixture window(directory, std::chrono::milliseconds(50));
+        StoreFixture store({{WindowFixture::patch(QStringLiteral("Lead"))}, std::nullopt});
+        WindowFixture window(store, std::chrono::milliseconds(50));
         QVERIFY(window.open());
         window.importList(QStringLiteral("Lead Bells"));
         WindowFixture::click(window.libraryList(), 0);
-        QLineEdit *name = field(window, "Name");
+        QLineEdit *name = window.field("Name");
         name->end(false);
         QTest::keyClicks(name, QStringLiteral("er"));
         QVERIFY(window.press(QStringLiteral("Crunch")));
         QCOMPARE(window.slotNames(), QStringLiteral("Leader Bells"));
         QCOMPARE(window.libraryStatus(), QStringLiteral("Saving changes"));
         QTRY_COMPARE(window.libraryStatus(), QStringLiteral("All changes saved"));
-        const QStringList lines = window.recorder.take();
+        const QStringList lines = window.lines.take();
         QCOMPARE(lines.filter(QStringLiteral("Saving in progress...")).size(), 1);
-        const QList<VelgorPatch> stored = TestLibraries::loaded(directory);
+        const QList<VelgorPatch> stored = store.loaded();
         QVERIFY(stored.first().crunch);
         QCOMPARE(stored.first().name, QStringLiteral("Leader"));
     }

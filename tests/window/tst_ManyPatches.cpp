@@ -1,4 +1,3 @@
-#include "LibraryColumn.h"
 #include "ShownWidgets.h"
 #include "TestLibraries.h"
 #include "TestProgram.h"
@@ -6,8 +5,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLineEdit>
 
-using namespace LibraryColumn;
+using namespace ShownWidgets;
 using namespace ShownWidgets;
 
 class TestManyPatches : public QObject {
@@ -27,18 +27,18 @@ private Q_SLOTS:
     {
         QFETCH(const int, count);
         QFETCH(const int, deleted);
-        const LibraryDirectory directory;
+        StoreFixture store;
         LibraryState stored;
         for (int i = 0; i < count; ++i) {
             const QString name = QStringLiteral("Sound %1").arg((i * 7919) % count, 5, 10, QChar(u'0'));
             stored.patches.append(TestLibraries::patch(name, 1000 + static_cast<quint64>(i), i));
         }
-        TestLibraries::save(directory, stored);
-        WindowFixture window(directory);
+        store.save(stored);
+        WindowFixture window(store);
         QVERIFY(window.open());
         const QAbstractItemModel *rows = window.libraryList()->model();
         QCOMPARE(rows->rowCount(), count);
-        QTest::keyClicks(field(window, "Filter by name"), QStringLiteral("0000"));
+        QTest::keyClicks(window.field("Filter by name"), QStringLiteral("0000"));
         QCOMPARE(rows->rowCount(), std::min(count, 10));
         QVERIFY(window.press(QStringLiteral("Clear")));
         QCOMPARE(rows->rowCount(), count);
@@ -47,7 +47,7 @@ private Q_SLOTS:
                 QStringLiteral("Sound %1").arg(count - 1, 5, 10, QChar(u'0')));
         }
         QVERIFY(window.choose(QStringLiteral("Select All")));
-        QCOMPARE(selectLabel(window), QStringLiteral("Select (%1)").arg(count));
+        QCOMPARE(window.labelOf(QStringLiteral("Select")), QStringLiteral("Select (%1)").arg(count));
         QVERIFY(window.press(QStringLiteral("Select")));
         QVERIFY(window.press(QStringLiteral("Select")));
         MultiSelections ticked;
@@ -62,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(window.library.count(), count - deleted);
         QCOMPARE(window.calls.calls, (QStringList{QStringLiteral("remove %1").arg(deleted), QStringLiteral("save")}));
         window.storage.finish();
-        QCOMPARE(directory.files().size(), count - deleted + 1);
+        QCOMPARE(store.files().size(), count - deleted + 1);
     }
 };
 

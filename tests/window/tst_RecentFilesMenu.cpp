@@ -62,7 +62,7 @@ class TestRecentFilesMenu : public QObject {
     /// A list of slots in a file of its own folder beside the library.
     static QString fileIn(const WindowFixture &window, const QString &folder, const QString &name, const QString &slots)
     {
-        QDir(window.ownDirectory->parentPath()).mkpath(folder);
+        QDir(window.parentPath()).mkpath(folder);
         return window.presetFile(folder + u'/' + name, slots);
     }
 
@@ -87,7 +87,7 @@ private Q_SLOTS:
     {
         import(*m_window, fileIn(*m_window, QStringLiteral("a"), QStringLiteral("first.prst"), QStringLiteral("A")));
         import(*m_window, fileIn(*m_window, QStringLiteral("a"), QStringLiteral("second.prst"), QStringLiteral("B")));
-        m_window->dialogs.answer = m_window->ownDirectory->parentPath() + QStringLiteral("/third.prst");
+        m_window->dialogs.answer = m_window->parentPath() + QStringLiteral("/third.prst");
         QVERIFY(m_window->press(QStringLiteral("Export")));
         QVERIFY(m_window->answer(QStringLiteral("OK")));
         QVERIFY(menuOf(*m_window)->menuAction()->isEnabled());
@@ -96,10 +96,10 @@ private Q_SLOTS:
             (QStringList{
                 QStringLiteral("third.prst"), QStringLiteral("second.prst"), QStringLiteral("first.prst"), clear}));
         // What fails is no file to go back to.
-        import(*m_window, m_window->ownDirectory->filePath(QStringLiteral("none.prst")));
+        import(*m_window, m_window->filePath(QStringLiteral("none.prst")));
         QVERIFY(m_window->answer(QStringLiteral("OK")));
         QCOMPARE(spoken(menuOf(*m_window)).size(), 4);
-        import(*m_window, m_window->ownDirectory->parentPath() + QStringLiteral("/a/first.prst"));
+        import(*m_window, m_window->parentPath() + QStringLiteral("/a/first.prst"));
         QCOMPARE(spoken(menuOf(*m_window)).first(), QStringLiteral("first.prst"));
         QCOMPARE(spoken(menuOf(*m_window)).size(), 4);
     }

@@ -41,22 +41,22 @@ private Q_SLOTS:
 
     void aFileThatIsNotTheLibrarysIsNamedAndTheLibraryIsSaidToBeSaved()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const LibraryState stored = TestLibraries::one(QStringLiteral("Lead"));
-        TestLibraries::save(directory, stored);
+        store.save(stored);
         const QString extra = QStringLiteral("Backup of Lead.42.prst");
-        directory.write(extra, TestLibraries::patchBytes(stored.patches.first()));
-        WindowFixture window(directory, soon);
+        store.write(extra, TestLibraries::patchBytes(stored.patches.first()));
+        WindowFixture window(store, soon);
         QVERIFY(window.open());
         QCOMPARE(window.message(), QString());
         WindowFixture::click(window.libraryList(), 0);
         typeIntoComment(window);
         QTRY_COMPARE(window.message(), notInOrder);
-        QVERIFY(window.messageText().startsWith(directory.filePath(extra) + QStringLiteral(": ")));
+        QVERIFY(window.messageText().startsWith(store.filePath(extra) + QStringLiteral(": ")));
         QVERIFY(window.messageText().contains(QStringLiteral("Every patch is saved.")));
         QCOMPARE(window.libraryStatus(), saved);
         QVERIFY(window.storage.writeError());
-        QCOMPARE(TestLibraries::loaded(directory).first().comment, QStringLiteral("x"));
+        QCOMPARE(store.loaded().first().comment, QStringLiteral("x"));
         QVERIFY(window.answer(QStringLiteral("Check Library...")));
         QVERIFY(!window.storage.writeError());
         auto *const dialog = window.window->findChild<LibraryCheckDialog *>();
@@ -66,10 +66,10 @@ private Q_SLOTS:
 
         // It is told of once.
         typeIntoComment(window);
-        QTRY_COMPARE(TestLibraries::loaded(directory).first().comment.size(), 2);
+        QTRY_COMPARE(store.loaded().first().comment.size(), 2);
         QTRY_COMPARE(window.libraryStatus(), saved);
         QCOMPARE(window.message(), QString());
-        QVERIFY(directory.has(extra));
+        QVERIFY(store.has(extra));
     }
 
     void aFailedSaveIsNotSaidToBeDoneWhereTheFolderCannotBeListed()

@@ -62,13 +62,12 @@ QString usedSlots(const WindowFixture &window)
 class TestSlotsAndLibrary : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<LibraryDirectory> m_directory;
     std::unique_ptr<WindowFixture> m_window;
 
     void import(const QByteArray &bytes) const
     {
-        m_directory->write(QStringLiteral("../list.prst"), bytes);
-        m_window->window->importFile(m_directory->filePath(QStringLiteral("../list.prst")));
+        m_window->write(QStringLiteral("../list.prst"), bytes);
+        m_window->window->importFile(m_window->filePath(QStringLiteral("../list.prst")));
         if (m_window->message() == QStringLiteral("The list has changes that were not exported")) {
             QVERIFY(m_window->answer(QStringLiteral("Import")));
         }
@@ -77,11 +76,10 @@ class TestSlotsAndLibrary : public QObject {
 
     [[nodiscard]] QByteArray exported() const
     {
-        m_window->dialogs.answer = m_directory->filePath(QStringLiteral("../out.prst"));
+        m_window->dialogs.answer = m_window->filePath(QStringLiteral("../out.prst"));
         const bool isDone = m_window->press(QStringLiteral("Export")) && m_window->answer(QStringLiteral("OK"));
         WindowFixture::settle();
-        return isDone && m_window->message().isEmpty() ? m_directory->read(QStringLiteral("../out.prst"))
-                                                       : QByteArray();
+        return isDone && m_window->message().isEmpty() ? m_window->read(QStringLiteral("../out.prst")) : QByteArray();
     }
 
     void keepAllSlots() const
@@ -106,15 +104,10 @@ class TestSlotsAndLibrary : public QObject {
 private Q_SLOTS:
     void init()
     {
-        m_directory = std::make_unique<LibraryDirectory>();
-        m_window = std::make_unique<WindowFixture>(*m_directory);
+        m_window = std::make_unique<WindowFixture>(LibraryDirectory());
         QVERIFY(m_window->open());
     }
-    void cleanup()
-    {
-        m_window.reset();
-        m_directory.reset();
-    }
+    void cleanup() { m_window.reset(); }
 
     void aFlagChangesNoByteOfTheExportedList()
     {
@@ -170,7 +163,7 @@ private Q_SLOTS:
         QVERIFY(m_window->isSaid(QStringLiteral("Showing: 99 elements out of 99")));
         m_window->storage.save(m_window->library);
         qsizetype files = 0;
-        for (const QString &name : m_directory->files()) {
+        for (const QString &name : m_window->files()) {
             files += name.endsWith(QStringLiteral(".prst")) ? 1 : 0;
         }
         QCOMPARE(files, 99);
@@ -179,8 +172,9 @@ private Q_SLOTS:
         QCOMPARE(m_window->slotNames().split(u' ').count(QStringLiteral("Preset")), 98);
         QCOMPARE(m_window->content.velgorContentPatchList().at(41).patch.name, QStringLiteral("Lead"));
         // After a restart too.
+        const LibraryDirectory place = *m_window;
         m_window.reset();
-        m_window = std::make_unique<WindowFixture>(*m_directory);
+        m_window = std::make_unique<WindowFixture>(place);
         QVERIFY(m_window->open());
         import(list);
         keepAllSlots();
@@ -213,9 +207,9 @@ private Q_SLOTS:
         keepAllSlots();
         m_window->storage.save(m_window->library);
         QCOMPARE(m_window->libraryRows(), QStringLiteral("Lead"));
-        const QStringList files = m_directory->files().filter(QStringLiteral(".prst"));
+        const QStringList files = m_window->files().filter(QStringLiteral(".prst"));
         QCOMPARE(files.size(), 1);
-        const auto file = SPresetFile::fromData(m_directory->read(files.first()));
+        const auto file = SPresetFile::fromData(m_window->read(files.first()));
         QVERIFY(file);
         const quint64 id = file->patches.first().simpleHash() ^ file->userIRs.first().simpleHash();
         QCOMPARE(files.first(), QStringLiteral("lib-Lead.%1.prst").arg(id));
@@ -241,18 +235,19 @@ private Q_SLOTS:
         keepAllSlots();
         QCOMPARE(m_window->libraryRows(), QStringLiteral("Twin Twin _error_ Preset 01"));
         m_window->storage.save(m_window->library);
+        const LibraryDirectory place = *m_window;
         m_window.reset();
-        m_window = std::make_unique<WindowFixture>(*m_directory);
+        m_window = std::make_unique<WindowFixture>(place);
         QVERIFY(m_window->open());
         WindowFixture::click(m_window->libraryList(), 2);
-        m_window->dialogs.answer = m_directory->filePath(QStringLiteral("../one.prst"));
+        m_window->dialogs.answer = m_window->filePath(QStringLiteral("../one.prst"));
         QVERIFY(m_window->choose(QStringLiteral("Export One Patch")));
-        QCOMPARE(m_directory->read(QStringLiteral("../one.prst")), listFile({bad}));
+        QCOMPARE(m_window->read(QStringLiteral("../one.prst")), listFile({bad}));
         rename(2, QStringLiteral("Cafe"));
         QVERIFY(m_window->choose(QStringLiteral("Export One Patch")));
         SPatch renamed = bad;
         renamed.rename(QStringLiteral("Cafe"));
-        QCOMPARE(m_directory->read(QStringLiteral("../one.prst")), listFile({renamed}));
+        QCOMPARE(m_window->read(QStringLiteral("../one.prst")), listFile({renamed}));
         import(listFile(twins()));
         QCOMPARE(m_window->message(), QString());
     }

@@ -114,12 +114,12 @@ private Q_SLOTS:
     void anExportSaysWhatWasWrittenWhere()
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead"), QStringLiteral("A B"));
-        window->dialogs.answer = window->ownDirectory->parentPath() + QStringLiteral("/gig.prst");
+        window->dialogs.answer = window->parentPath() + QStringLiteral("/gig.prst");
         QVERIFY(window->choose(QStringLiteral("Export...")));
         QVERIFY(window->answer(disclaimed));
         QCOMPARE(window->status(), QStringLiteral("2 slots written to gig.prst"));
         WindowFixture::click(window->libraryList(), 0);
-        window->dialogs.answer = window->ownDirectory->parentPath() + QStringLiteral("/one.prst");
+        window->dialogs.answer = window->parentPath() + QStringLiteral("/one.prst");
         QVERIFY(window->choose(QStringLiteral("Export One Patch")));
         QCOMPARE(window->status(), QStringLiteral("\"Lead\" written to one.prst"));
         // A file dialog that was left says nothing.

@@ -14,8 +14,7 @@ private Q_SLOTS:
     void anEmptyLibraryIsSaidToBeInItsFolder()
     {
         TestDesk desk;
-        QCOMPARE(StatusText::ofLibrary(desk.library, desk.storage),
-            QStringLiteral("Library folder: ") + desk.directory.path());
+        QCOMPARE(StatusText::ofLibrary(desk.library, desk.storage), QStringLiteral("Library folder: ") + desk.path());
     }
 
     void aMovedLibraryIsSaidToBeInItsNewFolder_data()

@@ -52,9 +52,8 @@ private Q_SLOTS:
 
     void aStoredLibraryIsShownAsSoonAsTheWindowOpens()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, TestLibraries::three());
-        WindowFixture window(directory);
+        StoreFixture store(TestLibraries::three());
+        WindowFixture window(store);
         QVERIFY(window.open());
         QCOMPARE(window.libraryRows(), QStringLiteral("Lead A/B, user IR Clean"));
         QCOMPARE(window.library.defaultPatch(), std::optional<quint64>(43));
@@ -67,12 +66,12 @@ private Q_SLOTS:
 
     void aPatchFromElsewhereInAPatchFileIsTold()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const VelgorPatch lead = TestLibraries::imported(QStringLiteral("Lead"), 1);
         const VelgorPatch other = TestLibraries::imported(QStringLiteral("Other"), 2);
-        QVERIFY(!TestLibraries::save(directory, {{lead}, std::nullopt}).hasError());
-        directory.write(LibraryFileNames::patchFile(lead.name, lead.id()), TestLibraries::patchBytes(other));
-        WindowFixture window(directory);
+        QVERIFY(!store.save({{lead}, std::nullopt}).hasError());
+        store.write(LibraryFileNames::patchFile(lead.name, lead.id()), TestLibraries::patchBytes(other));
+        WindowFixture window(store);
         QVERIFY(window.open());
         QCOMPARE(window.libraryRows(), QStringLiteral("Lead"));
         QCOMPARE(window.status(),
@@ -82,14 +81,14 @@ private Q_SLOTS:
 
     void aPatchThatCannotBeReadNowLosesNothingToOneWithItsId()
     {
-        const LibraryDirectory directory;
+        StoreFixture store;
         const VelgorPatch first = TestLibraries::imported(QStringLiteral("Preset 01"), 1);
-        QVERIFY(!TestLibraries::save(directory, {{first}, std::nullopt}).hasError());
-        const QString file = directory.filePath(LibraryFileNames::patchFile(first.name, first.id()));
-        const QString elsewhere = directory.parentPath() + QStringLiteral("/elsewhere.prst");
+        QVERIFY(!store.save({{first}, std::nullopt}).hasError());
+        const QString file = store.filePath(LibraryFileNames::patchFile(first.name, first.id()));
+        const QString elsewhere = store.parentPath() + QStringLiteral("/elsewhere.prst");
         QVERIFY(QFile::rename(file, elsewhere) && QFile::link(elsewhere, file));
         {
-            WindowFixture window(directory);
+            WindowFixture window(store);
             QVERIFY(window.open());
             QCOMPARE(window.message(), QStringLiteral("Some patches of the library could not be loaded"));
             const VelgorPatch second = TestLibraries::imported(QStringLiteral("Preset 02"), 1);
@@ -99,16 +98,15 @@ private Q_SLOTS:
             QVERIFY(!window.storage.writeError());
         }
         QVERIFY(QFile::remove(file) && QFile::rename(elsewhere, file));
-        const QList<VelgorPatch> now = TestLibraries::loaded(directory);
+        const QList<VelgorPatch> now = store.loaded();
         QCOMPARE(TestPatches::names(now), (QStringList{QStringLiteral("Preset 01"), QStringLiteral("Preset 02")}));
         QVERIFY(TestPatches::isIdentical(now.first(), first));
     }
 
     void loadingTakesNoInputInTheLibraryAndLeavesTheListUsable()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, TestLibraries::three());
-        WindowFixture window(directory);
+        StoreFixture store(TestLibraries::three());
+        WindowFixture window(store);
         const QSignalSpy loaded(window.window.get(), &ContentView::libraryLoaded);
         window.window->show();
         QVERIFY(window.storage.isLoading());
@@ -147,9 +145,8 @@ private Q_SLOTS:
 
     void aFileCanBeImportedMeanwhile()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, TestLibraries::three());
-        WindowFixture window(directory);
+        StoreFixture store(TestLibraries::three());
+        WindowFixture window(store);
         const QSignalSpy loaded(window.window.get(), &ContentView::libraryLoaded);
         window.window->show();
         window.window->importFile(window.presetFile(QStringLiteral("a.prst"), QStringLiteral("Bells Choir")));
@@ -212,9 +209,8 @@ private Q_SLOTS:
 
     void showingTheWindowAgainKeepsWhatIsNotSaved()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, TestLibraries::three());
-        WindowFixture window(directory);
+        StoreFixture store(TestLibraries::three());
+        WindowFixture window(store);
         QVERIFY(window.open());
         WindowFixture::click(window.libraryList(), 0);
         QVERIFY(window.choose(QStringLiteral("Duplicate Patch")));
@@ -225,7 +221,7 @@ private Q_SLOTS:
         QCOMPARE(window.library.count(), 4);
         QVERIFY(window.storage.saveUnsaved());
         window.window->hide();
-        TestLibraries::save(directory, TestLibraries::one(QStringLiteral("Other")));
+        store.save(TestLibraries::one(QStringLiteral("Other")));
         QVERIFY(window.open());
         QCOMPARE(window.libraryRows(), QStringLiteral("Other"));
     }
@@ -251,20 +247,19 @@ private Q_SLOTS:
 
     void aDirectoryWithoutRightsIsOneMessage()
     {
-        const LibraryDirectory directory;
-        TestLibraries::save(directory, TestLibraries::three());
-        WindowFixture window(directory);
+        StoreFixture store(TestLibraries::three());
+        WindowFixture window(store);
         {
-            const OrdinaryUser user(directory, 0);
+            const OrdinaryUser user(store, 0);
             QVERIFY(window.open());
             QVERIFY(!window.message().isEmpty());
-            QVERIFY2(window.messageText().contains(directory.path()), qPrintable(window.messageText()));
+            QVERIFY2(window.messageText().contains(store.path()), qPrintable(window.messageText()));
             QVERIFY(window.answer(QStringLiteral("OK")) || window.answer(QStringLiteral("Not Now")));
             QCOMPARE(window.message(), QString());
         }
         QVERIFY(!window.storage.writeError());
         QVERIFY(!window.storage.readError());
-        QCOMPARE(TestLibraries::loaded(directory).size(), 3);
+        QCOMPARE(store.loaded().size(), 3);
     }
 };
 

@@ -144,8 +144,7 @@ private Q_SLOTS:
     {
         const auto window = WindowFixture::shown(QStringLiteral("Lead Bells"));
         const VelgorPatch ghost = WindowFixture::patch(QStringLiteral("Ghost"));
-        window->ownDirectory->write(
-            LibraryFileNames::patchFile(ghost.name, ghost.id()), TestLibraries::patchBytes(ghost));
+        window->write(LibraryFileNames::patchFile(ghost.name, ghost.id()), TestLibraries::patchBytes(ghost));
         QVERIFY(window->choose(QStringLiteral("Check Library...")));
         auto *const dialog = window->window->findChild<LibraryCheckDialog *>();
         QVERIFY(dialog);

@@ -1,7 +1,4 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 
 #include <QCoreApplication>
@@ -17,15 +14,6 @@ const QByteArrayList keys{"id", "name", "hasUserIR", "comment", "version", "date
 /// One library with its patch files; each text takes the place of its library file in turn.
 class StoredLibrary {
 public:
-    StoredLibrary()
-    {
-        const DiagnosticRecorder silence;
-        if (save(m_directory, three()).hasError()) {
-            qFatal("the library of this test cannot be stored");
-        }
-        m_text = m_directory.read(LibraryFileNames::libraryFile());
-    }
-
     [[nodiscard]] QByteArray text() const { return m_text; }
 
     /// The text with the value of a key of the first patch, or of the library, exchanged.
@@ -54,18 +42,17 @@ public:
     /// are the patches that are loaded; nothing stands for a refusal.
     QString faultOf(const QByteArray &text, const std::optional<QStringList> &names, bool isSaved)
     {
-        const DiagnosticRecorder silence;
-        m_directory.write(LibraryFileNames::libraryFile(), text);
-        const auto before = m_directory.stamps();
-        LibraryStorageManager storage(m_directory.path());
-        const std::unique_ptr<VelgorLibrary> library = libraryOf(storage.decodeLibrary());
+        m_store.write(libraryFile, text);
+        const auto before = m_store.stamps();
+        LibraryStorageManager storage(m_store.path());
+        const auto library = storage.decodeLibrary();
         QString fault;
-        if (m_directory.stamps() != before) {
+        if (m_store.stamps() != before) {
             fault = QStringLiteral("loading changed the directory");
         } else if (storage.readError() == names.has_value()) {
             fault = names ? QStringLiteral("refused") : QStringLiteral("not refused");
-        } else if (library && TestPatches::names(library->patches()) != names.value_or(QStringList())) {
-            fault = QStringLiteral("loaded: ") + TestPatches::names(library->patches()).join(u'|');
+        } else if (library && TestPatches::names(library->patches) != names.value_or(QStringList())) {
+            fault = QStringLiteral("loaded: ") + TestPatches::names(library->patches).join(u'|');
         } else if (!library && names && !names->isEmpty()) {
             fault = QStringLiteral("nothing loaded");
         }
@@ -83,7 +70,7 @@ private:
         VelgorLibrary fresh({patch(QStringLiteral("New"), 99, 9)}, std::nullopt);
         storage.save(fresh);
         QString fault = storage.writeError() ? storage.writeProblems().join(u'|') : QString();
-        const auto contents = m_directory.contents();
+        const auto contents = m_store.contents();
         bool isKept = false;
         for (auto file = contents.cbegin(); file != contents.cend(); ++file) {
             isKept = isKept || (LibraryFileNames::isDatedCopy(file.key()) && file.value() == text);
@@ -91,13 +78,13 @@ private:
         if (!isKept) {
             fault += QStringLiteral(" the refused file was not kept aside");
         }
-        for (const QString &name : m_directory.files()) {
+        for (const QString &name : m_store.files()) {
             if (name.startsWith(u"lib-") && before.contains(name)
-                && m_directory.stamps().value(name) != before.value(name)) {
+                && m_store.stamps().value(name) != before.value(name)) {
                 fault += QStringLiteral(" touched ") + name;
             }
             if (!before.contains(name)) {
-                QFile::remove(m_directory.filePath(name));
+                QFile::remove(m_store.filePath(name));
             }
         }
         return fault;
@@ -113,8 +100,8 @@ private:
         return {from, to};
     }
 
-    LibraryDirectory m_directory;
-    QByteArray m_text;
+    const StoreFixture m_store{three()};
+    const QByteArray m_text = m_store.read(libraryFile);
 };
 
 } // namespace

@@ -1,9 +1,5 @@
-#include "DiagnosticRecorder.h"
-#include "LibraryStorageManager.h"
-#include "LoadedLibrary.h"
 #include "PatchFileHandler.h"
-#include "StoredEdits.h"
-#include "TestLibraries.h"
+#include "StoreFixture.h"
 #include "TestProgram.h"
 #include "TreeRecord.h"
 #include "UserFiles.h"
@@ -62,57 +58,47 @@ VelgorPatch named(const QString &name, qsizetype index)
 class TestHostileNames : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<DiagnosticRecorder> m_silence;
-    std::unique_ptr<LibraryDirectory> m_directory;
+    std::unique_ptr<StoreFixture> m_store;
     TreeRecord::Record m_outside;
 
-    [[nodiscard]] TreeRecord::Record outside() const
-    {
-        return TreeRecord::of(m_directory->parentPath(), m_directory->path());
-    }
+    [[nodiscard]] TreeRecord::Record outside() const { return TreeRecord::of(m_store->parentPath(), m_store->path()); }
 
     /// One start of the program: loads, changes, saves.
     template <typename Change>
     void run(Change change)
     {
-        LibraryStorageManager storage(m_directory->path());
-        auto library = libraryOf(storage.decodeLibrary());
-        QVERIFY(library);
-        change(*library, storage);
-        storage.save(*library);
-        QVERIFY2(!storage.writeError(), qPrintable(storage.writeProblems().join(u'|')));
+        StoreFixture program(static_cast<const LibraryDirectory &>(*m_store));
+        QVERIFY(program.start());
+        change(program);
+        program.storage.save(program.library);
+        QVERIFY2(!program.storage.writeError(), qPrintable(program.storage.writeProblems().join(u'|')));
         QCOMPARE(outside(), m_outside);
     }
 
     void hold(const QStringList &names)
     {
-        const LibraryLoadResult result = load(*m_directory);
+        const LibraryLoadResult result = m_store->load();
         QVERIFY(result.library && result.droppedPatches.isEmpty());
         QCOMPARE(TestPatches::names(result.library->patches), names);
         QCOMPARE(outside(), m_outside);
         // As many files as patches, each directly in the directory: no name lost or took another's.
-        QCOMPARE(m_directory->files().size(), names.size() + 1);
-        QVERIFY(m_directory->files().filter(QStringLiteral("/")).isEmpty());
+        QCOMPARE(m_store->files().size(), names.size() + 1);
+        QVERIFY(m_store->files().filter(QStringLiteral("/")).isEmpty());
     }
 
 private Q_SLOTS:
     void init()
     {
-        m_silence = std::make_unique<DiagnosticRecorder>();
-        m_directory = std::make_unique<LibraryDirectory>(QStringLiteral("a/b/library"));
+        m_store = std::make_unique<StoreFixture>(LibraryDirectory(QStringLiteral("a/b/library")));
         // What names that lead out of the directory would hit.
         for (const char *path : {"outside", "c", "Lead.42.prst", "velgorlibrary.json", "a/outside", "a/b/outside",
                  "a/b/lib-Lead.42.prst", "a/b/$outside.42.prst"}) {
-            QFile file(m_directory->parentPath() + u'/' + QString::fromLatin1(path));
+            QFile file(m_store->parentPath() + u'/' + QString::fromLatin1(path));
             QVERIFY(file.open(QIODevice::WriteOnly) && file.write("precious") > 0);
         }
         m_outside = outside();
     }
-    void cleanup()
-    {
-        m_directory.reset();
-        m_silence.reset();
-    }
+    void cleanup() { m_store.reset(); }
 
     void patchLivesUnderAnyName_data()
     {
@@ -129,35 +115,29 @@ private Q_SLOTS:
         const QString third = QStringLiteral("Clean");
         LibraryState content = three();
         content.patches[0].name = name;
-        QVERIFY(!save(*m_directory, content).hasError());
+        QVERIFY(!m_store->save(content).hasError());
         hold({name, second, third});
 
-        const auto rename = [](const QString &to) {
-            return [to](VelgorLibrary &library, LibraryStorageManager &) {
-                VelgorPatch patch = library.patches().first();
-                patch.name = to;
-                library.update(patch);
-            };
-        };
+        const auto rename = [](const QString &to) { return [to](StoreFixture &program) { program.rename(42, to); }; };
         run(rename(QStringLiteral("Plain")));
         hold({QStringLiteral("Plain"), second, third});
         run(rename(name));
         hold({name, second, third});
 
-        const VelgorPatch patch = loaded(*m_directory).first();
+        const VelgorPatch patch = m_store->loaded().first();
         QCOMPARE(patch.soundHash(), content.patches.first().soundHash());
         UserFiles files;
         PatchFileHandler handler(files);
-        const QString target = m_directory->parentPath() + QStringLiteral("/a/exported.prst");
+        const QString target = m_store->parentPath() + QStringLiteral("/a/exported.prst");
         QVERIFY(handler.exportTo({patch}, target));
         const auto exported = handler.read(target);
         QVERIFY(exported && exported->patches.first().data == content.patches.first().records->patchData.data);
         QVERIFY(QFile::remove(target));
         QCOMPARE(outside(), m_outside);
 
-        run([](VelgorLibrary &library, LibraryStorageManager &storage) {
-            StoredEdits::deletePatches(library, {42}, storage);
-            storage.finish();
+        run([](StoreFixture &program) {
+            program.deletePatches({42});
+            program.storage.finish();
         });
         hold({second, third});
     }
@@ -172,15 +152,15 @@ private Q_SLOTS:
         for (int i = 0; i < names.size(); ++i) {
             content.patches.append(named(names.at(i), i));
         }
-        QVERIFY(!save(*m_directory, content).hasError());
+        QVERIFY(!m_store->save(content).hasError());
         hold(names);
-        QVERIFY(areIdentical(loaded(*m_directory), content.patches));
-        run([](VelgorLibrary &library, LibraryStorageManager &storage) {
-            StoredEdits::deletePatches(library, {42, 45, 48}, storage);
-            storage.finish();
+        QVERIFY(m_store->holds(content.patches));
+        run([](StoreFixture &program) {
+            program.deletePatches({42, 45, 48});
+            program.storage.finish();
         });
-        QCOMPARE(loadedNames(*m_directory).size(), names.size() - 3);
-        QCOMPARE(load(*m_directory).droppedPatches, QStringList());
+        QCOMPARE(m_store->loadedNames().size(), names.size() - 3);
+        QCOMPARE(m_store->load().droppedPatches, QStringList());
     }
 
     void allNamesLiveInOneLibrary()
@@ -189,15 +169,15 @@ private Q_SLOTS:
         for (const QString &name : hostileNames()) {
             content.patches.append(named(name, content.patches.size()));
         }
-        QVERIFY(!save(*m_directory, content).hasError());
+        QVERIFY(!m_store->save(content).hasError());
         hold(hostileNames());
-        QVERIFY(areIdentical(loaded(*m_directory), content.patches));
+        QVERIFY(m_store->holds(content.patches));
         // Each takes the next one's name, where names hold the numbers of others.
         for (qsizetype i = 0; i < content.patches.size(); ++i) {
             content.patches[i].name = hostileNames().at((i + 1) % content.patches.size());
         }
-        QVERIFY(!save(*m_directory, content).hasError());
-        QVERIFY(areIdentical(loaded(*m_directory), content.patches));
+        QVERIFY(!m_store->save(content).hasError());
+        QVERIFY(m_store->holds(content.patches));
         QCOMPARE(outside(), m_outside);
     }
 };

@@ -309,7 +309,7 @@ QString UserActions::startOver()
     WindowFixture::click(m_window.contentList(), 0);
     m_window.calls.calls.clear();
     m_window.dialogs.asked.clear();
-    m_window.recorder.take();
+    m_window.lines.take();
     QPixmapCache::clear();
     return {};
 }
