@@ -10,6 +10,8 @@
 
 #include <QSet>
 
+#include <utility>
+
 struct LibraryCheck::Examination {
     LibraryHealth health;
     Preview onDisk; ///< nothing where the library was loaded whole
@@ -20,6 +22,12 @@ LibraryCheck::LibraryCheck(VelgorLibrary &library, LibraryStorageManager &storag
     , m_storage(storage)
     , m_history(history)
 {
+    connect(&m_storage, &LibraryStorageManager::saveFinished, this, [this] {
+        // One that was asked for before ends first.
+        if (!m_storage.isSaving() && std::exchange(m_isSaving, false)) {
+            Q_EMIT ended(true);
+        }
+    });
 }
 
 void LibraryCheck::examine()
@@ -130,8 +138,6 @@ void LibraryCheck::restore(const QString &file)
 
 void LibraryCheck::save()
 {
-    connect(
-        &m_storage, &LibraryStorageManager::saveFinished, this, [this] { Q_EMIT ended(true); },
-        Qt::SingleShotConnection);
+    m_isSaving = true;
     m_storage.startSave(m_library);
 }

@@ -61,4 +61,5 @@ private:
     LibraryStorageManager &m_storage;
     EditHistory &m_history;
     LibraryHealth m_health;
+    bool m_isSaving = false; ///< what was added or restored
 };
