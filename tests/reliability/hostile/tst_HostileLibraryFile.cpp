@@ -121,6 +121,8 @@ class TestHostileLibraryFile : public QObject {
 
 private Q_SLOTS:
     void init() { m_library = std::make_unique<StoredLibrary>(); }
+    /// Before the next one begins, as each puts back what took the lines before it.
+    void cleanup() { m_library.reset(); }
 
     void textCutAtAnyByteIsRefusedAndKept()
     {
