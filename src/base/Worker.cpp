@@ -90,6 +90,8 @@ Worker::~Worker()
     bool isAnyAwaited = false;
     for (const std::shared_ptr<Job> &job : m_jobs) {
         job->isUnwanted = true;
+        // Who asked may be the worker itself, which is gone only after its jobs.
+        disconnect(job->askingGone);
         isAnyAwaited = isAnyAwaited || job->isAwaited;
     }
     bool isLeftBehind = false;

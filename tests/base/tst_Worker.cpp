@@ -239,6 +239,13 @@ private Q_SLOTS:
         QTRY_COMPARE(held.use_count(), 1);
     }
 
+    void aWorkerMayAskItself()
+    {
+        auto worker = std::make_unique<Worker>();
+        worker->start(worker.get(), nothing, [](int) { qFatal("told though nobody asks any more"); });
+        worker.reset();
+    }
+
     void aWorkerMayGoWhenItTellsSomething()
     {
         auto worker = std::make_unique<Worker>();
