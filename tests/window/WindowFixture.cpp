@@ -84,7 +84,7 @@ bool WindowFixture::open()
     const QSignalSpy loaded(window.get(), &ContentView::libraryLoaded);
     window->show();
     const bool isShown =
-        QTest::qWaitFor([&loaded] { return loaded.count() > 0; }, 60'000) && QTest::qWaitForWindowActive(window.get());
+        QTest::qWaitFor([&loaded] { return loaded.count() > 0; }, 180'000) && QTest::qWaitForWindowActive(window.get());
     settle();
     return isShown;
 }
