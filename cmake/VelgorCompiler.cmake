@@ -40,6 +40,8 @@ else()
 endif()
 
 if(VELGOR_SANITIZERS)
+    # Not every compiler says so itself.
+    add_compile_definitions(VELGOR_SANITIZED)
     add_compile_options(-fsanitize=${VELGOR_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${VELGOR_SANITIZERS})
 endif()

@@ -13,7 +13,7 @@ using namespace LibraryJsonTexts;
 
 namespace {
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef VELGOR_SANITIZED
 constexpr int batches = 100; // a million values take minutes there
 #else
 constexpr int batches = 1000;

@@ -133,7 +133,7 @@ public:
     /// Saves what is stored without these patches.
     [[nodiscard]] LibraryWriteResult remove(const QList<quint64> &ids) const
     {
-        LibraryState content{.patches = loaded()};
+        LibraryState content{.patches = loaded(), .defaultPatch = {}};
         content.patches.removeIf([&ids](const VelgorPatch &patch) { return ids.contains(patch.id()); });
         LibraryWriteState withRemovals = state();
         withRemovals.idsToRemove = ids;
