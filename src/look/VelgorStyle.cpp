@@ -49,6 +49,15 @@ void drawField(const QStyleOption &option, QPainter *painter, bool isQuiet)
     painter->restore();
 }
 
+void drawButtonPanel(const QStyleOptionButton &button, QPainter *painter, const QWidget *widget)
+{
+    const int gutter = qobject_cast<const QPushButton *>(widget) ? focusGutter : 0;
+    const QColor fill = ButtonLook::of(button, widget).fill;
+    if (fill.isValid()) {
+        fillRounded(*painter, QRectF(button.rect).adjusted(gutter, gutter, -gutter, -gutter), fill, controlRadius);
+    }
+}
+
 void drawFocusRing(QPainter *painter, const QRectF &rect)
 {
     painter->save();
@@ -95,12 +104,7 @@ void VelgorStyle::drawPrimitive(
     switch (element) {
     case PE_PanelButtonCommand:
         if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
-            const int gutter = qobject_cast<const QPushButton *>(widget) ? focusGutter : 0;
-            const QColor fill = ButtonLook::of(*button, widget).fill;
-            if (fill.isValid()) {
-                fillRounded(
-                    *painter, QRectF(option->rect).adjusted(gutter, gutter, -gutter, -gutter), fill, controlRadius);
-            }
+            drawButtonPanel(*button, painter, widget);
             return;
         }
         break;
