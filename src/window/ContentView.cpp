@@ -58,6 +58,8 @@ ContentView::ContentView(Desk &desk, SystemColorScheme &systemColorScheme, Windo
           this))
 {
     applyColorScheme();
+    // Not among the initializers: what it paints with comes first.
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
     m_columns = new LibraryContentMainView(desk.library, desk.content, desk.editors, *m_commands, this);
     setCentralWidget(m_columns);
     const auto *const menu = new VelgorLibraryManagerMenu(*m_commands, m_state, *menuBar(), this);

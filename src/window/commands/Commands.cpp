@@ -51,7 +51,7 @@ void Commands::addActions()
     }
 }
 
-void Commands::follow(const VelgorLibrary &library, const VelgorContent &content)
+void Commands::follow(const VelgorLibrary &library, const VelgorContent &content) const
 {
     for (const auto signal :
         {&VelgorLibrary::selectionChanged, &VelgorLibrary::isMultiSelChanged, &VelgorLibrary::multiSelectionsChanged,

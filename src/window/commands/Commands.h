@@ -44,7 +44,7 @@ Q_SIGNALS:
 
 private:
     void addActions();
-    void follow(const VelgorLibrary &library, const VelgorContent &content);
+    void follow(const VelgorLibrary &library, const VelgorContent &content) const;
     void refreshActions();
 
     const QList<Command> m_table;
